@@ -1,0 +1,34 @@
+#pragma once
+
+#include "library/PreparedImage.h"
+#include "library/ShortcutSheet.h"
+#include "rendering/ParsedMarkdown.h"
+
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace Quillory {
+
+// One sheet as loaded: a plain value, cheap to copy, readable on any thread once made.
+struct Sheet {
+    QString id;                               // the file's name as it is on disk, extension included
+    QString title;                            // shown to the user
+    QString source;                           // the whole text; empty after a failed read
+    std::optional<QString> error;             // why the last read of the file failed
+    std::optional<ParsedMarkdown> parsed;     // of a Markdown sheet
+    QMap<QString, PreparedImage> images;      // by the reference as written
+    std::optional<ShortcutSheet> shortcuts;   // of a structured sheet
+    QStringList iconWarnings;
+
+    // Ids, titles and image references are compared canonically, all else exactly.
+    bool operator==(Sheet const& other) const;
+};
+
+// The sheet with that id: the same id before one that is only canonically equal. Null when there is none.
+Sheet const* findSheet(QList<Sheet> const& sheets, QString const& id);
+
+}

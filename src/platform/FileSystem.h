@@ -1,0 +1,46 @@
+#pragma once
+
+#include "platform/SystemError.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <expected>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace Quillory {
+
+// One folder, held open: what is read through it stays in that folder even when paths change meanwhile.
+// Names are the bytes that the file system has. Usable from one thread at a time, whichever.
+class OpenFolder {
+public:
+    struct EntryStatus {
+        bool isRegularFile = false;
+        bool isSymbolicLink = false;
+        std::optional<qint64> size; // bytes
+    };
+
+    virtual ~OpenFolder() = default;
+
+    // The names of the direct children, hidden ones (a leading dot) left out, in no order.
+    virtual std::expected<std::vector<QByteArray>, SystemError> names() const = 0;
+
+    // Of the entry itself: a symbolic link is not followed.
+    virtual std::expected<EntryStatus, SystemError> status(QByteArray const& name) const = 0;
+
+    // The first `limit` bytes of a regular file. Absent for anything that is no regular file once it is open.
+    // Refuses a symbolic link, and never blocks on a fifo or a device.
+    virtual std::expected<std::optional<QByteArray>, SystemError> read(QByteArray const& name, qint64 limit) const = 0;
+};
+
+// The files that sheets come from. Safe on any thread.
+class FileSystem {
+public:
+    virtual ~FileSystem() = default;
+
+    virtual std::expected<std::unique_ptr<OpenFolder>, SystemError> openFolder(QString const& path) const = 0;
+};
+
+}

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/ModifierFlags.h"
+#include "platform/Registration.h"
+
+#include <QString>
+
+#include <cstdint>
+#include <expected>
+#include <functional>
+
+namespace Quillory {
+
+// System-wide hot keys. Main thread only.
+class HotKeys {
+public:
+    enum class Phase { pressed, released };
+    using Handler = std::function<void(Phase)>;
+
+    // Why a key could not be had: held by another program, not on this keyboard, or no such service here.
+    struct Refusal {
+        enum class Reason { taken, unknownKey, unavailable };
+        Reason reason = Reason::unavailable;
+        bool operator==(Refusal const&) const = default;
+    };
+
+    virtual ~HotKeys() = default;
+
+    // Calls `handler` once when the key goes down with exactly these modifiers (locks aside) and once when it is let
+    // go, whatever has the focus; auto-repeat gives nothing. `keyCode` is a virtual key code (see VirtualKeys).
+    virtual std::expected<Registration, Refusal> registerHotKey(std::uint16_t keyCode, ModifierFlags modifiers, Handler handler) = 0;
+};
+
+}

@@ -1,0 +1,191 @@
+#include "platform/linux/files/InotifyFileEvents.h"
+
+#include "platform/linux/files/FileDescriptor.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSocketNotifier>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include <sys/inotify.h>
+
+namespace Quillory {
+
+namespace {
+
+// Added to what the descriptor has, since one folder may be one watch's own and another's parent.
+constexpr std::uint32_t folderEvents = IN_CREATE | IN_CLOSE_WRITE | IN_MODIFY | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE
+    | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
+
+// A folder that somebody holds open, as our own scope does, tells nothing of its removal: its parent does.
+constexpr std::uint32_t parentEvents = IN_CREATE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE | IN_ONLYDIR | IN_MASK_ADD;
+
+struct Event {
+    int descriptor = -1;
+    std::uint32_t mask = 0;
+    QByteArray name;
+};
+
+struct Watch {
+    Watch(QString const& folder, std::chrono::nanoseconds theLatency, std::function<void()> theChanged)
+        : path(QFile::encodeName(folder))
+        , parentPath(QFile::encodeName(QFileInfo(QDir::cleanPath(folder)).absolutePath()))
+        , name(QFile::encodeName(QFileInfo(QDir::cleanPath(folder)).fileName()))
+        , latency(theLatency)
+        , changed(std::move(theChanged))
+    {
+    }
+
+    QByteArray path;
+    QByteArray parentPath;
+    QByteArray name;
+    std::chrono::nanoseconds latency;
+    std::function<void()> changed;
+
+    int folderWatch = -1; // inotify's numbers
+    int parentWatch = -1;
+    bool isDue = false;
+    Registration delivery;
+};
+
+}
+
+class InotifyFileEvents::Instance {
+public:
+    explicit Instance(Executor& executor)
+        : m_executor(executor)
+    {
+    }
+
+    // Nothing when no instance or no watch can be had.
+    std::shared_ptr<Watch> add(QString const& folder, std::chrono::nanoseconds latency, std::function<void()> changed)
+    {
+        if (!isOpen())
+            return nullptr;
+        auto watch = std::make_shared<Watch>(folder, latency, std::move(changed));
+        watch->folderWatch = inotify_add_watch(m_inotify.number(), watch->path.constData(), folderEvents);
+        if (watch->folderWatch < 0)
+            return nullptr;
+        watch->parentWatch = inotify_add_watch(m_inotify.number(), watch->parentPath.constData(), parentEvents);
+        m_watches.push_back(watch);
+        return watch;
+    }
+
+    void remove(std::shared_ptr<Watch> const& watch)
+    {
+        std::erase(m_watches, watch);
+        watch->delivery.end();
+        letGo(watch->folderWatch);
+        letGo(watch->parentWatch);
+    }
+
+private:
+    // Made with the first watch, and tried again with each: there are few instances for a user.
+    bool isOpen()
+    {
+        if (m_inotify.isOpen())
+            return true;
+        m_inotify = FileDescriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+        if (!m_inotify.isOpen())
+            return false;
+        m_notifier = std::make_unique<QSocketNotifier>(m_inotify.number(), QSocketNotifier::Read);
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] { handleEvents(); });
+        return true;
+    }
+
+    void letGo(int descriptor)
+    {
+        bool const isUsed = std::ranges::any_of(m_watches,
+            [&](auto const& watch) { return watch->folderWatch == descriptor || watch->parentWatch == descriptor; });
+        // Fails with EINVAL for a folder that is gone and took its watch along.
+        if (descriptor >= 0 && !isUsed)
+            inotify_rm_watch(m_inotify.number(), descriptor);
+    }
+
+    void handleEvents()
+    {
+        alignas(inotify_event) std::array<char, 16384> buffer;
+        while (true) {
+            auto const length = read(m_inotify.number(), buffer.data(), buffer.size());
+            if (length < 0 && errno == EINTR)
+                continue;
+            if (length <= 0)
+                return;
+            for (auto const* at = buffer.data(); at < buffer.data() + length;) {
+                inotify_event event;
+                std::memcpy(&event, at, sizeof event);
+                handle({ event.wd, event.mask, event.len > 0 ? QByteArray(at + sizeof event) : QByteArray() });
+                at += sizeof event + event.len;
+            }
+        }
+    }
+
+    void handle(Event const& event)
+    {
+        // After an overflow anything may have happened, to the folders themselves too.
+        bool const isOverflow = (event.mask & IN_Q_OVERFLOW) != 0;
+        for (auto const& watch : m_watches) {
+            bool const isOfPath = watch->parentWatch == event.descriptor && event.name == watch->name;
+            if (isOfPath || isOverflow)
+                followPath(*watch);
+            if (isOfPath || isOverflow || watch->folderWatch == event.descriptor)
+                notice(watch);
+        }
+    }
+
+    // The folder that stands at the path now may be another one.
+    void followPath(Watch& watch)
+    {
+        int const before = watch.folderWatch;
+        watch.folderWatch = inotify_add_watch(m_inotify.number(), watch.path.constData(), folderEvents);
+        if (watch.folderWatch != before)
+            letGo(before);
+    }
+
+    // One call per latency; what comes while it is awaited is told by it.
+    void notice(std::shared_ptr<Watch> const& watch)
+    {
+        if (std::exchange(watch->isDue, true))
+            return;
+        watch->delivery = m_executor.after(watch->latency, [owner = std::weak_ptr(watch)] {
+            // Held while it runs: the callback may end the registration.
+            auto const living = owner.lock();
+            living->isDue = false;
+            living->changed();
+        });
+    }
+
+    Executor& m_executor;
+    FileDescriptor m_inotify;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+    std::vector<std::shared_ptr<Watch>> m_watches;
+};
+
+InotifyFileEvents::InotifyFileEvents(Executor& executor)
+    : m_instance(std::make_shared<Instance>(executor))
+{
+}
+
+InotifyFileEvents::~InotifyFileEvents() = default;
+
+Registration InotifyFileEvents::watch(
+    QString const& folder, std::chrono::nanoseconds latency, std::function<void()> changed)
+{
+    auto watch = m_instance->add(folder, latency, std::move(changed));
+    if (!watch)
+        return {};
+    return Registration([instance = std::weak_ptr(m_instance), watch = std::move(watch)] {
+        if (auto const living = instance.lock())
+            living->remove(watch);
+    });
+}
+
+}

@@ -1,0 +1,94 @@
+#include "platform/linux/files/PosixOpenFolder.h"
+
+#include "platform/linux/files/ReadDescriptor.h"
+
+#include <QFile>
+
+#include <array>
+#include <cerrno>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace Quillory {
+
+namespace {
+
+// A name that leads anywhere but to a direct child would leave the folder.
+bool isNameOfChild(QByteArray const& name)
+{
+    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/') && !name.contains('\0');
+}
+
+}
+
+PosixOpenFolder::PosixOpenFolder(FileDescriptor folder)
+    : m_folder(std::move(folder))
+{
+}
+
+std::expected<std::unique_ptr<OpenFolder>, SystemError> PosixOpenFolder::open(QString const& path)
+{
+    FileDescriptor folder(::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.isOpen())
+        return std::unexpected(SystemError::last());
+    return std::unique_ptr<OpenFolder>(new PosixOpenFolder(std::move(folder)));
+}
+
+std::expected<std::vector<QByteArray>, SystemError> PosixOpenFolder::names() const
+{
+    if (lseek(m_folder.number(), 0, SEEK_SET) < 0)
+        return std::unexpected(SystemError::last());
+    std::vector<QByteArray> names;
+    // Not readdir: it shows a folder that was removed as an empty one.
+    alignas(dirent64) std::array<char, 32768> buffer;
+    while (true) {
+        auto const length = getdents64(m_folder.number(), buffer.data(), buffer.size());
+        if (length < 0)
+            return std::unexpected(SystemError::last());
+        if (length == 0)
+            return names;
+        for (auto const* at = buffer.data(); at < buffer.data() + length;) {
+            auto const* entry = reinterpret_cast<dirent64 const*>(at);
+            if (entry->d_name[0] != '.')
+                names.emplace_back(entry->d_name);
+            at += entry->d_reclen;
+        }
+    }
+}
+
+std::expected<OpenFolder::EntryStatus, SystemError> PosixOpenFolder::status(QByteArray const& name) const
+{
+    if (!isNameOfChild(name))
+        return std::unexpected(SystemError(EINVAL));
+    struct stat entry {};
+    if (fstatat(m_folder.number(), name.constData(), &entry, AT_SYMLINK_NOFOLLOW) != 0)
+        return std::unexpected(SystemError::last());
+    return EntryStatus { S_ISREG(entry.st_mode), S_ISLNK(entry.st_mode), entry.st_size };
+}
+
+std::expected<std::optional<QByteArray>, SystemError> PosixOpenFolder::read(QByteArray const& name, qint64 limit) const
+{
+    if (!isNameOfChild(name))
+        return std::unexpected(SystemError(EINVAL));
+    FileDescriptor const file(
+        openat(m_folder.number(), name.constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file.isOpen()) {
+        // What a socket, or a device that isn't there, answers; a regular file never does.
+        if (errno == ENXIO || errno == ENODEV)
+            return std::nullopt;
+        return std::unexpected(SystemError::last());
+    }
+    struct stat entry {};
+    if (fstat(file.number(), &entry) != 0)
+        return std::unexpected(SystemError::last());
+    if (!S_ISREG(entry.st_mode))
+        return std::nullopt;
+    auto bytes = readDescriptor(file.number(), entry.st_size, limit);
+    if (!bytes)
+        return std::unexpected(bytes.error());
+    return std::move(*bytes);
+}
+
+}

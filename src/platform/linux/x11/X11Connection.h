@@ -1,0 +1,81 @@
+#pragma once
+
+#include "platform/Registration.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+class QSocketNotifier;
+
+namespace Quillory {
+
+// What xcb allocates and leaves to its caller.
+struct FreeDeleter {
+    void operator()(void* memory) const { std::free(memory); }
+};
+template<typename Type>
+using XcbOwned = std::unique_ptr<Type, FreeDeleter>;
+
+// A connection of our own to the X server, whose events arrive through the event loop of the thread that opened it.
+// Everything is called on that thread. When the server goes away the connection falls silent: requests do nothing.
+class X11Connection {
+public:
+    using EventHandler = std::function<void(xcb_generic_event_t const&)>;
+
+    // To the display that the environment names. The error is a sentence for the user.
+    static std::expected<std::unique_ptr<X11Connection>, QString> open();
+
+    ~X11Connection();
+    X11Connection(X11Connection const&) = delete;
+    X11Connection& operator=(X11Connection const&) = delete;
+
+    // Calls `handler` for every event, in order, until the registration ends.
+    Registration observeEvents(EventHandler handler);
+
+    // Asks for further events of the root window, beside those that were asked for already.
+    void listenOnRoot(std::uint32_t eventMask);
+
+    // Hands out the events that are here. Happens by itself before the event loop waits.
+    void drain();
+
+    // True when the request that the cookie stands for succeeded. Waits for the server.
+    bool succeeded(xcb_void_cookie_t checked) const;
+
+    // A property's bytes as they stand, of any type. Empty when the window or the property is not there.
+    QByteArray property(xcb_window_t window, char const* name);
+
+    // The first number of a property of numbers or windows. Absent likewise, and when it is 0.
+    std::optional<std::uint32_t> number(xcb_window_t window, char const* name);
+
+    xcb_atom_t atom(char const* name);
+    xcb_connection_t* handle() const { return m_connection; }
+    xcb_screen_t const& screen() const { return *m_screen; }
+    xcb_window_t root() const { return m_screen->root; }
+
+private:
+    X11Connection(xcb_connection_t* connection, xcb_screen_t const* screen);
+    void dispatch(xcb_generic_event_t const& event);
+
+    xcb_connection_t* m_connection;
+    xcb_screen_t const* m_screen;
+    std::vector<std::shared_ptr<EventHandler>> m_handlers;
+    std::unordered_map<std::string, xcb_atom_t> m_atoms;
+    std::uint32_t m_rootEventMask = 0;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+    QMetaObject::Connection m_beforeWaiting;
+};
+
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/Workspace.h"
+#include "platform/linux/x11/X11Clock.h"
+#include "platform/linux/x11/X11Connection.h"
+
+#include <chrono>
+#include <memory>
+#include <unordered_set>
+#include <vector>
+
+namespace Quillory {
+
+// The desktop as the window manager tells it, or, without one, as the input focus does; notices of activation need a
+// window manager. An application's bundle identifier is the class of its window.
+class X11Workspace final : public Workspace {
+public:
+    // Both outlive it. Whoever else sees the user's keys and clicks for our windows should note their times in `clock`.
+    X11Workspace(X11Connection& connection, X11Clock const& clock);
+
+    std::optional<RunningApplication> frontmostApplication() const override;
+    QString mainBundleIdentifier() const override;
+    void activate(RunningApplication const& application) override;
+
+    // The window's mapping must have been sent to the server before.
+    void activateIgnoringOtherApps(std::uint64_t ownWindow) override;
+    void prepareToShow(std::uint64_t ownWindow) override;
+    Registration observeActivation(std::function<void(RunningApplication const&)> activated) override;
+
+private:
+    using Observer = std::function<void(RunningApplication const&)>;
+
+    bool isManaged() const;
+    std::optional<xcb_window_t> frontWindow() const;
+    std::optional<RunningApplication> describe(xcb_window_t named, xcb_window_t front) const;
+    std::optional<RunningApplication> focusedApplication() const;
+    xcb_window_t windowUnderPointer() const;
+    std::optional<xcb_window_t> nearestWithClass(xcb_window_t window) const;
+    void bringToFront(xcb_window_t window);
+    void handle(xcb_generic_event_t const& event);
+
+    X11Connection& m_connection;
+    X11Clock const& m_clock;
+    std::unordered_set<xcb_window_t> m_ownWindows;
+    xcb_window_t m_front = XCB_WINDOW_NONE;
+    mutable std::optional<std::chrono::steady_clock::time_point> m_noFrontSince;
+    X11Clock m_frontChanges;
+    std::vector<std::shared_ptr<Observer>> m_observers;
+    Registration m_events;
+};
+
+}

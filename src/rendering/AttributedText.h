@@ -1,0 +1,75 @@
+#pragma once
+
+#include "rendering/ParagraphStyle.h"
+#include "rendering/TextAttributes.h"
+
+#include <QHash>
+#include <QSharedDataPointer>
+#include <QString>
+
+#include <span>
+#include <vector>
+
+namespace Quillory {
+
+// A text with attributes: one string, runs of character attributes and runs of paragraph styles. An immutable value,
+// cheap to copy, readable on any thread. Every position counts UTF-16 units of the string.
+class AttributedText {
+public:
+    // Equal neighbours are one run; the runs cover the string without gaps, in order.
+    struct Run {
+        qsizetype location = 0;
+        qsizetype length = 0;
+        quint32 index = 0; // into attributes() or paragraphStyles()
+        bool operator==(Run const&) const = default;
+    };
+
+    class Builder;
+
+    AttributedText();
+    AttributedText(AttributedText const& other);
+    AttributedText(AttributedText&& other) noexcept;
+    AttributedText& operator=(AttributedText const& other);
+    AttributedText& operator=(AttributedText&& other) noexcept;
+    ~AttributedText();
+
+    QString const& string() const;
+    qsizetype length() const { return string().size(); }
+    bool isEmpty() const { return string().isEmpty(); }
+
+    std::span<Run const> runs() const;
+    std::span<Run const> paragraphRuns() const;
+
+    TextAttributes const& attributes(Run const& run) const;
+    ParagraphStyle const& paragraphStyle(Run const& run) const;
+
+    // The position in runs() of the run that holds `location`, which must lie within the string.
+    qsizetype runAt(qsizetype location) const;
+    qsizetype paragraphRunAt(qsizetype location) const;
+
+    bool operator==(AttributedText const& other) const;
+
+private:
+    struct Data;
+    explicit AttributedText(QExplicitlySharedDataPointer<Data const> data);
+    QExplicitlySharedDataPointer<Data const> m_data;
+};
+
+// Makes an attributed text from its start to its end.
+class AttributedText::Builder {
+public:
+    Builder();
+    ~Builder();
+
+    qsizetype length() const;
+    void append(QStringView text, TextAttributes const& attributes, ParagraphStyle const& style);
+    void appendAttachment(TextAttributes const& attributes, ParagraphStyle const& style);
+
+    AttributedText build() &&;
+
+private:
+    QExplicitlySharedDataPointer<Data> m_data;
+    QHash<TextAttributes, quint32> m_attributeIndex;
+};
+
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "library/PreparedImage.h"
+#include "rendering/ParsedMarkdown.h"
+#include "rendering/RenderedMarkdown.h"
+
+#include <QMap>
+#include <QString>
+
+namespace Quillory {
+
+// Turns a Markdown sheet into attributed text and copy targets. Stateless; any thread.
+namespace MarkdownRenderer {
+
+using Images = QMap<QString, PreparedImage>; // by the source as written
+
+// `textSize` is in points. A first heading of level 1 that is `title` is left out, since the window shows it already.
+// A picture that is not in `images` stands as a line of text, a link that can't be used as plain text.
+RenderedMarkdown render(ParsedMarkdown const& parsed, QString const& title, Images const& images, double textSize);
+
+// Of the source text itself.
+RenderedMarkdown render(QString const& source, QString const& title, Images const& images, double textSize);
+
+}
+
+}

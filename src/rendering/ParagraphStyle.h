@@ -1,0 +1,38 @@
+#pragma once
+
+#include "rendering/ColorRole.h"
+
+#include <optional>
+
+namespace Quillory {
+
+// The cell of a table that a paragraph lies in. Cells of one table bear the same `table`, its position among the
+// tables of the text; their paragraphs follow one another, row by row and column by column.
+struct TableBlock {
+    int table = 0;
+    int columns = 1; // of the whole table
+    int row = 0;
+    int column = 0;
+    double padding = 0;     // points, all four sides
+    double borderWidth = 0; // points; borders of neighbours collapse into one
+    Color borderColor { ColorRole::separator };
+    std::optional<Color> background;
+
+    bool operator==(TableBlock const&) const = default;
+};
+
+// How a paragraph is laid out. All lengths are points.
+struct ParagraphStyle {
+    double firstLineHeadIndent = 0;
+    double headIndent = 0;
+    double tailIndent = 0; // 0 for none; below 0 measured from the right edge inward
+    double minimumLineHeight = 0;
+    double paragraphSpacingBefore = 0;
+    double paragraphSpacing = 0; // behind the paragraph
+    double lineSpacing = 0;
+    std::optional<TableBlock> block;
+
+    bool operator==(ParagraphStyle const&) const = default;
+};
+
+}

@@ -1,0 +1,352 @@
+#include "rendering/ParsedMarkdown.h"
+
+#include "Markdown/Document.h"
+
+#include <algorithm>
+
+namespace Quillory {
+
+namespace {
+
+// What a record says beyond its kind. Rows and cells of a table are records too, of no kind of their own.
+enum Flag : std::uint8_t {
+    noFlag = 0,
+    hasString = 1, // link: a destination; image: a source
+    isBlock = 2,   // html
+    hasBox = 4,    // list item
+    isChecked = 8,
+    isRow = 16,
+    isCell = 32,
+};
+
+}
+
+struct ParsedMarkdown::Record {
+    Kind kind = Kind::container;
+    std::uint8_t flags = noFlag;
+    std::uint8_t level = 0; // heading
+    std::uint8_t unused = 0;
+    std::uint32_t end = 0;    // position behind the last record of this subtree
+    std::uint32_t offset = 0; // of the string in the pool, UTF-16 units
+    std::uint32_t length = 0;
+    std::uint32_t second = 0; // image: length of the description, right behind the source
+
+    bool operator==(Record const&) const = default;
+};
+
+struct ParsedMarkdown::Storage {
+    std::vector<Record> records;
+    QString pool;
+
+    QStringView string(Record const& record) const { return QStringView(pool).sliced(record.offset, record.length); }
+    QStringView secondString(Record const& record) const
+    {
+        return QStringView(pool).sliced(record.offset + record.length, record.second);
+    }
+};
+
+// Makes the records in one pass over a document's elements. Both trees are in document order, so an element's record
+// ends where the record of the element behind its subtree begins.
+class ParsedMarkdownBuilder {
+public:
+    explicit ParsedMarkdownBuilder(Markup::Document const& document)
+        : m_document(document)
+        , m_storage(std::make_shared<ParsedMarkdown::Storage>())
+    {
+    }
+
+    std::shared_ptr<ParsedMarkdown::Storage const> build()
+    {
+        auto const count = static_cast<std::uint32_t>(m_document.elements().size());
+        m_storage->records.reserve(count);
+        m_storage->pool.reserve(m_document.poolSize());
+        for (std::uint32_t index = 1; index < count;) {
+            closeUpTo(index);
+            index = convert(m_document.element(index));
+        }
+        closeUpTo(count);
+        m_storage->pool.squeeze();
+        m_storage->records.shrink_to_fit();
+        return std::move(m_storage);
+    }
+
+private:
+    using Kind = ParsedMarkdown::Kind;
+    using Element = Markup::Element;
+    struct OpenRecord {
+        std::uint32_t record;
+        std::uint32_t elementEnd;
+    };
+
+    void closeUpTo(std::uint32_t element)
+    {
+        while (!m_open.empty() && m_open.back().elementEnd <= element) {
+            m_storage->records[m_open.back().record].end = static_cast<std::uint32_t>(m_storage->records.size());
+            m_open.pop_back();
+        }
+    }
+
+    // Converts the element and says which comes next: its first child, or what stands behind it.
+    std::uint32_t convert(Element element)
+    {
+        using Raw = Markup::RawMarkupKind;
+        switch (element.kind()) {
+        case Raw::text:
+            return leaf(element, Kind::text, element.string());
+        case Raw::inlineCode:
+            return leaf(element, Kind::inlineCode, element.string());
+        case Raw::codeBlock:
+            return leaf(element, Kind::codeBlock, element.string());
+        case Raw::heading:
+            return open(element, { .kind = Kind::heading, .level = element.raw().number }, element.plainText());
+        case Raw::paragraph:
+            return open(element, { .kind = Kind::paragraph });
+        case Raw::strong:
+            return open(element, { .kind = Kind::strong });
+        case Raw::emphasis:
+            return open(element, { .kind = Kind::emphasis });
+        case Raw::strikethrough:
+            return open(element, { .kind = Kind::strikethrough });
+        case Raw::link:
+            return open(element, { .kind = Kind::link, .flags = presence(element) }, element.string());
+        case Raw::image:
+            return image(element);
+        case Raw::listItem:
+            return open(element, { .kind = Kind::listItem, .flags = boxFlags(element) });
+        case Raw::blockQuote:
+            return open(element, { .kind = Kind::blockQuote });
+        case Raw::table:
+            return open(element, { .kind = Kind::table });
+        case Raw::tableBody:
+            return element.index() + 1; // its rows follow the head's
+        case Raw::tableHead:
+        case Raw::tableRow:
+            return open(element, { .flags = isRow });
+        case Raw::tableCell:
+            return open(element, { .flags = isCell });
+        case Raw::softBreak:
+        case Raw::lineBreak:
+            return leaf(element, Kind::lineBreak, {});
+        case Raw::thematicBreak:
+            return leaf(element, Kind::thematicBreak, {});
+        case Raw::inlineHTML:
+            return leaf(element, Kind::html, element.string());
+        case Raw::htmlBlock:
+            leaf(element, Kind::html, element.string());
+            m_storage->records.back().flags = isBlock;
+            return element.raw().end;
+        default:
+            return open(element, { .kind = Kind::container });
+        }
+    }
+
+    std::uint32_t open(Element element, ParsedMarkdown::Record record, QStringView string = {})
+    {
+        m_open.push_back({ static_cast<std::uint32_t>(m_storage->records.size()), element.raw().end });
+        m_storage->records.push_back(record);
+        setString(string);
+        return element.index() + 1;
+    }
+
+    std::uint32_t leaf(Element element, Kind kind, QStringView string)
+    {
+        m_storage->records.push_back({ .kind = kind, .end = static_cast<std::uint32_t>(m_storage->records.size()) + 1 });
+        setString(string);
+        return element.raw().end;
+    }
+
+    std::uint32_t image(Element element)
+    {
+        auto const description = element.plainText();
+        leaf(element, Kind::image, element.string());
+        m_storage->records.back().flags = presence(element);
+        m_storage->records.back().second = static_cast<std::uint32_t>(description.size());
+        m_storage->pool += description;
+        return element.raw().end;
+    }
+
+    void setString(QStringView string)
+    {
+        auto& record = m_storage->records.back();
+        record.offset = static_cast<std::uint32_t>(m_storage->pool.size());
+        record.length = static_cast<std::uint32_t>(string.size());
+        m_storage->pool += string;
+    }
+
+    static std::uint8_t presence(Element element) { return element.string().isEmpty() ? noFlag : hasString; }
+
+    static std::uint8_t boxFlags(Element element)
+    {
+        switch (element.raw().number) {
+        case Markup::checkedBox:
+            return hasBox | isChecked;
+        case Markup::uncheckedBox:
+            return hasBox;
+        default:
+            return noFlag;
+        }
+    }
+
+    Markup::Document const& m_document;
+    std::shared_ptr<ParsedMarkdown::Storage> m_storage;
+    std::vector<OpenRecord> m_open;
+};
+
+ParsedMarkdown::ParsedMarkdown()
+{
+    static auto const empty = std::make_shared<Storage const>();
+    m_storage = empty;
+}
+
+ParsedMarkdown::ParsedMarkdown(std::shared_ptr<Storage const> storage)
+    : m_storage(std::move(storage))
+{
+}
+
+ParsedMarkdown::ParsedMarkdown(Markup::Document const& document)
+    : ParsedMarkdown(ParsedMarkdownBuilder(document).build())
+{
+}
+
+ParsedMarkdown ParsedMarkdown::parsing(QString const& source)
+{
+    return ParsedMarkdown(Markup::Document::parsing(source));
+}
+
+ParsedMarkdown ParsedMarkdown::parsingUtf8(QByteArrayView utf8)
+{
+    return ParsedMarkdown(Markup::Document::parsingUtf8(utf8));
+}
+
+ParsedMarkdown::Nodes ParsedMarkdown::nodes() const
+{
+    return Nodes(*m_storage, 0, static_cast<std::uint32_t>(m_storage->records.size()));
+}
+
+std::optional<QString> ParsedMarkdown::firstHeadingTitle() const
+{
+    if (m_storage->records.empty())
+        return std::nullopt;
+    auto const& first = m_storage->records.front();
+    if (first.kind != Kind::heading || first.level != 1)
+        return std::nullopt;
+    return m_storage->string(first).toString();
+}
+
+QSet<QString> ParsedMarkdown::imageSources() const
+{
+    QSet<QString> sources;
+    for (auto const& record : m_storage->records) {
+        if (record.kind == Kind::image && (record.flags & hasString))
+            sources.insert(m_storage->string(record).toString());
+    }
+    return sources;
+}
+
+qsizetype ParsedMarkdown::nodeCount() const
+{
+    return std::ranges::count_if(m_storage->records, [](Record const& record) { return (record.flags & (isRow | isCell)) == 0; });
+}
+
+std::size_t ParsedMarkdown::byteSize() const
+{
+    return sizeof(Storage) + m_storage->records.capacity() * sizeof(Record)
+        + static_cast<std::size_t>(m_storage->pool.capacity()) * sizeof(QChar);
+}
+
+bool ParsedMarkdown::operator==(ParsedMarkdown const& other) const
+{
+    // Both halves follow from the tree alone, so equal trees are equal in both.
+    return m_storage == other.m_storage
+        || (m_storage->records == other.m_storage->records && m_storage->pool == other.m_storage->pool);
+}
+
+ParsedMarkdown::Record const& ParsedMarkdown::Node::record() const
+{
+    return m_storage->records[m_index];
+}
+
+ParsedMarkdown::Kind ParsedMarkdown::Node::kind() const
+{
+    return record().kind;
+}
+
+ParsedMarkdown::Nodes ParsedMarkdown::Node::children() const
+{
+    auto const hasChildren = kind() != Kind::table;
+    return Nodes(*m_storage, hasChildren ? m_index + 1 : record().end, record().end);
+}
+
+ParsedMarkdown::Value ParsedMarkdown::Node::value() const
+{
+    auto const string = m_storage->string(record());
+    auto const optionalString = record().flags & hasString ? std::optional(string) : std::nullopt;
+    switch (kind()) {
+    case Kind::text:
+        return Text { string };
+    case Kind::inlineCode:
+        return InlineCode { string };
+    case Kind::codeBlock:
+        return CodeBlock { string };
+    case Kind::heading:
+        return Heading { record().level, string, children() };
+    case Kind::paragraph:
+        return Paragraph { children() };
+    case Kind::strong:
+        return Strong { children() };
+    case Kind::emphasis:
+        return Emphasis { children() };
+    case Kind::strikethrough:
+        return Strikethrough { children() };
+    case Kind::link:
+        return Link { optionalString, children() };
+    case Kind::image:
+        return Image { optionalString, m_storage->secondString(record()) };
+    case Kind::listItem:
+        return ListItem { record().flags & hasBox ? std::optional((record().flags & isChecked) != 0) : std::nullopt, children() };
+    case Kind::blockQuote:
+        return BlockQuote { children() };
+    case Kind::table:
+        return Table { Siblings<Row>(*m_storage, m_index + 1, record().end) };
+    case Kind::html:
+        return Html { string, (record().flags & isBlock) != 0 };
+    case Kind::container:
+        return Container { children() };
+    case Kind::lineBreak:
+        return LineBreak {};
+    case Kind::thematicBreak:
+        return ThematicBreak {};
+    }
+    Q_UNREACHABLE();
+}
+
+template<typename Element>
+typename ParsedMarkdown::Siblings<Element>::Iterator& ParsedMarkdown::Siblings<Element>::Iterator::operator++()
+{
+    m_index = m_storage->records[m_index].end;
+    return *this;
+}
+
+template<>
+ParsedMarkdown::Node ParsedMarkdown::Siblings<ParsedMarkdown::Node>::Iterator::operator*() const
+{
+    return Node(*m_storage, m_index);
+}
+
+template<>
+ParsedMarkdown::Cell ParsedMarkdown::Siblings<ParsedMarkdown::Cell>::Iterator::operator*() const
+{
+    return { Nodes(*m_storage, m_index + 1, m_storage->records[m_index].end) };
+}
+
+template<>
+ParsedMarkdown::Row ParsedMarkdown::Siblings<ParsedMarkdown::Row>::Iterator::operator*() const
+{
+    return { Siblings<Cell>(*m_storage, m_index + 1, m_storage->records[m_index].end) };
+}
+
+template class ParsedMarkdown::Siblings<ParsedMarkdown::Node>;
+template class ParsedMarkdown::Siblings<ParsedMarkdown::Cell>;
+template class ParsedMarkdown::Siblings<ParsedMarkdown::Row>;
+
+}

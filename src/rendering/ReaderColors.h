@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QColor>
+
+namespace Quillory {
+
+// The reader's own palette. Each colour has a light and a dark value; the appearance is chosen when painting.
+namespace ReaderColors {
+
+enum class Appearance { light, dark };
+
+struct Dynamic {
+    QRgb light = 0;
+    QRgb dark = 0;
+
+    QColor resolved(Appearance appearance) const { return QColor::fromRgb(appearance == Appearance::dark ? dark : light); }
+};
+
+inline constexpr Dynamic chrome { 0xFFF4F3F1, 0xFF2C2D30 };             // bars and sidebar
+inline constexpr Dynamic surface { 0xFFFFFFFF, 0xFF232426 };            // behind the reading text
+inline constexpr Dynamic codeBackground { 0xFFF4F4F5, 0xFF303136 };     // code blocks, copy buttons
+inline constexpr Dynamic codeBorder { 0xFFD9D9DC, 0xFF4A4B50 };         // outline of code blocks, thin separators
+inline constexpr Dynamic learningBackground { 0xFFF3E9D6, 0xFF4C4230 }; // Learning Mode bar while it is on
+
+}
+
+}

@@ -1,0 +1,124 @@
+#include "textlayout/LayoutContext.h"
+
+#include <QFontMetricsF>
+#include <QTextLayout>
+
+#include <algorithm>
+
+namespace Quillory {
+
+namespace {
+
+QFont fontOf(FontSet const& fonts, TextAttributes const& attributes)
+{
+    auto font = fonts.font(attributes.font);
+    if (attributes.attachment)
+        font.setLetterSpacing(QFont::AbsoluteSpacing, attributes.attachment->width);
+    else if (attributes.kern != 0)
+        font.setLetterSpacing(QFont::AbsoluteSpacing, attributes.kern);
+    if (attributes.strikethrough)
+        font.setStrikeOut(true);
+    if (!attributes.link.isEmpty())
+        font.setUnderline(true);
+    return font;
+}
+
+struct LineExtent {
+    double height = 0;
+    double ascent = 0;
+};
+
+// Asked of a line itself, which rounds in its own way, so that what is taken as exact really is.
+LineExtent lineExtentOf(QFont const& font)
+{
+    QTextLayout layout(QStringLiteral("x"), font);
+    layout.beginLayout();
+    auto line = layout.createLine();
+    line.setLeadingIncluded(true);
+    line.setLineWidth(1e6);
+    layout.endLayout();
+    return { line.height(), line.ascent() };
+}
+
+// Of running text, with some room for what wrapping leaves free at the ends of lines.
+double averageWidthOf(QFontMetricsF const& metrics)
+{
+    auto const sample = QStringLiteral("What is told in a sheet, and how often which letter comes.");
+    return metrics.horizontalAdvance(sample) / static_cast<double>(sample.size()) * 1.04;
+}
+
+std::array<float, 95> asciiWidthsOf(QFontMetricsF const& metrics, double kern)
+{
+    std::array<float, 95> widths {};
+    for (std::size_t index = 0; index < widths.size(); ++index)
+        widths[index] = static_cast<float>(metrics.horizontalAdvance(QChar(static_cast<char16_t>(u' ' + index))) + kern);
+    return widths;
+}
+
+template<typename Cache, typename Make>
+auto const& remembered(Cache& cache, quint32 index, Make make)
+{
+    if (cache.size() <= index)
+        cache.resize(index + 1);
+    if (!cache[index])
+        cache[index] = make();
+    return *cache[index];
+}
+
+}
+
+LayoutContext::LayoutContext(AttributedText text, FontSet fonts, ColorSet colors)
+    : m_text(std::move(text))
+    , m_fonts(std::move(fonts))
+    , m_colors(std::move(colors))
+{
+}
+
+void LayoutContext::setColors(ColorSet const& colors)
+{
+    m_colors = colors;
+    m_formats.clear();
+}
+
+LayoutContext::Metrics const& LayoutContext::metrics(AttributedText::Run const& run) const
+{
+    return remembered(m_metrics, run.index, [&] {
+        auto const& attributes = m_text.attributes(run);
+        auto const font = fontOf(m_fonts, attributes);
+        QFontMetricsF const metrics(font);
+        auto const extent = lineExtentOf(font);
+        return Metrics {
+            .font = font,
+            .lineHeight = extent.height,
+            .ascent = extent.ascent,
+            .averageWidth = std::max(1.0, averageWidthOf(metrics) + attributes.kern),
+            .asciiWidths = asciiWidthsOf(metrics, attributes.kern),
+            .plain = !attributes.background && !attributes.attachment && attributes.baselineOffset == 0,
+        };
+    });
+}
+
+QTextCharFormat const& LayoutContext::format(AttributedText::Run const& run) const
+{
+    return remembered(m_formats, run.index, [&] { return makeFormat(m_text.attributes(run)); });
+}
+
+QColor LayoutContext::foreground(TextAttributes const& attributes) const
+{
+    return attributes.link.isEmpty() ? m_colors.resolved(attributes.color) : m_colors.link;
+}
+
+QTextCharFormat LayoutContext::makeFormat(TextAttributes const& attributes) const
+{
+    QTextCharFormat format;
+    format.setFont(fontOf(m_fonts, attributes));
+    format.setForeground(foreground(attributes));
+    if (attributes.background)
+        format.setBackground(m_colors.resolved(*attributes.background));
+    // Qt takes the offset as a share of the font's height, in percent.
+    if (attributes.baselineOffset != 0)
+        format.setBaselineOffset(attributes.baselineOffset * 100 / std::max(1.0, QFontMetricsF(format.font()).height()));
+    return format;
+}
+
+}

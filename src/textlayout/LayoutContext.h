@@ -1,0 +1,64 @@
+#pragma once
+
+#include "rendering/AttributedText.h"
+#include "textlayout/ColorSet.h"
+#include "textlayout/FontSet.h"
+
+#include <QTextCharFormat>
+
+#include <array>
+#include <deque>
+#include <optional>
+
+namespace Quillory {
+
+// A range of a text, in UTF-16 units.
+struct TextRange {
+    qsizetype location = 0;
+    qsizetype length = 0;
+    qsizetype end() const { return location + length; }
+    bool operator==(TextRange const&) const = default;
+};
+
+// What all parts of one layout share: the text, the fonts, the colours, and what is worth making once for each set of
+// attributes. Outlives every part.
+class LayoutContext {
+public:
+    // What pairs of letters may stand further apart than their widths say: share of the text's width, and points on top.
+    static constexpr double kerningShare = 1.02;
+    static constexpr double kerningSlack = 1;
+
+    // What is known of the characters of a run without laying them out.
+    struct Metrics {
+        QFont font; // with kerning and underlines
+        double lineHeight = 0;
+        double ascent = 0;
+        double averageWidth = 0;
+        std::array<float, 95> asciiWidths {}; // from blank to tilde
+        // Font and colour are all that these attributes have, so that a single run needs no formats.
+        bool plain = true;
+    };
+
+    LayoutContext(AttributedText text, FontSet fonts, ColorSet colors);
+
+    AttributedText const& text() const { return m_text; }
+    FontSet const& fonts() const { return m_fonts; }
+    ColorSet const& colors() const { return m_colors; }
+    void setColors(ColorSet const& colors);
+
+    Metrics const& metrics(AttributedText::Run const& run) const;
+    QTextCharFormat const& format(AttributedText::Run const& run) const;
+    QColor foreground(TextAttributes const& attributes) const;
+
+private:
+    QTextCharFormat makeFormat(TextAttributes const& attributes) const;
+
+    AttributedText m_text;
+    FontSet m_fonts;
+    ColorSet m_colors;
+    // By the run's index. References into a deque stay valid when it grows.
+    mutable std::deque<std::optional<Metrics>> m_metrics;
+    mutable std::deque<std::optional<QTextCharFormat>> m_formats;
+};
+
+}

@@ -1,0 +1,252 @@
+#include "textlayout/ParagraphLayout.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+#include <utility>
+
+namespace Quillory {
+
+namespace {
+
+constexpr double tabColumns = 4; // widths of a blank between two tab stops
+constexpr int longestLigature = 4; // letters
+constexpr char16_t placeholder = u'\u200B'; // takes the width of a picture as its letter spacing
+
+bool mayRunRightToLeft(QStringView string)
+{
+    // Right-to-left scripts start here; a false alarm costs time only.
+    return std::ranges::any_of(string, [](QChar character) { return character.unicode() >= 0x0590; });
+}
+
+}
+
+ParagraphLayout::ParagraphLayout(LayoutContext const& context, ParagraphStretch const& stretch, double width, Breaks breaks)
+    : m_context(context)
+    , m_stretch(stretch)
+{
+    auto const& text = context.text();
+    auto const styleRun = text.paragraphRunAt(std::min(stretch.range.location, text.length() - 1));
+    auto const& style = text.paragraphStyle(text.paragraphRuns()[static_cast<std::size_t>(styleRun)]);
+    setUp(breaks);
+    placeLines(style, width);
+}
+
+void ParagraphLayout::setUp(Breaks breaks)
+{
+    auto string = m_context.text().string().mid(m_stretch.range.location, m_stretch.range.length);
+    m_mixesDirections = mayRunRightToLeft(string);
+    m_rightToLeft = m_mixesDirections && QStringView(string).isRightToLeft();
+
+    // An object character in a sheet is no picture, and the layout would give it no room.
+    string.replace(QChar::ObjectReplacementCharacter, QChar::ReplacementCharacter);
+    applyFormats(string);
+    m_layout.setText(string);
+    m_layout.setCacheEnabled(true);
+
+    QTextOption option(m_rightToLeft ? Qt::AlignRight : Qt::AlignLeft);
+    option.setTextDirection(m_rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
+    option.setWrapMode(breaks == Breaks::betweenWords ? QTextOption::WordWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTabStopDistance(tabColumns * QFontMetricsF(m_layout.font()).horizontalAdvance(u' '));
+    m_layout.setTextOption(option);
+}
+
+void ParagraphLayout::applyFormats(QString& string)
+{
+    auto const& text = m_context.text();
+    auto const runs = text.runs();
+    auto const start = m_stretch.range.location;
+    auto index = static_cast<std::size_t>(text.runAt(std::min(start, text.length() - 1)));
+    auto const& first = m_context.metrics(runs[index]);
+    m_layout.setFont(first.font);
+    m_foreground = m_context.foreground(text.attributes(runs[index]));
+    if (runs[index].location + runs[index].length >= m_stretch.range.end() && first.plain)
+        return;
+
+    QList<QTextLayout::FormatRange> formats;
+    for (; index < runs.size() && runs[index].location < m_stretch.range.end(); ++index) {
+        auto const from = std::max(runs[index].location, start) - start;
+        auto const to = std::min(runs[index].location + runs[index].length, m_stretch.range.end()) - start;
+        formats.append({ static_cast<int>(from), static_cast<int>(to - from), m_context.format(runs[index]) });
+        auto const& attributes = text.attributes(runs[index]);
+        if (attributes.baselineOffset != 0)
+            m_raised.push_back({ { from, to - from }, attributes.baselineOffset });
+        for (auto position = from; attributes.attachment && position < to; ++position) {
+            m_pictures.push_back({ position, runs[index] });
+            string[position] = placeholder;
+        }
+    }
+    m_layout.setFormats(formats);
+}
+
+void ParagraphLayout::placeLines(ParagraphStyle const& style, double width)
+{
+    auto const trailing = style.tailIndent > 0 ? std::min(style.tailIndent, width) : width + style.tailIndent;
+    double y = m_stretch.startsParagraph ? style.paragraphSpacingBefore : 0;
+    m_layout.beginLayout();
+    for (;;) {
+        auto line = m_layout.createLine();
+        if (!line.isValid())
+            break;
+        auto const leading = m_lines.empty() && m_stretch.startsParagraph ? style.firstLineHeadIndent : style.headIndent;
+        line.setLeadingIncluded(true);
+        line.setLineWidth(std::max(1.0, trailing - leading));
+
+        auto const extent = extentOf(line);
+        auto const height = std::max(style.minimumLineHeight, std::ceil(extent.above + extent.below));
+        // What makes a line taller than its font stands above the glyphs.
+        auto const x = m_rightToLeft ? width - trailing : leading;
+        line.setPosition({ x, y + height - extent.below - line.ascent() });
+        m_lines.push_back({ m_stretch.range.location + line.textStart(), y, height, lettersEnd(line) });
+        y += height + style.lineSpacing;
+    }
+    m_layout.endLayout();
+    m_height = y + (m_stretch.endsParagraph ? style.paragraphSpacing : 0);
+}
+
+int ParagraphLayout::lettersEnd(QTextLine const& line) const
+{
+    auto end = line.textStart() + line.textLength();
+    auto const wraps = end < m_stretch.range.length;
+    while (wraps && end > line.textStart() && m_layout.text()[end - 1].isSpace())
+        --end;
+    return end;
+}
+
+ParagraphLayout::Extent ParagraphLayout::extentOf(QTextLine const& line) const
+{
+    auto const& text = m_context.text();
+    auto const from = line.textStart();
+    auto const to = from + line.textLength();
+    Extent extent { line.ascent(), line.height() - line.ascent() };
+    auto picture = std::ranges::lower_bound(m_pictures, from, {}, &Picture::position);
+    for (; picture != m_pictures.end() && picture->position < to; ++picture)
+        extent.above = std::max(extent.above, text.attributes(picture->run).attachment->height);
+    for (auto const& [range, offset] : m_raised) {
+        if (range.location < to && range.end() > from)
+            extent.above = std::max(extent.above, line.ascent() + offset);
+    }
+    // A line feed is a character of its line: code that fills a cell stands on the baseline of its neighbours.
+    auto const end = m_stretch.range.end();
+    if (to == m_stretch.range.length && m_stretch.endsParagraph && end < text.length()) {
+        auto const& metrics = m_context.metrics(text.runs()[static_cast<std::size_t>(text.runAt(end))]);
+        extent.above = std::max(extent.above, metrics.ascent);
+        extent.below = std::max(extent.below, metrics.lineHeight - metrics.ascent);
+    }
+    return extent;
+}
+
+std::size_t ParagraphLayout::lineIndex(qsizetype location) const
+{
+    auto const behind = std::ranges::upper_bound(m_lines, location, {}, &Line::location);
+    return static_cast<std::size_t>(std::max<qsizetype>(std::distance(m_lines.begin(), behind) - 1, 0));
+}
+
+ParagraphLayout::Line const& ParagraphLayout::lineHolding(qsizetype location) const
+{
+    return m_lines[lineIndex(location)];
+}
+
+ParagraphLayout::Line const& ParagraphLayout::lineAt(double y) const
+{
+    auto const found = std::ranges::partition_point(m_lines, [y](Line const& line) { return line.top + line.height <= y; });
+    return found == m_lines.end() ? m_lines.back() : *found;
+}
+
+void ParagraphLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& clip) const
+{
+    painter.setPen(m_foreground);
+    m_layout.draw(&painter, topLeft, {}, clip);
+    for (auto const& picture : m_pictures) {
+        auto const& attachment = *m_context.text().attributes(picture.run).attachment;
+        auto const line = m_layout.lineForTextPosition(static_cast<int>(picture.position));
+        auto const x = std::min(line.cursorToX(static_cast<int>(picture.position)), line.cursorToX(static_cast<int>(picture.position) + 1));
+        auto const baseline = line.y() + line.ascent();
+        QRectF const target(topLeft + QPointF(x, baseline - attachment.height), QSizeF(attachment.width, attachment.height));
+        if (!target.intersects(clip))
+            continue;
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(target, attachment.image.cgImage);
+    }
+}
+
+qsizetype ParagraphLayout::characterIndexAt(QPointF point) const
+{
+    auto const& line = lineAt(point.y());
+    auto const textLine = m_layout.lineAt(static_cast<int>(&line - m_lines.data()));
+    auto const last = textLine.textStart() + std::max(textLine.textLength() - 1, 0);
+    auto const position = std::clamp(textLine.xToCursor(point.x(), QTextLine::CursorOnCharacter), textLine.textStart(), last);
+    return m_stretch.range.location + letterAt(point.x(), static_cast<std::size_t>(&line - m_lines.data()), position);
+}
+
+// What the text line takes for the character may be the first letter of a ligature or, where directions meet, one
+// elsewhere in the line. Looks from `guess` on and, where directions may meet, through the whole line.
+int ParagraphLayout::letterAt(double x, std::size_t line, int guess) const
+{
+    auto const textLine = m_layout.lineAt(static_cast<int>(line));
+    auto const end = m_lines[line].lettersEnd;
+    auto const lookThrough = [&](int from, int most) -> std::optional<int> {
+        for (auto letter = from; letter < end && most > 0; --most) {
+            auto const next = std::max(m_layout.nextCursorPosition(letter), letter + 1);
+            auto const box = lineRect(line, letter, next);
+            if (x >= box.left() && x < box.right())
+                return letter;
+            letter = next;
+        }
+        return {};
+    };
+    if (auto const near = lookThrough(guess, longestLigature))
+        return *near;
+    return m_mixesDirections ? lookThrough(textLine.textStart(), textLine.textLength()).value_or(guess) : guess;
+}
+
+QRectF ParagraphLayout::boundingRect(TextRange range) const
+{
+    auto const start = m_stretch.range.location;
+    auto const size = static_cast<int>(m_stretch.range.length);
+    auto from = static_cast<int>(std::clamp(range.location, start, m_stretch.range.end()) - start);
+    auto to = static_cast<int>(std::clamp(range.end(), start, m_stretch.range.end()) - start);
+    if (to > from) {
+        while (from > 0 && !m_layout.isValidCursorPosition(from))
+            --from;
+        while (to < size && !m_layout.isValidCursorPosition(to))
+            ++to;
+    }
+    QRectF result;
+    auto const last = lineIndex(start + std::max(from, to - 1));
+    for (auto line = lineIndex(start + from); line <= last; ++line) {
+        auto const box = lineRect(line, from, to);
+        // An empty rectangle must count too, which united() would leave out.
+        auto const left = std::min(result.isNull() ? box.left() : result.left(), box.left());
+        auto const right = std::max(result.isNull() ? box.right() : result.right(), box.right());
+        result = result.isNull() ? box : QRectF(left, result.top(), right - left, box.bottom() - result.top());
+    }
+    return result;
+}
+
+QRectF ParagraphLayout::lineRect(std::size_t line, int from, int to) const
+{
+    auto const textLine = m_layout.lineAt(static_cast<int>(line));
+    from = std::clamp(from, textLine.textStart(), m_lines[line].lettersEnd);
+    to = std::clamp(to, from, m_lines[line].lettersEnd);
+
+    auto left = textLine.cursorToX(from);
+    auto right = from < to ? textLine.cursorToX(to) : left;
+    if (from < to && m_mixesDirections) {
+        // Where directions meet, a cursor stands at the edge of either run: only the glyphs say where a letter is.
+        auto const glyphs = textLine.glyphRuns(from, to - from);
+        for (auto const& run : glyphs) {
+            auto const box = run.boundingRect();
+            auto const isFirst = &run == &glyphs.front();
+            left = isFirst ? box.left() : std::min(left, box.left());
+            right = isFirst ? box.right() : std::max(right, box.right());
+        }
+    }
+    if (left > right)
+        std::swap(left, right);
+    return { left, m_lines[line].top, right - left, m_lines[line].height };
+}
+
+}

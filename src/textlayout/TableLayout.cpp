@@ -1,0 +1,382 @@
+#include "textlayout/TableLayout.h"
+
+#include "textlayout/ParagraphEstimate.h"
+#include "textlayout/TextUnits.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Quillory {
+
+namespace {
+
+constexpr std::size_t cellsMeasured = 200;        // of the first rows, over all columns
+constexpr std::size_t mostLongestCellsMeasured = 3; // of each column, wherever they stand
+constexpr std::size_t paragraphsMeasured = 16;    // of one cell
+constexpr double unlimited = 1e6;
+constexpr double narrowestColumn = 8; // characters: shorter words aren't broken even where the table gets too wide
+
+// A cell of more paragraphs keeps its flow once made: its heights are too dear to be measured again.
+constexpr qsizetype manyParagraphs = 64;
+
+}
+
+TableLayout::TableLayout(LayoutContext const& context, TextRange range, double availableWidth)
+    : m_context(context)
+    , m_availableWidth(availableWidth)
+{
+    readCells(range);
+    measureColumns();
+    arrange();
+}
+
+void TableLayout::setAvailableWidth(double width)
+{
+    if (width == m_availableWidth)
+        return;
+    m_availableWidth = width;
+    arrange();
+}
+
+void TableLayout::readCells(TextRange range)
+{
+    auto const& text = m_context.text();
+    auto const runs = text.paragraphRuns();
+    auto previousRow = -1;
+    auto columns = 0;
+    for (auto run = static_cast<std::size_t>(text.paragraphRunAt(range.location)); run < runs.size(); ++run) {
+        if (runs[run].location >= range.end())
+            break;
+        auto const& cell = *text.paragraphStyle(runs[run]).block;
+        m_border = std::max(m_border, cell.borderWidth);
+        columns = std::max({ columns, cell.columns, cell.column + 1 });
+        if (cell.row == previousRow && cell.column == m_cells.back().column)
+            continue;
+        if (cell.row != previousRow)
+            m_rowStarts.push_back(m_cells.size());
+        previousRow = cell.row;
+        m_cells.push_back({ static_cast<quint32>(std::max(runs[run].location, range.location)), cell.column });
+    }
+    m_rowStarts.push_back(m_cells.size());
+    m_cells.push_back({ static_cast<quint32>(range.end()), 0 });
+    m_demands.resize(static_cast<std::size_t>(columns));
+}
+
+std::vector<std::size_t> TableLayout::cellsToMeasure() const
+{
+    auto const columns = m_demands.size();
+    auto const perColumn = std::max<std::size_t>(cellsMeasured / columns, 1);
+    auto const longestCellsMeasured = std::min(perColumn, mostLongestCellsMeasured);
+    std::vector<std::size_t> cells;
+    auto const behind = m_rowStarts[std::min(perColumn, m_rowStarts.size() - 1)];
+    for (std::size_t cell = 0; cell < behind; ++cell)
+        cells.push_back(cell);
+
+    std::vector<std::vector<std::size_t>> longest(columns);
+    auto const longer = [this](std::size_t one, std::size_t other) { return cellRange(one).length > cellRange(other).length; };
+    for (auto cell = behind; cell + 1 < m_cells.size(); ++cell) {
+        auto& known = longest[static_cast<std::size_t>(m_cells[cell].column)];
+        if (known.size() == longestCellsMeasured && !longer(cell, known.back()))
+            continue;
+        known.insert(std::ranges::upper_bound(known, cell, longer), cell);
+        if (known.size() > longestCellsMeasured)
+            known.pop_back();
+    }
+    for (auto const& known : longest)
+        cells.insert(cells.end(), known.begin(), known.end());
+    return cells;
+}
+
+ColumnDemand TableLayout::demandOf(std::size_t cell) const
+{
+    auto const range = cellRange(cell);
+    auto const& text = m_context.text();
+    auto const padding = 2 * block(cell).padding;
+    auto const& metrics = m_context.metrics(text.runs()[static_cast<std::size_t>(text.runAt(range.location))]);
+    ColumnDemand demand;
+
+    auto const starts = textUnitStarts(text, range, TableUnits::none);
+    for (std::size_t unit = 0; unit + 1 < starts.size() && unit < paragraphsMeasured; ++unit) {
+        TextRange paragraph { starts[unit], static_cast<qsizetype>(starts[unit + 1]) - starts[unit] };
+        if (text.string()[paragraph.end() - 1] == u'\n')
+            --paragraph.length;
+        ParagraphLayout const lines(m_context, { paragraph }, unlimited, ParagraphLayout::Breaks::betweenWords);
+        // So much wider that cells like the widest are known to fit before they are laid out.
+        auto const roomy = [padding](double width) {
+            return padding + std::ceil(width * LayoutContext::kerningShare + LayoutContext::kerningSlack);
+        };
+        demand.narrowest = std::max(demand.narrowest, roomy(lines.narrowestWidth()));
+        demand.widest = std::max(demand.widest, roomy(lines.widestWidth()));
+    }
+    demand.floor = std::min(demand.narrowest, padding + narrowestColumn * metrics.averageWidth);
+    return demand;
+}
+
+void TableLayout::measureColumns()
+{
+    for (auto const cell : cellsToMeasure()) {
+        auto const demand = demandOf(cell);
+        auto& column = m_demands[static_cast<std::size_t>(m_cells[cell].column)];
+        column.narrowest = std::max(column.narrowest, demand.narrowest);
+        column.widest = std::max(column.widest, demand.widest);
+        column.floor = std::max(column.floor, demand.floor);
+    }
+}
+
+void TableLayout::arrange()
+{
+    m_rows.clear();
+    auto const columns = m_demands.size();
+    auto const widths = fittedColumnWidths(m_demands, m_availableWidth - static_cast<double>(columns + 1) * m_border);
+    m_columnEdges.assign(1, 0);
+    for (auto const width : widths)
+        m_columnEdges.push_back(m_columnEdges.back() + m_border + width);
+
+    estimateRows();
+}
+
+void TableLayout::estimateRows()
+{
+    auto const& text = m_context.text();
+    auto const runs = text.runs();
+    auto const styles = text.paragraphRuns();
+    auto run = static_cast<std::size_t>(text.runAt(m_cells.front().start));
+    auto styleRun = static_cast<std::size_t>(text.paragraphRunAt(m_cells.front().start));
+    std::vector<double> heights;
+    heights.reserve(m_rowStarts.size());
+    m_exact.assign(m_rowStarts.size() - 1, true);
+    for (std::size_t row = 0; row + 1 < m_rowStarts.size(); ++row) {
+        double highest = 0;
+        for (auto cell = m_rowStarts[row]; cell < m_rowStarts[row + 1]; ++cell) {
+            auto const range = cellRange(cell);
+            while (run + 1 < runs.size() && runs[run + 1].location <= range.location)
+                ++run;
+            while (styleRun + 1 < styles.size() && styles[styleRun + 1].location <= range.location)
+                ++styleRun;
+            auto const& style = text.paragraphStyle(styles[styleRun]);
+            auto const padding = style.block->padding;
+            auto const column = static_cast<std::size_t>(m_cells[cell].column);
+            auto const width = m_columnEdges[column + 1] - m_columnEdges[column] - m_border - 2 * padding;
+            // Further paragraphs are estimated as one with the first, and so is their line feed: it is no printable ASCII.
+            ParagraphStretch const content { { range.location, range.length - 1 } };
+            auto const estimate = estimatedParagraph(m_context, content, runs[run], style, width);
+            highest = std::max(highest, estimate.height + 2 * padding);
+            m_exact[row] = m_exact[row] && estimate.exact;
+        }
+        heights.push_back(m_border + highest);
+    }
+    m_heights = HeightTree(std::move(heights));
+    m_inexact = std::ranges::count(m_exact, false);
+    m_nextInexact = 0;
+}
+
+TableBlock const& TableLayout::block(std::size_t cell) const
+{
+    auto const& text = m_context.text();
+    auto const run = text.paragraphRunAt(m_cells[cell].start);
+    return *text.paragraphStyle(text.paragraphRuns()[static_cast<std::size_t>(run)]).block;
+}
+
+TextRange TableLayout::cellRange(std::size_t cell) const
+{
+    return { m_cells[cell].start, static_cast<qsizetype>(m_cells[cell + 1].start) - m_cells[cell].start };
+}
+
+std::size_t TableLayout::cellHolding(qsizetype location) const
+{
+    auto const behind = std::ranges::upper_bound(m_cells.begin(), m_cells.end() - 1, static_cast<quint32>(location), {}, &Cell::start);
+    return static_cast<std::size_t>(std::max<qsizetype>(std::distance(m_cells.begin(), behind) - 1, 0));
+}
+
+qsizetype TableLayout::rowHolding(std::size_t cell) const
+{
+    auto const behind = std::ranges::upper_bound(m_rowStarts.begin(), m_rowStarts.end() - 1, cell);
+    return std::distance(m_rowStarts.begin(), behind) - 1;
+}
+
+double TableLayout::rightEdge(qsizetype row) const
+{
+    return m_columnEdges[static_cast<std::size_t>(m_cells[behindLastCell(row) - 1].column) + 1];
+}
+
+QPointF TableLayout::contentTopLeft(std::size_t cell) const
+{
+    auto const padding = block(cell).padding;
+    return { m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)] + m_border + padding, m_border + padding };
+}
+
+double TableLayout::contentWidth(std::size_t cell) const
+{
+    auto const column = static_cast<std::size_t>(m_cells[cell].column);
+    return m_columnEdges[column + 1] - m_columnEdges[column] - m_border - 2 * block(cell).padding;
+}
+
+std::unique_ptr<TextFlow> TableLayout::makeFlow(std::size_t cell) const
+{
+    return std::make_unique<TextFlow>(m_context, cellRange(cell), contentWidth(cell), TextFlow::Tables::asParagraphs);
+}
+
+TextFlow& TableLayout::flow(qsizetype row, std::size_t cell)
+{
+    auto& flows = m_rows[row];
+    flows.resize(behindLastCell(row) - firstCell(row));
+    auto& known = flows[cell - firstCell(row)];
+    if (!known)
+        known = makeFlow(cell);
+    return *known;
+}
+
+template<typename Work>
+auto TableLayout::withFlow(qsizetype row, std::size_t cell, Work work) const
+{
+    auto const known = m_rows.find(row);
+    if (known != m_rows.end() && known->second[cell - firstCell(row)])
+        return work(*known->second[cell - firstCell(row)]);
+    return work(*makeFlow(cell));
+}
+
+void TableLayout::measureRow(qsizetype row)
+{
+    double highest = 0;
+    auto exact = true;
+    for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+        auto const& content = flow(row, cell);
+        highest = std::max(highest, content.height() + 2 * block(cell).padding);
+        exact = exact && content.isExact();
+    }
+    m_heights.set(row, m_border + highest);
+
+    auto const index = static_cast<std::size_t>(row);
+    if (!m_exact[index] && exact) {
+        m_exact[index] = true;
+        --m_inexact;
+    }
+}
+
+void TableLayout::dropRows(qsizetype first, qsizetype behindLast)
+{
+    for (auto row = m_rows.lower_bound(first); row != m_rows.end() && row->first < behindLast;) {
+        auto const isDear = [](std::unique_ptr<TextFlow> const& flow) { return flow && flow->unitCount() > manyParagraphs; };
+        if (std::ranges::none_of(row->second, isDear)) {
+            row = m_rows.erase(row);
+            continue;
+        }
+        for (auto const& flow : row->second) {
+            if (flow)
+                flow->forgetLines();
+        }
+        ++row;
+    }
+}
+
+void TableLayout::forgetLines()
+{
+    dropRows(0, rowCount());
+}
+
+void TableLayout::layOut(double top, double bottom)
+{
+    auto const first = m_heights.indexAt(top);
+    auto row = first;
+    for (auto y = m_heights.top(first); row < rowCount() && (y < bottom || row == first); ++row) {
+        layOutRow(row, top - y, bottom - y);
+        y += m_heights.height(row);
+    }
+    dropRows(0, first);
+    dropRows(row, rowCount());
+}
+
+// A row whose height is known needs no lines before it is painted; one with long cells lets go of those out of sight.
+void TableLayout::layOutRow(qsizetype row, double top, double bottom)
+{
+    auto const exact = static_cast<bool>(m_exact[static_cast<std::size_t>(row)]);
+    if (exact && !m_rows.contains(row))
+        return;
+    for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+        auto& content = flow(row, cell);
+        auto const y = contentTopLeft(cell).y();
+        if (!exact || content.unitCount() > manyParagraphs)
+            content.layOut(top - y, bottom - y);
+    }
+    if (!exact)
+        measureRow(row);
+}
+
+bool TableLayout::makeSomeExact(QDeadlineTimer const& deadline)
+{
+    for (; m_nextInexact < rowCount(); ++m_nextInexact) {
+        auto const row = m_nextInexact;
+        if (m_exact[static_cast<std::size_t>(row)])
+            continue;
+        auto const wasMade = m_rows.contains(row);
+        auto more = false;
+        for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell)
+            more = flow(row, cell).makeSomeExact(deadline) || more;
+        measureRow(row);
+        if (more)
+            return true;
+        if (!wasMade)
+            dropRows(row, row + 1);
+        if (deadline.hasExpired())
+            return m_inexact > 0;
+    }
+    return false;
+}
+
+TextAnchor TableLayout::anchorAt(double y)
+{
+    auto const row = m_heights.indexAt(y);
+    auto const top = m_heights.top(row);
+    auto const estimated = m_heights.height(row);
+    layOutRow(row, y - top, y - top);
+    auto const height = m_heights.height(row);
+    auto const local = height == estimated || y <= top ? y - top : (y - top) * height / estimated;
+
+    // The first cell that still has text there stands for the row.
+    auto found = firstCell(row);
+    for (auto cell = found; cell < behindLastCell(row); ++cell) {
+        if (contentTopLeft(cell).y() + flow(row, cell).height() > local) {
+            found = cell;
+            break;
+        }
+    }
+    return flow(row, found).anchorAt(local - contentTopLeft(found).y());
+}
+
+double TableLayout::positionOf(TextAnchor const& anchor)
+{
+    auto const cell = cellHolding(anchor.location);
+    auto const row = rowHolding(cell);
+    auto const position = contentTopLeft(cell).y() + flow(row, cell).positionOf(anchor);
+    if (!m_exact[static_cast<std::size_t>(row)])
+        measureRow(row);
+    return m_heights.top(row) + position;
+}
+
+qsizetype TableLayout::characterIndexAt(QPointF point) const
+{
+    auto const row = m_heights.indexAt(point.y());
+    auto cell = firstCell(row);
+    while (cell + 1 < behindLastCell(row) && m_columnEdges[static_cast<std::size_t>(m_cells[cell + 1].column)] <= point.x())
+        ++cell;
+    auto const local = point - QPointF(0, m_heights.top(row)) - contentTopLeft(cell);
+    return withFlow(row, cell, [&](TextFlow const& content) { return content.characterIndexAt(local); });
+}
+
+QRectF TableLayout::boundingRect(TextRange range) const
+{
+    auto const rectIn = [&](std::size_t cell) {
+        auto const row = rowHolding(cell);
+        auto const rect = withFlow(row, cell, [&](TextFlow const& content) { return content.boundingRect(range); });
+        return rect.translated(contentTopLeft(cell) + QPointF(0, m_heights.top(row)));
+    };
+    auto const first = cellHolding(range.location);
+    auto const last = cellHolding(std::max(range.location, range.end() - 1));
+    auto const above = rectIn(first);
+    if (first == last)
+        return above;
+    auto const below = rectIn(last);
+    return { 0, above.top(), width(), std::max(above.bottom(), below.bottom()) - above.top() };
+}
+
+}

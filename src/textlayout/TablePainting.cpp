@@ -1,0 +1,90 @@
+#include "textlayout/TableLayout.h"
+
+#include <QPaintDevice>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Quillory {
+
+namespace {
+
+// Lines begin on a pixel of the device and are at least one wide: half of one would be a smear on plain screens.
+class PixelGrid {
+public:
+    explicit PixelGrid(QPainter const& painter)
+        : m_scale(painter.device()->devicePixelRatio())
+    {
+    }
+    double edge(double position) const { return std::floor(position * m_scale + 0.01) / m_scale; }
+    double thickness(double width) const { return std::max(1.0, std::round(width * m_scale)) / m_scale; }
+
+private:
+    double m_scale;
+};
+
+}
+
+void TableLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& clip)
+{
+    auto row = m_heights.indexAt(clip.top() - topLeft.y() - m_border);
+    for (; row < rowCount(); ++row) {
+        auto const rowTopLeft = topLeft + QPointF(0, m_heights.top(row));
+        if (rowTopLeft.y() >= clip.bottom())
+            break;
+        paintBackgrounds(painter, rowTopLeft, row);
+        paintBorders(painter, rowTopLeft, row);
+        for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+            auto const content = rowTopLeft + contentTopLeft(cell);
+            if (content.x() < clip.right() && content.x() + contentWidth(cell) > clip.left())
+                flow(row, cell).paint(painter, content, clip);
+        }
+    }
+}
+
+void TableLayout::paintBackgrounds(QPainter& painter, QPointF topLeft, qsizetype row) const
+{
+    PixelGrid const grid(painter);
+    auto const line = m_border > 0 ? grid.thickness(m_border) : 0;
+    auto const top = grid.edge(topLeft.y()) + line;
+    auto const bottom = grid.edge(topLeft.y() + m_heights.height(row));
+    for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+        auto const& background = block(cell).background;
+        if (!background)
+            continue;
+        auto const column = static_cast<std::size_t>(m_cells[cell].column);
+        auto const left = grid.edge(topLeft.x() + m_columnEdges[column]) + line;
+        auto const right = grid.edge(topLeft.x() + m_columnEdges[column + 1]);
+        painter.fillRect(QRectF(left, top, right - left, bottom - top), m_context.colors().resolved(*background));
+    }
+}
+
+void TableLayout::paintBorders(QPainter& painter, QPointF topLeft, qsizetype row) const
+{
+    if (m_border <= 0)
+        return;
+    PixelGrid const grid(painter);
+    auto const line = grid.thickness(m_border);
+    auto const left = grid.edge(topLeft.x());
+    auto const top = grid.edge(topLeft.y());
+    auto const bottom = grid.edge(topLeft.y() + m_heights.height(row));
+    auto const colorOf = [this](std::size_t cell) { return m_context.colors().resolved(block(cell).borderColor); };
+    auto const across = [&](double y, double edge) {
+        auto const right = grid.edge(topLeft.x() + edge) + line;
+        painter.fillRect(QRectF(left, y, right - left, line), colorOf(firstCell(row)));
+    };
+    across(top, row > 0 ? std::max(rightEdge(row), rightEdge(row - 1)) : rightEdge(row));
+    if (row + 1 == rowCount())
+        across(bottom, rightEdge(row));
+
+    // Every line once, and none over another: they may be translucent.
+    auto const down = [&](double edge, std::size_t cell) {
+        painter.fillRect(QRectF(grid.edge(topLeft.x() + edge), top + line, line, bottom - top - line), colorOf(cell));
+    };
+    for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell)
+        down(m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)], cell);
+    down(rightEdge(row), behindLastCell(row) - 1);
+}
+
+}

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "textlayout/HeightTree.h"
+#include "textlayout/LayoutContext.h"
+#include "textlayout/ParagraphLayout.h"
+
+#include <QDeadlineTimer>
+#include <QRectF>
+
+#include <map>
+#include <memory>
+#include <vector>
+
+class QPainter;
+
+namespace Quillory {
+
+class TableLayout;
+
+// A place in a text that a change of heights or of width doesn't move: the first character of a line, and how far below
+// that line's top the place lies, in points.
+struct TextAnchor {
+    qsizetype location = 0;
+    double offset = 0;
+    bool operator==(TextAnchor const&) const = default;
+};
+
+// A column of paragraphs and tables. Heights are estimated until asked for, and only what was last asked for keeps its
+// lines, so that neither the length of the text nor that of a table is paid for at once. A table's cell is a flow again.
+// Positions are points from the flow's top left corner.
+class TextFlow {
+public:
+    enum class Tables { asGrids, asParagraphs };
+
+    // The context outlives the flow. `range` begins and ends at paragraphs.
+    TextFlow(LayoutContext const& context, TextRange range, double width, Tables tables);
+    ~TextFlow();
+    Q_DISABLE_COPY_MOVE(TextFlow)
+
+    void setWidth(double width);
+    // Drops the lines and keeps the heights.
+    void forgetLines();
+
+    // Makes what lies from top to bottom exact. What lies above keeps its place.
+    void layOut(double top, double bottom);
+    // Makes units exact from the first to the last, at least one, until the time is over. True when there are more.
+    bool makeSomeExact(QDeadlineTimer const& deadline);
+    bool isExact() const { return m_inexact == 0; }
+
+    TextAnchor anchorAt(double y);
+    double positionOf(TextAnchor const& anchor);
+
+    double width() const { return m_width; }
+    double height() const { return m_heights.total(); }
+    // The width of the widest table laid out, which may be more than the flow's; at least the flow's.
+    double usedWidth() const;
+    qsizetype unitCount() const { return m_heights.size(); }
+    qsizetype unitAt(double y) const { return m_heights.indexAt(y); }
+    TextRange unitRange(qsizetype unit) const; // with its line feed
+
+    // These three change no height: they read what layOut() has made exact and go by estimates elsewhere.
+    void paint(QPainter& painter, QPointF topLeft, QRectF const& clip);
+    qsizetype characterIndexAt(QPointF point) const;
+    QRectF boundingRect(TextRange range) const;
+
+private:
+    using Paragraph = std::shared_ptr<ParagraphLayout const>;
+
+    void splitIntoUnits();
+    void estimate();
+    double estimatedTableHeight(qsizetype unit) const;
+    bool isTable(qsizetype unit) const;
+    qsizetype unitHolding(qsizetype location) const;
+    ParagraphStretch stretch(qsizetype unit) const;
+    Paragraph paragraph(qsizetype unit) const;
+    TableLayout* tableIfMade(qsizetype unit) const;
+    TableLayout& table(qsizetype unit);
+    Paragraph keptParagraph(qsizetype unit);
+    Paragraph layOutParagraph(qsizetype unit);
+    void layOutUnit(qsizetype unit, double top, double bottom);
+    void setExact(qsizetype unit, double height, bool exact);
+
+    LayoutContext const& m_context;
+    TextRange m_range;
+    double m_width;
+    Tables m_tables;
+    std::vector<quint32> m_starts; // of the units, and the end of the last
+    HeightTree m_heights;
+    std::vector<bool> m_exact;
+    qsizetype m_inexact = 0;
+    qsizetype m_nextInexact = 0; // no unit before this one is inexact
+    std::map<qsizetype, Paragraph> m_lines;
+    std::map<qsizetype, std::unique_ptr<TableLayout>> m_tableLayouts;
+};
+
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "textlayout/ColorSet.h"
+#include "textlayout/FontSet.h"
+#include "textlayout/LayoutContext.h"
+#include "textlayout/TextFlow.h"
+
+#include <chrono>
+#include <memory>
+
+namespace Quillory {
+
+// An attributed text laid out at a width, as lazily as its length asks for: what is on screen is exact, the rest is
+// estimated until there is time. Positions are points from the top left corner and UTF-16 units. GUI thread only.
+class TextLayout {
+public:
+    // What to show after heights have changed: how far the top of the view has to move down for its first line to stay.
+    using ScrollCorrection = double;
+
+    struct IdleResult {
+        ScrollCorrection correction = 0;
+        bool moreLeft = false;
+    };
+
+    TextLayout(AttributedText text, double width, FontSet fonts, ColorSet colors);
+
+    AttributedText const& text() const { return m_context->text(); }
+    FontSet const& fonts() const { return m_context->fonts(); }
+    double width() const { return m_flow->width(); }
+    // All heights are estimates again. Take the anchor of the top line before, and ask for its position after.
+    void setWidth(double width) { m_flow->setWidth(width); }
+
+    // Makes exact what is on screen when the top of the view is at `top`. Call before painting and before hit tests.
+    ScrollCorrection layOutVisible(double top, double height);
+    // Makes exact what it can within the budget, wherever it stands.
+    IdleResult makeSomeExact(double top, std::chrono::milliseconds budget);
+    bool isExact() const { return m_flow->isExact(); }
+
+    TextAnchor anchorAt(double y) { return m_flow->anchorAt(y); }
+    double positionOf(TextAnchor const& anchor) { return m_flow->positionOf(anchor); }
+
+    double height() const { return m_flow->height(); }
+    // The width that the widest table laid out so far really takes; at least width().
+    double usedWidth() const { return m_flow->usedWidth(); }
+
+    // The units (paragraphs and whole tables) that meet y0 to y1, as first and behind last.
+    std::pair<qsizetype, qsizetype> unitRangeFor(double y0, double y1) const;
+    TextRange textRangeFor(double y0, double y1) const;
+
+    // `visible` is in points of the text, whose top left corner the painter has at its origin.
+    void paint(QPainter& painter, QRectF const& visible, ColorSet const& colors);
+    // The character at the point or the nearest of its line; the text's length is never exceeded.
+    qsizetype characterIndexAt(QPointF point) const { return m_flow->characterIndexAt(point); }
+    // The line boxes of the range. One of several paragraphs is taken to fill the width.
+    QRectF boundingRect(qsizetype location, qsizetype length) const { return m_flow->boundingRect({ location, length }); }
+
+private:
+    std::unique_ptr<LayoutContext> m_context; // the flow refers to it
+    std::unique_ptr<TextFlow> m_flow;
+};
+
+}

@@ -1,0 +1,81 @@
+#include "e2e/Program.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QSaveFile>
+
+#include <gtest/gtest.h>
+
+namespace Quillory {
+
+Program::Program()
+{
+    QDir().mkpath(folder());
+    QDir().mkpath(QFileInfo(settingsFile()).path());
+    setSetting(QStringLiteral("KeyboardShortcuts_toggleQuillory"),
+        QStringLiteral("{\"carbonKeyCode\":40,\"carbonModifiers\":6144}"));
+    m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+}
+
+Program::~Program()
+{
+    if (isRunning())
+        terminate();
+}
+
+void Program::save(QString const& name, QByteArray const& text) const
+{
+    QSaveFile file(folder() + QLatin1Char('/') + name);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+    ASSERT_TRUE(file.commit());
+}
+
+void Program::remove(QString const& name) const
+{
+    ASSERT_TRUE(QFile::remove(folder() + QLatin1Char('/') + name));
+}
+
+void Program::start()
+{
+    if (m_hasFolder) {
+        auto const bookmark = QJsonDocument(QJsonObject { { QStringLiteral("path"), folder() } }).toJson();
+        setSetting(QStringLiteral("libraryBookmark"),
+            QJsonObject { { QStringLiteral("data"), QString::fromLatin1(bookmark.toBase64()) } });
+    }
+    QFile settings(settingsFile());
+    ASSERT_TRUE(settings.open(QIODevice::WriteOnly));
+    settings.write(QJsonDocument(m_settings).toJson());
+    settings.close();
+    m_process.setProcessEnvironment(environment());
+    m_process.start(QStringLiteral(QUILLORY_PROGRAMS "/quillory"), QStringList());
+    ASSERT_TRUE(m_process.waitForStarted()) << m_process.errorString().toStdString();
+}
+
+bool Program::terminate()
+{
+    m_process.terminate();
+    auto const ended = m_process.waitForFinished();
+    if (!ended)
+        m_process.kill();
+    m_process.waitForFinished();
+    return ended && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+}
+
+QJsonObject Program::storedSettings() const
+{
+    QFile file(settingsFile());
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    return QJsonDocument::fromJson(file.readAll()).object();
+}
+
+QProcessEnvironment Program::environment() const
+{
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder.filePath(QStringLiteral("config")));
+    return environment;
+}
+
+}

@@ -1,0 +1,296 @@
+#include "library/LibraryStore.h"
+
+#include "library/LibraryLoad.h"
+#include "support/FakeFileEvents.h"
+#include "support/FakeFileSystem.h"
+#include "support/FakeFolderBookmarks.h"
+#include "support/ManualExecutor.h"
+#include "support/MemoryUserDefaults.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <memory>
+#include <random>
+
+namespace Quillory {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+QString const folder = u"/library"_s;
+
+class LibraryStoreTest : public testing::Test {
+protected:
+    LibraryStoreTest()
+    {
+        files.addFolder(folder);
+        files.write(folder, "a.md", "# A");
+        files.write(folder, "b.md", "# B");
+        files.write(folder, "c.md", "# C");
+        start();
+    }
+
+    void start(LibraryStore::RestoreFolder restore = LibraryStore::RestoreFolder::no)
+    {
+        store = std::make_unique<LibraryStore>(LibraryStore::Services { defaults, bookmarks, files, events, executor }, restore);
+    }
+
+    void connect()
+    {
+        store->connect(folder);
+        executor.settle();
+    }
+
+    void saveAndFollow(QByteArray const& name, QByteArray const& text)
+    {
+        files.write(folder, name, text);
+        events.fire(folder);
+        executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
+        executor.settle();
+    }
+
+    QStringList titles() const
+    {
+        QStringList all;
+        for (auto const& sheet : store->sheets.value())
+            all.append(sheet.title);
+        return all;
+    }
+
+    std::optional<QString> lastSheet() const { return defaults.get<QString>(u"lastSheet"_s); }
+
+    MemoryUserDefaults defaults;
+    FakeFolderBookmarks bookmarks;
+    FakeFileSystem files;
+    ManualExecutor executor;
+    FakeFileEvents events { executor };
+    std::unique_ptr<LibraryStore> store;
+};
+
+TEST_F(LibraryStoreTest, A_restored_folder_loads_with_the_last_sheet_selected)
+{
+    bookmarks.addFolder(folder);
+    ASSERT_TRUE(FolderAccess(defaults, bookmarks).remember(folder));
+    defaults.setValue(u"lastSheet"_s, u"b.md"_s);
+    defaults.forgetWrites();
+    start(LibraryStore::RestoreFolder::yes);
+    EXPECT_EQ(store->folder.value(), folder);
+    EXPECT_FALSE(store->busy);
+    executor.settle();
+    EXPECT_THAT(titles(), ElementsAre(u"A"_s, u"B"_s, u"C"_s));
+    EXPECT_EQ(store->selectedSheet()->title, u"B"_s);
+    EXPECT_TRUE(defaults.writes().empty());
+
+    bookmarks.removeFolder(folder);
+    start(LibraryStore::RestoreFolder::yes);
+    EXPECT_EQ(store->folder.value(), std::nullopt);
+    EXPECT_EQ(store->message.value(), u"Folder access needs to be restored. Choose the folder again."_s);
+}
+
+TEST_F(LibraryStoreTest, The_stored_text_size_is_kept_within_its_range)
+{
+    for (auto const& [stored, used] : { std::pair(0.0, 16.0), std::pair(40.0, 32.0), std::pair(5.0, 11.0), std::pair(20.0, 20.0) }) {
+        defaults.setValue(u"textSize"_s, stored);
+        start();
+        EXPECT_EQ(store->textSize.value(), used);
+    }
+}
+
+TEST_F(LibraryStoreTest, The_selection_moves_to_the_first_sheet_when_its_own_is_gone)
+{
+    connect();
+    EXPECT_EQ(lastSheet(), u"a.md"_s);
+    store->select(u"b.md"_s);
+    EXPECT_EQ(lastSheet(), u"b.md"_s);
+
+    files.remove(folder, "b.md");
+    saveAndFollow("c.md", "# C");
+    EXPECT_EQ(store->selectedID.value(), u"a.md"_s);
+    EXPECT_EQ(lastSheet(), u"a.md"_s);
+
+    files.remove(folder, "a.md");
+    files.remove(folder, "c.md");
+    store->refresh();
+    executor.settle();
+    EXPECT_EQ(store->selectedID.value(), std::nullopt);
+    EXPECT_EQ(lastSheet(), std::nullopt);
+}
+
+TEST_F(LibraryStoreTest, The_adjacent_sheet_is_never_past_an_end)
+{
+    store->selectAdjacent(1);
+    EXPECT_EQ(store->selectedID.value(), std::nullopt);
+    connect();
+    for (auto const& [offset, expected] : { std::pair(-1, u"a.md"_s), std::pair(1, u"b.md"_s), std::pair(1, u"c.md"_s),
+             std::pair(1, u"c.md"_s), std::pair(-1, u"b.md"_s) }) {
+        store->selectAdjacent(offset);
+        EXPECT_EQ(store->selectedID.value(), expected);
+    }
+    store->select(u"gone.md"_s);
+    store->selectAdjacent(1);
+    EXPECT_EQ(store->selectedID.value(), u"a.md"_s);
+}
+
+TEST_F(LibraryStoreTest, The_last_readable_version_outlives_any_number_of_bad_saves)
+{
+    connect();
+    auto const good = store->sheets.value()[0];
+    for (auto const* bad : { "\xFF", "\xFE", "\xFF" }) {
+        saveAndFollow("a.md", bad);
+        auto const& sheet = store->sheets.value()[0];
+        EXPECT_EQ(sheet.source, good.source);
+        EXPECT_EQ(sheet.parsed, good.parsed);
+        EXPECT_EQ(sheet.title, u"A"_s);
+        EXPECT_EQ(sheet.error, u"This sheet is not valid UTF-8. Save it as UTF-8 in your editor."_s);
+    }
+    saveAndFollow("a.md", "# A");
+    EXPECT_EQ(store->sheets.value()[0], good);
+
+    // An empty text is no content to keep, and another folder's is not kept at all.
+    saveAndFollow("b.md", "");
+    saveAndFollow("b.md", "\xFF");
+    EXPECT_EQ(store->sheets.value()[1].title, u"b"_s);
+    EXPECT_FALSE(store->sheets.value()[1].parsed);
+    saveAndFollow("a.md", "\xFF");
+    connect();
+    EXPECT_EQ(store->sheets.value()[0].title, u"a"_s);
+}
+
+TEST_F(LibraryStoreTest, Observers_are_told_of_real_changes_only)
+{
+    connect();
+    int sheetChanges = 0;
+    int pinCalls = 0;
+    auto const observation = store->sheets.addNotifier([&] { ++sheetChanges; });
+    store->pinsChanged = [&] { ++pinCalls; };
+    saveAndFollow("a.md", "# A");
+    EXPECT_EQ(sheetChanges, 0);
+    EXPECT_EQ(pinCalls, 1);
+    saveAndFollow("a.md", "# Other");
+    EXPECT_EQ(sheetChanges, 1);
+}
+
+TEST_F(LibraryStoreTest, A_burst_of_events_costs_one_load)
+{
+    connect();
+    auto const before = files.opens(folder);
+    for (int event = 0; event < 10; ++event) {
+        events.fire(folder);
+        executor.advance(10ms);
+    }
+    executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
+    executor.settle();
+    EXPECT_EQ(files.opens(folder), before + 1);
+    EXPECT_EQ(events.latency(), LibraryWatcher::latency);
+}
+
+TEST_F(LibraryStoreTest, A_load_that_was_overtaken_is_dropped_and_stays_busy_until_the_other_ends)
+{
+    connect();
+    store->refresh();
+    executor.runPosted();
+    ASSERT_TRUE(executor.runWork()); // it has read the old text
+    files.write(folder, "a.md", "# New");
+    store->refresh();
+    executor.runPosted();
+    EXPECT_FALSE(executor.finishWork());
+    EXPECT_TRUE(store->busy);
+    EXPECT_EQ(titles()[0], u"A"_s);
+    executor.settle();
+    EXPECT_FALSE(store->busy);
+    EXPECT_EQ(titles()[0], u"New"_s);
+}
+
+TEST_F(LibraryStoreTest, A_change_of_folder_empties_the_list_and_drops_what_the_old_one_owes)
+{
+    connect();
+    QString const other = u"/other"_s;
+    files.write(other, "z.md", "# Z");
+    store->scrollPositions.insert(u"a.md"_s, { 0, 5 });
+    store->refresh();
+    executor.runPosted();
+    ASSERT_TRUE(executor.runWork());
+    store->connect(other);
+    EXPECT_TRUE(store->sheets.value().isEmpty());
+    EXPECT_TRUE(store->scrollPositions.isEmpty());
+    EXPECT_EQ(store->generation.value(), 2);
+    EXPECT_THAT(events.watchedFolders(), ElementsAre(other));
+    EXPECT_EQ(store->selectedID.value(), u"a.md"_s);
+    executor.settle();
+    EXPECT_THAT(titles(), ElementsAre(u"Z"_s));
+    EXPECT_EQ(store->selectedID.value(), u"z.md"_s);
+
+    store->applyLoadedSheets({}, 1);
+    EXPECT_THAT(titles(), ElementsAre(u"Z"_s));
+}
+
+TEST_F(LibraryStoreTest, A_folder_that_cannot_be_read_leaves_the_sheets_and_says_so)
+{
+    connect();
+    files.removeFolder(folder);
+    events.fire(folder);
+    executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
+    executor.settle();
+    EXPECT_EQ(store->message.value(),
+        u"Could not read the folder. Choose it again or refresh. "_s + SystemError(ENOENT).localizedDescription());
+    EXPECT_FALSE(store->busy);
+    EXPECT_EQ(store->sheets.value().size(), 3);
+
+    files.write(folder, "a.md", "# A");
+    store->refresh();
+    executor.settle();
+    EXPECT_EQ(store->message.value(), std::nullopt);
+}
+
+TEST_F(LibraryStoreTest, Without_a_folder_a_reload_does_nothing_and_after_a_shutdown_nothing_is_left)
+{
+    store->reload();
+    EXPECT_EQ(executor.pendingTimers(), 0U);
+    connect();
+    store->refresh();
+    executor.runPosted();
+    store->shutdown();
+    EXPECT_FALSE(store->busy);
+    EXPECT_THAT(events.watchedFolders(), ElementsAre());
+    ASSERT_TRUE(executor.runWork());
+    EXPECT_FALSE(executor.finishWork());
+}
+
+// Whatever the order of saves, events, refreshes and turns, the list is in the end what the folder holds.
+TEST_F(LibraryStoreTest, Random_orders_of_events_end_with_the_folder_as_it_is)
+{
+    std::mt19937 random(20);
+    for (int round = 0; round < 200; ++round) {
+        connect();
+        for (int step = 0; step < 20; ++step) {
+            switch (random() % 6) {
+            case 0:
+                files.write(folder, "b.md", "# " + QByteArray::number(round * 100 + step));
+                events.fire(folder);
+                break;
+            case 1:
+                store->reload(random() % 2 ? LibraryStore::Debounced::yes : LibraryStore::Debounced::no);
+                break;
+            case 2:
+                executor.runWork();
+                break;
+            case 3:
+                executor.finishWork(random() % 2);
+                break;
+            default:
+                executor.advance(std::chrono::milliseconds(random() % 120));
+            }
+        }
+        executor.settle();
+        executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
+        executor.settle();
+        EXPECT_EQ(store->sheets.value(), loadLibrary(files, folder).value()) << "round " << round;
+        EXPECT_FALSE(store->busy);
+    }
+}
+
+}
+}

@@ -1,0 +1,184 @@
+#include "platform/linux/qt/QtExecutor.h"
+#include "support/EventLoop.h"
+#include "support/ManualExecutor.h"
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <thread>
+#include <vector>
+
+namespace Quillory {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+struct OnManualExecutor {
+    std::optional<ManualExecutor> executor { std::in_place };
+
+    bool runUntil(std::function<bool()> const& condition)
+    {
+        for (int turn = 0; turn < 1000; ++turn) {
+            executor->settle();
+            if (condition())
+                return true;
+            executor->advance(1ms);
+        }
+        return false;
+    }
+    void waitForWork(std::atomic<bool>&) { executor->runWork(); }
+};
+
+struct OnQtExecutor {
+    EventLoop loop;
+    std::optional<QtExecutor> executor { std::in_place };
+
+    bool runUntil(std::function<bool()> const& condition) { return loop.runUntil(condition); }
+    void waitForWork(std::atomic<bool>& hasRun) { hasRun.wait(false); }
+};
+
+template<typename Harness>
+class ExecutorContract : public testing::Test, public Harness {
+protected:
+    // Runs everything that is owed now: what is posted and handed over last comes last.
+    void quiesce()
+    {
+        bool isDone = false;
+        auto const task = this->executor->detach([] { return 0; }, [&](int) { isDone = true; });
+        ASSERT_TRUE(this->runUntil([&] { return isDone; }));
+        bool isPosted = false;
+        auto const post = this->executor->post([&] { isPosted = true; });
+        ASSERT_TRUE(this->runUntil([&] { return isPosted; }));
+    }
+
+    std::vector<int> m_log;
+};
+
+using Executors = testing::Types<OnManualExecutor, OnQtExecutor>;
+TYPED_TEST_SUITE(ExecutorContract, Executors);
+
+TYPED_TEST(ExecutorContract, Posted_actions_run_later_and_in_their_order)
+{
+    std::vector<Registration> tasks;
+    for (int number = 1; number <= 3; ++number)
+        tasks.push_back(this->executor->post([this, number] { this->m_log.push_back(number); }));
+    EXPECT_THAT(this->m_log, IsEmpty());
+    ASSERT_TRUE(this->runUntil([&] { return this->m_log.size() == 3; }));
+    EXPECT_THAT(this->m_log, ElementsAre(1, 2, 3));
+}
+
+TYPED_TEST(ExecutorContract, Timers_run_in_order_of_deadline_and_never_early)
+{
+    auto const start = this->executor->now();
+    std::vector<Registration> tasks;
+    for (int delay : { 30, 1, 7, -5, 15 }) {
+        tasks.push_back(this->executor->after(std::chrono::milliseconds(delay), [this, start, delay] {
+            EXPECT_GE(this->executor->now() - start, std::chrono::milliseconds(delay));
+            this->m_log.push_back(delay);
+        }));
+    }
+    ASSERT_TRUE(this->runUntil([&] { return this->m_log.size() == 5; }));
+    EXPECT_THAT(this->m_log, ElementsAre(-5, 1, 7, 15, 30));
+}
+
+TYPED_TEST(ExecutorContract, A_delay_without_end_is_no_delay_that_has_passed)
+{
+    auto const never = this->executor->after(std::chrono::nanoseconds::max(), [this] { this->m_log.push_back(1); });
+    this->quiesce();
+    EXPECT_THAT(this->m_log, IsEmpty());
+}
+
+TYPED_TEST(ExecutorContract, The_end_of_a_task_cancels_it_and_lets_go_what_it_holds)
+{
+    auto const held = std::make_shared<int>(0);
+    auto task = this->executor->after(0ns, [this, held] { this->m_log.push_back(1); });
+    EXPECT_EQ(held.use_count(), 2);
+    task.end();
+    EXPECT_EQ(held.use_count(), 1);
+    this->quiesce();
+    EXPECT_THAT(this->m_log, IsEmpty());
+}
+
+TYPED_TEST(ExecutorContract, An_action_may_end_itself_and_others_and_start_more)
+{
+    Registration first, second, third;
+    first = this->executor->post([&] {
+        first.end();
+        second.end();
+        third = this->executor->post([&] { this->m_log.push_back(3); });
+        this->m_log.push_back(1);
+    });
+    second = this->executor->post([&] { this->m_log.push_back(2); });
+    ASSERT_TRUE(this->runUntil([&] { return this->m_log.size() >= 2; }));
+    EXPECT_THAT(this->m_log, ElementsAre(1, 3));
+}
+
+TYPED_TEST(ExecutorContract, A_result_comes_back_on_the_main_thread)
+{
+    std::thread::id deliveredOn;
+    std::unique_ptr<int> result;
+    auto const task = this->executor->detach([] { return std::make_unique<int>(42); },
+        [&](std::unique_ptr<int> value) {
+            deliveredOn = std::this_thread::get_id();
+            result = std::move(value);
+        });
+    EXPECT_EQ(result, nullptr);
+    ASSERT_TRUE(this->runUntil([&] { return result != nullptr; }));
+    EXPECT_EQ(*result, 42);
+    EXPECT_EQ(deliveredOn, std::this_thread::get_id());
+}
+
+TYPED_TEST(ExecutorContract, Work_that_is_cancelled_at_once_runs_and_its_result_is_dropped)
+{
+    std::atomic<bool> hasRun = false;
+    auto task = this->executor->detach([&] { return hasRun = true; }, [this](bool) { this->m_log.push_back(1); });
+    task.end();
+    ASSERT_TRUE(this->runUntil([&] { return hasRun.load(); }));
+    this->quiesce();
+    EXPECT_THAT(this->m_log, IsEmpty());
+}
+
+TYPED_TEST(ExecutorContract, A_result_that_is_on_its_way_when_its_task_ends_is_dropped)
+{
+    std::atomic<bool> hasRun = false;
+    auto task = this->executor->detach(
+        [&] {
+            hasRun = true;
+            hasRun.notify_one();
+            return 0;
+        },
+        [this](int) { this->m_log.push_back(1); });
+    this->waitForWork(hasRun);
+    task.end();
+    this->quiesce();
+    EXPECT_TRUE(hasRun);
+    EXPECT_THAT(this->m_log, IsEmpty());
+}
+
+TYPED_TEST(ExecutorContract, What_is_discarded_is_destroyed_without_more_ado)
+{
+    std::atomic<bool> isGone = false;
+    auto value = std::shared_ptr<void>(nullptr, [&](void*) { isGone = true; });
+    this->executor->discard(std::move(value));
+    EXPECT_TRUE(this->runUntil([&] {
+        this->quiesce();
+        return isGone.load();
+    }));
+}
+
+TYPED_TEST(ExecutorContract, A_task_may_outlive_its_executor)
+{
+    auto timer = this->executor->after(0ns, [this] { this->m_log.push_back(1); });
+    auto work = this->executor->detach([] { return 0; }, [this](int) { this->m_log.push_back(2); });
+    this->executor.reset();
+    timer.end();
+    work.end();
+    EXPECT_THAT(this->m_log, IsEmpty());
+}
+
+}
+}

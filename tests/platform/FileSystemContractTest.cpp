@@ -1,0 +1,278 @@
+#include "platform/linux/files/PosixFileSystem.h"
+#include "support/FakeFileSystem.h"
+#include "support/OrdinaryUser.h"
+
+#include <gmock/gmock.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace Quillory {
+namespace {
+
+using testing::UnorderedElementsAre;
+using Kind = FakeFileSystem::Kind;
+
+struct InMemory {
+    FakeFileSystem files;
+    QString path = QStringLiteral("/library");
+
+    InMemory() { files.addFolder(path); }
+    void write(QByteArray const& name, QByteArray const& contents) { files.write(path, name, contents); }
+    void make(QByteArray const& name, Kind kind)
+    {
+        FakeFileSystem::Entry entry;
+        entry.kind = kind;
+        files.put(path, name, entry);
+    }
+    void remove(QByteArray const& name) { files.remove(path, name); }
+    void removeFolder() { files.removeFolder(path); }
+    void makeUnreadable(QByteArray const& name)
+    {
+        FakeFileSystem::Entry entry;
+        entry.readError = EACCES;
+        files.put(path, name, entry);
+    }
+};
+
+struct OnDisk {
+    QTemporaryDir temporary;
+    PosixFileSystem files;
+    QString path = temporary.path();
+
+    OnDisk() { chmod(QFile::encodeName(path).constData(), 0755); }
+    QByteArray at(QByteArray const& name) const { return QFile::encodeName(path) + '/' + name; }
+    void write(QByteArray const& name, QByteArray const& contents)
+    {
+        // By the bytes of the name: QFile can't reach names that are no UTF-8.
+        std::ofstream(at(name).constData(), std::ios::binary) << contents.toStdString();
+    }
+    void make(QByteArray const& name, Kind kind)
+    {
+        switch (kind) {
+        case Kind::regular:
+            write(name, {});
+            break;
+        case Kind::folder:
+            ASSERT_EQ(mkdir(at(name).constData(), 0755), 0);
+            break;
+        case Kind::symbolicLink:
+            write("target of " + name, "secret");
+            ASSERT_EQ(symlink(at("target of " + name).constData(), at(name).constData()), 0);
+            break;
+        case Kind::fifo:
+            ASSERT_EQ(mkfifo(at(name).constData(), 0644), 0);
+            break;
+        case Kind::socket: {
+            sockaddr_un address {};
+            address.sun_family = AF_UNIX;
+            ASSERT_LT(static_cast<std::size_t>(at(name).size()), sizeof address.sun_path);
+            std::memcpy(address.sun_path, at(name).constData(), static_cast<std::size_t>(at(name).size()));
+            int const made = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+            ASSERT_EQ(bind(made, reinterpret_cast<sockaddr const*>(&address), sizeof address), 0);
+            close(made);
+            break;
+        }
+        }
+    }
+    void remove(QByteArray const& name) { unlink(at(name).constData()); }
+    void removeFolder() { ASSERT_TRUE(temporary.remove()); }
+    void makeUnreadable(QByteArray const& name)
+    {
+        write(name, "closed");
+        ASSERT_EQ(chmod(at(name).constData(), 0), 0);
+    }
+};
+
+template<typename Harness>
+class FileSystemContract : public testing::Test, public Harness {
+protected:
+    std::unique_ptr<OpenFolder> open()
+    {
+        auto folder = this->files.openFolder(this->path);
+        EXPECT_TRUE(folder);
+        return folder ? std::move(*folder) : nullptr;
+    }
+};
+
+using FileSystems = testing::Types<InMemory, OnDisk>;
+TYPED_TEST_SUITE(FileSystemContract, FileSystems);
+
+TYPED_TEST(FileSystemContract, A_listing_gives_every_entry_but_the_hidden_ones_each_time_anew)
+{
+    this->write("b.md", "b");
+    this->write("B.MD", "B");
+    this->write(".hidden.md", "");
+    this->write("caf\xc3\xa9.md", "");
+    this->write("no\xff"
+                "utf8.md",
+        "");
+    this->make("folder.md", Kind::folder);
+    auto const folder = this->open();
+    auto const expected = UnorderedElementsAre("b.md", "B.MD", "caf\xc3\xa9.md",
+        "no\xff"
+        "utf8.md",
+        "folder.md");
+    EXPECT_THAT(folder->names().value(), expected);
+    EXPECT_THAT(folder->names().value(), expected);
+    this->remove("B.MD");
+    EXPECT_THAT(folder->names().value(),
+        UnorderedElementsAre("b.md", "caf\xc3\xa9.md",
+            "no\xff"
+            "utf8.md",
+            "folder.md"));
+    EXPECT_EQ(folder
+                  ->read("no\xff"
+                         "utf8.md",
+                      10)
+                  .value(),
+        QByteArray(""));
+    this->remove("no\xff"
+                 "utf8.md"); // which the temporary folder's own end couldn't
+}
+
+TYPED_TEST(FileSystemContract, A_missing_or_removed_folder_fails)
+{
+    EXPECT_EQ(this->files.openFolder(this->path + QStringLiteral("/missing")).error(), SystemError(ENOENT));
+    auto const folder = this->open();
+    this->removeFolder();
+    EXPECT_EQ(folder->names().error(), SystemError(ENOENT));
+}
+
+TYPED_TEST(FileSystemContract, Only_regular_files_are_read_and_nothing_blocks)
+{
+    struct Case {
+        Kind kind;
+        bool isRegular;
+        bool isLink;
+        bool isRefused; // else absent
+    };
+    for (auto const& [kind, isRegular, isLink, isRefused] : {
+             Case { Kind::regular, true, false, false },
+             Case { Kind::folder, false, false, false },
+             Case { Kind::symbolicLink, false, true, true },
+             Case { Kind::fifo, false, false, false },
+             Case { Kind::socket, false, false, false },
+         }) {
+        auto const name = "x" + QByteArray::number(static_cast<int>(kind)) + ".md";
+        SCOPED_TRACE(name.toStdString());
+        this->make(name, kind);
+        auto const folder = this->open();
+        auto const status = folder->status(name).value();
+        EXPECT_EQ(status.isRegularFile, isRegular);
+        EXPECT_EQ(status.isSymbolicLink, isLink);
+        auto const bytes = folder->read(name, 100);
+        if (isRefused)
+            EXPECT_EQ(bytes.error(), SystemError(ELOOP));
+        else
+            EXPECT_EQ(bytes.value().has_value(), isRegular);
+    }
+}
+
+TYPED_TEST(FileSystemContract, A_read_gives_at_most_its_limit)
+{
+    for (qint64 size : { 0, 1, 99, 100, 101, 4096, 5000, 2097152, 2097153 }) {
+        SCOPED_TRACE(size);
+        QByteArray contents(size, 'x');
+        for (qsizetype at = 0; at < size; at += 97)
+            contents[at] = static_cast<char>(at % 251);
+        this->write("x.md", contents);
+        auto const folder = this->open();
+        EXPECT_EQ(folder->status("x.md").value().size, size);
+        for (qint64 limit : { qint64 { 0 }, qint64 { 1 }, qint64 { 100 }, size, size + 1, qint64 { 2097153 } })
+            EXPECT_EQ(folder->read("x.md", limit).value(), contents.first(std::min(size, limit))) << limit;
+    }
+}
+
+TYPED_TEST(FileSystemContract, What_happens_between_the_look_and_the_read_shows_in_the_read)
+{
+    this->write("grows.md", "a");
+    this->write("turns.md", "a");
+    this->write("vanishes.md", "a");
+    auto const folder = this->open();
+    for (auto const* name : { "grows.md", "turns.md", "vanishes.md" })
+        EXPECT_TRUE(folder->status(name).value().isRegularFile);
+    this->write("grows.md", QByteArray(100000, 'g'));
+    this->remove("turns.md");
+    this->make("turns.md", Kind::fifo);
+    this->remove("vanishes.md");
+    EXPECT_EQ(folder->read("grows.md", 50000).value(), QByteArray(50000, 'g'));
+    EXPECT_EQ(folder->read("turns.md", 50000).value(), std::nullopt);
+    EXPECT_EQ(folder->read("vanishes.md", 50000).error(), SystemError(ENOENT));
+    EXPECT_EQ(folder->status("vanishes.md").error(), SystemError(ENOENT));
+}
+
+TYPED_TEST(FileSystemContract, A_file_without_permission_fails_when_it_is_read)
+{
+    this->makeUnreadable("closed.md");
+    OrdinaryUser const user;
+    ASSERT_TRUE(user.holds());
+    auto const folder = this->open();
+    EXPECT_TRUE(folder->status("closed.md").value().isRegularFile);
+    EXPECT_EQ(folder->read("closed.md", 10).error(), SystemError(EACCES));
+}
+
+TYPED_TEST(FileSystemContract, A_name_that_leads_out_of_the_folder_is_refused)
+{
+    this->write("x.md", "x");
+    auto const folder = this->open();
+    for (auto const& name : { QByteArray(""), QByteArray("."), QByteArray(".."), QByteArray("./x.md"),
+             QByteArray("/etc/passwd"), QByteArray("x.md\0y", 6) }) {
+        EXPECT_EQ(folder->read(name, 10).error(), SystemError(EINVAL)) << name.toStdString();
+        EXPECT_EQ(folder->status(name).error(), SystemError(EINVAL)) << name.toStdString();
+    }
+}
+
+TEST(PosixFileSystem, Files_whose_size_the_system_reports_as_nothing_are_read_whole)
+{
+    PosixFileSystem const files;
+    auto const folder = files.openFolder(QStringLiteral("/proc/self")).value();
+    EXPECT_EQ(folder->status("status").value().size, 0);
+    EXPECT_GT(folder->read("status", 1 << 20).value().value().size(), 100);
+}
+
+TEST(PosixFileSystem, An_open_folder_stays_that_folder_when_its_path_changes)
+{
+    OnDisk disk;
+    disk.make("one", Kind::folder);
+    disk.write("one/x.md", "first");
+    auto const folder = disk.files.openFolder(disk.path + QStringLiteral("/one")).value();
+    ASSERT_EQ(rename(disk.at("one").constData(), disk.at("moved").constData()), 0);
+    disk.make("one", Kind::folder);
+    disk.write("one/x.md", "second");
+    EXPECT_EQ(folder->read("x.md", 100).value(), QByteArray("first"));
+    EXPECT_EQ(disk.files.openFolder(disk.path + QStringLiteral("/one/x.md")).error(), SystemError(ENOTDIR));
+}
+
+TEST(FakeFileSystem, Faults_strike_between_the_look_and_the_read_and_reads_are_counted)
+{
+    FakeFileSystem files;
+    auto const path = QStringLiteral("/library");
+    files.put(path, "grows.md", { .contents = "a", .hidesSize = true, .contentsAfterStatus = "aaa" });
+    files.put(path, "turns.md", { .kindAfterStatus = Kind::symbolicLink });
+    files.put(path, "vanishes.md", { .vanishesAfterStatus = true });
+    files.put(path, "broken.md", { .statusError = EIO, .readError = EIO });
+    auto const folder = files.openFolder(path).value();
+    EXPECT_EQ(folder->status("grows.md").value().size, std::nullopt);
+    EXPECT_EQ(folder->read("grows.md", 10).value(), QByteArray("aaa"));
+    EXPECT_TRUE(folder->status("turns.md").value().isRegularFile);
+    EXPECT_EQ(folder->read("turns.md", 10).error(), SystemError(ELOOP));
+    EXPECT_TRUE(folder->status("vanishes.md"));
+    EXPECT_EQ(folder->read("vanishes.md", 10).error(), SystemError(ENOENT));
+    EXPECT_EQ(folder->status("broken.md").error(), SystemError(EIO));
+    EXPECT_EQ(files.reads(path), 3);
+    EXPECT_EQ(files.reads(path, "grows.md"), 1);
+    EXPECT_EQ(files.opens(path), 1);
+}
+
+}
+}

@@ -1,0 +1,289 @@
+#include "platform/linux/files/JsonUserDefaults.h"
+#include "platform/linux/qt/QtExecutor.h"
+#include "support/EventLoop.h"
+#include "support/ManualExecutor.h"
+#include "support/OrdinaryUser.h"
+
+#include <gmock/gmock.h>
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QTemporaryDir>
+
+#include <cerrno>
+#include <csignal>
+#include <optional>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+namespace Quillory {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class JsonUserDefaultsTest : public testing::Test {
+protected:
+    JsonUserDefaultsTest() { chmod(QFile::encodeName(m_folder.path()).constData(), 0777); }
+
+    JsonUserDefaults& start()
+    {
+        m_defaults.emplace(m_path, m_executor);
+        return *m_defaults;
+    }
+    void put(QByteArray const& contents)
+    {
+        QDir().mkpath(QFileInfo(m_path).path());
+        QFile file(m_path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(contents);
+    }
+    static QByteArray contentsOf(QString const& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+    }
+    QJsonObject onDisk() const { return QJsonDocument::fromJson(contentsOf(m_path)).object(); }
+    bool exists() const { return QFile::exists(m_path); }
+    QStringList files() const
+    {
+        return QDir(QFileInfo(m_path).path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+    }
+
+    // Time for a write, which then runs and reports.
+    void passTime()
+    {
+        m_executor.advance(250ms);
+        m_executor.runAndFinishWork();
+    }
+
+    QTemporaryDir m_folder;
+    QString m_path = m_folder.filePath(QStringLiteral("defaults.json"));
+    QString m_a = QStringLiteral("a");
+    QString m_b = QStringLiteral("b");
+    ManualExecutor m_executor;
+    std::optional<JsonUserDefaults> m_defaults;
+};
+
+TEST_F(JsonUserDefaultsTest, Changes_hold_at_once_and_are_written_together_within_250_ms)
+{
+    m_path = m_folder.filePath(QStringLiteral("config/quillory/defaults.json"));
+    auto& defaults = start();
+    defaults.setValue(m_a, 1.0);
+    m_executor.advance(150ms);
+    defaults.setValue(m_b, true);
+    EXPECT_EQ(defaults.get<double>(m_a), 1.0);
+    EXPECT_FALSE(exists());
+    m_executor.advance(100ms);
+    EXPECT_EQ(m_executor.queuedWork(), 1U);
+    EXPECT_TRUE(m_executor.runAndFinishWork());
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 }, { m_b, true } }));
+    EXPECT_EQ(m_executor.pendingTimers(), 0U);
+    EXPECT_THAT(files(), ElementsAre(QStringLiteral("defaults.json")));
+    struct stat status {};
+    ASSERT_EQ(stat(QFile::encodeName(m_path).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0600U);
+}
+
+TEST_F(JsonUserDefaultsTest, Data_stands_as_base64_in_an_object_of_its_own)
+{
+    start().setValue(m_a, QByteArray("\xff\xfe{", 3));
+    m_defaults->flush();
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, QJsonObject { { QStringLiteral("data"), QStringLiteral("//57") } } } }));
+    put(R"({"a": {"data": "eyJwYXRoIjoiLyJ9"}, "b": {"data": "not base64!"}})");
+    m_defaults.reset();
+    EXPECT_EQ(start().get<QByteArray>(m_a), QByteArray(R"({"path":"/"})"));
+    EXPECT_EQ(start().get<QByteArray>(m_b), std::nullopt);
+    EXPECT_TRUE(start().get<QJsonObject>(m_b));
+}
+
+TEST_F(JsonUserDefaultsTest, Where_nothing_changes_nothing_is_written)
+{
+    QByteArray const contents = "{ \"a\": 3.0,\n\n \"b\": \"kept\" }";
+    put(contents);
+    auto& defaults = start();
+    defaults.setValue(m_a, 3.0);
+    defaults.removeValue(QStringLiteral("missing"));
+    EXPECT_EQ(m_executor.pendingTimers(), 0U);
+    defaults.setValue(m_a, 4.0);
+    defaults.setValue(m_a, 3.0);
+    passTime();
+    m_defaults.reset();
+    EXPECT_EQ(contentsOf(m_path), contents);
+
+    m_path = m_folder.filePath(QStringLiteral("fresh.json"));
+    start().flush();
+    m_defaults.reset();
+    EXPECT_FALSE(exists());
+}
+
+TEST_F(JsonUserDefaultsTest, Members_that_nobody_asks_for_stay)
+{
+    put(R"({"a": 1, "future": [null, 9007199254740993, {"x": 1e300}], "nothing": null})");
+    auto const before = onDisk();
+    start().setValue(m_b, true);
+    m_defaults->removeValue(m_a);
+    m_defaults.reset();
+    auto expected = before;
+    expected.remove(m_a);
+    expected.insert(m_b, true);
+    EXPECT_EQ(onDisk(), expected);
+    EXPECT_THAT(contentsOf(m_path).toStdString(), testing::HasSubstr("9007199254740993"));
+}
+
+TEST_F(JsonUserDefaultsTest, The_end_and_a_flush_write_what_is_owed)
+{
+    start().setValue(m_a, 1.0);
+    m_defaults->flush();
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 } }));
+    m_defaults->setValue(m_a, 2.0);
+    m_defaults.reset();
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 2 } }));
+}
+
+TEST_F(JsonUserDefaultsTest, A_worker_that_comes_late_does_not_undo_a_newer_write)
+{
+    auto& defaults = start();
+    defaults.setValue(m_a, 1.0);
+    m_executor.advance(250ms); // its write waits for a worker
+    defaults.setValue(m_a, 2.0);
+    defaults.flush();
+    m_executor.runAndFinishWork();
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 2 } }));
+
+    defaults.setValue(m_a, 3.0);
+    m_executor.advance(250ms);
+    m_executor.runWork(); // written, and not yet told
+    defaults.setValue(m_a, 2.0);
+    m_defaults.reset();
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 2 } }));
+}
+
+TEST_F(JsonUserDefaultsTest, A_damaged_file_is_set_aside_under_a_free_name_and_never_overwritten)
+{
+    QStringList expected;
+    for (auto const* damage : { "", "{\"a\": 1", "[1]", "\0\0\0" }) {
+        put(damage);
+        expected << QStringLiteral("defaults.json.damaged-%1").arg(expected.size() + 1);
+        auto& defaults = start();
+        EXPECT_EQ(defaults.damagedFile(), m_folder.filePath(expected.last()));
+        EXPECT_EQ(defaults.value(m_a), std::nullopt);
+        EXPECT_THAT(files(), testing::ElementsAreArray(expected));
+        EXPECT_EQ(contentsOf(m_folder.filePath(expected.last())), QByteArray(damage));
+    }
+    m_defaults->setValue(m_b, true);
+    m_defaults.reset();
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_b, true } }));
+}
+
+TEST_F(JsonUserDefaultsTest, A_file_that_cannot_be_read_is_not_replaced_and_takes_the_changes_once_it_can)
+{
+    put(R"({"a": 1, "b": 1})");
+    ASSERT_EQ(chmod(QFile::encodeName(m_path).constData(), 0), 0);
+    {
+        OrdinaryUser const user;
+        ASSERT_TRUE(user.holds());
+        auto& defaults = start();
+        EXPECT_EQ(defaults.value(m_a), std::nullopt);
+        EXPECT_EQ(defaults.lastWriteError(), std::nullopt);
+        defaults.setValue(m_b, 2.0);
+        passTime();
+        EXPECT_EQ(defaults.lastWriteError(), SystemError(EACCES));
+        EXPECT_EQ(defaults.get<double>(m_b), 2.0);
+    }
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 }, { m_b, 1 } }));
+    m_defaults->flush();
+    EXPECT_EQ(m_defaults->lastWriteError(), std::nullopt);
+    EXPECT_EQ(m_defaults->get<double>(m_a), 1.0);
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 }, { m_b, 2 } }));
+}
+
+TEST_F(JsonUserDefaultsTest, A_write_that_fails_leaves_the_old_file_and_is_tried_again_at_the_next_change)
+{
+    start().setValue(m_a, 1.0);
+    m_defaults->flush();
+    ASSERT_EQ(chmod(QFile::encodeName(m_folder.path()).constData(), 0555), 0);
+    {
+        OrdinaryUser const user;
+        ASSERT_TRUE(user.holds());
+        m_defaults->setValue(m_a, 2.0);
+        passTime();
+        EXPECT_EQ(m_defaults->lastWriteError(), SystemError(EACCES));
+    }
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 } }));
+    EXPECT_EQ(m_executor.pendingTimers(), 0U);
+    ASSERT_EQ(chmod(QFile::encodeName(m_folder.path()).constData(), 0777), 0);
+    m_defaults->setValue(m_b, true);
+    passTime();
+    EXPECT_EQ(m_defaults->lastWriteError(), std::nullopt);
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 2 }, { m_b, true } }));
+}
+
+TEST_F(JsonUserDefaultsTest, A_disk_that_is_full_in_the_middle_of_a_write_harms_nothing)
+{
+    start().setValue(m_a, 1.0);
+    m_defaults->flush();
+    auto const before = contentsOf(m_path);
+    m_defaults->setValue(m_b, QString(5000, u'x'));
+    rlimit old {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
+    auto const oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit const small { 100, old.rlim_max };
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    m_defaults->flush();
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &old), 0);
+    std::signal(SIGXFSZ, oldHandler);
+    EXPECT_EQ(m_defaults->lastWriteError(), SystemError(EFBIG));
+    EXPECT_EQ(contentsOf(m_path), before);
+    EXPECT_THAT(files(), ElementsAre(QStringLiteral("defaults.json")));
+}
+
+TEST_F(JsonUserDefaultsTest, A_folder_in_the_file_s_place_is_left_alone)
+{
+    ASSERT_TRUE(QDir().mkpath(m_path + QStringLiteral("/x")));
+    start().setValue(m_a, 1.0);
+    m_defaults->flush();
+    EXPECT_EQ(m_defaults->lastWriteError(), SystemError(EISDIR));
+    m_defaults.reset();
+    EXPECT_TRUE(QFile::exists(m_path + QStringLiteral("/x")));
+}
+
+TEST_F(JsonUserDefaultsTest, A_link_to_the_file_stays_a_link)
+{
+    auto const real = m_folder.filePath(QStringLiteral("real.json"));
+    put(R"({"a": 1})");
+    ASSERT_TRUE(QFile::rename(m_path, real));
+    ASSERT_TRUE(QFile::link(real, m_path));
+    start().setValue(m_b, true);
+    m_defaults.reset();
+    EXPECT_EQ(QFile::symLinkTarget(m_path), real);
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 }, { m_b, true } }));
+}
+
+TEST_F(JsonUserDefaultsTest, On_the_real_clock_and_worker_a_change_reaches_the_disk_by_itself)
+{
+    EventLoop loop;
+    QtExecutor executor;
+    JsonUserDefaults defaults(m_path, executor);
+    defaults.setValue(m_a, 1.0);
+    EXPECT_TRUE(loop.runUntil([&] { return onDisk().value(m_a) == 1; }));
+    defaults.setValue(m_a, 2.0);
+}
+
+TEST(JsonUserDefaultsPath, It_lies_in_the_user_s_configuration_folder)
+{
+    QTemporaryDir const folder;
+    auto const before = qgetenv("XDG_CONFIG_HOME");
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
+    EXPECT_EQ(JsonUserDefaults::standardPath(), folder.filePath(QStringLiteral("quillory/defaults.json")));
+    qunsetenv("XDG_CONFIG_HOME");
+    EXPECT_EQ(JsonUserDefaults::standardPath(), QDir::homePath() + QStringLiteral("/.config/quillory/defaults.json"));
+    if (!before.isNull())
+        qputenv("XDG_CONFIG_HOME", before);
+}
+
+}
+}

@@ -1,0 +1,37 @@
+#include "HotKeysContract.h"
+
+#include "support/FakeHotKeys.h"
+
+namespace Quillory {
+namespace {
+
+class FakeDesk final : public HotKeysDesk {
+public:
+    HotKeys& hotKeys() override { return m_hotKeys; }
+    void pressModifiers(ModifierFlags modifiers) override { m_modifiers = modifiers; }
+    void releaseModifiers(ModifierFlags) override { m_modifiers = ModifierFlags::none; }
+    void pressKey(std::uint16_t keyCode) override { m_hotKeys.press(keyCode, m_modifiers); }
+    void releaseKey(std::uint16_t keyCode) override { m_hotKeys.release(keyCode); }
+
+    void holdKeyUntilItRepeats(std::uint16_t keyCode) override
+    {
+        pressKey(keyCode);
+        pressKey(keyCode);
+        pressKey(keyCode);
+    }
+
+    void letAnotherProgramHave(std::uint16_t keyCode, ModifierFlags modifiers) override
+    {
+        m_hotKeys.refusals.push_back({ { keyCode, modifiers }, HotKeys::Refusal::Reason::taken });
+    }
+
+private:
+    FakeHotKeys m_hotKeys;
+    ModifierFlags m_modifiers = ModifierFlags::none;
+};
+
+INSTANTIATE_TEST_SUITE_P(
+    Fake, HotKeysContract, testing::Values(NamedHotKeysDesk { "fake", [] { return std::make_unique<FakeDesk>(); } }));
+
+}
+}

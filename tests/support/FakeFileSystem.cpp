@@ -1,0 +1,207 @@
+#include "support/FakeFileSystem.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+namespace Quillory {
+
+struct FakeFileSystem::Folder {
+    std::mutex mutex;
+    std::map<QByteArray, Entry> entries;
+    std::map<QByteArray, int> reads;
+    int opens = 0;
+    int openError = 0;
+    int listingError = 0;
+    bool isRemoved = false;
+};
+
+class FakeFileSystem::Open final : public OpenFolder {
+public:
+    explicit Open(std::shared_ptr<Folder> folder)
+        : m_folder(std::move(folder))
+    {
+    }
+
+    std::expected<std::vector<QByteArray>, SystemError> names() const override
+    {
+        std::lock_guard const lock(m_folder->mutex);
+        if (m_folder->isRemoved)
+            return std::unexpected(SystemError(ENOENT));
+        if (m_folder->listingError)
+            return std::unexpected(SystemError(m_folder->listingError));
+        std::vector<QByteArray> names;
+        // Last name first: nobody may rely on an order.
+        for (auto entry = m_folder->entries.rbegin(); entry != m_folder->entries.rend(); ++entry) {
+            if (!entry->first.startsWith('.'))
+                names.push_back(entry->first);
+        }
+        return names;
+    }
+
+    std::expected<EntryStatus, SystemError> status(QByteArray const& name) const override
+    {
+        std::lock_guard const lock(m_folder->mutex);
+        auto const found = find(name);
+        if (!found)
+            return std::unexpected(found.error());
+        auto& entry = **found;
+        if (entry.statusError)
+            return std::unexpected(SystemError(*entry.statusError));
+        EntryStatus status { entry.kind == Kind::regular, entry.kind == Kind::symbolicLink, entry.contents.size() };
+        if (entry.hidesSize)
+            status.size.reset();
+        changeAfterStatus(name, entry);
+        return status;
+    }
+
+    std::expected<std::optional<QByteArray>, SystemError> read(QByteArray const& name, qint64 limit) const override
+    {
+        std::lock_guard const lock(m_folder->mutex);
+        ++m_folder->reads[name];
+        auto const found = find(name);
+        if (!found)
+            return std::unexpected(found.error());
+        auto const& entry = **found;
+        if (entry.readError)
+            return std::unexpected(SystemError(*entry.readError));
+        if (entry.kind == Kind::symbolicLink)
+            return std::unexpected(SystemError(ELOOP));
+        if (entry.kind != Kind::regular)
+            return std::nullopt;
+        return entry.contents.first(std::min<qsizetype>(entry.contents.size(), limit));
+    }
+
+private:
+    std::expected<Entry*, SystemError> find(QByteArray const& name) const
+    {
+        if (name.isEmpty() || name == "." || name == ".." || name.contains('/') || name.contains('\0'))
+            return std::unexpected(SystemError(EINVAL));
+        auto const found = m_folder->entries.find(name);
+        if (found == m_folder->entries.end())
+            return std::unexpected(SystemError(ENOENT));
+        return &found->second;
+    }
+
+    void changeAfterStatus(QByteArray const& name, Entry& entry) const
+    {
+        if (entry.contentsAfterStatus)
+            entry.contents = *std::exchange(entry.contentsAfterStatus, std::nullopt);
+        if (entry.kindAfterStatus)
+            entry.kind = *std::exchange(entry.kindAfterStatus, std::nullopt);
+        if (entry.vanishesAfterStatus)
+            m_folder->entries.erase(name);
+    }
+
+    std::shared_ptr<Folder> m_folder;
+};
+
+std::shared_ptr<FakeFileSystem::Folder> FakeFileSystem::folder(QString const& path)
+{
+    std::lock_guard const lock(m_mutex);
+    auto& folder = m_folders[path];
+    if (!folder)
+        folder = std::make_shared<Folder>();
+    return folder;
+}
+
+std::shared_ptr<FakeFileSystem::Folder> FakeFileSystem::existing(QString const& path) const
+{
+    std::lock_guard const lock(m_mutex);
+    auto const found = m_folders.find(path);
+    return found == m_folders.end() ? nullptr : found->second;
+}
+
+void FakeFileSystem::addFolder(QString const& path)
+{
+    folder(path);
+}
+
+void FakeFileSystem::removeFolder(QString const& path)
+{
+    auto const removed = folder(path);
+    std::scoped_lock const lock(m_mutex, removed->mutex);
+    removed->isRemoved = true;
+    removed->entries.clear();
+    m_folders.erase(path);
+}
+
+void FakeFileSystem::failFolder(QString const& path, int error)
+{
+    auto const failing = folder(path);
+    std::lock_guard const lock(failing->mutex);
+    failing->openError = error;
+}
+
+void FakeFileSystem::failListing(QString const& path, int error)
+{
+    auto const failing = folder(path);
+    std::lock_guard const lock(failing->mutex);
+    failing->listingError = error;
+}
+
+void FakeFileSystem::put(QString const& path, QByteArray const& name, Entry entry)
+{
+    auto const changed = folder(path);
+    std::lock_guard const lock(changed->mutex);
+    changed->entries.insert_or_assign(name, std::move(entry));
+}
+
+void FakeFileSystem::write(QString const& path, QByteArray const& name, QByteArray const& contents)
+{
+    Entry entry;
+    entry.contents = contents;
+    put(path, name, std::move(entry));
+}
+
+void FakeFileSystem::remove(QString const& path, QByteArray const& name)
+{
+    auto const changed = folder(path);
+    std::lock_guard const lock(changed->mutex);
+    changed->entries.erase(name);
+}
+
+int FakeFileSystem::opens(QString const& path) const
+{
+    auto const asked = existing(path);
+    if (!asked)
+        return 0;
+    std::lock_guard const lock(asked->mutex);
+    return asked->opens;
+}
+
+int FakeFileSystem::reads(QString const& path) const
+{
+    auto const asked = existing(path);
+    if (!asked)
+        return 0;
+    std::lock_guard const lock(asked->mutex);
+    int sum = 0;
+    for (auto const& [name, count] : asked->reads)
+        sum += count;
+    return sum;
+}
+
+int FakeFileSystem::reads(QString const& path, QByteArray const& name) const
+{
+    auto const asked = existing(path);
+    if (!asked)
+        return 0;
+    std::lock_guard const lock(asked->mutex);
+    auto const found = asked->reads.find(name);
+    return found == asked->reads.end() ? 0 : found->second;
+}
+
+std::expected<std::unique_ptr<OpenFolder>, SystemError> FakeFileSystem::openFolder(QString const& path) const
+{
+    auto const opened = existing(path);
+    if (!opened)
+        return std::unexpected(SystemError(ENOENT));
+    std::lock_guard const lock(opened->mutex);
+    if (opened->openError)
+        return std::unexpected(SystemError(opened->openError));
+    ++opened->opens;
+    return std::make_unique<Open>(opened);
+}
+
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/FileSystem.h"
+
+#include <map>
+#include <memory>
+#include <mutex>
+
+namespace Quillory {
+
+// Folders in memory, with the faults that a test asks for. Safe on any thread, as the real one is.
+class FakeFileSystem final : public FileSystem {
+public:
+    enum class Kind { regular, folder, symbolicLink, fifo, socket };
+
+    // What an entry does to its readers. Errors are `errno` values.
+    struct Entry {
+        Kind kind = Kind::regular;
+        QByteArray contents;
+        std::optional<int> statusError;
+        std::optional<int> readError;
+        bool hidesSize = false; // the status names no size
+        std::optional<QByteArray> contentsAfterStatus; // the file changes between the look at it and the read
+        std::optional<Kind> kindAfterStatus; // the entry becomes something else in between
+        bool vanishesAfterStatus = false;
+    };
+
+    void addFolder(QString const& path);
+    void removeFolder(QString const& path);
+    void failFolder(QString const& path, int error); // opening it; 0 makes it well again
+    void failListing(QString const& path, int error);
+
+    // The folder is made where it is missing.
+    void put(QString const& folder, QByteArray const& name, Entry entry);
+    void write(QString const& folder, QByteArray const& name, QByteArray const& contents);
+    void remove(QString const& folder, QByteArray const& name);
+
+    int opens(QString const& folder) const;
+    int reads(QString const& folder) const;
+    int reads(QString const& folder, QByteArray const& name) const;
+
+    std::expected<std::unique_ptr<OpenFolder>, SystemError> openFolder(QString const& path) const override;
+
+private:
+    struct Folder;
+    class Open;
+
+    std::shared_ptr<Folder> folder(QString const& path); // made where it is missing
+    std::shared_ptr<Folder> existing(QString const& path) const;
+
+    mutable std::mutex m_mutex;
+    std::map<QString, std::shared_ptr<Folder>> m_folders;
+};
+
+}

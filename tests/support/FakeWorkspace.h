@@ -1,0 +1,73 @@
+#pragma once
+
+#include "platform/Workspace.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace Quillory {
+
+// A desktop in memory: a test opens and closes windows and brings them to the front; what the program asked for
+// is recorded.
+class FakeWorkspace final : public Workspace {
+public:
+    std::optional<RunningApplication> frontmostApplication() const override { return m_front; }
+    QString mainBundleIdentifier() const override { return QStringLiteral("quillory"); }
+
+    void activate(RunningApplication const& application) override
+    {
+        activations.push_back(application);
+        bringToFront(application.window);
+    }
+
+    void activateIgnoringOtherApps(std::uint64_t ownWindow) override
+    {
+        ownActivations.push_back(ownWindow);
+        bringToFront(ownWindow);
+    }
+
+    void prepareToShow(std::uint64_t ownWindow) override { preparations.push_back(ownWindow); }
+
+    Registration observeActivation(std::function<void(RunningApplication const&)> activated) override
+    {
+        auto observer = std::make_shared<Observer>(std::move(activated));
+        m_observers.push_back(observer);
+        return Registration([this, weak = std::weak_ptr(observer)] { std::erase(m_observers, weak.lock()); });
+    }
+
+    // What the user and the other programs do.
+    void open(RunningApplication const& application) { m_windows.push_back(application); }
+
+    void bringToFront(std::uint64_t window)
+    {
+        auto const found = std::ranges::find(m_windows, window, &RunningApplication::window);
+        if (found == m_windows.end() || m_front == *found)
+            return;
+        m_front = *found;
+        for (auto const& observer : std::vector(m_observers))
+            (*observer)(*found);
+    }
+
+    // Leaves the desktop without a front window if this was it.
+    void close(std::uint64_t window)
+    {
+        std::erase_if(m_windows, [&](auto const& each) { return each.window == window; });
+        if (m_front && m_front->window == window)
+            m_front.reset();
+    }
+
+    std::vector<RunningApplication> activations;
+    std::vector<std::uint64_t> ownActivations;
+    std::vector<std::uint64_t> preparations;
+
+private:
+    using Observer = std::function<void(RunningApplication const&)>;
+
+    std::vector<RunningApplication> m_windows;
+    std::optional<RunningApplication> m_front;
+    std::vector<std::shared_ptr<Observer>> m_observers;
+};
+
+}

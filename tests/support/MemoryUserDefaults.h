@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/UserDefaults.h"
+
+#include <QHash>
+
+#include <vector>
+
+namespace Quillory {
+
+// User defaults in memory that remember every call that changed or could have changed them.
+class MemoryUserDefaults final : public UserDefaults {
+public:
+    struct Write {
+        QString key;
+        std::optional<Value> value; // absent for a removal
+        bool operator==(Write const&) const = default;
+    };
+
+    std::optional<Value> value(QString const& key) const override;
+    void setValue(QString const& key, Value value) override;
+    void removeValue(QString const& key) override;
+
+    // In order, those that set an equal value among them.
+    std::vector<Write> const& writes() const { return m_writes; }
+    void forgetWrites() { m_writes.clear(); }
+
+private:
+    QHash<QString, Value> m_values;
+    std::vector<Write> m_writes;
+};
+
+}

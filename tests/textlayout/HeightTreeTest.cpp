@@ -1,0 +1,56 @@
+#include "textlayout/HeightTree.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <random>
+
+namespace Quillory {
+namespace {
+
+TEST(HeightTree, An_empty_tree_has_no_height_and_no_index)
+{
+    HeightTree const tree;
+    EXPECT_EQ(tree.total(), 0);
+    EXPECT_EQ(tree.indexAt(5), -1);
+}
+
+TEST(HeightTree, What_lies_outside_belongs_to_the_first_or_the_last)
+{
+    HeightTree const tree({ 10, 0, 20 });
+    EXPECT_EQ(tree.indexAt(-1), 0);
+    EXPECT_EQ(tree.indexAt(9.5), 0);
+    EXPECT_EQ(tree.indexAt(10), 2) << "a height of nothing holds no point";
+    EXPECT_EQ(tree.indexAt(30), 2);
+}
+
+TEST(HeightTree, Agrees_with_plain_sums_through_thousands_of_changes)
+{
+    std::mt19937 random(7);
+    for (std::size_t const size : { 1U, 2U, 7U, 64U, 1000U }) {
+        std::uniform_int_distribution<std::size_t> anyIndex(0, size - 1);
+        std::uniform_int_distribution<int> anyHeight(0, 200);
+        std::vector<double> heights(size);
+        for (auto& height : heights)
+            height = anyHeight(random) / 2.0;
+        HeightTree tree(heights);
+        for (int change = 0; change < 2000; ++change) {
+            auto const index = anyIndex(random);
+            heights[index] = anyHeight(random) / 2.0;
+            tree.set(static_cast<qsizetype>(index), heights[index]);
+
+            auto const probed = anyIndex(random);
+            auto const top = std::accumulate(heights.begin(), heights.begin() + static_cast<std::ptrdiff_t>(probed), 0.0);
+            ASSERT_EQ(tree.top(static_cast<qsizetype>(probed)), top);
+            ASSERT_EQ(tree.height(static_cast<qsizetype>(probed)), heights[probed]);
+            if (heights[probed] > 0) {
+                ASSERT_EQ(tree.indexAt(top), static_cast<qsizetype>(probed));
+                ASSERT_EQ(tree.indexAt(top + heights[probed] - 0.25), static_cast<qsizetype>(probed));
+            }
+        }
+        EXPECT_EQ(tree.total(), std::accumulate(heights.begin(), heights.end(), 0.0));
+    }
+}
+
+}
+}

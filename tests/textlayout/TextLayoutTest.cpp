@@ -1,0 +1,246 @@
+#include "textlayout/TestTexts.h"
+#include "textlayout/TextUnits.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QTextBoundaryFinder>
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+namespace Quillory {
+namespace {
+
+QString words(qsizetype count)
+{
+    return QStringLiteral("words ").repeated(count);
+}
+
+TEST(TextLayout, Lines_stand_where_indents_and_spacing_say)
+{
+    ParagraphStyle style;
+    style.firstLineHeadIndent = 30;
+    style.headIndent = 12;
+    style.tailIndent = -64;
+    style.minimumLineHeight = 40;
+    style.lineSpacing = 3;
+    style.paragraphSpacingBefore = 8;
+    style.paragraphSpacing = 20;
+    auto layout = layoutOf(plainText(words(40) + u'\n' + words(1), style), 400);
+    makeAllExact(layout);
+
+    auto const first = layout.boundingRect(0, 1);
+    EXPECT_EQ(first.topLeft(), QPointF(30, 8));
+    EXPECT_EQ(first.height(), 40);
+    auto const firstLineEnd = layout.characterIndexAt({ 399, 20 });
+    EXPECT_LE(layout.boundingRect(0, firstLineEnd).right(), 400 - 64);
+    auto const second = layout.boundingRect(firstLineEnd + 1, 1);
+    EXPECT_EQ(second.topLeft(), QPointF(12, 8 + 40 + 3));
+
+    // 20 behind the first paragraph and 8 before the second, each paragraph's last line with its line spacing.
+    auto const lastOfFirst = layout.boundingRect(words(40).size() - 2, 1);
+    auto const nextParagraph = layout.boundingRect(words(40).size() + 1, 1);
+    EXPECT_EQ(nextParagraph.top() - lastOfFirst.bottom(), 3 + 20 + 8);
+    EXPECT_EQ(layout.height(), nextParagraph.bottom() + 3 + 20);
+}
+
+TEST(TextLayout, A_positive_tail_indent_is_measured_from_the_left)
+{
+    ParagraphStyle style;
+    style.tailIndent = 150;
+    auto layout = layoutOf(plainText(words(40), style), 400);
+    makeAllExact(layout);
+    EXPECT_LE(layout.boundingRect(0, layout.characterIndexAt({ 399, 5 })).right(), 150);
+}
+
+TEST(TextLayout, A_right_to_left_paragraph_begins_at_the_right)
+{
+    ParagraphStyle style;
+    style.firstLineHeadIndent = 10;
+    auto layout = layoutOf(plainText(QStringLiteral("שלום"), style), 400);
+    makeAllExact(layout);
+    EXPECT_NEAR(layout.boundingRect(0, 1).right(), 390, 0.1);
+}
+
+TEST(TextLayout, A_picture_takes_its_width_and_makes_its_line_high_enough)
+{
+    TextAttributes picture;
+    picture.attachment = Attachment { {}, 123, 70 };
+    AttributedText::Builder builder;
+    builder.append(u"ab", {}, {});
+    builder.appendAttachment(picture, {});
+    builder.append(u"cd", {}, {});
+    auto layout = layoutOf(std::move(builder).build(), 400);
+    makeAllExact(layout);
+    auto const box = layout.boundingRect(2, 1);
+    EXPECT_NEAR(box.width(), 123, 0.1);
+    EXPECT_EQ(box.left(), layout.boundingRect(1, 1).right());
+    EXPECT_EQ(box.right(), layout.boundingRect(3, 1).left());
+    EXPECT_GE(layout.height(), 70);
+    EXPECT_LE(layout.height(), 70 + lineHeight());
+}
+
+TEST(TextLayout, Kern_and_raised_text_take_their_room)
+{
+    TextAttributes kerned;
+    kerned.kern = 10;
+    auto const width = [](TextAttributes const& attributes) {
+        auto layout = layoutOf(plainText(QStringLiteral("nnnn"), {}, attributes), 400);
+        return layout.boundingRect(0, 4).width();
+    };
+    EXPECT_NEAR(width(kerned) - width({}), 40, 0.5);
+
+    TextAttributes raised;
+    raised.baselineOffset = 9;
+    auto layout = layoutOf(plainText(QStringLiteral("n"), {}, raised), 400);
+    makeAllExact(layout);
+    EXPECT_EQ(layout.height(), lineHeight() + 9);
+}
+
+TEST(TextLayout, What_is_taken_as_exact_without_laying_out_really_is)
+{
+    std::mt19937 random(3);
+    std::uniform_int_distribution<int> anyLength(0, 60);
+    std::uniform_int_distribution<int> anyCharacter(' ', '~');
+    for (auto const family : { FontAttribute::Family::system, FontAttribute::Family::monospaced }) {
+        TextAttributes attributes;
+        attributes.font.family = family;
+        QString string;
+        for (int line = 0; line < 300; ++line) {
+            for (auto length = anyLength(random); length > 0; --length)
+                string += QChar(anyCharacter(random));
+            string += u'\n';
+        }
+        auto layout = layoutOf(plainText(string, {}, attributes), 2000);
+        EXPECT_TRUE(layout.isExact());
+        auto const estimated = layout.height();
+        // A background takes no room, but keeps a line from being taken for granted.
+        AttributedText::Builder builder;
+        attributes.background = Color {};
+        builder.append(string, attributes, {});
+        auto measured = layoutOf(std::move(builder).build(), 2000);
+        EXPECT_FALSE(measured.isExact());
+        makeAllExact(measured);
+        EXPECT_EQ(estimated, measured.height());
+    }
+}
+
+// Paragraphs that no estimate gets right: bold, wide and narrow letters, scripts, line separators.
+AttributedText unevenText(int paragraphs)
+{
+    std::mt19937 random(11);
+    std::uniform_int_distribution<int> anyLength(0, 400);
+    TextAttributes bold;
+    bold.font.weight = FontAttribute::Weight::bold;
+    bold.font.size = 22;
+    AttributedText::Builder builder;
+    for (int paragraph = 0; paragraph < paragraphs; ++paragraph) {
+        auto const length = anyLength(random);
+        builder.append(QString(length, u"iWé漢\u2028"[paragraph % 5]), paragraph % 3 == 0 ? bold : TextAttributes {}, {});
+        builder.append(u"\n", {}, {});
+    }
+    return std::move(builder).build();
+}
+
+TEST(TextLayout, The_top_line_stays_while_other_heights_become_exact)
+{
+    auto layout = layoutOf(unevenText(400), 500);
+    auto top = layout.height() * 0.6;
+    top += layout.layOutVisible(top, 600);
+    auto const topLine = layout.anchorAt(top);
+    auto const estimated = layout.height();
+    for (bool more = true; more;) {
+        auto const result = layout.makeSomeExact(top, std::chrono::milliseconds(0));
+        top += result.correction;
+        more = result.moreLeft;
+        ASSERT_EQ(layout.anchorAt(top).location, topLine.location);
+        ASSERT_NEAR(layout.anchorAt(top).offset, topLine.offset, 1e-6);
+    }
+    EXPECT_TRUE(layout.isExact());
+    EXPECT_NE(layout.height(), estimated) << "the text was meant to be hard to estimate";
+}
+
+TEST(TextLayout, Exact_heights_do_not_depend_on_the_way_to_them)
+{
+    auto const text = unevenText(120);
+    auto inOrder = layoutOf(text, 500);
+    makeAllExact(inOrder);
+    auto jumping = layoutOf(text, 700);
+    jumping.layOutVisible(jumping.height() / 2, 600);
+    jumping.setWidth(500);
+    for (auto const share : { 0.9, 0.1, 0.5 })
+        jumping.layOutVisible(jumping.height() * share, 600);
+    makeAllExact(jumping);
+    EXPECT_EQ(jumping.height(), inOrder.height());
+}
+
+TEST(TextLayout, A_hit_in_the_middle_of_a_character_finds_its_cluster)
+{
+    std::mt19937 random(5);
+    QStringList const pieces { QStringLiteral("a"), QStringLiteral("W"), QStringLiteral(" "), QStringLiteral("e\u0301"),
+        QStringLiteral("\U0001F469\u200D\U0001F4BB"), QStringLiteral("漢"), QStringLiteral("של"), QStringLiteral("بسم"),
+        QStringLiteral("12"), QStringLiteral("fi"), QStringLiteral("\U0001F1E9\U0001F1EA") };
+    std::uniform_int_distribution<qsizetype> anyPiece(0, pieces.size() - 1);
+    for (int round = 0; round < 40; ++round) {
+        QString string;
+        for (int piece = 0; piece < 60; ++piece)
+            string += pieces[anyPiece(random)];
+        auto layout = layoutOf(plainText(string), 300);
+        makeAllExact(layout);
+        QTextBoundaryFinder clusters(QTextBoundaryFinder::Grapheme, string);
+        for (qsizetype from = 0, to = 0; (to = clusters.toNextBoundary()) > 0; from = to) {
+            auto const box = layout.boundingRect(from, to - from);
+            if (box.width() < 1)
+                continue;
+            auto const hit = layout.characterIndexAt(box.center());
+            ASSERT_TRUE(hit >= from && hit < to) << "round " << round << ": " << hit << " is not in " << from << " to " << to << " of "
+                                                 << string.toStdString();
+        }
+    }
+}
+
+TEST(TextLayout, A_hit_beside_a_line_finds_the_nearest_character_and_never_more_than_there_are)
+{
+    auto const string = QStringLiteral("first\n\nlast");
+    auto layout = layoutOf(plainText(string), 300);
+    makeAllExact(layout);
+    auto const line = lineHeight();
+    EXPECT_EQ(layout.characterIndexAt({ 290, 0.5 * line }), 4);
+    EXPECT_EQ(layout.characterIndexAt({ 290, 1.5 * line }), 6) << "the line feed of the empty line";
+    EXPECT_EQ(layout.characterIndexAt({ -5, 2.5 * line }), 7);
+    EXPECT_EQ(layout.characterIndexAt({ 290, 99 * line }), string.size() - 1);
+    EXPECT_EQ(layout.boundingRect(5, 1).width(), 0) << "a line feed has no width";
+    EXPECT_EQ(layout.boundingRect(0, string.size()), QRectF(0, 0, 300, 3 * line));
+}
+
+TEST(TextLayout, New_colours_show_without_new_heights)
+{
+    auto layout = layoutOf(plainText(QString(QChar(0x2588)).repeated(20)), 300);
+    layout.layOutVisible(0, 100);
+    auto const height = layout.height();
+    auto const painted = [&](QColor const& color) {
+        ColorSet colors;
+        colors.label = color;
+        QImage image(300, 60, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        layout.paint(painter, image.rect(), colors);
+        return image.pixelColor(40, static_cast<int>(height / 2));
+    };
+    EXPECT_EQ(painted(Qt::red), QColor(Qt::red));
+    EXPECT_EQ(painted(Qt::blue), QColor(Qt::blue));
+    EXPECT_EQ(layout.height(), height);
+}
+
+TEST(TextLayout, Emptiness_has_no_height)
+{
+    auto layout = layoutOf({}, 300);
+    EXPECT_EQ(layout.layOutVisible(0, 500), 0);
+    EXPECT_EQ(layout.height(), 0);
+    EXPECT_EQ(layout.characterIndexAt({ 3, 3 }), 0);
+    EXPECT_TRUE(layout.boundingRect(0, 0).isNull());
+}
+
+}
+}

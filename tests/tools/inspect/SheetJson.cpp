@@ -1,0 +1,291 @@
+#include "SheetJson.h"
+
+#include "RenderedJson.h"
+
+#include "rendering/MarkdownRenderer.h"
+
+#include <variant>
+#include <vector>
+
+namespace Quillory {
+
+namespace {
+
+// Writes the nodes of a tree with a stack of its own, since they may be nested to any depth.
+class NodeWriter {
+public:
+    explicit NodeWriter(JsonWriter& json)
+        : m_json(json)
+    {
+    }
+
+    void write(ParsedMarkdown::Nodes nodes)
+    {
+        begin(nodes);
+        while (!m_open.empty())
+            std::visit([this](auto& siblings) { step(siblings); }, m_open.back());
+    }
+
+private:
+    template<typename Element>
+    struct Open {
+        typename ParsedMarkdown::Siblings<Element>::Iterator next, end;
+        bool isMember; // an object ends with this array
+    };
+    using OpenNodes = Open<ParsedMarkdown::Node>;
+    using OpenCells = Open<ParsedMarkdown::Cell>;
+    using OpenRows = Open<ParsedMarkdown::Row>;
+
+    void begin(ParsedMarkdown::Nodes nodes, bool isMember = false)
+    {
+        m_json.beginArray();
+        m_open.push_back(OpenNodes { nodes.begin(), nodes.end(), isMember });
+    }
+
+    template<typename Siblings>
+    void step(Siblings& siblings)
+    {
+        if (siblings.next == siblings.end) {
+            auto const isMember = siblings.isMember;
+            m_open.pop_back();
+            m_json.endArray();
+            if (isMember)
+                m_json.endObject();
+            return;
+        }
+        auto const element = *siblings.next;
+        ++siblings.next;
+        enter(element);
+    }
+
+    void enter(ParsedMarkdown::Cell const& cell) { begin(cell.nodes); }
+
+    void enter(ParsedMarkdown::Row const& row)
+    {
+        m_json.beginArray();
+        m_open.push_back(OpenCells { row.cells.begin(), row.cells.end(), false });
+    }
+
+    void enter(ParsedMarkdown::Node const& node)
+    {
+        m_json.beginObject();
+        std::visit([this](auto const& value) { write(value); }, node.value());
+    }
+
+    void leaf(QStringView kind, QStringView string)
+    {
+        m_json.member(u"kind", kind);
+        m_json.member(u"string", string);
+        m_json.endObject();
+    }
+
+    void children(ParsedMarkdown::Nodes nodes)
+    {
+        m_json.key(u"children");
+        begin(nodes, true);
+    }
+
+    void parent(QStringView kind, ParsedMarkdown::Nodes nodes)
+    {
+        m_json.member(u"kind", kind);
+        children(nodes);
+    }
+
+    void optionalMember(QStringView name, std::optional<QStringView> text)
+    {
+        if (text)
+            m_json.member(name, *text);
+        else
+            m_json.nullMember(name);
+    }
+
+    void write(ParsedMarkdown::Text const& text) { leaf(u"text", text.string); }
+    void write(ParsedMarkdown::InlineCode const& code) { leaf(u"inlineCode", code.string); }
+    void write(ParsedMarkdown::CodeBlock const& code) { leaf(u"codeBlock", code.string); }
+
+    void write(ParsedMarkdown::Heading const& heading)
+    {
+        m_json.member(u"kind", u"heading");
+        m_json.integerMember(u"level", heading.level);
+        m_json.member(u"text", heading.text);
+        children(heading.children);
+    }
+
+    void write(ParsedMarkdown::Paragraph const& paragraph) { parent(u"paragraph", paragraph.children); }
+    void write(ParsedMarkdown::Strong const& strong) { parent(u"strong", strong.children); }
+    void write(ParsedMarkdown::Emphasis const& emphasis) { parent(u"emphasis", emphasis.children); }
+    void write(ParsedMarkdown::Strikethrough const& struck) { parent(u"strikethrough", struck.children); }
+
+    void write(ParsedMarkdown::Link const& link)
+    {
+        m_json.member(u"kind", u"link");
+        optionalMember(u"destination", link.destination);
+        children(link.children);
+    }
+
+    void write(ParsedMarkdown::Image const& image)
+    {
+        m_json.member(u"kind", u"image");
+        optionalMember(u"source", image.source);
+        m_json.member(u"description", image.description);
+        m_json.endObject();
+    }
+
+    void write(ParsedMarkdown::ListItem const& item)
+    {
+        m_json.member(u"kind", u"listItem");
+        if (item.checked)
+            m_json.booleanMember(u"checked", *item.checked);
+        else
+            m_json.nullMember(u"checked");
+        children(item.children);
+    }
+
+    void write(ParsedMarkdown::BlockQuote const& quote) { parent(u"blockQuote", quote.children); }
+
+    void write(ParsedMarkdown::Table const& table)
+    {
+        m_json.member(u"kind", u"table");
+        m_json.key(u"rows");
+        m_json.beginArray();
+        m_open.push_back(OpenRows { table.rows.begin(), table.rows.end(), true });
+    }
+
+    void write(ParsedMarkdown::Html const& html)
+    {
+        m_json.member(u"kind", u"html");
+        m_json.member(u"string", html.string);
+        m_json.booleanMember(u"block", html.block);
+        m_json.endObject();
+    }
+
+    void write(ParsedMarkdown::Container const& container) { parent(u"container", container.children); }
+
+    void write(ParsedMarkdown::LineBreak) { bare(u"lineBreak"); }
+    void write(ParsedMarkdown::ThematicBreak) { bare(u"thematicBreak"); }
+
+    void bare(QStringView kind)
+    {
+        m_json.member(u"kind", kind);
+        m_json.endObject();
+    }
+
+    JsonWriter& m_json;
+    std::vector<std::variant<OpenNodes, OpenCells, OpenRows>> m_open;
+};
+
+void writeOptional(JsonWriter& json, QStringView name, std::optional<QString> const& text)
+{
+    if (text)
+        json.member(name, *text);
+}
+
+void writeStep(JsonWriter& json, ShortcutSheet::Step const& step)
+{
+    json.beginObject();
+    json.key(u"modifiers");
+    json.beginArray();
+    for (auto const& modifier : step.modifiers)
+        json.string(modifier);
+    json.endArray();
+    json.member(u"key", step.key);
+    json.endObject();
+}
+
+void writeEntry(JsonWriter& json, ShortcutSheet::Entry const& entry)
+{
+    json.beginObject();
+    json.member(u"id", entry.id);
+    json.member(u"title", entry.title);
+    writeOptional(json, u"text", entry.text);
+    json.key(u"shortcuts");
+    json.beginArray();
+    for (auto const& shortcut : entry.shortcuts) {
+        json.beginObject();
+        json.key(u"steps");
+        json.beginArray();
+        for (auto const& step : shortcut.steps)
+            writeStep(json, step);
+        json.endArray();
+        json.endObject();
+    }
+    json.endArray();
+    json.endObject();
+}
+
+void writeShortcuts(JsonWriter& json, ShortcutSheet const& sheet)
+{
+    json.beginObject();
+    json.integerMember(u"schemaVersion", sheet.schemaVersion);
+    json.member(u"title", sheet.title);
+    writeOptional(json, u"description", sheet.description);
+    json.key(u"sections");
+    json.beginArray();
+    for (auto const& section : sheet.sections) {
+        json.beginObject();
+        json.member(u"id", section.id);
+        json.member(u"title", section.title);
+        writeOptional(json, u"description", section.description);
+        json.key(u"entries");
+        json.beginArray();
+        for (auto const& entry : section.entries)
+            writeEntry(json, entry);
+        json.endArray();
+        writeOptional(json, u"icon", section.icon);
+        json.endObject();
+    }
+    json.endArray();
+    writeOptional(json, u"icon", sheet.icon);
+    json.endObject();
+}
+
+QStringView kindOf(Sheet const& sheet)
+{
+    return sheet.parsed ? u"markdown" : sheet.shortcuts ? u"structured" : u"unreadable";
+}
+
+void writeRendering(JsonWriter& json, Sheet const& sheet, double textSize)
+{
+    json.key(u"rendered");
+    if (sheet.parsed)
+        writeRendered(json, MarkdownRenderer::render(*sheet.parsed, sheet.title, sheet.images, textSize));
+    else
+        json.null();
+}
+
+}
+
+void writeSheet(JsonWriter& json, Sheet const& sheet, std::optional<double> renderTextSize)
+{
+    json.beginObject();
+    json.member(u"id", sheet.id);
+    json.member(u"title", sheet.title);
+    json.member(u"kind", kindOf(sheet));
+    json.integerMember(u"sourceBytes", sheet.source.toUtf8().size());
+    json.key(u"error");
+    sheet.error ? json.string(*sheet.error) : json.null();
+    json.key(u"nodes");
+    sheet.parsed ? NodeWriter(json).write(sheet.parsed->nodes()) : json.null();
+    json.key(u"shortcuts");
+    sheet.shortcuts ? writeShortcuts(json, *sheet.shortcuts) : json.null();
+    json.key(u"images");
+    json.beginObject();
+    for (auto const& [reference, image] : sheet.images.asKeyValueRange()) {
+        json.key(reference);
+        json.beginArray();
+        json.integer(image.cgImage.width());
+        json.integer(image.cgImage.height());
+        json.endArray();
+    }
+    json.endObject();
+    json.key(u"iconWarnings");
+    json.beginArray();
+    for (auto const& warning : sheet.iconWarnings)
+        json.string(warning);
+    json.endArray();
+    if (renderTextSize)
+        writeRendering(json, sheet, *renderTextSize);
+    json.endObject();
+}
+
+}

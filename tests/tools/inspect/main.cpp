@@ -1,0 +1,83 @@
+#include "SheetJson.h"
+
+#include "library/LibraryLoad.h"
+#include "platform/linux/files/PosixFileSystem.h"
+
+#include <QStringList>
+
+#include <cstdio>
+#include <iostream>
+#include <optional>
+
+namespace {
+
+using namespace Quillory;
+
+constexpr int cannotDo = 2;
+constexpr auto usage = "usage: quillory-inspect FOLDER [--sheet ID] [--render WIDTH TEXTSIZE]";
+
+struct Request {
+    QString folder;
+    std::optional<QString> sheet;
+    std::optional<double> textSize;
+};
+
+std::optional<Request> parse(QStringList arguments)
+{
+    Request request;
+    bool isGood = true;
+    auto const next = [&] { return arguments.isEmpty() ? (isGood = false, QString()) : arguments.takeFirst(); };
+    auto const number = [&] {
+        bool isNumber = false;
+        auto const value = next().toDouble(&isNumber);
+        isGood = isGood && isNumber && value > 0;
+        return value;
+    };
+    while (!arguments.isEmpty()) {
+        auto const argument = arguments.takeFirst();
+        if (argument == QLatin1StringView("--sheet")) {
+            request.sheet = next();
+        } else if (argument == QLatin1StringView("--render")) {
+            number(); // the width matters to sheets that are laid out in columns alone
+            request.textSize = number();
+        } else if (request.folder.isEmpty() && !argument.startsWith(QLatin1StringView("--"))) {
+            request.folder = argument;
+        } else {
+            return std::nullopt;
+        }
+    }
+    return isGood && !request.folder.isEmpty() ? std::optional(request) : std::nullopt;
+}
+
+}
+
+int main(int argc, char* argv[])
+{
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index)
+        arguments.append(QString::fromLocal8Bit(argv[index]));
+    auto const request = parse(arguments);
+    if (!request) {
+        std::cerr << usage << '\n';
+        return cannotDo;
+    }
+    auto const sheets = loadLibrary(PosixFileSystem(), request->folder);
+    if (!sheets) {
+        std::cerr << "quillory-inspect: can't list " << request->folder.toStdString() << ": "
+                  << sheets.error().localizedDescription().toStdString() << '\n';
+        return cannotDo;
+    }
+
+    JsonWriter json;
+    json.beginObject();
+    json.key(u"sheets");
+    json.beginArray();
+    for (auto const& sheet : *sheets) {
+        if (!request->sheet || sheet.id == *request->sheet)
+            writeSheet(json, sheet, request->textSize);
+    }
+    json.endArray();
+    json.endObject();
+    std::fwrite(json.bytes().constData(), 1, static_cast<std::size_t>(json.bytes().size()), stdout);
+    return std::fputc('\n', stdout) == '\n' && std::fflush(stdout) == 0 ? 0 : 1;
+}

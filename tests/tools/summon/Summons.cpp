@@ -1,0 +1,196 @@
+#include "Summons.h"
+
+#include <algorithm>
+#include <span>
+#include <thread>
+#include <unordered_map>
+
+namespace Quillory {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A picture that has not changed for so long is finished: longer than any pause between two frames of one drawing.
+constexpr auto still = 150ms;
+
+constexpr auto betweenSamples = 300us;
+constexpr auto betweenProbes = 10ms;
+
+}
+
+std::expected<std::unique_ptr<Summons>, QString> Summons::open(Shortcut const& toggle, std::chrono::seconds timeout)
+{
+    auto connection = X11Connection::open();
+    if (!connection)
+        return std::unexpected(connection.error());
+    auto capture = ScreenCapture::open();
+    if (!capture)
+        return std::unexpected(capture.error());
+    auto keyboard = SyntheticKeyboard::open();
+    if (!keyboard)
+        return std::unexpected(keyboard.error());
+    return std::unique_ptr<Summons>(
+        new Summons(toggle, timeout, std::move(*connection), std::move(*capture), std::move(*keyboard)));
+}
+
+Summons::Summons(Shortcut const& toggle, std::chrono::seconds timeout, std::unique_ptr<X11Connection> connection,
+    std::unique_ptr<ScreenCapture> capture, std::unique_ptr<SyntheticKeyboard> keyboard)
+    : m_toggle(toggle)
+    , m_timeout(timeout)
+    , m_connection(std::move(connection))
+    , m_desktop(*m_connection)
+    , m_capture(std::move(capture))
+    , m_keyboard(std::move(keyboard))
+{
+}
+
+std::expected<void, QString> Summons::waitUntilGrabbed()
+{
+    auto const deadline = Clock::now() + m_timeout;
+    for (;;) {
+        auto const grabbed = m_desktop.isGrabbed(m_toggle);
+        if (!grabbed)
+            return std::unexpected(QStringLiteral("This keyboard has no such keys as the toggle shortcut needs."));
+        if (*grabbed)
+            return {};
+        if (Clock::now() > deadline)
+            return std::unexpected(QStringLiteral("No program held the toggle shortcut within %1.").arg(seconds()));
+        std::this_thread::sleep_for(betweenProbes);
+    }
+}
+
+Summons::Clock::time_point Summons::strike()
+{
+    auto const key = static_cast<std::uint16_t>(m_toggle.carbonKeyCode);
+    m_keyboard->pressModifiers(m_toggle.modifiers());
+    m_keyboard->press(key);
+    auto const released = Clock::now();
+    m_keyboard->release(key);
+    m_keyboard->releaseModifiers(m_toggle.modifiers());
+    return released;
+}
+
+std::expected<Summons::Shown, QString> Summons::show(std::optional<QRect> area)
+{
+    if (m_desktop.reader())
+        return std::unexpected(QStringLiteral("The reader is on the screen already."));
+    if (area && !becomesStill(*area))
+        return std::unexpected(QStringLiteral("What is behind the reader did not keep still for %1.").arg(seconds()));
+    m_frontBefore = m_desktop.frontWindow();
+
+    auto const released = strike();
+    auto const deadline = released + m_timeout;
+    std::optional<DesktopView::Reader> reader;
+    std::optional<Clock::time_point> first;
+    auto last = released;
+    while (Clock::now() < deadline) {
+        if (!area) {
+            reader = m_desktop.reader();
+            if (reader)
+                area = reader->readingArea();
+        } else if (update(*area)) {
+            last = Clock::now();
+            // Where the area was not known before, the first look at it is no change.
+            first = first.value_or(last);
+        } else if (last != released && Clock::now() - last >= still) {
+            reader = m_desktop.reader();
+            if (whatIsMissing(reader).isEmpty()) {
+                if (reader->readingArea() == *area)
+                    return Shown { *reader, first ? std::optional(*first - released) : std::nullopt, last - released };
+                return std::unexpected(QStringLiteral("The reader came up elsewhere than the time before."));
+            }
+        }
+        std::this_thread::sleep_for(betweenSamples);
+    }
+    reader = m_desktop.reader();
+    auto const missing = whatIsMissing(reader);
+    return std::unexpected(
+        missing.isEmpty() ? QStringLiteral("The reading area did not keep still within %1.").arg(seconds()) : missing);
+}
+
+// A sentence, or nothing when the reader shows a sheet.
+QString Summons::whatIsMissing(std::optional<DesktopView::Reader> const& reader) const
+{
+    if (!reader)
+        return QStringLiteral("No window of the reader came up within %1.").arg(seconds());
+    if (!reader->bearsASheetsTitle())
+        return QStringLiteral("The reader's window bore no sheet's title within %1; it was \"%2\".")
+            .arg(seconds(), reader->title);
+    if (!containsInk())
+        return QStringLiteral("No text was painted in the reading area within %1.").arg(seconds());
+    return {};
+}
+
+std::expected<Summons::Hidden, QString> Summons::hide(DesktopView::Reader const& reader)
+{
+    auto const released = strike();
+    auto const deadline = released + m_timeout;
+    std::optional<Clock::time_point> unmapped;
+    while (Clock::now() < deadline) {
+        if (!unmapped && !m_desktop.isOnScreen(reader.window))
+            unmapped = Clock::now();
+        if (unmapped && m_desktop.frontWindow() == m_frontBefore)
+            return Hidden { *unmapped - released, Clock::now() - released };
+        std::this_thread::sleep_for(betweenSamples);
+    }
+    if (!unmapped)
+        return std::unexpected(QStringLiteral("The reader's window was still on the screen after %1.").arg(seconds()));
+    return std::unexpected(
+        QStringLiteral("The window that was in front before did not get the front back within %1.").arg(seconds()));
+}
+
+std::expected<void, QString> Summons::savePicture(QString const& file)
+{
+    auto const picture = m_capture->picture(m_capture->screen());
+    if (picture.isNull())
+        return std::unexpected(QStringLiteral("The screen could not be captured."));
+    if (!picture.save(file, "PNG"))
+        return std::unexpected(QStringLiteral("The picture could not be written to %1.").arg(file));
+    return {};
+}
+
+// True when the area differs from what was seen last.
+bool Summons::update(QRect const& area)
+{
+    auto const now = m_capture->pixels(area);
+    if (std::ranges::equal(now, m_pixels))
+        return false;
+    m_pixels.assign(now.begin(), now.end());
+    return true;
+}
+
+bool Summons::becomesStill(QRect const& area)
+{
+    auto const deadline = Clock::now() + m_timeout;
+    auto last = Clock::now();
+    while (Clock::now() < deadline) {
+        if (update(area))
+            last = Clock::now();
+        else if (Clock::now() - last >= still)
+            return true;
+        std::this_thread::sleep_for(betweenSamples);
+    }
+    return false;
+}
+
+bool Summons::containsInk() const
+{
+    // Fewer pixels than a word has are no text.
+    constexpr std::size_t aWord = 30;
+    constexpr std::uint32_t color = 0xffffff;
+    std::unordered_map<std::uint32_t, std::size_t> counts;
+    for (auto const pixel : m_pixels)
+        ++counts[pixel & color];
+    std::size_t mostFrequent = 0;
+    for (auto const& [_, count] : counts)
+        mostFrequent = std::max(mostFrequent, count);
+    return m_pixels.size() - mostFrequent >= aWord;
+}
+
+QString Summons::seconds() const
+{
+    return m_timeout == 1s ? QStringLiteral("1 second") : QStringLiteral("%1 seconds").arg(m_timeout.count());
+}
+
+}
