@@ -46,12 +46,14 @@ double medianMilliseconds(Function function)
 QByteArray madeSheet(int number)
 {
     auto const digits = QByteArray::number(number);
-    QByteArray sheet = "# Sheet " + digits + "\n\nWhat one forgets about tool " + digits + ", in the order of need.\n\n";
+    QByteArray sheet = "# Sheet " + digits + "\n\nWhat one forgets about tool " + digits
+        + ", in the order of need.\n\n";
     for (int section = 1; sheet.size() < madeSheetSize; ++section) {
         auto const position = QByteArray::number(section);
-        sheet += "## Task " + position + "\n\nRun `tool" + digits + " --verbose` first, then *look* at **what** it says.\n"
-            + "See [the manual](https://example.org/" + digits + "/" + position + ") -- \"it depends\"...\n\n"
-            + "```sh\ntool" + digits + " start --port 80" + position + " | tee log\ntool" + digits + " stop\n```\n\n"
+        sheet += "## Task " + position + "\n\nRun `tool" + digits
+            + " --verbose` first, then *look* at **what** it says.\n" + "See [the manual](https://example.org/" + digits
+            + "/" + position + ") -- \"it depends\"...\n\n" + "```sh\ntool" + digits + " start --port 80" + position
+            + " | tee log\ntool" + digits + " stop\n```\n\n"
             + "- [x] check the `config`\n- [ ] restart ~~twice~~ once\n  1. nested, with `code`\n  2. and more\n\n"
             + "| Key | What it does |\n|---|:--|\n| `Ctrl+" + position + "` | goes to line " + position
             + " |\n| `g g` | first line |\n| `G` | last line |\n\n> A note about task " + position + ".\n\n";
@@ -133,10 +135,10 @@ void report(QString const& folder)
     std::printf("load and let go               %8.1f ms   %.2f times the bare parser\n", load, load / bare);
     std::printf("reading the files             %8.1f ms\n", read);
     std::printf("load, nothing changed         %8.1f ms   %.2f times reading the files\n", reload, reload / read);
-    std::printf("resident memory of the sheets %8.1f MB   (text and tree, %.1f bytes a byte of source)\n", after - before,
-        (after - before) / megabytes);
-    std::printf("trees                         %8.1f MB   %.2f bytes a byte of source\n", static_cast<double>(treeBytes) / 1e6,
-        static_cast<double>(treeBytes) / static_cast<double>(sourceBytes));
+    std::printf("resident memory of the sheets %8.1f MB   (text and tree, %.1f bytes a byte of source)\n",
+        after - before, (after - before) / megabytes);
+    std::printf("trees                         %8.1f MB   %.2f bytes a byte of source\n",
+        static_cast<double>(treeBytes) / 1e6, static_cast<double>(treeBytes) / static_cast<double>(sourceBytes));
 }
 
 }

@@ -25,10 +25,12 @@ QByteArray sheetOf(QByteArray const& text, QByteArray const& shortcuts)
         QByteArrayList entries;
         for (int entry = 0; entry < entriesEach; ++entry) {
             auto const id = QByteArray::number(section) + '.' + QByteArray::number(entry);
-            entries.append(R"({"id":")" + id + R"(","title":"Entry )" + id + R"(","text":")" + text + R"(","shortcuts":[)" + shortcuts + "]}");
+            entries.append(R"({"id":")" + id + R"(","title":"Entry )" + id + R"(","text":")" + text
+                + R"(","shortcuts":[)" + shortcuts + "]}");
         }
         auto const id = QByteArray::number(section);
-        sectionList.append(R"({"id":")" + id + R"(","title":"Section )" + id + R"(","entries":[)" + entries.join(',') + "]}");
+        sectionList.append(
+            R"({"id":")" + id + R"(","title":"Section )" + id + R"(","entries":[)" + entries.join(',') + "]}");
     }
     auto const sheet = R"({"schemaVersion":1,"title":"Largest","sections":[)" + sectionList.join(',') + "]}";
     auto const blanks = largestSheet - sheet.size();

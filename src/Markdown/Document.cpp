@@ -45,7 +45,9 @@ RawMarkupStorage asCode(QByteArrayView utf8)
 {
     auto const text = decodeStrictUtf8(utf8).value_or(QString());
     auto const length = static_cast<std::uint32_t>(text.size());
-    return { { { .kind = RawMarkupKind::document, .end = 2 }, { .kind = RawMarkupKind::codeBlock, .end = 2, .length = length } }, text };
+    return { { { .kind = RawMarkupKind::document, .end = 2 },
+                 { .kind = RawMarkupKind::codeBlock, .end = 2, .length = length } },
+        text };
 }
 
 RawMarkupStorage parse(QByteArrayView utf8)

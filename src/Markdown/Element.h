@@ -78,7 +78,8 @@ struct Table {
 
 using RawMarkupData = std::variant<DocumentRoot, BlockQuote, OrderedList, UnorderedList, ListItem, CodeBlock, HTMLBlock,
     CustomBlock, Paragraph, Heading, ThematicBreak, Text, SoftBreak, LineBreak, InlineCode, InlineHTML, CustomInline,
-    Emphasis, Strong, Strikethrough, Link, Image, InlineAttributes, Table, Table::Head, Table::Body, Table::Row, Table::Cell>;
+    Emphasis, Strong, Strikethrough, Link, Image, InlineAttributes, Table, Table::Head, Table::Body, Table::Row,
+    Table::Cell>;
 
 class ElementChildren;
 

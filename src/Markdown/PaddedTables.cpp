@@ -43,7 +43,8 @@ qsizetype cellCount(std::string_view row)
 // The columns of a row of dashes, absent for anything else.
 std::optional<qsizetype> delimiterColumns(std::string_view content)
 {
-    bool const isDelimiter = std::ranges::all_of(content, [](char byte) { return byte == '|' || byte == '-' || byte == ':' || isBlankByte(byte); });
+    bool const isDelimiter = std::ranges::all_of(
+        content, [](char byte) { return byte == '|' || byte == '-' || byte == ':' || isBlankByte(byte); });
     if (!isDelimiter || !content.contains('-'))
         return std::nullopt;
     return cellCount(content);

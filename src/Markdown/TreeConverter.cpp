@@ -183,7 +183,8 @@ private:
 
     RawMarkupStorage m_storage;
     std::vector<std::uint32_t> m_open;
-    QStringDecoder m_decoder { QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom };
+    QStringDecoder m_decoder { QStringDecoder::Utf8,
+        QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom };
 };
 
 }

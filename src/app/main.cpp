@@ -31,6 +31,12 @@ void configure(QApplication& application)
     application.setQuitOnLastWindowClosed(false);
 }
 
+void flushWindows(QApplication const& application)
+{
+    if (auto* const x11 = application.nativeInterface<QNativeInterface::QX11Application>())
+        xcb_flush(x11->connection());
+}
+
 int fail(QString const& sentence)
 {
     std::cerr << "quillory: " << sentence.toStdString() << '\n';
@@ -62,7 +68,7 @@ int main(int argc, char* argv[])
     InotifyFileEvents events(executor);
     X11Clock clock;
     X11HotKeys hotKeys(**connection, clock);
-    X11Workspace workspace(**connection, clock);
+    X11Workspace workspace(**connection, clock, [&application] { flushWindows(application); });
 
     AppDelegate delegate({ defaults, bookmarks, files, events, executor }, hotKeys, workspace);
     delegate.applicationDidFinishLaunching();

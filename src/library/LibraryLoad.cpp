@@ -99,7 +99,8 @@ std::optional<Sheet> loadSheet(OpenFolder const& folder, QByteArray const& name,
     if (!status->isRegularFile || status->isSymbolicLink)
         return std::nullopt;
     if (!isUtf8)
-        return errorSheet(id, QCoreApplication::translate("Library", "The name of this file is not valid UTF-8. Give it a new name."));
+        return errorSheet(id,
+            QCoreApplication::translate("Library", "The name of this file is not valid UTF-8. Give it a new name."));
     if (status->size > sheetSizeLimit)
         return errorSheet(id, description(LibraryError::tooLarge));
 
@@ -120,7 +121,8 @@ std::optional<Sheet> loadSheet(OpenFolder const& folder, QByteArray const& name,
     return sheetOfText(id, *text, bytes);
 }
 
-std::expected<QList<Sheet>, SystemError> loadLibrary(FileSystem const& files, QString const& folder, QList<Sheet> const& previous)
+std::expected<QList<Sheet>, SystemError> loadLibrary(
+    FileSystem const& files, QString const& folder, QList<Sheet> const& previous)
 {
     auto const open = files.openFolder(folder);
     if (!open)

@@ -17,7 +17,8 @@ inline constexpr qint64 sheetSizeLimit = 2'097'152; // bytes; a file of exactly 
 // The sheets of a folder in their order: its direct `.md` and `.quillory.json` files, by lowercased name and then by
 // name. Fails only when the folder can't be listed; a bad file is a sheet with an error.
 // Safe on any thread. A file whose text is that of a sheet in `previous` takes over what was made of it.
-std::expected<QList<Sheet>, SystemError> loadLibrary(FileSystem const& files, QString const& folder, QList<Sheet> const& previous = {});
+std::expected<QList<Sheet>, SystemError> loadLibrary(
+    FileSystem const& files, QString const& folder, QList<Sheet> const& previous = {});
 
 // One entry of a folder. Absent for what is no regular file.
 std::optional<Sheet> loadSheet(OpenFolder const& folder, QByteArray const& name, Sheet const* previous = nullptr);

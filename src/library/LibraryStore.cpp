@@ -98,7 +98,9 @@ void LibraryStore::startLoad(int loadGeneration)
 {
     busy = true;
     m_reloadTask = m_services.executor.detach(
-        [&files = m_services.files, path = *folder.value(), previous = sheets.value()] { return loadLibrary(files, path, previous); },
+        [&files = m_services.files, path = *folder.value(), previous = sheets.value()] {
+            return loadLibrary(files, path, previous);
+        },
         [this, loadGeneration](auto loaded) { finishLoad(std::move(loaded), loadGeneration); });
 }
 
@@ -110,7 +112,8 @@ void LibraryStore::finishLoad(std::expected<QList<Sheet>, SystemError> loaded, i
         applyLoadedSheets(*std::move(loaded), loadGeneration);
         message = std::nullopt;
     } else {
-        message = translated("Could not read the folder. Choose it again or refresh. ") + loaded.error().localizedDescription();
+        message = translated("Could not read the folder. Choose it again or refresh. ")
+            + loaded.error().localizedDescription();
     }
     busy = false;
 }

@@ -31,8 +31,8 @@ bool sameImages(QMap<QString, PreparedImage> const& a, QMap<QString, PreparedIma
 bool Sheet::operator==(Sheet const& other) const
 {
     return canonicallyEqual(id, other.id) && canonicallyEqual(title, other.title) && sameText(source, other.source)
-        && error == other.error && parsed == other.parsed && sameImages(images, other.images) && shortcuts == other.shortcuts
-        && iconWarnings == other.iconWarnings;
+        && error == other.error && parsed == other.parsed && sameImages(images, other.images)
+        && shortcuts == other.shortcuts && iconWarnings == other.iconWarnings;
 }
 
 Sheet const* findSheet(QList<Sheet> const& sheets, QString const& id)
@@ -40,7 +40,8 @@ Sheet const* findSheet(QList<Sheet> const& sheets, QString const& id)
     auto const exact = std::ranges::find(sheets, id, &Sheet::id);
     if (exact != sheets.cend())
         return &*exact;
-    auto const canonical = std::ranges::find_if(sheets, [&](Sheet const& sheet) { return canonicallyEqual(sheet.id, id); });
+    auto const canonical = std::ranges::find_if(
+        sheets, [&](Sheet const& sheet) { return canonicallyEqual(sheet.id, id); });
     return canonical != sheets.cend() ? &*canonical : nullptr;
 }
 

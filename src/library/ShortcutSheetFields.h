@@ -13,7 +13,19 @@ enum class Kind : quint8 { Integer, Text, Object, List };
 enum class Presence : quint8 { Required, Optional };
 
 // What stands open while a document is read: an object or a list of objects by turns, at the end the list of names.
-enum class Level : quint8 { Document, Sheet, Sections, Section, Entries, Entry, Shortcuts, Shortcut, Steps, Step, Modifiers };
+enum class Level : quint8 {
+    Document,
+    Sheet,
+    Sections,
+    Section,
+    Entries,
+    Entry,
+    Shortcuts,
+    Shortcut,
+    Steps,
+    Step,
+    Modifiers
+};
 inline constexpr std::size_t levelCount = 11;
 inline constexpr std::size_t maximumFields = 5;
 
@@ -25,9 +37,11 @@ struct Field {
 
 // In the order in which failures are reported.
 inline constexpr std::array<Field, 5> sheetFields { { { "schemaVersion", Kind::Integer }, { "title", Kind::Text },
-    { "description", Kind::Text, Presence::Optional }, { "sections", Kind::List }, { "icon", Kind::Text, Presence::Optional } } };
+    { "description", Kind::Text, Presence::Optional }, { "sections", Kind::List },
+    { "icon", Kind::Text, Presence::Optional } } };
 inline constexpr std::array<Field, 5> sectionFields { { { "id", Kind::Text }, { "title", Kind::Text },
-    { "description", Kind::Text, Presence::Optional }, { "entries", Kind::List }, { "icon", Kind::Text, Presence::Optional } } };
+    { "description", Kind::Text, Presence::Optional }, { "entries", Kind::List },
+    { "icon", Kind::Text, Presence::Optional } } };
 inline constexpr std::array<Field, 4> entryFields { { { "id", Kind::Text }, { "title", Kind::Text },
     { "text", Kind::Text, Presence::Optional }, { "shortcuts", Kind::List } } };
 inline constexpr std::array<Field, 1> shortcutFields { { { "steps", Kind::List } } };

@@ -128,7 +128,8 @@ private:
     bool unseen(QSet<QString>& ids, QString const& id, QString const& text);
 
     template<typename List>
-    bool each(List const& list, qsizetype Place::*position, bool (SheetValidation::*check)(typename List::value_type const&));
+    bool each(List const& list, qsizetype Place::* position,
+        bool (SheetValidation::*check)(typename List::value_type const&));
 
     Place m_place;
     QSet<QString> m_sectionIds;
@@ -179,7 +180,8 @@ bool SheetValidation::unseen(QSet<QString>& ids, QString const& id, QString cons
 }
 
 template<typename List>
-bool SheetValidation::each(List const& list, qsizetype Place::*position, bool (SheetValidation::*check)(typename List::value_type const&))
+bool SheetValidation::each(
+    List const& list, qsizetype Place::* position, bool (SheetValidation::*check)(typename List::value_type const&))
 {
     for (qsizetype i = 0; i < list.size(); ++i) {
         m_place.*position = i;
@@ -197,36 +199,34 @@ bool SheetValidation::sheet(ShortcutSheet const& sheet)
         entries += section.entries.size();
 
     return require(sheet.schemaVersion == 1, "schemaVersion"_L1, u"unsupported version; expected 1"_s)
-        && name(sheet.title, maximumTitle, "title"_L1)
-        && atMost(sheet.description, maximumText, "description"_L1)
-        && require(!sheet.sections.isEmpty() && sheet.sections.size() <= maximumSections, "sections"_L1, u"expected 1\u2013100 sections"_s)
+        && name(sheet.title, maximumTitle, "title"_L1) && atMost(sheet.description, maximumText, "description"_L1)
+        && require(!sheet.sections.isEmpty() && sheet.sections.size() <= maximumSections, "sections"_L1,
+            u"expected 1\u2013100 sections"_s)
         && require(entries <= maximumEntriesPerSheet, "sections"_L1, u"maximum 2000 entries per sheet"_s)
         && each(sheet.sections, &Place::section, &SheetValidation::section);
 }
 
 bool SheetValidation::section(Section const& section)
 {
-    return name(section.id, maximumId, "id"_L1)
-        && unseen(m_sectionIds, section.id, u"duplicate section ID"_s)
-        && name(section.title, maximumTitle, "title"_L1)
-        && atMost(section.description, maximumText, "description"_L1)
-        && require(section.entries.size() <= maximumEntriesPerSection, "entries"_L1, u"maximum 200 entries per section"_s)
+    return name(section.id, maximumId, "id"_L1) && unseen(m_sectionIds, section.id, u"duplicate section ID"_s)
+        && name(section.title, maximumTitle, "title"_L1) && atMost(section.description, maximumText, "description"_L1)
+        && require(
+            section.entries.size() <= maximumEntriesPerSection, "entries"_L1, u"maximum 200 entries per section"_s)
         && each(section.entries, &Place::entry, &SheetValidation::entry);
 }
 
 bool SheetValidation::entry(Entry const& entry)
 {
-    return name(entry.id, maximumId, "id"_L1)
-        && unseen(m_entryIds, entry.id, u"duplicate entry ID"_s)
-        && name(entry.title, maximumTitle, "title"_L1)
-        && atMost(entry.text, maximumText, "text"_L1)
+    return name(entry.id, maximumId, "id"_L1) && unseen(m_entryIds, entry.id, u"duplicate entry ID"_s)
+        && name(entry.title, maximumTitle, "title"_L1) && atMost(entry.text, maximumText, "text"_L1)
         && require(entry.shortcuts.size() <= maximumAlternatives, "shortcuts"_L1, u"maximum 4 alternatives"_s)
         && each(entry.shortcuts, &Place::shortcut, &SheetValidation::shortcut);
 }
 
 bool SheetValidation::shortcut(Shortcut const& shortcut)
 {
-    return require(!shortcut.steps.isEmpty() && shortcut.steps.size() <= maximumSteps, "steps"_L1, u"expected 1\u20138 steps"_s)
+    return require(!shortcut.steps.isEmpty() && shortcut.steps.size() <= maximumSteps, "steps"_L1,
+               u"expected 1\u20138 steps"_s)
         && each(shortcut.steps, &Place::step, &SheetValidation::step);
 }
 

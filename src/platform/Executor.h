@@ -47,7 +47,7 @@ public:
     template<typename Value>
     void discard(Value value)
     {
-        letGo([value = std::move(value)] {});
+        letGo([value = std::move(value)] { });
     }
 };
 

@@ -16,7 +16,8 @@ public:
 
     // Calls `changed` on the main thread, at most once per `latency`, after anything directly in the folder, or the
     // folder itself, was made, written, renamed or removed. Inactive when the system can give no such events.
-    virtual Registration watch(QString const& folder, std::chrono::nanoseconds latency, std::function<void()> changed) = 0;
+    virtual Registration watch(QString const& folder, std::chrono::nanoseconds latency, std::function<void()> changed)
+        = 0;
 };
 
 }

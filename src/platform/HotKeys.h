@@ -28,7 +28,8 @@ public:
 
     // Calls `handler` once when the key goes down with exactly these modifiers (locks aside) and once when it is let
     // go, whatever has the focus; auto-repeat gives nothing. `keyCode` is a virtual key code (see VirtualKeys).
-    virtual std::expected<Registration, Refusal> registerHotKey(std::uint16_t keyCode, ModifierFlags modifiers, Handler handler) = 0;
+    virtual std::expected<Registration, Refusal>
+    registerHotKey(std::uint16_t keyCode, ModifierFlags modifiers, Handler handler) = 0;
 };
 
 }

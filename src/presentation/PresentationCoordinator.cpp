@@ -9,7 +9,8 @@ PresentationCoordinator::PresentationCoordinator(
     , m_panel(panel)
 {
     shortcuts.onKeyUp(ShortcutName::toggleQuillory(), [this] { toggle(); });
-    m_activations = m_workspace.observeActivation([this](RunningApplication const& application) { applicationActivated(application); });
+    m_activations = m_workspace.observeActivation(
+        [this](RunningApplication const& application) { applicationActivated(application); });
 }
 
 void PresentationCoordinator::toggle()

@@ -14,7 +14,8 @@ namespace Quillory {
 // Main thread only; everything handed in outlives it.
 class PresentationCoordinator {
 public:
-    PresentationCoordinator(LibraryStore& store, KeyboardShortcuts& shortcuts, Workspace& workspace, PanelSurface& panel);
+    PresentationCoordinator(
+        LibraryStore& store, KeyboardShortcuts& shortcuts, Workspace& workspace, PanelSurface& panel);
     PresentationCoordinator(PresentationCoordinator const&) = delete;
     PresentationCoordinator& operator=(PresentationCoordinator const&) = delete;
 

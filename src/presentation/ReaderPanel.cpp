@@ -23,8 +23,7 @@ constexpr QSize smallestSize { 440, 360 };
 ReaderPanel::ReaderPanel(LibraryStore& store, Workspace& workspace)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
     , m_workspace(workspace)
-    , m_view(
-          store, [this] { onDismiss(); }, this)
+    , m_view(store, [this] { onDismiss(); }, this)
 {
     setMinimumSize(smallestSize);
     resize(defaultSize);

@@ -64,7 +64,8 @@ RenderedMarkdown NativeReader::render(Sheet const& sheet) const
     if (sheet.shortcuts) {
         // A structured sheet reads as it is written, as long as there is no drawing of it.
         AttributedText::Builder text;
-        text.append(sheet.source, { .font = { .family = FontAttribute::Family::monospaced, .size = m_store.textSize } }, {});
+        text.append(
+            sheet.source, { .font = { .family = FontAttribute::Family::monospaced, .size = m_store.textSize } }, {});
         return { std::move(text).build(), {} };
     }
     if (sheet.parsed)

@@ -3,8 +3,8 @@
 #include "rendering/ReaderColors.h"
 
 #include <QKeyEvent>
-#include <QPainter>
 #include <QPaintEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -81,7 +81,8 @@ QSizeF ReaderTextView::contentSize() const
 QPointF ReaderTextView::constrained(QPointF origin) const
 {
     auto const most = contentSize() - QSizeF(viewport()->size());
-    return { std::clamp(origin.x(), 0.0, std::max(0.0, most.width())), std::clamp(origin.y(), 0.0, std::max(0.0, most.height())) };
+    return { std::clamp(origin.x(), 0.0, std::max(0.0, most.width())),
+        std::clamp(origin.y(), 0.0, std::max(0.0, most.height())) };
 }
 
 // Lays out what the view shows. Where that moves the end of the text, more comes into view, which is laid out in turn.
@@ -144,7 +145,9 @@ void ReaderTextView::scrollContentsBy(int, int)
 {
     if (m_settingBars)
         return;
-    auto const follow = [](double value, QScrollBar const& bar) { return qRound(value) == bar.value() ? value : bar.value(); };
+    auto const follow = [](double value, QScrollBar const& bar) {
+        return qRound(value) == bar.value() ? value : bar.value();
+    };
     setScrollOrigin({ follow(m_origin.x(), *horizontalScrollBar()), follow(m_origin.y(), *verticalScrollBar()) });
 }
 

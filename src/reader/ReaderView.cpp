@@ -16,6 +16,7 @@ namespace {
 
 constexpr int sidebarWidth = 200;
 constexpr int separatorWidth = 1;
+constexpr float scrollHandleOpacity = 0.3F;
 
 QWidget* makeSeparator(QWidget* parent)
 {
@@ -61,7 +62,10 @@ ReaderView::ReaderView(LibraryStore& store, std::function<void()> dismiss, QWidg
     , m_dismiss(std::move(dismiss))
     , m_topBar(makeTopBar())
 {
+    setObjectName(QStringLiteral("reader"));
+    setAttribute(Qt::WA_StyledBackground);
     auto* const rows = tightLayout<QVBoxLayout>(this);
+    rows->setContentsMargins(separatorWidth, separatorWidth, separatorWidth, separatorWidth); // room for the outline
     rows->addWidget(m_topBar);
     auto* const below = makeSeparator(this);
     below->setFixedHeight(separatorWidth);
@@ -206,7 +210,8 @@ void ReaderView::refreshBanners(Sheet const* sheet)
     auto const hasError = sheet && sheet->error;
     m_error->setVisible(hasError);
     if (hasError)
-        m_error->setText(*sheet->error + (sheet->source.isEmpty() ? QString() : tr(" Showing the last readable version.")));
+        m_error->setText(
+            *sheet->error + (sheet->source.isEmpty() ? QString() : tr(" Showing the last readable version.")));
 
     m_emptyState->setVisible(!sheet);
     if (!sheet)
@@ -224,19 +229,33 @@ void ReaderView::changeEvent(QEvent* event)
 
 void ReaderView::applyColors()
 {
-    auto const isDark = palette().color(QPalette::WindowText).lightness() > palette().color(QPalette::Window).lightness();
+    auto const isDark = palette().color(QPalette::WindowText).lightness()
+        > palette().color(QPalette::Window).lightness();
     auto const appearance = isDark ? ReaderColors::Appearance::dark : ReaderColors::Appearance::light;
     auto const name = [&](ReaderColors::Dynamic color) { return color.resolved(appearance).name(); };
-    auto const sheet = QStringLiteral("#chrome, #chrome QListView { background: %1; }"
-                                      "#surface { background: %2; }"
-                                      "#separator { background: %3; }"
-                                      "#title { font-size: 17px; font-weight: 600; }"
-                                      "#heading { font-size: 11px; font-weight: 600; color: palette(placeholder-text); }"
-                                      "#caption { font-size: 12px; }"
-                                      "#chrome QListView { border: none; outline: none; }"
-                                      "#chrome QListView::item { padding: 4px 6px; border-radius: 5px; }"
-                                      "#chrome QListView::item:selected { background: palette(highlight); color: palette(highlighted-text); }")
-                           .arg(name(ReaderColors::chrome), name(ReaderColors::surface), name(ReaderColors::codeBorder));
+    auto handle = palette().color(QPalette::WindowText);
+    handle.setAlphaF(scrollHandleOpacity);
+    auto const sheet = QStringLiteral(
+        "#chrome, #chrome QListView { background: %1; }"
+        "#surface { background: %2; }"
+        "#separator { background: %3; }"
+        "#reader { border: 1px solid %3; }"
+        "#title { font-size: 17px; font-weight: 600; }"
+        "#heading { font-size: 11px; font-weight: 600; color: palette(placeholder-text); }"
+        "#caption { font-size: 12px; }"
+        "#chrome QListView { border: none; outline: none; }"
+        "#chrome QListView::item { padding: 4px 6px; border-radius: 5px; }"
+        "#chrome QListView::item:selected { background: palette(highlight); color: palette(highlighted-text); }"
+        "QScrollBar { border: none; background: transparent; margin: 0; }"
+        "QScrollBar:vertical { width: 10px; }"
+        "QScrollBar:horizontal { height: 10px; }"
+        "QScrollBar::handle { background: %4; border-radius: 3px; margin: 2px; }"
+        "QScrollBar::handle:vertical { min-height: 28px; }"
+        "QScrollBar::handle:horizontal { min-width: 28px; }"
+        "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"
+        "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }")
+                           .arg(name(ReaderColors::chrome), name(ReaderColors::surface), name(ReaderColors::codeBorder),
+                               handle.name(QColor::HexArgb));
     if (sheet != styleSheet())
         setStyleSheet(sheet);
 }

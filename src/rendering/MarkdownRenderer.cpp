@@ -137,7 +137,8 @@ private:
 
     void open(Nodes children, QStringView ending = {})
     {
-        m_open.push_back({ .style = m_open.back().style, .content = OpenNodes { children.begin(), children.end(), ending } });
+        m_open.push_back(
+            { .style = m_open.back().style, .content = OpenNodes { children.begin(), children.end(), ending } });
     }
 
     void open(Nodes children, Style changed, QStringView ending = {})
@@ -288,7 +289,10 @@ private:
         OpenTable content {
             .row = table.rows.begin(),
             .lastRow = table.rows.end(),
-            .block = { .table = m_tables++, .columns = columnCount(table), .padding = cellPadding, .borderWidth = cellBorder },
+            .block = { .table = m_tables++,
+                .columns = columnCount(table),
+                .padding = cellPadding,
+                .borderWidth = cellBorder },
         };
         beginRow(content); // a table has its head at least
         m_open.push_back({ .style = m_open.back().style, .content = content });
@@ -328,12 +332,14 @@ private:
 
 }
 
-RenderedMarkdown MarkdownRenderer::render(ParsedMarkdown const& parsed, QString const& title, Images const& images, double textSize)
+RenderedMarkdown MarkdownRenderer::render(
+    ParsedMarkdown const& parsed, QString const& title, Images const& images, double textSize)
 {
     return Renderer(images, textSize).render(parsed.nodes(), title);
 }
 
-RenderedMarkdown MarkdownRenderer::render(QString const& source, QString const& title, Images const& images, double textSize)
+RenderedMarkdown MarkdownRenderer::render(
+    QString const& source, QString const& title, Images const& images, double textSize)
 {
     return render(ParsedMarkdown::parsing(source), title, images, textSize);
 }

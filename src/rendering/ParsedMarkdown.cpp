@@ -150,7 +150,8 @@ private:
 
     std::uint32_t leaf(Element element, Kind kind, QStringView string)
     {
-        m_storage->records.push_back({ .kind = kind, .end = static_cast<std::uint32_t>(m_storage->records.size()) + 1 });
+        m_storage->records.push_back(
+            { .kind = kind, .end = static_cast<std::uint32_t>(m_storage->records.size()) + 1 });
         setString(string);
         return element.raw().end;
     }
@@ -245,7 +246,8 @@ QSet<QString> ParsedMarkdown::imageSources() const
 
 qsizetype ParsedMarkdown::nodeCount() const
 {
-    return std::ranges::count_if(m_storage->records, [](Record const& record) { return (record.flags & (isRow | isCell)) == 0; });
+    return std::ranges::count_if(
+        m_storage->records, [](Record const& record) { return (record.flags & (isRow | isCell)) == 0; });
 }
 
 std::size_t ParsedMarkdown::byteSize() const
@@ -303,7 +305,8 @@ ParsedMarkdown::Value ParsedMarkdown::Node::value() const
     case Kind::image:
         return Image { optionalString, m_storage->secondString(record()) };
     case Kind::listItem:
-        return ListItem { record().flags & hasBox ? std::optional((record().flags & isChecked) != 0) : std::nullopt, children() };
+        return ListItem { record().flags & hasBox ? std::optional((record().flags & isChecked) != 0) : std::nullopt,
+            children() };
     case Kind::blockQuote:
         return BlockQuote { children() };
     case Kind::table:

@@ -13,7 +13,10 @@ struct Dynamic {
     QRgb light = 0;
     QRgb dark = 0;
 
-    QColor resolved(Appearance appearance) const { return QColor::fromRgb(appearance == Appearance::dark ? dark : light); }
+    QColor resolved(Appearance appearance) const
+    {
+        return QColor::fromRgb(appearance == Appearance::dark ? dark : light);
+    }
 };
 
 inline constexpr Dynamic chrome { 0xFFF4F3F1, 0xFF2C2D30 };             // bars and sidebar

@@ -39,7 +39,7 @@ struct TextAttributes {
     std::optional<Color> background;
     QString link; // empty for none
     bool strikethrough = false;
-    double kern = 0;           // points added behind each character
+    double kern = 0; // points added behind each character
     double baselineOffset = 0; // points, up
     std::optional<Attachment> attachment;
 

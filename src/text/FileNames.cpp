@@ -27,7 +27,8 @@ QString escapedName(QByteArrayView bytes)
     QString text;
     for (qsizetype i = 0; i < bytes.size();) {
         auto const length = sequenceLength(static_cast<uchar>(bytes[i]));
-        auto const character = length > 0 && length <= bytes.size() - i ? decodeStrictUtf8(bytes.sliced(i, length)) : std::nullopt;
+        auto const character = length > 0 && length <= bytes.size() - i ? decodeStrictUtf8(bytes.sliced(i, length))
+                                                                        : std::nullopt;
         // The escape sign is escaped as well, so that no two such names become one.
         if (!character || bytes[i] == '%') {
             appendEscaped(text, bytes[i]);

@@ -11,7 +11,8 @@ namespace Quillory {
 namespace {
 
 // How long the bytes and the text agree in ASCII, whole blocks at a time. What follows may still agree.
-std::ptrdiff_t equalAsciiLength(unsigned char const* byte, unsigned char const* lastByte, char16_t const* unit, char16_t const* lastUnit)
+std::ptrdiff_t equalAsciiLength(
+    unsigned char const* byte, unsigned char const* lastByte, char16_t const* unit, char16_t const* lastUnit)
 {
     constexpr std::ptrdiff_t block = 32;
     auto const length = std::min<std::ptrdiff_t>(lastByte - byte, lastUnit - unit) / block * block;
@@ -67,7 +68,8 @@ std::optional<QString> decodeWithState(QByteArrayView bytes)
 {
     // Stateless: a truncated tail is an error, not a beginning that waits for more.
     // ConvertInitialBom: the mark is converted like any other character instead of being swallowed.
-    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+    QStringDecoder decoder(
+        QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
     QString text = decoder.decode(bytes);
     if (decoder.hasError())
         return std::nullopt;

@@ -122,7 +122,8 @@ QString withMarksInOrder(QStringView piece)
     for (auto row = scalars.begin(); row != scalars.end();) {
         row = std::find_if_not(row, scalars.end(), isStarter);
         auto const end = std::find_if(row, scalars.end(), isStarter);
-        std::stable_sort(row, end, [](char32_t a, char32_t b) { return QChar::combiningClass(a) < QChar::combiningClass(b); });
+        std::stable_sort(
+            row, end, [](char32_t a, char32_t b) { return QChar::combiningClass(a) < QChar::combiningClass(b); });
         row = end;
     }
     return QString::fromUcs4(scalars.data(), static_cast<qsizetype>(scalars.size()));
@@ -135,7 +136,8 @@ QString canonicalFormInPieces(QStringView text)
     for (qsizetype start = 0; start < text.size();) {
         auto const end = pieceEnd(text, start);
         auto const piece = text.sliced(start, end - start);
-        result += (piece.size() > longPiece ? withMarksInOrder(piece) : piece.toString()).normalized(QString::NormalizationForm_C);
+        result += (piece.size() > longPiece ? withMarksInOrder(piece) : piece.toString())
+                      .normalized(QString::NormalizationForm_C);
         start = end;
     }
     return result;

@@ -43,7 +43,7 @@ std::vector<double> shared(std::vector<Bounds> const& bounds, double available)
     return widths;
 }
 
-double sum(std::span<ColumnDemand const> demands, double ColumnDemand::*member)
+double sum(std::span<ColumnDemand const> demands, double ColumnDemand::* member)
 {
     return std::accumulate(demands.begin(), demands.end(), 0.0,
         [member](double total, ColumnDemand const& demand) { return total + demand.*member; });
@@ -56,11 +56,13 @@ std::vector<double> fittedColumnWidths(std::span<ColumnDemand const> demands, do
     std::vector<double> widths;
     std::vector<Bounds> bounds;
     if (sum(demands, &ColumnDemand::widest) <= available) {
-        std::ranges::transform(demands, std::back_inserter(widths), [](auto const& d) { return std::max(d.widest, d.floor); });
+        std::ranges::transform(
+            demands, std::back_inserter(widths), [](auto const& d) { return std::max(d.widest, d.floor); });
         return widths;
     }
     if (sum(demands, &ColumnDemand::narrowest) <= available) {
-        std::ranges::transform(demands, std::back_inserter(bounds), [](auto const& d) { return Bounds { d.narrowest, d.widest }; });
+        std::ranges::transform(
+            demands, std::back_inserter(bounds), [](auto const& d) { return Bounds { d.narrowest, d.widest }; });
         return shared(bounds, available);
     }
     std::ranges::transform(demands, std::back_inserter(bounds),

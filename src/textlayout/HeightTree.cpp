@@ -30,7 +30,8 @@ void HeightTree::set(qsizetype index, double height)
     auto const difference = height - this->height(index);
     if (difference == 0)
         return;
-    for (auto position = static_cast<std::size_t>(index) + 1; position <= m_sums.size(); position += lowestBit(position))
+    for (auto position = static_cast<std::size_t>(index) + 1; position <= m_sums.size();
+        position += lowestBit(position))
         m_sums[position - 1] += difference;
 }
 

@@ -51,7 +51,8 @@ std::array<float, 95> asciiWidthsOf(QFontMetricsF const& metrics, double kern)
 {
     std::array<float, 95> widths {};
     for (std::size_t index = 0; index < widths.size(); ++index)
-        widths[index] = static_cast<float>(metrics.horizontalAdvance(QChar(static_cast<char16_t>(u' ' + index))) + kern);
+        widths[index] = static_cast<float>(
+            metrics.horizontalAdvance(QChar(static_cast<char16_t>(u' ' + index))) + kern);
     return widths;
 }
 
@@ -117,7 +118,8 @@ QTextCharFormat LayoutContext::makeFormat(TextAttributes const& attributes) cons
         format.setBackground(m_colors.resolved(*attributes.background));
     // Qt takes the offset as a share of the font's height, in percent.
     if (attributes.baselineOffset != 0)
-        format.setBaselineOffset(attributes.baselineOffset * 100 / std::max(1.0, QFontMetricsF(format.font()).height()));
+        format.setBaselineOffset(
+            attributes.baselineOffset * 100 / std::max(1.0, QFontMetricsF(format.font()).height()));
     return format;
 }
 

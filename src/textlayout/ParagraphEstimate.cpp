@@ -25,8 +25,8 @@ bool certainlyFits(QStringView string, LayoutContext::Metrics const& metrics, do
 
 }
 
-ParagraphEstimate estimatedParagraph(LayoutContext const& context, ParagraphStretch const& stretch, AttributedText::Run const& run,
-    ParagraphStyle const& style, double width)
+ParagraphEstimate estimatedParagraph(LayoutContext const& context, ParagraphStretch const& stretch,
+    AttributedText::Run const& run, ParagraphStyle const& style, double width)
 {
     auto const& metrics = context.metrics(run);
     auto const& string = context.text().string();
@@ -40,7 +40,8 @@ ParagraphEstimate estimatedParagraph(LayoutContext const& context, ParagraphStre
 
     auto const lines = fits ? 1 : std::max(1.0, std::ceil(length * metrics.averageWidth / available));
     auto const lineHeight = std::max(metrics.lineHeight, style.minimumLineHeight) + style.lineSpacing;
-    auto const spacing = (stretch.startsParagraph ? style.paragraphSpacingBefore : 0) + (stretch.endsParagraph ? style.paragraphSpacing : 0);
+    auto const spacing = (stretch.startsParagraph ? style.paragraphSpacingBefore : 0)
+        + (stretch.endsParagraph ? style.paragraphSpacing : 0);
     return { lines * lineHeight + spacing, fits };
 }
 

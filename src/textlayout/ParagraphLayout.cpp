@@ -23,7 +23,8 @@ bool mayRunRightToLeft(QStringView string)
 
 }
 
-ParagraphLayout::ParagraphLayout(LayoutContext const& context, ParagraphStretch const& stretch, double width, Breaks breaks)
+ParagraphLayout::ParagraphLayout(
+    LayoutContext const& context, ParagraphStretch const& stretch, double width, Breaks breaks)
     : m_context(context)
     , m_stretch(stretch)
 {
@@ -48,7 +49,8 @@ void ParagraphLayout::setUp(Breaks breaks)
 
     QTextOption option(m_rightToLeft ? Qt::AlignRight : Qt::AlignLeft);
     option.setTextDirection(m_rightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
-    option.setWrapMode(breaks == Breaks::betweenWords ? QTextOption::WordWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setWrapMode(
+        breaks == Breaks::betweenWords ? QTextOption::WordWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTabStopDistance(tabColumns * QFontMetricsF(m_layout.font()).horizontalAdvance(u' '));
     m_layout.setTextOption(option);
 }
@@ -90,7 +92,8 @@ void ParagraphLayout::placeLines(ParagraphStyle const& style, double width)
         auto line = m_layout.createLine();
         if (!line.isValid())
             break;
-        auto const leading = m_lines.empty() && m_stretch.startsParagraph ? style.firstLineHeadIndent : style.headIndent;
+        auto const leading = m_lines.empty() && m_stretch.startsParagraph ? style.firstLineHeadIndent
+                                                                          : style.headIndent;
         line.setLeadingIncluded(true);
         line.setLineWidth(std::max(1.0, trailing - leading));
 
@@ -151,7 +154,8 @@ ParagraphLayout::Line const& ParagraphLayout::lineHolding(qsizetype location) co
 
 ParagraphLayout::Line const& ParagraphLayout::lineAt(double y) const
 {
-    auto const found = std::ranges::partition_point(m_lines, [y](Line const& line) { return line.top + line.height <= y; });
+    auto const found = std::ranges::partition_point(
+        m_lines, [y](Line const& line) { return line.top + line.height <= y; });
     return found == m_lines.end() ? m_lines.back() : *found;
 }
 
@@ -162,9 +166,11 @@ void ParagraphLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& cl
     for (auto const& picture : m_pictures) {
         auto const& attachment = *m_context.text().attributes(picture.run).attachment;
         auto const line = m_layout.lineForTextPosition(static_cast<int>(picture.position));
-        auto const x = std::min(line.cursorToX(static_cast<int>(picture.position)), line.cursorToX(static_cast<int>(picture.position) + 1));
+        auto const x = std::min(
+            line.cursorToX(static_cast<int>(picture.position)), line.cursorToX(static_cast<int>(picture.position) + 1));
         auto const baseline = line.y() + line.ascent();
-        QRectF const target(topLeft + QPointF(x, baseline - attachment.height), QSizeF(attachment.width, attachment.height));
+        QRectF const target(
+            topLeft + QPointF(x, baseline - attachment.height), QSizeF(attachment.width, attachment.height));
         if (!target.intersects(clip))
             continue;
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
@@ -177,7 +183,8 @@ qsizetype ParagraphLayout::characterIndexAt(QPointF point) const
     auto const& line = lineAt(point.y());
     auto const textLine = m_layout.lineAt(static_cast<int>(&line - m_lines.data()));
     auto const last = textLine.textStart() + std::max(textLine.textLength() - 1, 0);
-    auto const position = std::clamp(textLine.xToCursor(point.x(), QTextLine::CursorOnCharacter), textLine.textStart(), last);
+    auto const position = std::clamp(
+        textLine.xToCursor(point.x(), QTextLine::CursorOnCharacter), textLine.textStart(), last);
     return m_stretch.range.location + letterAt(point.x(), static_cast<std::size_t>(&line - m_lines.data()), position);
 }
 

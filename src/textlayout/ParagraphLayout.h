@@ -5,7 +5,6 @@
 #include <QRectF>
 #include <QTextLayout>
 
-#include <span>
 #include <vector>
 
 class QPainter;
@@ -33,11 +32,11 @@ public:
     // Where a line may break: inside a word that is too long for any line as well, or not, as for measuring words.
     enum class Breaks { alsoInsideWords, betweenWords };
 
-    ParagraphLayout(LayoutContext const& context, ParagraphStretch const& stretch, double width, Breaks breaks = Breaks::alsoInsideWords);
+    ParagraphLayout(LayoutContext const& context, ParagraphStretch const& stretch, double width,
+        Breaks breaks = Breaks::alsoInsideWords);
     Q_DISABLE_COPY_MOVE(ParagraphLayout)
 
     double height() const { return m_height; }
-    std::span<Line const> lines() const { return m_lines; }
     Line const& lineAt(double y) const;
     Line const& lineHolding(qsizetype location) const;
 

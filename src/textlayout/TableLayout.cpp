@@ -73,7 +73,9 @@ std::vector<std::size_t> TableLayout::cellsToMeasure() const
         cells.push_back(cell);
 
     std::vector<std::vector<std::size_t>> longest(columns);
-    auto const longer = [this](std::size_t one, std::size_t other) { return cellRange(one).length > cellRange(other).length; };
+    auto const longer = [this](std::size_t one, std::size_t other) {
+        return cellRange(one).length > cellRange(other).length;
+    };
     for (auto cell = behind; cell + 1 < m_cells.size(); ++cell) {
         auto& known = longest[static_cast<std::size_t>(m_cells[cell].column)];
         if (known.size() == longestCellsMeasured && !longer(cell, known.back()))
@@ -184,7 +186,8 @@ TextRange TableLayout::cellRange(std::size_t cell) const
 
 std::size_t TableLayout::cellHolding(qsizetype location) const
 {
-    auto const behind = std::ranges::upper_bound(m_cells.begin(), m_cells.end() - 1, static_cast<quint32>(location), {}, &Cell::start);
+    auto const behind = std::ranges::upper_bound(
+        m_cells.begin(), m_cells.end() - 1, static_cast<quint32>(location), {}, &Cell::start);
     return static_cast<std::size_t>(std::max<qsizetype>(std::distance(m_cells.begin(), behind) - 1, 0));
 }
 
@@ -256,7 +259,9 @@ void TableLayout::measureRow(qsizetype row)
 void TableLayout::dropRows(qsizetype first, qsizetype behindLast)
 {
     for (auto row = m_rows.lower_bound(first); row != m_rows.end() && row->first < behindLast;) {
-        auto const isDear = [](std::unique_ptr<TextFlow> const& flow) { return flow && flow->unitCount() > manyParagraphs; };
+        auto const isDear = [](std::unique_ptr<TextFlow> const& flow) {
+            return flow && flow->unitCount() > manyParagraphs;
+        };
         if (std::ranges::none_of(row->second, isDear)) {
             row = m_rows.erase(row);
             continue;
@@ -357,7 +362,8 @@ qsizetype TableLayout::characterIndexAt(QPointF point) const
 {
     auto const row = m_heights.indexAt(point.y());
     auto cell = firstCell(row);
-    while (cell + 1 < behindLastCell(row) && m_columnEdges[static_cast<std::size_t>(m_cells[cell + 1].column)] <= point.x())
+    while (cell + 1 < behindLastCell(row)
+        && m_columnEdges[static_cast<std::size_t>(m_cells[cell + 1].column)] <= point.x())
         ++cell;
     auto const local = point - QPointF(0, m_heights.top(row)) - contentTopLeft(cell);
     return withFlow(row, cell, [&](TextFlow const& content) { return content.characterIndexAt(local); });

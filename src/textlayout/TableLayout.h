@@ -33,9 +33,6 @@ public:
     double width() const { return m_columnEdges.back() + m_border; }
     double height() const { return m_heights.total() + m_border; }
     qsizetype rowCount() const { return m_heights.size(); }
-    double rowTop(qsizetype row) const { return m_heights.top(row); }
-    // The left edges of the lines before each column, and that of the line behind the last.
-    std::vector<double> const& columnEdges() const { return m_columnEdges; }
 
     void paint(QPainter& painter, QPointF topLeft, QRectF const& clip);
     qsizetype characterIndexAt(QPointF point) const;
@@ -83,7 +80,7 @@ private:
     std::vector<Cell> m_cells; // and one behind the last that says where it ends
     std::vector<std::size_t> m_rowStarts; // positions in m_cells, and the number of cells
     std::vector<ColumnDemand> m_demands;
-    std::vector<double> m_columnEdges;
+    std::vector<double> m_columnEdges; // left edges of the lines before each column and behind the last
     HeightTree m_heights; // of the rows, each with the line above it
     std::vector<bool> m_exact;
     qsizetype m_inexact = 0;

@@ -119,7 +119,8 @@ ParagraphStretch TextFlow::stretch(qsizetype unit) const
 TextFlow::Paragraph TextFlow::paragraph(qsizetype unit) const
 {
     auto const known = m_lines.find(unit);
-    return known != m_lines.end() ? known->second : std::make_shared<ParagraphLayout const>(m_context, stretch(unit), m_width);
+    return known != m_lines.end() ? known->second
+                                  : std::make_shared<ParagraphLayout const>(m_context, stretch(unit), m_width);
 }
 
 TableLayout* TextFlow::tableIfMade(qsizetype unit) const
@@ -298,7 +299,8 @@ QRectF TextFlow::boundingRect(TextRange range) const
         if (!isTable(unit))
             return paragraph(unit)->boundingRect(range).translated(0, top);
         auto const* layout = tableIfMade(unit);
-        return layout ? layout->boundingRect(range).translated(0, top) : QRectF(0, top, m_width, m_heights.height(unit));
+        return layout ? layout->boundingRect(range).translated(0, top)
+                      : QRectF(0, top, m_width, m_heights.height(unit));
     };
     auto const first = unitHolding(range.location);
     auto const last = unitHolding(std::max(range.location, range.end() - 1));

@@ -4,7 +4,8 @@ namespace Quillory {
 
 TextLayout::TextLayout(AttributedText text, double width, FontSet fonts, ColorSet colors)
     : m_context(std::make_unique<LayoutContext>(std::move(text), std::move(fonts), std::move(colors)))
-    , m_flow(std::make_unique<TextFlow>(*m_context, TextRange { 0, m_context->text().length() }, width, TextFlow::Tables::asGrids))
+    , m_flow(std::make_unique<TextFlow>(
+          *m_context, TextRange { 0, m_context->text().length() }, width, TextFlow::Tables::asGrids))
 {
 }
 

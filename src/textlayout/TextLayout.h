@@ -52,7 +52,10 @@ public:
     // The character at the point or the nearest of its line; the text's length is never exceeded.
     qsizetype characterIndexAt(QPointF point) const { return m_flow->characterIndexAt(point); }
     // The line boxes of the range. One of several paragraphs is taken to fill the width.
-    QRectF boundingRect(qsizetype location, qsizetype length) const { return m_flow->boundingRect({ location, length }); }
+    QRectF boundingRect(qsizetype location, qsizetype length) const
+    {
+        return m_flow->boundingRect({ location, length });
+    }
 
 private:
     std::unique_ptr<LayoutContext> m_context; // the flow refers to it

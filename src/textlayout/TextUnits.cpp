@@ -30,7 +30,8 @@ qsizetype stretchOf(QStringView string, qsizetype length)
     if (auto const end = behindLastBlank(string.first(length)); end > 0)
         return end;
     // Between clusters; in one that goes on for longer than anybody could write, at least not between surrogates.
-    auto const window = string.sliced(length - clusterSearch).first(std::min(2 * clusterSearch, string.size() - length + clusterSearch));
+    auto const window = string.sliced(length - clusterSearch)
+                            .first(std::min(2 * clusterSearch, string.size() - length + clusterSearch));
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, window.toString());
     finder.setPosition(clusterSearch);
     auto const inWindow = finder.isAtBoundary() ? clusterSearch : finder.toPreviousBoundary();
@@ -54,7 +55,8 @@ class StyleCursor {
 public:
     StyleCursor(AttributedText const& text, qsizetype location)
         : m_text(text)
-        , m_run(text.isEmpty() ? 0 : static_cast<std::size_t>(text.paragraphRunAt(std::min(location, text.length() - 1))))
+        , m_run(
+              text.isEmpty() ? 0 : static_cast<std::size_t>(text.paragraphRunAt(std::min(location, text.length() - 1))))
     {
     }
 
@@ -100,7 +102,8 @@ void cutIntoStretches(AttributedText const& text, TextRange paragraph, std::vect
             ++run;
         auto most = rest > limit ? limit / 2 : rest;
         if (run + mostRuns < runs.size())
-            most = std::min(most, std::max(runs[run + mostRuns].location - paragraph.location - position, clusterSearch));
+            most = std::min(
+                most, std::max(runs[run + mostRuns].location - paragraph.location - position, clusterSearch));
         if (most >= rest)
             return;
         position += stretchOf(string.sliced(position), most);

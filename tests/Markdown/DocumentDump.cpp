@@ -15,7 +15,10 @@ struct Describe {
     {
         return !item.checkbox ? "item" : *item.checkbox == Markup::Checkbox::checked ? "tasklist x" : "tasklist";
     }
-    std::string operator()(Markup::CodeBlock block) const { return "code_block" + quoted(block.code) + quoted(block.language); }
+    std::string operator()(Markup::CodeBlock block) const
+    {
+        return "code_block" + quoted(block.code) + quoted(block.language);
+    }
     std::string operator()(Markup::HTMLBlock block) const { return "html_block" + quoted(block.rawHTML); }
     std::string operator()(Markup::CustomBlock) const { return "custom_block"; }
     std::string operator()(Markup::Paragraph) const { return "paragraph"; }
@@ -51,17 +54,21 @@ struct Describe {
 
 std::string payloadOf(cmark_node* node, std::string_view type)
 {
-    auto const strings = [&] { return quotedUnlessEmpty(cmark_node_get_url(node)) + quotedUnlessEmpty(cmark_node_get_title(node)); };
+    auto const strings = [&] {
+        return quotedUnlessEmpty(cmark_node_get_url(node)) + quotedUnlessEmpty(cmark_node_get_title(node));
+    };
     if (type == "list") {
-        return cmark_node_get_list_type(node) == CMARK_BULLET_LIST ? " bullet"
-                                                                   : " ordered " + std::to_string(cmark_node_get_list_start(node));
+        return cmark_node_get_list_type(node) == CMARK_BULLET_LIST
+            ? " bullet"
+            : " ordered " + std::to_string(cmark_node_get_list_start(node));
     }
     if (type == "tasklist")
         return cmark_gfm_extensions_get_tasklist_item_checked(node) ? " x" : "";
     if (type == "heading")
         return ' ' + std::to_string(cmark_node_get_heading_level(node));
     if (type == "code_block")
-        return quoted(std::string_view(cmark_node_get_literal(node))) + quotedUnlessEmpty(cmark_node_get_fence_info(node));
+        return quoted(std::string_view(cmark_node_get_literal(node)))
+            + quotedUnlessEmpty(cmark_node_get_fence_info(node));
     if (type == "link" || type == "image")
         return strings();
     if (type == "table_cell")

@@ -63,9 +63,12 @@ TEST(Document, Each_kind_of_element_comes_with_its_payload)
         { "[]()", "2 link - -\n" },
         { "[a](<> 'c')", "2 link - 1:c\n3 text 1:a\n" },
         { "![a](b)", "2 image 1:b -\n3 text 1:a\n" },
-        { "|a|b|c|d|\n|:-|:-:|-:|-|", "1 table lcr.\n2 table_header\n3 table_cell 1 1\n4 text 1:a\n3 table_cell 1 1\n4 text 1:b\n"
-                                        "3 table_cell 1 1\n4 text 1:c\n3 table_cell 1 1\n4 text 1:d\n2 body\n" },
-        { "|a|\n|-|\n|b|", "1 table .\n2 table_header\n3 table_cell 1 1\n4 text 1:a\n2 body\n3 table_row\n4 table_cell 1 1\n5 text 1:b\n" },
+        { "|a|b|c|d|\n|:-|:-:|-:|-|",
+            "1 table lcr.\n2 table_header\n3 table_cell 1 1\n4 text 1:a\n3 table_cell 1 1\n4 text 1:b\n"
+            "3 table_cell 1 1\n4 text 1:c\n3 table_cell 1 1\n4 text 1:d\n2 body\n" },
+        { "|a|\n|-|\n|b|",
+            "1 table .\n2 table_header\n3 table_cell 1 1\n4 text 1:a\n2 body\n3 table_row\n4 table_cell 1 1\n5 text "
+            "1:b\n" },
         { "... `...` -- ---", "2 text 4:… \n2 code 3:...\n2 text 8: – —\n" },
         { "\"a\" 'b'", "2 text 15:“a” ‘b’\n" },
         { "a\0b"sv, "2 text 5:a\uFFFDb\n" },

@@ -1,5 +1,5 @@
-#include "Markdown/Document.h"
 #include "Markdown/PaddedTables.h"
+#include "Markdown/Document.h"
 #include "support/MarkdownSamples.h"
 #include "support/ParserTree.h"
 
@@ -31,8 +31,10 @@ qsizetype paddedCells(std::string_view text)
 
 bool hasTable(std::string_view text)
 {
-    auto const document = Markup::Document::parsingUtf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
-    return std::ranges::any_of(document.elements(), [](auto const& element) { return element.kind == Markup::RawMarkupKind::table; });
+    auto const document = Markup::Document::parsingUtf8(
+        QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+    return std::ranges::any_of(
+        document.elements(), [](auto const& element) { return element.kind == Markup::RawMarkupKind::table; });
 }
 
 TEST(PaddedTables, The_bound_is_never_below_the_cells_that_the_parser_adds)
@@ -63,9 +65,11 @@ TEST(PaddedTables, The_bound_is_never_below_the_cells_that_the_parser_adds)
 
 TEST(PaddedTables, The_bound_of_full_tables_is_nought)
 {
-    char const* const texts[] { "|a|b|\n|-|-|\n|1|2|\n|3||\n", "a|b\n-|-\n1|2\n", "|a|b|\r\n|:-|-:|\r\n|1|2|\r\n", "|a|b|\r|-|-|\r|1|2|",
-        "> |a|b|\n> |-|-|\n> |1|2|\n", "- |a|b|\n  |-|-|\n  |1|2|\n\n- c", "1. > a|b\n   > -|-\n   > 1|2\n", "|a\\|b|c|\n|-|-|\n|1\\|2|`x\\|y`|\n",
-        "| a | b |\n| --- | --- |\n| 1 | 2 | \n", "|a|b|\n|-|-|\n\nwords\nmore\n", "a\n---\nb\n", "---\ntitle: x\n---\n", "" };
+    char const* const texts[] { "|a|b|\n|-|-|\n|1|2|\n|3||\n", "a|b\n-|-\n1|2\n", "|a|b|\r\n|:-|-:|\r\n|1|2|\r\n",
+        "|a|b|\r|-|-|\r|1|2|", "> |a|b|\n> |-|-|\n> |1|2|\n", "- |a|b|\n  |-|-|\n  |1|2|\n\n- c",
+        "1. > a|b\n   > -|-\n   > 1|2\n", "|a\\|b|c|\n|-|-|\n|1\\|2|`x\\|y`|\n",
+        "| a | b |\n| --- | --- |\n| 1 | 2 | \n", "|a|b|\n|-|-|\n\nwords\nmore\n", "a\n---\nb\n",
+        "---\ntitle: x\n---\n", "" };
     for (auto const* const text : texts)
         EXPECT_EQ(boundOf(text), 0) << text;
 }

@@ -53,8 +53,8 @@ void Desktop::activate(xcb_window_t window)
     XcbOwned<xcb_translate_coordinates_reply_t> const corner(xcb_translate_coordinates_reply(
         connection, xcb_translate_coordinates(connection, window, m_connection->root(), 0, 0), nullptr));
     constexpr std::int16_t inside = 20;
-    m_keyboard->click(static_cast<std::int16_t>(corner->dst_x + inside),
-        static_cast<std::int16_t>(corner->dst_y + inside));
+    m_keyboard->click(
+        static_cast<std::int16_t>(corner->dst_x + inside), static_cast<std::int16_t>(corner->dst_y + inside));
 }
 
 bool Desktop::eventually(std::function<bool()> const& condition)

@@ -17,7 +17,8 @@ using Kind = FakeFileSystem::Kind;
 constexpr auto largest = sheetSizeLimit;
 
 QString const folder = u"/library"_s;
-QByteArray const structured = R"({"schemaVersion":1,"title":" Keys ","sections":[{"id":"a","title":"A","entries":[]}]})";
+QByteArray const structured
+    = R"({"schemaVersion":1,"title":" Keys ","sections":[{"id":"a","title":"A","entries":[]}]})";
 
 class LibraryLoadTest : public testing::Test {
 protected:
@@ -52,22 +53,23 @@ QString systemText(int error)
 
 TEST_F(LibraryLoadTest, What_counts_as_a_sheet_is_told_by_the_name_in_any_case)
 {
-    for (auto const* name : { "a.md", "README.MD", "KEYS.QUILLORY.JSON", "notes.txt.md", "b.markdown", "c.txt", "d.json",
-             "notes.md.txt", "md", "e.md~", ".hidden.md", ".quillory.json", "x.quillory.json.md" })
+    for (auto const* name : { "a.md", "README.MD", "KEYS.QUILLORY.JSON", "notes.txt.md", "b.markdown", "c.txt",
+             "d.json", "notes.md.txt", "md", "e.md~", ".hidden.md", ".quillory.json", "x.quillory.json.md" })
         files.write(folder, name, structured);
-    EXPECT_THAT(ids(), ElementsAre(u"a.md"_s, u"KEYS.QUILLORY.JSON"_s, u"notes.txt.md"_s, u"README.MD"_s, u"x.quillory.json.md"_s));
+    EXPECT_THAT(ids(),
+        ElementsAre(u"a.md"_s, u"KEYS.QUILLORY.JSON"_s, u"notes.txt.md"_s, u"README.MD"_s, u"x.quillory.json.md"_s));
 }
 
 TEST_F(LibraryLoadTest, Sheets_stand_in_the_order_of_scalars_of_the_lowered_names)
 {
     QByteArray const composed = "\u00E9.md";
     QByteArray const decomposed = "e\u0301.md";
-    for (auto const& name : { QByteArray("b.md"), QByteArray("2.md"), QByteArray("10.md"), QByteArray("a.md"), QByteArray("A.md"),
-             QByteArray("\uFF5E.md"), QByteArray("\U0001F600.md"), composed, decomposed })
+    for (auto const& name : { QByteArray("b.md"), QByteArray("2.md"), QByteArray("10.md"), QByteArray("a.md"),
+             QByteArray("A.md"), QByteArray("\uFF5E.md"), QByteArray("\U0001F600.md"), composed, decomposed })
         files.write(folder, name, "");
     EXPECT_THAT(ids(),
-        ElementsAre(u"10.md"_s, u"2.md"_s, u"A.md"_s, u"a.md"_s, u"b.md"_s, u"e\u0301.md"_s, u"\u00E9.md"_s, u"\uFF5E.md"_s,
-            u"\U0001F600.md"_s));
+        ElementsAre(u"10.md"_s, u"2.md"_s, u"A.md"_s, u"a.md"_s, u"b.md"_s, u"e\u0301.md"_s, u"\u00E9.md"_s,
+            u"\uFF5E.md"_s, u"\U0001F600.md"_s));
 }
 
 TEST_F(LibraryLoadTest, Only_regular_files_are_sheets)
@@ -100,12 +102,14 @@ TEST_F(LibraryLoadTest, A_file_that_cannot_be_used_is_a_sheet_that_says_why)
         FakeFileSystem::Entry entry;
         QString error;
     };
-    for (auto const& [entry, error] : { Case { { .statusError = EACCES }, systemText(EACCES) },
-             Case { { .readError = EACCES }, systemText(EACCES) }, Case { { .vanishesAfterStatus = true }, systemText(ENOENT) },
-             Case { { .kindAfterStatus = Kind::symbolicLink }, systemText(ELOOP) }, Case { { .contents = "a\xFFz" }, encoding },
-             Case { { .contents = "tail \xE2\x82" }, encoding } }) {
+    for (auto const& [entry, error] :
+        { Case { { .statusError = EACCES }, systemText(EACCES) }, Case { { .readError = EACCES }, systemText(EACCES) },
+            Case { { .vanishesAfterStatus = true }, systemText(ENOENT) },
+            Case { { .kindAfterStatus = Kind::symbolicLink }, systemText(ELOOP) },
+            Case { { .contents = "a\xFFz" }, encoding }, Case { { .contents = "tail \xE2\x82" }, encoding } }) {
         auto const sheet = only(entry, "keys.quillory.md");
-        EXPECT_EQ(sheet, (Sheet { .id = u"keys.quillory.md"_s, .title = u"keys.quillory"_s, .error = error })) << qPrintable(error);
+        EXPECT_EQ(sheet, (Sheet { .id = u"keys.quillory.md"_s, .title = u"keys.quillory"_s, .error = error }))
+            << qPrintable(error);
     }
     auto const invalid = only({ .contents = "{}" }, "keys.quillory.md");
     EXPECT_FALSE(invalid.error); // the name alone says what it is
@@ -124,8 +128,9 @@ TEST_F(LibraryLoadTest, The_title_is_the_first_block_if_that_is_a_heading_of_lev
         QByteArray text;
         QString title;
     };
-    for (auto const& [text, title] : { Case { "# One `two`\n# Three", u"One `two`"_s }, Case { "text\n\n# One", u"x"_s },
-             Case { "## One", u"x"_s }, Case { "", u"x"_s }, Case { "\uFEFF# One", u"One"_s } }) {
+    for (auto const& [text, title] :
+        { Case { "# One `two`\n# Three", u"One `two`"_s }, Case { "text\n\n# One", u"x"_s }, Case { "## One", u"x"_s },
+            Case { "", u"x"_s }, Case { "\uFEFF# One", u"One"_s } }) {
         auto const sheet = only({ .contents = text });
         EXPECT_EQ(sheet.title, title) << text.toStdString();
         EXPECT_EQ(sheet.source.toUtf8(), text);
@@ -182,7 +187,9 @@ TEST_F(LibraryLoadTest, What_has_not_changed_is_not_made_again)
 TEST(SheetTest, Ids_titles_and_references_are_compared_canonically_and_texts_exactly)
 {
     Sheet const composed { .id = u"\u00E9"_s, .title = u"\u00E9"_s, .images = { { u"\u00E9"_s, { {}, 1 } } } };
-    Sheet decomposed { .id = u"e\u0301"_s, .title = u"e\u0301"_s, .images = { { u"e\u0301"_s, { QImage(1, 1, QImage::Format_Mono), 1 } } } };
+    Sheet decomposed { .id = u"e\u0301"_s,
+        .title = u"e\u0301"_s,
+        .images = { { u"e\u0301"_s, { QImage(1, 1, QImage::Format_Mono), 1 } } } };
     EXPECT_EQ(composed, decomposed);
     decomposed.images[u"e\u0301"_s].fingerprint = 2;
     EXPECT_NE(composed, decomposed);

@@ -35,7 +35,8 @@ protected:
 
     void start(LibraryStore::RestoreFolder restore = LibraryStore::RestoreFolder::no)
     {
-        store = std::make_unique<LibraryStore>(LibraryStore::Services { defaults, bookmarks, files, events, executor }, restore);
+        store = std::make_unique<LibraryStore>(
+            LibraryStore::Services { defaults, bookmarks, files, events, executor }, restore);
     }
 
     void connect()
@@ -92,7 +93,8 @@ TEST_F(LibraryStoreTest, A_restored_folder_loads_with_the_last_sheet_selected)
 
 TEST_F(LibraryStoreTest, The_stored_text_size_is_kept_within_its_range)
 {
-    for (auto const& [stored, used] : { std::pair(0.0, 16.0), std::pair(40.0, 32.0), std::pair(5.0, 11.0), std::pair(20.0, 20.0) }) {
+    for (auto const& [stored, used] :
+        { std::pair(0.0, 16.0), std::pair(40.0, 32.0), std::pair(5.0, 11.0), std::pair(20.0, 20.0) }) {
         defaults.setValue(u"textSize"_s, stored);
         start();
         EXPECT_EQ(store->textSize.value(), used);

@@ -74,8 +74,9 @@ TEST_P(ScrollKeys, Move_by_geometry)
 
 INSTANTIATE_TEST_SUITE_P(All, ScrollKeys,
     testing::Values(KeyStep { "Down", Qt::Key_Down, {}, 1000, 40 }, KeyStep { "Up", Qt::Key_Up, {}, 1000, -40 },
-        KeyStep { "Up_stops_at_the_top", Qt::Key_Up, {}, 10, -10 }, KeyStep { "Page_down", Qt::Key_PageDown, {}, 1000, 360 },
-        KeyStep { "Page_up", Qt::Key_PageUp, {}, 1000, -360 }, KeyStep { "Space", Qt::Key_Space, {}, 1000, 360 },
+        KeyStep { "Up_stops_at_the_top", Qt::Key_Up, {}, 10, -10 },
+        KeyStep { "Page_down", Qt::Key_PageDown, {}, 1000, 360 }, KeyStep { "Page_up", Qt::Key_PageUp, {}, 1000, -360 },
+        KeyStep { "Space", Qt::Key_Space, {}, 1000, 360 },
         KeyStep { "Shift_Space", Qt::Key_Space, Qt::ShiftModifier, 1000, -360 },
         KeyStep { "Home", Qt::Key_Home, {}, 1000, -1000 }),
     [](auto const& tested) { return tested.param.name; });
@@ -110,8 +111,8 @@ TEST_F(ReaderTextViewTest, The_wheel_scrolls_and_the_origin_is_told)
     settle();
     std::vector<QPointF> told;
     view.onScroll = [&](QPointF origin) { told.push_back(origin); };
-    QWheelEvent wheel({ 50, 50 }, view.viewport()->mapToGlobal(QPointF(50, 50)), {}, { 0, -120 }, Qt::NoButton, Qt::NoModifier,
-        Qt::NoScrollPhase, false);
+    QWheelEvent wheel({ 50, 50 }, view.viewport()->mapToGlobal(QPointF(50, 50)), {}, { 0, -120 }, Qt::NoButton,
+        Qt::NoModifier, Qt::NoScrollPhase, false);
     QCoreApplication::sendEvent(view.viewport(), &wheel);
     EXPECT_GT(view.scrollOrigin().y(), 0);
     EXPECT_THAT(told, ElementsAre(view.scrollOrigin()));
@@ -131,7 +132,8 @@ TEST_F(ReaderTextViewTest, An_origin_outside_is_brought_inside)
 
 TEST_F(ReaderTextViewTest, A_new_width_keeps_the_top_line)
 {
-    auto const filler = QStringLiteral("é filler that wraps at each of these widths, and takes more than one line of text\n");
+    auto const filler = QStringLiteral(
+        "é filler that wraps at each of these widths, and takes more than one line of text\n");
     view.setRendered(codeBlock(filler.repeated(100), QStringLiteral("line\n").repeated(100)));
     settle();
     auto const shown = [this] { return view.blockRectangle(0).top() - view.scrollOrigin().y(); };

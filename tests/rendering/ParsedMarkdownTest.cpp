@@ -58,7 +58,10 @@ public:
     }
     void operator()(ParsedMarkdown::BlockQuote quote) { line("blockQuote", quote.children); }
     void operator()(ParsedMarkdown::Table table) { line("table", table.rows); }
-    void operator()(ParsedMarkdown::Html html) { line((html.block ? "html block" : "html inline") + quoted(html.string)); }
+    void operator()(ParsedMarkdown::Html html)
+    {
+        line((html.block ? "html block" : "html inline") + quoted(html.string));
+    }
     void operator()(ParsedMarkdown::Container container) { line("container", container.children); }
     void operator()(ParsedMarkdown::LineBreak) { line("lineBreak"); }
     void operator()(ParsedMarkdown::ThematicBreak) { line("thematicBreak"); }
@@ -125,7 +128,8 @@ std::string lineOf(cmark_node* node, std::string_view type)
     if (type == "code_block")
         return "codeBlock" + literal();
     if (type == "heading")
-        return "heading " + std::to_string(cmark_node_get_heading_level(node)) + quoted(std::string_view(plainTextOf(node)));
+        return "heading " + std::to_string(cmark_node_get_heading_level(node))
+            + quoted(std::string_view(plainTextOf(node)));
     if (type == "link")
         return "link" + quotedUnlessEmpty(cmark_node_get_url(node));
     if (type == "image")
@@ -136,10 +140,11 @@ std::string lineOf(cmark_node* node, std::string_view type)
         return "html inline" + literal();
     if (type == "html_block")
         return "html block" + literal();
-    static std::pair<std::string_view, char const*> const names[] { { "paragraph", "paragraph" }, { "strong", "strong" },
-        { "emph", "emphasis" }, { "strikethrough", "strikethrough" }, { "item", "listItem" }, { "block_quote", "blockQuote" },
-        { "table", "table" }, { "table_header", "row" }, { "table_row", "row" }, { "table_cell", "cell" },
-        { "softbreak", "lineBreak" }, { "linebreak", "lineBreak" }, { "thematic_break", "thematicBreak" }, { "list", "container" } };
+    static std::pair<std::string_view, char const*> const names[] { { "paragraph", "paragraph" },
+        { "strong", "strong" }, { "emph", "emphasis" }, { "strikethrough", "strikethrough" }, { "item", "listItem" },
+        { "block_quote", "blockQuote" }, { "table", "table" }, { "table_header", "row" }, { "table_row", "row" },
+        { "table_cell", "cell" }, { "softbreak", "lineBreak" }, { "linebreak", "lineBreak" },
+        { "thematic_break", "thematicBreak" }, { "list", "container" } };
     for (auto const& [parsers, ours] : names) {
         if (type == parsers)
             return ours;
@@ -182,11 +187,13 @@ TEST(ParsedMarkdown, Each_of_the_seventeen_kinds_is_made_of_its_element)
         { "~~a~~", "0 paragraph\n1 strikethrough\n2 text 1:a\n" },
         { "[a](b 'c')[]()", "0 paragraph\n1 link 1:b\n2 text 1:a\n1 link -\n" },
         { "![a *b*\n`c` ![d](e)](f 'g')![]()", "0 paragraph\n1 image 1:f 9:a b `c` d\n1 image - 0:\n" },
-        { "- [x] a\n- [ ] b\n- c\n  1. d", "0 container\n1 listItem true\n2 paragraph\n3 text 1:a\n1 listItem false\n2 paragraph\n3 text 1:b\n"
-                                            "1 listItem\n2 paragraph\n3 text 1:c\n2 container\n3 listItem\n4 paragraph\n5 text 1:d\n" },
+        { "- [x] a\n- [ ] b\n- c\n  1. d",
+            "0 container\n1 listItem true\n2 paragraph\n3 text 1:a\n1 listItem false\n2 paragraph\n3 text 1:b\n"
+            "1 listItem\n2 paragraph\n3 text 1:c\n2 container\n3 listItem\n4 paragraph\n5 text 1:d\n" },
         { "> a", "0 blockQuote\n1 paragraph\n2 text 1:a\n" },
-        { "|a|b|\n|-|-|\n|c|\n|`d`|", "0 table\n1 row\n2 cell\n3 text 1:a\n2 cell\n3 text 1:b\n1 row\n2 cell\n3 text 1:c\n2 cell\n"
-                                       "1 row\n2 cell\n3 inlineCode 1:d\n2 cell\n" },
+        { "|a|b|\n|-|-|\n|c|\n|`d`|",
+            "0 table\n1 row\n2 cell\n3 text 1:a\n2 cell\n3 text 1:b\n1 row\n2 cell\n3 text 1:c\n2 cell\n"
+            "1 row\n2 cell\n3 inlineCode 1:d\n2 cell\n" },
         { "|a|\n|-|", "0 table\n1 row\n2 cell\n3 text 1:a\n" },
         { "a<b>", "0 paragraph\n1 text 1:a\n1 html inline 3:<b>\n" },
         { "<!-- a -->", "0 html block 11:<!-- a -->\n\n" },
@@ -218,16 +225,17 @@ TEST(ParsedMarkdown, Its_tree_is_what_the_parsers_tree_says)
 
 TEST(ParsedMarkdown, Trees_are_equal_when_their_nodes_and_payloads_are)
 {
-    std::pair<char const*, char const*> const equal[] { { "", "\n\n" }, { "1. a\n2. b", "* a\n* b" }, { "a\nb", "a  \nb" },
-        { "a\n=", "# a" }, { "```c\na\n```", "~~~\na\n~~~" }, { "[a](b 'c')", "[a](b)" }, { "|a|\n|:-|", "|a|\n|-:|" }, { "*a*", "_a_" } };
+    std::pair<char const*, char const*> const equal[] { { "", "\n\n" }, { "1. a\n2. b", "* a\n* b" },
+        { "a\nb", "a  \nb" }, { "a\n=", "# a" }, { "```c\na\n```", "~~~\na\n~~~" }, { "[a](b 'c')", "[a](b)" },
+        { "|a|\n|:-|", "|a|\n|-:|" }, { "*a*", "_a_" } };
     for (auto const& [one, other] : equal)
         EXPECT_EQ(parsed(one), parsed(other)) << one;
 
     // No two of these are equal.
-    char const* const different[] { "", "a", "b", "ab", "a*b*", "*a*b", "**a**", "~a~", "`a`", "    a", "# a", "## a", "> a", "> > a",
-        "> a\n\na", "> a\n>\n> a", "- a", "- [ ] a", "- [x] a", "- a\n- a", "- a\n\n<!-- -->\n- a", "[a]()", "[a](b)", "[a](c)", "[](b)",
-        "![a]()", "![a](b)", "![](b)", "![](ab)", "![b](a)", "<b>", "<!-- a -->", "a\nb", "***", "|a|\n|-|", "|a|b|\n|-|-|",
-        "|a|\n|-|\n|b|", "|ab||\n|-|-|", "|||\n|-|-|" };
+    char const* const different[] { "", "a", "b", "ab", "a*b*", "*a*b", "**a**", "~a~", "`a`", "    a", "# a", "## a",
+        "> a", "> > a", "> a\n\na", "> a\n>\n> a", "- a", "- [ ] a", "- [x] a", "- a\n- a", "- a\n\n<!-- -->\n- a",
+        "[a]()", "[a](b)", "[a](c)", "[](b)", "![a]()", "![a](b)", "![](b)", "![](ab)", "![b](a)", "<b>", "<!-- a -->",
+        "a\nb", "***", "|a|\n|-|", "|a|b|\n|-|-|", "|a|\n|-|\n|b|", "|ab||\n|-|-|", "|||\n|-|-|" };
     for (auto const* const one : different) {
         for (auto const* const other : different)
             EXPECT_EQ(parsed(one) == parsed(other), one == other) << one << " and " << other;
@@ -237,9 +245,10 @@ TEST(ParsedMarkdown, Trees_are_equal_when_their_nodes_and_payloads_are)
 
 TEST(ParsedMarkdown, Title_is_the_text_of_a_heading_of_level_one_in_first_place)
 {
-    std::pair<char const*, std::optional<QString>> const cases[] { { "# A\n# B", u"A"_s }, { "A `b` *c*\nD\n===", u"A `b` c D"_s },
-        { "\n\n#\n", u""_s }, { "\uFEFF# A", u"A"_s }, { "", std::nullopt }, { "## A\n# B", std::nullopt }, { "a\n\n# B", std::nullopt },
-        { "***\n# B", std::nullopt }, { "> # A", std::nullopt }, { "<!-- -->\n# A", std::nullopt } };
+    std::pair<char const*, std::optional<QString>> const cases[] { { "# A\n# B", u"A"_s },
+        { "A `b` *c*\nD\n===", u"A `b` c D"_s }, { "\n\n#\n", u""_s }, { "\uFEFF# A", u"A"_s }, { "", std::nullopt },
+        { "## A\n# B", std::nullopt }, { "a\n\n# B", std::nullopt }, { "***\n# B", std::nullopt },
+        { "> # A", std::nullopt }, { "<!-- -->\n# A", std::nullopt } };
     for (auto const& [text, title] : cases)
         EXPECT_EQ(parsed(text).firstHeadingTitle(), title) << text;
 }
@@ -256,7 +265,8 @@ TEST(ParsedMarkdown, Image_sources_are_found_wherever_they_stand_and_once)
 TEST(ParsedMarkdown, Trees_of_any_depth_are_walked_compared_and_freed)
 {
     for (auto const* const piece : { "> ", "- ", "1. ", "*a ", "[![" }) {
-        auto const text = MarkdownSamples::repeated(piece, 50'000) + "a" + MarkdownSamples::repeated("*", piece[0] == '*' ? 50'000U : 0U);
+        auto const text = MarkdownSamples::repeated(piece, 50'000) + "a"
+            + MarkdownSamples::repeated("*", piece[0] == '*' ? 50'000U : 0U);
         auto const tree = parsed(text);
         auto const copy = tree;
         EXPECT_EQ(copy, parsed(text)) << piece;

@@ -18,7 +18,9 @@ TEST(StrictUtf8, Well_formed_text_comes_through_unchanged)
         { "", {} },
         { "a\r\nb", u"a\r\nb"_s },
         { QByteArray("a\0b", 3), u'a' + QString(nul) + u'b' },
-        { "\xEF\xBB\xBF" "a", u"\uFEFFa"_s },
+        { "\xEF\xBB\xBF"
+          "a",
+            u"\uFEFFa"_s },
         { "\xEF\xBB\xBF", u"\uFEFF"_s },
         { "a\xEF\xBB\xBF", u"a\uFEFF"_s },
         { "\xEF\xBF\xBD", u"\uFFFD"_s },
@@ -35,9 +37,10 @@ TEST(StrictUtf8, Well_formed_text_comes_through_unchanged)
 
 TEST(StrictUtf8, Ill_formed_text_is_refused_wherever_it_stands)
 {
-    char const* const cases[] { "\x80", "\xBF", "\xC0\x80", "\xC1\xBF", "\xC3", "\xC3(", "\xE0\x80\x80", "\xE0\x9F\xBF", "\xE2\x82",
-        "\xE2\x82(", "\xED\xA0\x80", "\xED\xBF\xBF", "\xED\xA0\xBD\xED\xB8\x80", "\xF0\x80\x80\x80", "\xF0\x8F\xBF\xBF",
-        "\xF0\x9F\x98", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xF8\x88\x80\x80\x80", "\xFE", "\xFF", "\xEF\xBB" };
+    char const* const cases[] { "\x80", "\xBF", "\xC0\x80", "\xC1\xBF", "\xC3", "\xC3(", "\xE0\x80\x80", "\xE0\x9F\xBF",
+        "\xE2\x82", "\xE2\x82(", "\xED\xA0\x80", "\xED\xBF\xBF", "\xED\xA0\xBD\xED\xB8\x80", "\xF0\x80\x80\x80",
+        "\xF0\x8F\xBF\xBF", "\xF0\x9F\x98", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xF8\x88\x80\x80\x80", "\xFE",
+        "\xFF", "\xEF\xBB" };
     QByteArray const surroundings[][2] { { "", "" }, { "abc", "" }, { "", "abc" }, { "\xEF\xBB\xBF", "" },
         { QByteArray(100, 'a'), QByteArray(100, 'b') }, { "\xEF\xBF\xBD", "\xEF\xBF\xBD" } };
     for (QByteArray const bytes : cases) {

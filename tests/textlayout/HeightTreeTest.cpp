@@ -40,7 +40,8 @@ TEST(HeightTree, Agrees_with_plain_sums_through_thousands_of_changes)
             tree.set(static_cast<qsizetype>(index), heights[index]);
 
             auto const probed = anyIndex(random);
-            auto const top = std::accumulate(heights.begin(), heights.begin() + static_cast<std::ptrdiff_t>(probed), 0.0);
+            auto const top = std::accumulate(
+                heights.begin(), heights.begin() + static_cast<std::ptrdiff_t>(probed), 0.0);
             ASSERT_EQ(tree.top(static_cast<qsizetype>(probed)), top);
             ASSERT_EQ(tree.height(static_cast<qsizetype>(probed)), heights[probed]);
             if (heights[probed] > 0) {

@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <algorithm>
 #include <vector>
 
 namespace Quillory {
@@ -14,7 +15,8 @@ inline TextLayout layoutOf(AttributedText text, double width)
     return { std::move(text), width, FontSet::ofDesktop(), ColorSet::fromPalette(QPalette()) };
 }
 
-inline AttributedText plainText(QString const& string, ParagraphStyle const& style = {}, TextAttributes const& attributes = {})
+inline AttributedText plainText(
+    QString const& string, ParagraphStyle const& style = {}, TextAttributes const& attributes = {})
 {
     AttributedText::Builder builder;
     builder.append(string, attributes, style);

@@ -137,7 +137,8 @@ AttributedText unevenText(int paragraphs)
     AttributedText::Builder builder;
     for (int paragraph = 0; paragraph < paragraphs; ++paragraph) {
         auto const length = anyLength(random);
-        builder.append(QString(length, u"iWé漢\u2028"[paragraph % 5]), paragraph % 3 == 0 ? bold : TextAttributes {}, {});
+        builder.append(
+            QString(length, u"iWé漢\u2028"[paragraph % 5]), paragraph % 3 == 0 ? bold : TextAttributes {}, {});
         builder.append(u"\n", {}, {});
     }
     return std::move(builder).build();
@@ -194,8 +195,8 @@ TEST(TextLayout, A_hit_in_the_middle_of_a_character_finds_its_cluster)
             if (box.width() < 1)
                 continue;
             auto const hit = layout.characterIndexAt(box.center());
-            ASSERT_TRUE(hit >= from && hit < to) << "round " << round << ": " << hit << " is not in " << from << " to " << to << " of "
-                                                 << string.toStdString();
+            ASSERT_TRUE(hit >= from && hit < to) << "round " << round << ": " << hit << " is not in " << from << " to "
+                                                 << to << " of " << string.toStdString();
         }
     }
 }

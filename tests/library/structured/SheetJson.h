@@ -25,7 +25,8 @@ struct EntryJson {
 
     operator QByteArray() const
     {
-        return R"({"id":")" + id + R"(","title":")" + title + '"' + more + R"(,"shortcuts":[)" + shortcuts.join(',') + "]}";
+        return R"({"id":")" + id + R"(","title":")" + title + '"' + more + R"(,"shortcuts":[)" + shortcuts.join(',')
+            + "]}";
     }
 };
 
@@ -49,7 +50,8 @@ struct SheetJson {
 
     operator QByteArray() const
     {
-        return R"({"schemaVersion":)" + schemaVersion + R"(,"title":")" + title + '"' + more + R"(,"sections":[)" + sections.join(',') + "]}";
+        return R"({"schemaVersion":)" + schemaVersion + R"(,"title":")" + title + '"' + more + R"(,"sections":[)"
+            + sections.join(',') + "]}";
     }
 };
 

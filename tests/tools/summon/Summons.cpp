@@ -56,7 +56,7 @@ std::expected<void, QString> Summons::waitUntilGrabbed()
             return {};
         if (Clock::now() > deadline)
             return std::unexpected(QStringLiteral("No program held the toggle shortcut within %1.").arg(seconds()));
-        std::this_thread::sleep_for(betweenProbes);
+        std::this_thread::sleep_for(betweenProbes); // between two looks
     }
 }
 
@@ -101,7 +101,7 @@ std::expected<Summons::Shown, QString> Summons::show(std::optional<QRect> area)
                 return std::unexpected(QStringLiteral("The reader came up elsewhere than the time before."));
             }
         }
-        std::this_thread::sleep_for(betweenSamples);
+        std::this_thread::sleep_for(betweenSamples); // between two looks
     }
     reader = m_desktop.reader();
     auto const missing = whatIsMissing(reader);
@@ -132,7 +132,7 @@ std::expected<Summons::Hidden, QString> Summons::hide(DesktopView::Reader const&
             unmapped = Clock::now();
         if (unmapped && m_desktop.frontWindow() == m_frontBefore)
             return Hidden { *unmapped - released, Clock::now() - released };
-        std::this_thread::sleep_for(betweenSamples);
+        std::this_thread::sleep_for(betweenSamples); // between two looks
     }
     if (!unmapped)
         return std::unexpected(QStringLiteral("The reader's window was still on the screen after %1.").arg(seconds()));
@@ -169,7 +169,7 @@ bool Summons::becomesStill(QRect const& area)
             last = Clock::now();
         else if (Clock::now() - last >= still)
             return true;
-        std::this_thread::sleep_for(betweenSamples);
+        std::this_thread::sleep_for(betweenSamples); // between two looks
     }
     return false;
 }

@@ -28,9 +28,10 @@ QString classPart(QByteArray const& windowClass)
 
 }
 
-X11Workspace::X11Workspace(X11Connection& connection, X11Clock const& clock)
+X11Workspace::X11Workspace(X11Connection& connection, X11Clock const& clock, std::function<void()> flushOwnWindows)
     : m_connection(connection)
     , m_clock(clock)
+    , m_flushOwnWindows(std::move(flushOwnWindows))
 {
     m_events = m_connection.observeEvents([this](auto const& event) { handle(event); });
     m_connection.listenOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
@@ -66,7 +67,7 @@ std::optional<xcb_window_t> X11Workspace::frontWindow() const
             m_noFrontSince = Clock::now();
         if (Clock::now() - *m_noFrontSince >= passing)
             return std::nullopt;
-        std::this_thread::sleep_for(pause);
+        std::this_thread::sleep_for(pause); // between two looks
     }
 }
 
@@ -142,6 +143,9 @@ void X11Workspace::activateIgnoringOtherApps(std::uint64_t ownWindow)
 // A window that is gone meanwhile is an error of the server's that is nobody's concern.
 void X11Workspace::bringToFront(xcb_window_t window)
 {
+    // What was shown or hidden just before has to reach the server first.
+    if (m_flushOwnWindows)
+        m_flushOwnWindows();
     auto* const xcb = m_connection.handle();
     if (!isManaged()) {
         m_connection.succeeded(xcb_set_input_focus_checked(xcb, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME));

@@ -15,14 +15,14 @@ namespace Quillory {
 // window manager. An application's bundle identifier is the class of its window.
 class X11Workspace final : public Workspace {
 public:
-    // Both outlive it. Whoever else sees the user's keys and clicks for our windows should note their times in `clock`.
-    X11Workspace(X11Connection& connection, X11Clock const& clock);
+    // Both outlive it. `flushOwnWindows` sends on what our own windows have asked of the server by another connection.
+    // Whoever else sees the user's keys and clicks for our windows should note their times in `clock`.
+    X11Workspace(X11Connection& connection, X11Clock const& clock, std::function<void()> flushOwnWindows = {});
 
     std::optional<RunningApplication> frontmostApplication() const override;
     QString mainBundleIdentifier() const override;
     void activate(RunningApplication const& application) override;
 
-    // The window's mapping must have been sent to the server before.
     void activateIgnoringOtherApps(std::uint64_t ownWindow) override;
     void prepareToShow(std::uint64_t ownWindow) override;
     Registration observeActivation(std::function<void(RunningApplication const&)> activated) override;
@@ -41,6 +41,7 @@ private:
 
     X11Connection& m_connection;
     X11Clock const& m_clock;
+    std::function<void()> m_flushOwnWindows;
     std::unordered_set<xcb_window_t> m_ownWindows;
     xcb_window_t m_front = XCB_WINDOW_NONE;
     mutable std::optional<std::chrono::steady_clock::time_point> m_noFrontSince;
