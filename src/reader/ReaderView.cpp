@@ -252,6 +252,7 @@ void ReaderView::applyColors()
         "QScrollBar::handle { background: %4; border-radius: 3px; margin: 2px; }"
         "QScrollBar::handle:vertical { min-height: 28px; }"
         "QScrollBar::handle:horizontal { min-width: 28px; }"
+        "QAbstractScrollArea::corner { background: transparent; border: none; }"
         "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"
         "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }")
                            .arg(name(ReaderColors::chrome), name(ReaderColors::surface), name(ReaderColors::codeBorder),
