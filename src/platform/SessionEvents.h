@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Registration.h"
+
+#include <functional>
+
+namespace Quillory {
+
+// What befalls the user's session as a whole. Main thread only. Where the system says none of it, nothing is called.
+class SessionEvents {
+public:
+    using Action = std::function<void()>;
+
+    virtual ~SessionEvents() = default;
+
+    // The computer is about to sleep. The action must be quick: the system waits for it, but not for long.
+    virtual Registration observeWillSleep(Action action) = 0;
+
+    virtual Registration observeDidWake(Action action) = 0;
+
+    // The screen was locked, or another user's session took the screen and the keyboard.
+    virtual Registration observeSessionDidResignActive(Action action) = 0;
+};
+
+}
