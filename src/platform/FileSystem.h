@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/OpenFile.h"
 #include "platform/SystemError.h"
 
 #include <QByteArray>
@@ -33,6 +34,17 @@ public:
     // The first `limit` bytes of a regular file. Absent for anything that is no regular file once it is open.
     // Refuses a symbolic link, and never blocks on a fifo or a device.
     virtual std::expected<std::optional<QByteArray>, SystemError> read(QByteArray const& name, qint64 limit) const = 0;
+
+    // Where the folder is by now: an absolute path without symbolic links.
+    virtual std::expected<QByteArray, SystemError> realPath() const = 0;
+
+    // Where a relative path leads from here when "..", "." and every symbolic link are followed, which may be outside:
+    // an absolute path. Fails when nothing is there. Opens nothing.
+    virtual std::expected<QByteArray, SystemError> realPath(QByteArray const& path) const = 0;
+
+    // Opens what lies below the folder at a path of plain names. Fails where any of them is a symbolic link, also one
+    // that has just been put there. Never blocks; the status tells whether it is a regular file.
+    virtual std::expected<std::unique_ptr<OpenFile>, SystemError> open(QByteArray const& path) const = 0;
 };
 
 // The files that sheets come from. Safe on any thread.

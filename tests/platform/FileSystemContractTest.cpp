@@ -34,6 +34,10 @@ struct InMemory {
         entry.kind = kind;
         files.put(path, name, entry);
     }
+    void link(QByteArray const& name, QByteArray const& target)
+    {
+        files.put(path, name, { .kind = Kind::symbolicLink, .contents = target });
+    }
     void remove(QByteArray const& name) { files.remove(path, name); }
     void removeFolder() { files.removeFolder(path); }
     void makeUnreadable(QByteArray const& name)
@@ -83,6 +87,10 @@ struct OnDisk {
             break;
         }
         }
+    }
+    void link(QByteArray const& name, QByteArray const& target)
+    {
+        ASSERT_EQ(symlink(target.constData(), at(name).constData()), 0);
     }
     void remove(QByteArray const& name) { unlink(at(name).constData()); }
     void removeFolder() { ASSERT_TRUE(temporary.remove()); }
@@ -230,6 +238,66 @@ TYPED_TEST(FileSystemContract, A_name_that_leads_out_of_the_folder_is_refused)
         EXPECT_EQ(folder->read(name, 10).error(), SystemError(EINVAL)) << name.toStdString();
         EXPECT_EQ(folder->status(name).error(), SystemError(EINVAL)) << name.toStdString();
     }
+}
+
+TYPED_TEST(FileSystemContract, A_real_path_follows_every_link_and_may_lead_outside)
+{
+    this->make("pics", Kind::folder);
+    this->write("pics/a b.png", "picture");
+    this->link("to-folder", "pics");
+    this->link("to-file.png", "to-folder/a b.png");
+    this->link("to-nothing", "gone");
+    this->link("loop", "loop");
+    this->link("to-outside", "/usr");
+    auto const folder = this->open();
+    auto const base = folder->realPath().value();
+    EXPECT_TRUE(base.startsWith('/'));
+    auto const up = "../" + base.mid(base.lastIndexOf('/') + 1);
+    for (auto const& way : { QByteArray("pics/a b.png"), QByteArray("./pics//a b.png"), QByteArray("to-file.png"),
+             QByteArray("to-folder/../pics/a b.png"), QByteArray("pics/../to-folder/a b.png"), up + "/to-file.png" })
+        EXPECT_EQ(folder->realPath(way), base + "/pics/a b.png") << way.toStdString();
+    EXPECT_EQ(folder->realPath("."), base);
+    EXPECT_EQ(folder->realPath("to-outside"), QByteArray("/usr"));
+    for (auto const& [way, error] : { std::pair<QByteArray, int> { "to-nothing", ENOENT }, { "loop", ELOOP },
+             { "gone/../pics", ENOENT }, { "", EINVAL }, { base, EINVAL }, { QByteArray("pics\0x", 6), EINVAL } })
+        EXPECT_EQ(folder->realPath(way).error(), SystemError(error)) << way.toStdString();
+}
+
+TYPED_TEST(FileSystemContract, A_file_below_is_opened_past_no_link_and_keeps_to_itself)
+{
+    this->make("pics", Kind::folder);
+    this->write("pics/a.png", "picture");
+    this->write("top.png", "top");
+    this->link("to-folder", "pics");
+    this->link("to-file.png", "top.png");
+    this->make("fifo.png", Kind::fifo);
+    auto const folder = this->open();
+    for (auto const* way : { "to-folder/a.png", "to-file.png", "gone.png", "gone/a.png", "top.png/a.png", "pics/", "",
+             "/etc/passwd", "../top.png", "pics/../top.png", "./top.png", "pics//a.png" })
+        EXPECT_FALSE(folder->open(way)) << way;
+    EXPECT_FALSE(folder->open("fifo.png").value()->status()->isRegularFile);
+    EXPECT_FALSE(folder->open("pics").value()->status()->isRegularFile);
+
+    auto const file = folder->open("pics/a.png").value();
+    EXPECT_TRUE(file->status()->isRegularFile);
+    EXPECT_EQ(file->status()->size, 7);
+    EXPECT_EQ(file->realPath(), folder->realPath().value() + "/pics/a.png");
+    EXPECT_EQ(file->read(4), QByteArray("pict"));
+    EXPECT_EQ(file->read(100), QByteArray("picture")); // from the start each time
+    this->remove("pics/a.png");
+    EXPECT_EQ(file->realPath().error(), SystemError(ENOENT));
+}
+
+TEST(PosixFileSystem, A_real_path_is_the_one_of_now_and_may_end_in_any_words)
+{
+    OnDisk disk;
+    disk.make("in", Kind::folder);
+    disk.write("in/x.png (deleted)", "x");
+    auto const folder = disk.files.openFolder(disk.path + QStringLiteral("/in")).value();
+    auto const file = folder->open("x.png (deleted)").value();
+    ASSERT_EQ(rename(disk.at("in").constData(), disk.at("out").constData()), 0);
+    EXPECT_EQ(folder->realPath(), disk.at("out"));
+    EXPECT_EQ(file->realPath(), disk.at("out/x.png (deleted)"));
 }
 
 TEST(PosixFileSystem, Files_whose_size_the_system_reports_as_nothing_are_read_whole)

@@ -1,5 +1,7 @@
 #include "support/FakeFileSystem.h"
 
+#include <QList>
+
 #include <algorithm>
 #include <cerrno>
 #include <utility>
@@ -14,6 +16,55 @@ struct FakeFileSystem::Folder {
     int openError = 0;
     int listingError = 0;
     bool isRemoved = false;
+    QByteArray path;
+
+    bool has(QByteArray const& folder) const
+    {
+        auto const next = entries.lower_bound(folder + '/');
+        return next != entries.end() && next->first.startsWith(folder + '/');
+    }
+};
+
+class FakeFileSystem::File final : public OpenFile {
+public:
+    File(std::shared_ptr<Folder> folder, QByteArray path)
+        : m_folder(std::move(folder))
+        , m_path(std::move(path))
+        , m_entry(m_folder->entries.at(m_path))
+    {
+    }
+
+    std::expected<Status, SystemError> status() const override
+    {
+        Status const status { m_entry.kind == Kind::regular, m_entry.contents.size() };
+        if (m_entry.contentsAfterStatus)
+            m_entry.contents = *std::exchange(m_entry.contentsAfterStatus, std::nullopt);
+        return status;
+    }
+
+    std::expected<QByteArray, SystemError> realPath() const override
+    {
+        std::lock_guard const lock(m_folder->mutex);
+        if (m_entry.realPathOnceOpen)
+            return *m_entry.realPathOnceOpen;
+        if (!m_folder->entries.contains(m_path))
+            return std::unexpected(SystemError(ENOENT));
+        return m_folder->path + '/' + m_path;
+    }
+
+    std::expected<QByteArray, SystemError> read(qint64 limit) const override
+    {
+        std::lock_guard const lock(m_folder->mutex);
+        ++m_folder->reads[m_path];
+        if (m_entry.readError)
+            return std::unexpected(SystemError(*m_entry.readError));
+        return m_entry.contents.first(std::min<qsizetype>(m_entry.contents.size(), limit));
+    }
+
+private:
+    std::shared_ptr<Folder> m_folder;
+    QByteArray m_path;
+    mutable Entry m_entry;
 };
 
 class FakeFileSystem::Open final : public OpenFolder {
@@ -33,7 +84,7 @@ public:
         std::vector<QByteArray> names;
         // Last name first: nobody may rely on an order.
         for (auto entry = m_folder->entries.rbegin(); entry != m_folder->entries.rend(); ++entry) {
-            if (!entry->first.startsWith('.'))
+            if (!entry->first.startsWith('.') && !entry->first.contains('/'))
                 names.push_back(entry->first);
         }
         return names;
@@ -72,7 +123,76 @@ public:
         return entry.contents.first(std::min<qsizetype>(entry.contents.size(), limit));
     }
 
+    std::expected<QByteArray, SystemError> realPath() const override
+    {
+        std::lock_guard const lock(m_folder->mutex);
+        return m_folder->path;
+    }
+
+    std::expected<QByteArray, SystemError> realPath(QByteArray const& path) const override
+    {
+        std::lock_guard const lock(m_folder->mutex);
+        if (path.isEmpty() || path.startsWith('/') || path.contains('\0'))
+            return std::unexpected(SystemError(EINVAL));
+        auto pending = path.split('/');
+        auto at = m_folder->path;
+        for (int links = 0; !pending.isEmpty();) {
+            auto const name = pending.takeFirst();
+            if (name.isEmpty() || name == ".")
+                continue;
+            if (name == "..") {
+                at.truncate(std::max<qsizetype>(at.lastIndexOf('/'), 0));
+                continue;
+            }
+            auto const next = at + '/' + name;
+            auto const* const entry = below(next);
+            if (entry && entry->kind == Kind::symbolicLink) {
+                if (++links > 40)
+                    return std::unexpected(SystemError(ELOOP));
+                if (entry->contents.startsWith('/'))
+                    at.clear();
+                pending = entry->contents.split('/') + pending;
+                continue;
+            }
+            // What lies outside is taken to be there.
+            if (!entry && next.startsWith(m_folder->path + '/') && !m_folder->has(relative(next)))
+                return std::unexpected(SystemError(ENOENT));
+            at = next;
+        }
+        return at.isEmpty() ? QByteArray("/") : at;
+    }
+
+    std::expected<std::unique_ptr<OpenFile>, SystemError> open(QByteArray const& path) const override
+    {
+        std::lock_guard const lock(m_folder->mutex);
+        QByteArray at;
+        for (auto const& name : path.split('/')) {
+            if (name.isEmpty() || name == "." || name == ".." || name.contains('\0'))
+                return std::unexpected(SystemError(EINVAL));
+            at += at.isEmpty() ? name : '/' + name;
+            if (auto const entry = m_folder->entries.find(at); entry != m_folder->entries.end()) {
+                if (entry->second.kind == Kind::symbolicLink)
+                    return std::unexpected(SystemError(ELOOP));
+            } else if (!m_folder->has(at)) {
+                return std::unexpected(SystemError(ENOENT));
+            }
+        }
+        if (!m_folder->entries.contains(path))
+            m_folder->entries[path].kind = Kind::folder;
+        return std::make_unique<File>(m_folder, path);
+    }
+
 private:
+    QByteArray relative(QByteArray const& path) const { return path.mid(m_folder->path.size() + 1); }
+
+    Entry const* below(QByteArray const& path) const
+    {
+        if (!path.startsWith(m_folder->path + '/'))
+            return nullptr;
+        auto const found = m_folder->entries.find(relative(path));
+        return found == m_folder->entries.end() ? nullptr : &found->second;
+    }
+
     std::expected<Entry*, SystemError> find(QByteArray const& name) const
     {
         if (name.isEmpty() || name == "." || name == ".." || name.contains('/') || name.contains('\0'))
@@ -100,8 +220,10 @@ std::shared_ptr<FakeFileSystem::Folder> FakeFileSystem::folder(QString const& pa
 {
     std::lock_guard const lock(m_mutex);
     auto& folder = m_folders[path];
-    if (!folder)
+    if (!folder) {
         folder = std::make_shared<Folder>();
+        folder->path = path.toUtf8();
+    }
     return folder;
 }
 

@@ -16,13 +16,14 @@ public:
     // What an entry does to its readers. Errors are `errno` values.
     struct Entry {
         Kind kind = Kind::regular;
-        QByteArray contents;
+        QByteArray contents; // of a symbolic link: where it leads
         std::optional<int> statusError;
         std::optional<int> readError;
         bool hidesSize = false; // the status names no size
         std::optional<QByteArray> contentsAfterStatus; // the file changes between the look at it and the read
         std::optional<Kind> kindAfterStatus; // the entry becomes something else in between
         bool vanishesAfterStatus = false;
+        std::optional<QByteArray> realPathOnceOpen; // the file is moved there as soon as it is open
     };
 
     void addFolder(QString const& path);
@@ -30,7 +31,7 @@ public:
     void failFolder(QString const& path, int error); // opening it; 0 makes it well again
     void failListing(QString const& path, int error);
 
-    // The folder is made where it is missing.
+    // The folder is made where it is missing. A name with "/" stands below the folder; the folders between are there.
     void put(QString const& folder, QByteArray const& name, Entry entry);
     void write(QString const& folder, QByteArray const& name, QByteArray const& contents);
     void remove(QString const& folder, QByteArray const& name);
@@ -44,6 +45,7 @@ public:
 private:
     struct Folder;
     class Open;
+    class File;
 
     std::shared_ptr<Folder> folder(QString const& path); // made where it is missing
     std::shared_ptr<Folder> existing(QString const& path) const;

@@ -1,9 +1,12 @@
 #include "platform/linux/files/PosixOpenFolder.h"
 
+#include "platform/linux/files/PosixOpenFile.h"
 #include "platform/linux/files/ReadDescriptor.h"
+#include "platform/linux/files/RealPath.h"
 
 #include <QFile>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 
@@ -89,6 +92,43 @@ std::expected<std::optional<QByteArray>, SystemError> PosixOpenFolder::read(QByt
     if (!bytes)
         return std::unexpected(bytes.error());
     return std::move(*bytes);
+}
+
+std::expected<QByteArray, SystemError> PosixOpenFolder::realPath() const
+{
+    return realPathOf(m_folder.number());
+}
+
+std::expected<QByteArray, SystemError> PosixOpenFolder::realPath(QByteArray const& path) const
+{
+    if (path.isEmpty() || path.startsWith('/') || path.contains('\0'))
+        return std::unexpected(SystemError(EINVAL));
+    FileDescriptor const place(openat(m_folder.number(), path.constData(), O_PATH | O_CLOEXEC));
+    if (!place.isOpen())
+        return std::unexpected(SystemError::last());
+    return realPathOf(place.number());
+}
+
+std::expected<std::unique_ptr<OpenFile>, SystemError> PosixOpenFolder::open(QByteArray const& path) const
+{
+    auto names = path.split('/');
+    if (!std::ranges::all_of(names, isNameOfChild))
+        return std::unexpected(SystemError(EINVAL));
+    // Step by step: a single call would follow links in all names but the last.
+    auto const last = names.takeLast();
+    FileDescriptor folder;
+    for (auto const& name : names) {
+        auto const parent = folder.isOpen() ? folder.number() : m_folder.number();
+        FileDescriptor below(openat(parent, name.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        if (!below.isOpen())
+            return std::unexpected(SystemError::last());
+        folder = std::move(below);
+    }
+    FileDescriptor file(openat(folder.isOpen() ? folder.number() : m_folder.number(), last.constData(),
+        O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!file.isOpen())
+        return std::unexpected(SystemError::last());
+    return std::make_unique<PosixOpenFile>(std::move(file));
 }
 
 }

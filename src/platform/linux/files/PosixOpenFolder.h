@@ -13,6 +13,9 @@ public:
     std::expected<std::vector<QByteArray>, SystemError> names() const override;
     std::expected<EntryStatus, SystemError> status(QByteArray const& name) const override;
     std::expected<std::optional<QByteArray>, SystemError> read(QByteArray const& name, qint64 limit) const override;
+    std::expected<QByteArray, SystemError> realPath() const override;
+    std::expected<QByteArray, SystemError> realPath(QByteArray const& path) const override;
+    std::expected<std::unique_ptr<OpenFile>, SystemError> open(QByteArray const& path) const override;
 
 private:
     explicit PosixOpenFolder(FileDescriptor folder);
