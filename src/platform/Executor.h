@@ -19,7 +19,7 @@ public:
 
     virtual ~Executor() = default;
 
-    // A monotonic clock, of use for differences only.
+    // A monotonic clock, of use for differences only. Events of the session bear times of the same clock.
     virtual std::chrono::nanoseconds now() const = 0;
 
     // Runs `action` once on the main thread, not before `delay` has passed and never inside this call.

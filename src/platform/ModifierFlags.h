@@ -7,10 +7,13 @@ namespace Quillory {
 // The modifier keys of an event or a shortcut, as a set of bits.
 enum class ModifierFlags : std::uint32_t {
     none = 0,
+    capsLock = 0x10000,
     shift = 0x20000,
     control = 0x40000,
     option = 0x80000,
     command = 0x100000,
+    numericPad = 0x200000,
+    help = 0x400000,
     function = 0x800000,
 };
 
