@@ -1,6 +1,8 @@
 #include "reader/NativeReader.h"
 
 #include "rendering/MarkdownRenderer.h"
+#include "rendering/ShortcutRenderer.h"
+#include "textlayout/FontTextMeasure.h"
 
 #include <algorithm>
 
@@ -13,6 +15,7 @@ constexpr double largestWidth = 12000;
 constexpr double smallestStructuredWidth = 100;
 constexpr double widthOfCharacter = 0.65; // of the text size
 constexpr double widthBesideCode = 80;
+constexpr double widthBesideText = 32;
 
 qsizetype longestLine(QStringView text)
 {
@@ -62,11 +65,9 @@ void NativeReader::rebuild(Sheet const& sheet, DocumentKey key)
 RenderedMarkdown NativeReader::render(Sheet const& sheet) const
 {
     if (sheet.shortcuts) {
-        // A structured sheet reads as it is written, as long as there is no drawing of it.
-        AttributedText::Builder text;
-        text.append(
-            sheet.source, { .font = { .family = FontAttribute::Family::monospaced, .size = m_store.textSize } }, {});
-        return { std::move(text).build(), {} };
+        auto const width = std::max(m_textView.viewport()->width() - widthBesideText, smallestStructuredWidth);
+        return ShortcutRenderer::render(
+            *sheet.shortcuts, sheet.images, width, m_store.textSize, FontTextMeasure(FontSet::ofDesktop()));
     }
     if (sheet.parsed)
         return MarkdownRenderer::render(*sheet.parsed, sheet.title, sheet.images, m_store.textSize);

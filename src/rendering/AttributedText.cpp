@@ -85,14 +85,31 @@ qsizetype AttributedText::paragraphRunAt(qsizetype location) const
     return runHolding(m_data->paragraphRuns, location);
 }
 
+namespace {
+
+// Whether two lists of runs have equal lengths and values. An index means something to its own text alone.
+bool sameRuns(std::span<Run const> ours, std::span<Run const> theirs, auto const& ourValues, auto const& theirValues)
+{
+    auto checked = std::pair<quint32, quint32>(quint32(-1), quint32(-1));
+    return std::ranges::equal(ours, theirs, [&](Run const& one, Run const& other) {
+        if (one.location != other.location || one.length != other.length)
+            return false;
+        std::pair const indices(one.index, other.index);
+        if (indices == checked)
+            return true;
+        checked = indices;
+        return ourValues[one.index] == theirValues[other.index];
+    });
+}
+
+}
+
 bool AttributedText::operator==(AttributedText const& other) const
 {
-    if (m_data == other.m_data)
-        return true;
-    // Indices depend on the order of first use alone, so equal texts have equal tables.
-    return m_data->string == other.m_data->string && m_data->runs == other.m_data->runs
-        && m_data->paragraphRuns == other.m_data->paragraphRuns && m_data->attributes == other.m_data->attributes
-        && m_data->styles == other.m_data->styles;
+    return m_data == other.m_data
+        || (m_data->string == other.m_data->string
+            && sameRuns(m_data->runs, other.m_data->runs, m_data->attributes, other.m_data->attributes)
+            && sameRuns(m_data->paragraphRuns, other.m_data->paragraphRuns, m_data->styles, other.m_data->styles));
 }
 
 AttributedText::Builder::Builder()
@@ -107,30 +124,38 @@ qsizetype AttributedText::Builder::length() const
     return m_data->string.size();
 }
 
-void AttributedText::Builder::append(QStringView text, TextAttributes const& attributes, ParagraphStyle const& style)
+AttributedText::Builder::AttributesId AttributedText::Builder::add(TextAttributes const& attributes)
+{
+    auto const next = static_cast<quint32>(m_data->attributes.size());
+    auto const known = m_attributeIndex.constFind(attributes);
+    if (known != m_attributeIndex.cend())
+        return AttributesId { *known };
+    m_attributeIndex.insert(attributes, next);
+    m_data->attributes.push_back(attributes);
+    return AttributesId { next };
+}
+
+AttributedText::Builder::StyleId AttributedText::Builder::add(ParagraphStyle const& style)
+{
+    // Styles come in long stretches or, in tables, once each: the last one is the only one worth asking.
+    if (m_data->styles.empty() || m_data->styles.back() != style)
+        m_data->styles.push_back(style);
+    return StyleId { static_cast<quint32>(m_data->styles.size() - 1) };
+}
+
+void AttributedText::Builder::append(QStringView text, AttributesId attributes, StyleId style)
 {
     if (text.isEmpty())
         return;
     m_data->string += text;
+    extend(m_data->runs, text.size(), static_cast<quint32>(attributes));
+    extend(m_data->paragraphRuns, text.size(), static_cast<quint32>(style));
+}
 
-    auto& runs = m_data->runs;
-    if (!runs.empty() && m_data->attributes[runs.back().index] == attributes) {
-        runs.back().length += text.size();
-    } else {
-        auto const next = static_cast<quint32>(m_data->attributes.size());
-        auto const known = m_attributeIndex.constFind(attributes);
-        auto const index = known == m_attributeIndex.cend() ? next : *known;
-        if (index == next) {
-            m_attributeIndex.insert(attributes, next);
-            m_data->attributes.push_back(attributes);
-        }
-        extend(runs, text.size(), index);
-    }
-
-    // Paragraph styles come in long stretches or, in tables, once each: the last one is the only one worth asking.
-    if (m_data->styles.empty() || m_data->styles.back() != style)
-        m_data->styles.push_back(style);
-    extend(m_data->paragraphRuns, text.size(), static_cast<quint32>(m_data->styles.size() - 1));
+void AttributedText::Builder::append(QStringView text, TextAttributes const& attributes, ParagraphStyle const& style)
+{
+    if (!text.isEmpty())
+        append(text, add(attributes), add(style));
 }
 
 void AttributedText::Builder::appendAttachment(TextAttributes const& attributes, ParagraphStyle const& style)

@@ -58,11 +58,20 @@ private:
 // Makes an attributed text from its start to its end.
 class AttributedText::Builder {
 public:
+    // What was added once is appended without being compared again. Valid for this builder alone.
+    enum class AttributesId : quint32;
+    enum class StyleId : quint32;
+
     Builder();
     ~Builder();
 
     qsizetype length() const;
+    AttributesId add(TextAttributes const& attributes);
+    StyleId add(ParagraphStyle const& style);
+
+    void append(QStringView text, AttributesId attributes, StyleId style);
     void append(QStringView text, TextAttributes const& attributes, ParagraphStyle const& style);
+    // The object character. The attributes hold what stands for it.
     void appendAttachment(TextAttributes const& attributes, ParagraphStyle const& style);
 
     AttributedText build() &&;

@@ -10,9 +10,18 @@ enum class ColorRole {
     secondaryLabel,
     quaternaryLabel,
     separator,
+
+    // The reader's own, see ReaderColors.
+    codeBackground,
+    functionKey,
+    controlKey,
+    optionKey,
+    shiftKey,
+    commandKey,
+    plainKey, // of a shortcut, no modifier
 };
 
-// The system's name of the role: "labelColor".
+// The system's name of the role, "labelColor", or the palette's, "shift".
 QLatin1StringView colorRoleName(ColorRole role);
 
 // A role, and how much of it covers what lies below: 0 nothing, 1 all.

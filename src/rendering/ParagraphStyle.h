@@ -7,16 +7,23 @@
 namespace Quillory {
 
 // The cell of a table that a paragraph lies in. Cells of one table bear the same `table`, its position among the
-// tables of the text; their paragraphs follow one another, row by row and column by column.
+// tables of the text; their paragraphs follow one another, row by row and column by column. Content stands at the top.
 struct TableBlock {
+    // A column is as wide as its content asks for, or as `widthPercent` says.
+    enum class Widths { automatic, fixed };
+    enum class Border { none, leftEdge, allEdges };
+
     int table = 0;
     int columns = 1; // of the whole table
     int row = 0;
     int column = 0;
     double padding = 0;     // points, all four sides
+    Border border = Border::allEdges;
     double borderWidth = 0; // points; borders of neighbours collapse into one
     Color borderColor { ColorRole::separator };
     std::optional<Color> background;
+    Widths widths = Widths::automatic;
+    double widthPercent = 0; // of the width that the text has, when fixed; padding and border lie within
 
     bool operator==(TableBlock const&) const = default;
 };
@@ -29,7 +36,8 @@ struct ParagraphStyle {
     double minimumLineHeight = 0;
     double paragraphSpacingBefore = 0;
     double paragraphSpacing = 0; // behind the paragraph
-    double lineSpacing = 0;
+    double lineSpacing = 0;           // between lines
+    double rightTabStop = 0;          // where text behind a tab ends, from the paragraph's left edge; 0 for none
     std::optional<TableBlock> block;
 
     bool operator==(ParagraphStyle const&) const = default;

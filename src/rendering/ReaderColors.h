@@ -25,6 +25,14 @@ inline constexpr Dynamic codeBackground { 0xFFF4F4F5, 0xFF303136 };     // code 
 inline constexpr Dynamic codeBorder { 0xFFD9D9DC, 0xFF4A4B50 };         // outline of code blocks, thin separators
 inline constexpr Dynamic learningBackground { 0xFFF3E9D6, 0xFF4C4230 }; // Learning Mode bar while it is on
 
+// The parts of a shortcut: its modifiers, and the key.
+inline constexpr Dynamic functionKey { 0xFFA12A70, 0xFFF4A4CF };
+inline constexpr Dynamic controlKey { 0xFF7A3EB4, 0xFFD4AFFF };
+inline constexpr Dynamic optionKey { 0xFF006F75, 0xFF79D8D6 };
+inline constexpr Dynamic shiftKey { 0xFF955500, 0xFFFFD38A };
+inline constexpr Dynamic commandKey { 0xFF155ABD, 0xFF87BEFF };
+inline constexpr Dynamic plainKey { 0xFF276A30, 0xFFA0D99C };
+
 }
 
 }

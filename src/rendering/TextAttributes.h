@@ -7,13 +7,14 @@
 
 #include <cstddef>
 #include <optional>
+#include <variant>
 
 namespace Quillory {
 
 // A font by what it is for. Sizes are points of the system, one logical pixel each.
 struct FontAttribute {
     enum class Family { system, monospaced };
-    enum class Weight { regular = 400, semibold = 600, bold = 700 };
+    enum class Weight { regular = 400, medium = 500, semibold = 600, bold = 700 };
 
     Family family = Family::system;
     double size = 16;
@@ -23,9 +24,17 @@ struct FontAttribute {
     bool operator==(FontAttribute const&) const = default;
 };
 
+// One of the program's own monochrome drawings, by name, in a colour.
+struct Symbol {
+    QString name;
+    Color color;
+
+    bool operator==(Symbol const&) const = default;
+};
+
 // A picture that stands in the text for one object character (U+FFFC). Known by this attribute, never by the character.
 struct Attachment {
-    PreparedImage image;
+    std::variant<PreparedImage, Symbol> picture;
     double width = 0; // points
     double height = 0;
 

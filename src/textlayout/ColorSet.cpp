@@ -21,7 +21,7 @@ QColor readable(QColor const& link, bool dark)
     return QColor::fromHslF(link.hslHueF(), link.hslSaturationF(), darkest + 0.05F);
 }
 
-QColor const& roleColor(ColorSet const& colors, ColorRole role)
+QColor roleColor(ColorSet const& colors, ColorRole role)
 {
     switch (role) {
     case ColorRole::label:
@@ -32,6 +32,20 @@ QColor const& roleColor(ColorSet const& colors, ColorRole role)
         return colors.quaternaryLabel;
     case ColorRole::separator:
         return colors.separator;
+    case ColorRole::codeBackground:
+        return ReaderColors::codeBackground.resolved(colors.appearance);
+    case ColorRole::functionKey:
+        return ReaderColors::functionKey.resolved(colors.appearance);
+    case ColorRole::controlKey:
+        return ReaderColors::controlKey.resolved(colors.appearance);
+    case ColorRole::optionKey:
+        return ReaderColors::optionKey.resolved(colors.appearance);
+    case ColorRole::shiftKey:
+        return ReaderColors::shiftKey.resolved(colors.appearance);
+    case ColorRole::commandKey:
+        return ReaderColors::commandKey.resolved(colors.appearance);
+    case ColorRole::plainKey:
+        return ReaderColors::plainKey.resolved(colors.appearance);
     }
     Q_UNREACHABLE();
 }

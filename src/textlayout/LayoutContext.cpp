@@ -117,7 +117,7 @@ QTextCharFormat LayoutContext::makeFormat(TextAttributes const& attributes) cons
     if (attributes.background)
         format.setBackground(m_colors.resolved(*attributes.background));
     // Qt takes the offset as a share of the font's height, in percent.
-    if (attributes.baselineOffset != 0)
+    if (attributes.baselineOffset != 0 && !attributes.attachment)
         format.setBaselineOffset(
             attributes.baselineOffset * 100 / std::max(1.0, QFontMetricsF(format.font()).height()));
     return format;

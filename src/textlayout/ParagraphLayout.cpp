@@ -1,5 +1,7 @@
 #include "textlayout/ParagraphLayout.h"
 
+#include "textlayout/SymbolPainting.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -31,11 +33,11 @@ ParagraphLayout::ParagraphLayout(
     auto const& text = context.text();
     auto const styleRun = text.paragraphRunAt(std::min(stretch.range.location, text.length() - 1));
     auto const& style = text.paragraphStyle(text.paragraphRuns()[static_cast<std::size_t>(styleRun)]);
-    setUp(breaks);
+    setUp(style, breaks);
     placeLines(style, width);
 }
 
-void ParagraphLayout::setUp(Breaks breaks)
+void ParagraphLayout::setUp(ParagraphStyle const& style, Breaks breaks)
 {
     auto string = m_context.text().string().mid(m_stretch.range.location, m_stretch.range.length);
     m_mixesDirections = mayRunRightToLeft(string);
@@ -52,6 +54,8 @@ void ParagraphLayout::setUp(Breaks breaks)
     option.setWrapMode(
         breaks == Breaks::betweenWords ? QTextOption::WordWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTabStopDistance(tabColumns * QFontMetricsF(m_layout.font()).horizontalAdvance(u' '));
+    if (style.rightTabStop > 0)
+        option.setTabs({ QTextOption::Tab(style.rightTabStop, QTextOption::RightTab) });
     m_layout.setTextOption(option);
 }
 
@@ -73,7 +77,7 @@ void ParagraphLayout::applyFormats(QString& string)
         auto const to = std::min(runs[index].location + runs[index].length, m_stretch.range.end()) - start;
         formats.append({ static_cast<int>(from), static_cast<int>(to - from), m_context.format(runs[index]) });
         auto const& attributes = text.attributes(runs[index]);
-        if (attributes.baselineOffset != 0)
+        if (attributes.baselineOffset != 0 && !attributes.attachment)
             m_raised.push_back({ { from, to - from }, attributes.baselineOffset });
         for (auto position = from; attributes.attachment && position < to; ++position) {
             m_pictures.push_back({ position, runs[index] });
@@ -118,6 +122,16 @@ int ParagraphLayout::lettersEnd(QTextLine const& line) const
     return end;
 }
 
+ParagraphLayout::Extent ParagraphLayout::united(Extent const& one, Extent const& other)
+{
+    return { std::max(one.above, other.above), std::max(one.below, other.below) };
+}
+
+ParagraphLayout::Extent ParagraphLayout::pictureExtent(TextAttributes const& attributes)
+{
+    return { attributes.attachment->height + attributes.baselineOffset, -attributes.baselineOffset };
+}
+
 ParagraphLayout::Extent ParagraphLayout::extentOf(QTextLine const& line) const
 {
     auto const& text = m_context.text();
@@ -126,7 +140,7 @@ ParagraphLayout::Extent ParagraphLayout::extentOf(QTextLine const& line) const
     Extent extent { line.ascent(), line.height() - line.ascent() };
     auto picture = std::ranges::lower_bound(m_pictures, from, {}, &Picture::position);
     for (; picture != m_pictures.end() && picture->position < to; ++picture)
-        extent.above = std::max(extent.above, text.attributes(picture->run).attachment->height);
+        extent = united(extent, pictureExtent(text.attributes(picture->run)));
     for (auto const& [range, offset] : m_raised) {
         if (range.location < to && range.end() > from)
             extent.above = std::max(extent.above, line.ascent() + offset);
@@ -135,8 +149,7 @@ ParagraphLayout::Extent ParagraphLayout::extentOf(QTextLine const& line) const
     auto const end = m_stretch.range.end();
     if (to == m_stretch.range.length && m_stretch.endsParagraph && end < text.length()) {
         auto const& metrics = m_context.metrics(text.runs()[static_cast<std::size_t>(text.runAt(end))]);
-        extent.above = std::max(extent.above, metrics.ascent);
-        extent.below = std::max(extent.below, metrics.lineHeight - metrics.ascent);
+        extent = united(extent, { metrics.ascent, metrics.lineHeight - metrics.ascent });
     }
     return extent;
 }
@@ -164,17 +177,22 @@ void ParagraphLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& cl
     painter.setPen(m_foreground);
     m_layout.draw(&painter, topLeft, {}, clip);
     for (auto const& picture : m_pictures) {
-        auto const& attachment = *m_context.text().attributes(picture.run).attachment;
+        auto const& attributes = m_context.text().attributes(picture.run);
+        auto const& attachment = *attributes.attachment;
         auto const line = m_layout.lineForTextPosition(static_cast<int>(picture.position));
         auto const x = std::min(
             line.cursorToX(static_cast<int>(picture.position)), line.cursorToX(static_cast<int>(picture.position) + 1));
         auto const baseline = line.y() + line.ascent();
-        QRectF const target(
-            topLeft + QPointF(x, baseline - attachment.height), QSizeF(attachment.width, attachment.height));
+        QRectF const target(topLeft + QPointF(x, baseline - attributes.baselineOffset - attachment.height),
+            QSizeF(attachment.width, attachment.height));
         if (!target.intersects(clip))
             continue;
+        if (auto const* symbol = std::get_if<Symbol>(&attachment.picture)) {
+            paintSymbol(painter, symbol->name, target, m_context.colors().resolved(symbol->color));
+            continue;
+        }
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawImage(target, attachment.image.cgImage);
+        painter.drawImage(target, std::get<PreparedImage>(attachment.picture).cgImage);
     }
 }
 

@@ -62,10 +62,12 @@ private:
         AttributedText::Run run;
     };
 
-    void setUp(Breaks breaks);
+    void setUp(ParagraphStyle const& style, Breaks breaks);
     void applyFormats(QString& string);
     void placeLines(ParagraphStyle const& style, double width);
     int lettersEnd(QTextLine const& line) const;
+    static Extent united(Extent const& one, Extent const& other);
+    static Extent pictureExtent(TextAttributes const& attributes);
     Extent extentOf(QTextLine const& line) const;
     int letterAt(double x, std::size_t line, int guess) const;
     QRectF lineRect(std::size_t line, int from, int to) const;

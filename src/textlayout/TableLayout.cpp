@@ -49,6 +49,8 @@ void TableLayout::readCells(TextRange range)
             break;
         auto const& cell = *text.paragraphStyle(runs[run]).block;
         m_border = std::max(m_border, cell.borderWidth);
+        if (cell.border == TableBlock::Border::allEdges)
+            m_rowBorder = std::max(m_rowBorder, cell.borderWidth);
         columns = std::max({ columns, cell.columns, cell.column + 1 });
         if (cell.row == previousRow && cell.column == m_cells.back().column)
             continue;
@@ -116,6 +118,8 @@ ColumnDemand TableLayout::demandOf(std::size_t cell) const
 
 void TableLayout::measureColumns()
 {
+    if (isFixed())
+        return;
     for (auto const cell : cellsToMeasure()) {
         auto const demand = demandOf(cell);
         auto& column = m_demands[static_cast<std::size_t>(m_cells[cell].column)];
@@ -129,12 +133,28 @@ void TableLayout::arrange()
 {
     m_rows.clear();
     auto const columns = m_demands.size();
-    auto const widths = fittedColumnWidths(m_demands, m_availableWidth - static_cast<double>(columns + 1) * m_border);
     m_columnEdges.assign(1, 0);
+    if (isFixed()) {
+        for (std::size_t column = 0; column < columns; ++column)
+            m_columnEdges.push_back(m_columnEdges.back() + fixedWidth(column));
+        return estimateRows();
+    }
+    auto const widths = fittedColumnWidths(m_demands, m_availableWidth - static_cast<double>(columns + 1) * m_border);
     for (auto const width : widths)
         m_columnEdges.push_back(m_columnEdges.back() + m_border + width);
 
     estimateRows();
+}
+
+bool TableLayout::isFixed() const
+{
+    return block(0).widths == TableBlock::Widths::fixed;
+}
+
+// Every column of a fixed table has a cell in the first row.
+double TableLayout::fixedWidth(std::size_t column) const
+{
+    return block(column).widthPercent / 100 * (m_availableWidth - m_border);
 }
 
 void TableLayout::estimateRows()
@@ -165,7 +185,7 @@ void TableLayout::estimateRows()
             highest = std::max(highest, estimate.height + 2 * padding);
             m_exact[row] = m_exact[row] && estimate.exact;
         }
-        heights.push_back(m_border + highest);
+        heights.push_back(m_rowBorder + highest);
     }
     m_heights = HeightTree(std::move(heights));
     m_inexact = std::ranges::count(m_exact, false);
@@ -205,7 +225,8 @@ double TableLayout::rightEdge(qsizetype row) const
 QPointF TableLayout::contentTopLeft(std::size_t cell) const
 {
     auto const padding = block(cell).padding;
-    return { m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)] + m_border + padding, m_border + padding };
+    return { m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)] + m_border + padding,
+        m_rowBorder + padding };
 }
 
 double TableLayout::contentWidth(std::size_t cell) const
@@ -247,7 +268,7 @@ void TableLayout::measureRow(qsizetype row)
         highest = std::max(highest, content.height() + 2 * block(cell).padding);
         exact = exact && content.isExact();
     }
-    m_heights.set(row, m_border + highest);
+    m_heights.set(row, m_rowBorder + highest);
 
     auto const index = static_cast<std::size_t>(row);
     if (!m_exact[index] && exact) {

@@ -31,7 +31,7 @@ public:
     double positionOf(TextAnchor const& anchor);
 
     double width() const { return m_columnEdges.back() + m_border; }
-    double height() const { return m_heights.total() + m_border; }
+    double height() const { return m_heights.total() + m_rowBorder; }
     qsizetype rowCount() const { return m_heights.size(); }
 
     void paint(QPainter& painter, QPointF topLeft, QRectF const& clip);
@@ -51,6 +51,8 @@ private:
     std::vector<std::size_t> cellsToMeasure() const;
     ColumnDemand demandOf(std::size_t cell) const;
     void arrange();
+    bool isFixed() const;
+    double fixedWidth(std::size_t column) const;
     void estimateRows();
 
     TableBlock const& block(std::size_t cell) const;
@@ -76,7 +78,8 @@ private:
 
     LayoutContext const& m_context;
     double m_availableWidth;
-    double m_border = 0;
+    double m_border = 0; // of the lines down
+    double m_rowBorder = 0; // of those across
     std::vector<Cell> m_cells; // and one behind the last that says where it ends
     std::vector<std::size_t> m_rowStarts; // positions in m_cells, and the number of cells
     std::vector<ColumnDemand> m_demands;

@@ -28,7 +28,7 @@ private:
 
 void TableLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& clip)
 {
-    auto row = m_heights.indexAt(clip.top() - topLeft.y() - m_border);
+    auto row = m_heights.indexAt(clip.top() - topLeft.y() - m_rowBorder);
     for (; row < rowCount(); ++row) {
         auto const rowTopLeft = topLeft + QPointF(0, m_heights.top(row));
         if (rowTopLeft.y() >= clip.bottom())
@@ -46,7 +46,7 @@ void TableLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& clip)
 void TableLayout::paintBackgrounds(QPainter& painter, QPointF topLeft, qsizetype row) const
 {
     PixelGrid const grid(painter);
-    auto const line = m_border > 0 ? grid.thickness(m_border) : 0;
+    auto const line = m_rowBorder > 0 ? grid.thickness(m_rowBorder) : 0;
     auto const top = grid.edge(topLeft.y()) + line;
     auto const bottom = grid.edge(topLeft.y() + m_heights.height(row));
     for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
@@ -70,6 +70,16 @@ void TableLayout::paintBorders(QPainter& painter, QPointF topLeft, qsizetype row
     auto const top = grid.edge(topLeft.y());
     auto const bottom = grid.edge(topLeft.y() + m_heights.height(row));
     auto const colorOf = [this](std::size_t cell) { return m_context.colors().resolved(block(cell).borderColor); };
+    auto const down = [&](double edge, double from, std::size_t cell) {
+        painter.fillRect(QRectF(grid.edge(topLeft.x() + edge), from, line, bottom - from), colorOf(cell));
+    };
+    if (m_rowBorder <= 0) {
+        for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+            if (block(cell).border == TableBlock::Border::leftEdge)
+                down(m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)], top, cell);
+        }
+        return;
+    }
     auto const across = [&](double y, double edge) {
         auto const right = grid.edge(topLeft.x() + edge) + line;
         painter.fillRect(QRectF(left, y, right - left, line), colorOf(firstCell(row)));
@@ -79,12 +89,9 @@ void TableLayout::paintBorders(QPainter& painter, QPointF topLeft, qsizetype row
         across(bottom, rightEdge(row));
 
     // Every line once, and none over another: they may be translucent.
-    auto const down = [&](double edge, std::size_t cell) {
-        painter.fillRect(QRectF(grid.edge(topLeft.x() + edge), top + line, line, bottom - top - line), colorOf(cell));
-    };
     for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell)
-        down(m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)], cell);
-    down(rightEdge(row), behindLastCell(row) - 1);
+        down(m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)], top + line, cell);
+    down(rightEdge(row), top + line, behindLastCell(row) - 1);
 }
 
 }

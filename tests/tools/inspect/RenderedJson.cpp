@@ -18,6 +18,8 @@ QStringView weightName(FontAttribute::Weight weight)
     switch (weight) {
     case FontAttribute::Weight::regular:
         return u"regular";
+    case FontAttribute::Weight::medium:
+        return u"medium";
     case FontAttribute::Weight::semibold:
         return u"semibold";
     case FontAttribute::Weight::bold:

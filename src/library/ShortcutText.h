@@ -1,0 +1,33 @@
+#pragma once
+
+#include "library/ShortcutSheet.h"
+
+#include <QString>
+
+#include <span>
+
+namespace Quillory {
+
+// What a shortcut of a structured sheet is called, to the eye and to the ear.
+namespace ShortcutText {
+
+struct Modifier {
+    QStringView name;
+    QStringView symbol;
+};
+
+// All modifiers in the order in which they are shown and spoken, whatever order a sheet has them in.
+std::span<Modifier const> modifiers();
+
+// The key alone: "Space", "F5".
+QString keyText(QString const& key);
+
+// Its steps as shown: "⇧⌘P → K".
+QString shown(ShortcutSheet::Shortcut const& shortcut);
+
+// Its steps as spoken: "shift command p, then k".
+QString spoken(ShortcutSheet::Shortcut const& shortcut);
+
+}
+
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "library/ShortcutSheet.h"
+
+#include <vector>
+
+namespace Quillory {
+
+// How the sections of a structured sheet are shared out among columns of about the same height. Lengths are points.
+struct ShortcutColumns {
+    double contentWidth = 0;             // of a column
+    std::vector<qsizetype> sectionCounts; // of each column, in order
+
+    // At most six columns, never more than there are sections, and one at least.
+    static ShortcutColumns arrange(ShortcutSheet const& sheet, double width, double textSize);
+
+    int count() const { return static_cast<int>(sectionCounts.size()); }
+
+    bool operator==(ShortcutColumns const&) const = default;
+};
+
+}

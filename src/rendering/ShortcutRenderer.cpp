@@ -1,0 +1,251 @@
+#include "rendering/ShortcutRenderer.h"
+
+#include "library/ShortcutText.h"
+#include "rendering/ShortcutColumns.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace Quillory {
+
+namespace {
+
+using Builder = AttributedText::Builder;
+using Weight = FontAttribute::Weight;
+
+constexpr double columnPadding = 10;
+constexpr double columnBorder = 0.5;
+constexpr double spacingAfterSheetDescription = 16;
+constexpr double spacingBeforeSection = 18;
+constexpr double spacingAfterSection = 8; // its title and its description
+constexpr double spacingAfterEntry = 6;
+constexpr double spacingAfterEntryText = 8;
+constexpr double lineIncrease = 8; // over the text size
+constexpr double lineSpacing = 2;
+constexpr double titleIncrease = 6; // over the text size, of a section's title and icon
+constexpr double shortcutIncrease = 4;
+constexpr double iconBaseline = -3;
+constexpr double gapBehindIcon = 8;
+constexpr double gapBeforeShortcuts = 16;
+constexpr double narrowestModifierGap = 5;
+constexpr double modifierGap = 0.3; // of the text size
+constexpr QStringView alternativeSeparator = u" / ";
+constexpr QStringView stepSeparator = u" → ";
+
+constexpr std::array modifierColors { ColorRole::functionKey, ColorRole::controlKey, ColorRole::optionKey,
+    ColorRole::shiftKey, ColorRole::commandKey };
+
+class Renderer {
+public:
+    Renderer(ShortcutRenderer::Images const& images, TextMeasure const& measure, double textSize)
+        : m_images(images)
+        , m_measure(measure)
+        , m_textSize(textSize)
+        , m_base { .font = { .size = textSize } }
+        , m_detail { .font = { .size = textSize - 1 }, .color = { ColorRole::secondaryLabel } }
+        , m_sectionTitle { .font = { .size = textSize + titleIncrease, .weight = Weight::medium } }
+        , m_sectionDescription { .font = { .size = textSize }, .color = { ColorRole::secondaryLabel } }
+    {
+        TextAttributes const glyphs { .font = { .family = FontAttribute::Family::monospaced,
+                                          .size = textSize + shortcutIncrease,
+                                          .weight = Weight::semibold },
+            .background = Color { ColorRole::codeBackground } };
+        m_shortcutFont = glyphs.font;
+        auto const colored = [&glyphs](ColorRole role, double kern) {
+            auto attributes = glyphs;
+            attributes.color = { role };
+            attributes.kern = kern;
+            return attributes;
+        };
+        m_entry = m_text.add(m_base);
+        m_key = m_text.add(colored(ColorRole::plainKey, 0));
+        m_gap = std::max(textSize * modifierGap, narrowestModifierGap);
+        for (std::size_t index = 0; index < modifierColors.size(); ++index) {
+            auto const role = modifierColors[index];
+            m_modifiers[index] = { m_text.add(colored(role, 0)), m_text.add(colored(role, m_gap)) };
+        }
+        m_alternativeWidth = measure.width(alternativeSeparator, m_base.font);
+        m_arrowWidth = measure.width(stepSeparator, m_base.font);
+    }
+
+    RenderedMarkdown render(ShortcutSheet const& sheet, double width)
+    {
+        if (sheet.description && !sheet.description->isEmpty())
+            m_text.append(*sheet.description + u'\n', m_detail, { .paragraphSpacing = spacingAfterSheetDescription });
+        auto const columns = ShortcutColumns::arrange(sheet, width, m_textSize);
+        auto section = sheet.sections.begin();
+        for (int column = 0; column < columns.count(); ++column) {
+            beginColumn(columns, column);
+            for (auto left = columns.sectionCounts[static_cast<std::size_t>(column)]; left > 0; --left)
+                append(*section++);
+        }
+        m_text.append(u"\n", m_base, {});
+        return { std::move(m_text).build(), std::move(m_targets) };
+    }
+
+private:
+    // The look of a modifier: all of its symbol but the last character, and that one, with the gap behind it.
+    struct ModifierLook {
+        Builder::AttributesId head;
+        Builder::AttributesId last;
+    };
+
+    void beginColumn(ShortcutColumns const& columns, int column)
+    {
+        m_contentWidth = columns.contentWidth;
+        TableBlock const block {
+            .columns = columns.count(),
+            .column = column,
+            .padding = columnPadding,
+            .border = column > 0 ? TableBlock::Border::leftEdge : TableBlock::Border::none,
+            .borderWidth = column > 0 ? columnBorder : 0,
+            .widths = TableBlock::Widths::fixed,
+            .widthPercent = 100.0 / columns.count(),
+        };
+        m_paragraph = {
+            .minimumLineHeight = m_textSize + lineIncrease,
+            .lineSpacing = lineSpacing,
+            .rightTabStop = columns.contentWidth,
+            .block = block,
+        };
+        m_atTop = true;
+    }
+
+    ParagraphStyle spaced(double after, double before = 0) const
+    {
+        auto style = m_paragraph;
+        style.paragraphSpacingBefore = before;
+        style.paragraphSpacing = after;
+        return style;
+    }
+
+    void append(ShortcutSheet::Section const& section)
+    {
+        auto const title = spaced(spacingAfterSection, m_atTop ? 0 : spacingBeforeSection);
+        m_atTop = false;
+        if (section.icon)
+            appendIcon(*section.icon, title);
+        m_text.append(section.title + u'\n', m_sectionTitle, title);
+        if (section.description && !section.description->isEmpty())
+            m_text.append(*section.description + u'\n', m_sectionDescription, spaced(spacingAfterSection));
+        for (auto const& entry : section.entries)
+            append(entry);
+    }
+
+    void appendIcon(QString const& icon, ParagraphStyle const& style)
+    {
+        auto const size = m_textSize + titleIncrease;
+        auto attributes = m_sectionTitle;
+        attributes.baselineOffset = iconBaseline;
+        auto const prepared = m_images.constFind(icon);
+        if (prepared != m_images.cend())
+            attributes.attachment = { *prepared, size, size };
+        else
+            attributes.attachment = { Symbol { u"square.dashed"_s, { ColorRole::secondaryLabel } }, size, size };
+        m_text.appendAttachment(attributes, style);
+
+        auto gap = m_sectionTitle;
+        gap.kern = gapBehindIcon - m_measure.width(u"\u00A0", gap.font);
+        m_text.append(u"\u00A0", gap, style);
+    }
+
+    void append(ShortcutSheet::Entry const& entry)
+    {
+        m_line = m_text.add(spaced(spacingAfterEntry));
+        m_text.append(entry.title, m_entry, m_line);
+        if (!entry.shortcuts.isEmpty())
+            m_text.append(fitsOnOneLine(entry) ? u"\t" : u"\n", m_entry, m_line);
+        for (auto const& shortcut : entry.shortcuts) {
+            if (&shortcut != &entry.shortcuts.first())
+                m_text.append(alternativeSeparator, m_entry, m_line);
+            append(shortcut, entry.title);
+        }
+        m_text.append(u"\n", m_entry, m_line);
+        if (entry.text && !entry.text->isEmpty())
+            m_text.append(*entry.text + u'\n', m_detail, spaced(spacingAfterEntryText));
+    }
+
+    bool fitsOnOneLine(ShortcutSheet::Entry const& entry) const
+    {
+        auto width = static_cast<double>(entry.shortcuts.size() - 1) * m_alternativeWidth;
+        for (auto const& shortcut : entry.shortcuts)
+            width += widthOf(shortcut);
+        return m_contentWidth >= width + m_measure.width(entry.title, m_base.font) + gapBeforeShortcuts;
+    }
+
+    double widthOf(ShortcutSheet::Shortcut const& shortcut) const
+    {
+        auto width = static_cast<double>(shortcut.steps.size() - 1) * m_arrowWidth;
+        for (auto const& step : shortcut.steps) {
+            for (auto const& modifier : ShortcutText::modifiers()) {
+                if (step.modifiers.contains(modifier.name))
+                    width += m_measure.width(modifier.symbol, m_shortcutFont) + m_gap;
+            }
+            width += m_measure.width(ShortcutText::keyText(step.key), m_shortcutFont);
+        }
+        return width;
+    }
+
+    void append(ShortcutSheet::Shortcut const& shortcut, QString const& entryTitle)
+    {
+        auto const location = m_text.length();
+        for (auto const& step : shortcut.steps) {
+            if (&step != &shortcut.steps.first())
+                m_text.append(stepSeparator, m_entry, m_line);
+            append(step);
+        }
+        m_targets.push_back({
+            .range = { location, m_text.length() - location },
+            .text = ShortcutText::shown(shortcut),
+            .accessibilityLabel = entryTitle + u", "_s + ShortcutText::spoken(shortcut),
+        });
+    }
+
+    void append(ShortcutSheet::Step const& step)
+    {
+        auto look = m_modifiers.begin();
+        for (auto const& [name, symbol] : ShortcutText::modifiers()) {
+            if (step.modifiers.contains(name)) {
+                m_text.append(symbol.chopped(1), look->head, m_line);
+                m_text.append(symbol.last(1), look->last, m_line);
+            }
+            ++look;
+        }
+        m_text.append(ShortcutText::keyText(step.key), m_key, m_line);
+    }
+
+    ShortcutRenderer::Images const& m_images;
+    TextMeasure const& m_measure;
+    double m_textSize;
+    Builder m_text;
+    std::vector<CopyTarget> m_targets;
+
+    TextAttributes m_base;
+    TextAttributes m_detail; // the sheet's description and the entries' texts
+    TextAttributes m_sectionTitle;
+    TextAttributes m_sectionDescription;
+    FontAttribute m_shortcutFont;
+    Builder::AttributesId m_entry {};
+    Builder::AttributesId m_key {};
+    std::array<ModifierLook, modifierColors.size()> m_modifiers {};
+    double m_gap = 0; // behind each modifier
+    double m_alternativeWidth = 0;
+    double m_arrowWidth = 0;
+
+    double m_contentWidth = 0;
+    ParagraphStyle m_paragraph; // of the current column
+    Builder::StyleId m_line {}; // of the current entry
+    bool m_atTop = false;
+};
+
+}
+
+RenderedMarkdown ShortcutRenderer::render(
+    ShortcutSheet const& sheet, Images const& images, double width, double textSize, TextMeasure const& measure)
+{
+    return Renderer(images, measure, textSize).render(sheet, width);
+}
+
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "library/PreparedImage.h"
+#include "library/ShortcutSheet.h"
+#include "rendering/RenderedMarkdown.h"
+#include "rendering/TextMeasure.h"
+
+#include <QMap>
+#include <QString>
+
+namespace Quillory {
+
+// Turns a structured sheet into columns of sections, each entry a line with its shortcuts, which are the copy targets.
+// Stateless; any thread that `measure` may be used on.
+namespace ShortcutRenderer {
+
+using Images = QMap<QString, PreparedImage>; // by the icon as written
+
+// `width` is what the text has, `textSize` the reader's; both in points. The sheet's title is not drawn.
+RenderedMarkdown render(
+    ShortcutSheet const& sheet, Images const& images, double width, double textSize, TextMeasure const& measure);
+
+}
+
+}
