@@ -27,9 +27,13 @@ public:
     virtual ~HotKeys() = default;
 
     // Calls `handler` once when the key goes down with exactly these modifiers (locks aside) and once when it is let
-    // go, whatever has the focus; auto-repeat gives nothing. `keyCode` is a virtual key code (see VirtualKeys).
+    // go, whatever has the focus and whichever other hot keys are down; auto-repeat gives nothing. A registration that
+    // ends while its key is down gives no release. `keyCode` is a virtual key code (see VirtualKeys).
     virtual std::expected<Registration, Refusal>
     registerHotKey(std::uint16_t keyCode, ModifierFlags modifiers, Handler handler) = 0;
+
+    // Whether that combination could be had: tries, and lets it go at once. One that was registered here counts as had.
+    virtual std::expected<void, Refusal> probe(std::uint16_t keyCode, ModifierFlags modifiers) = 0;
 };
 
 }

@@ -24,15 +24,19 @@ public:
     {
         Combination const combination { keyCode, modifiers };
         attempts.push_back(combination);
-        for (auto const& [refused, reason] : refusals) {
-            if (refused == combination)
-                return std::unexpected(Refusal { reason });
-        }
-        if (std::ranges::find(m_hotKeys, combination, &HotKey::combinationOf) != m_hotKeys.end())
+        if (auto const free = isFree(combination); !free)
+            return std::unexpected(free.error());
+        if (isRegistered(combination))
             return std::unexpected(Refusal { Refusal::Reason::taken });
         auto hotKey = std::make_shared<HotKey>(HotKey { combination, std::move(handler) });
         m_hotKeys.push_back(hotKey);
         return Registration([this, weak = std::weak_ptr(hotKey)] { std::erase(m_hotKeys, weak.lock()); });
+    }
+
+    std::expected<void, Refusal> probe(std::uint16_t keyCode, ModifierFlags modifiers) override
+    {
+        Combination const combination { keyCode, modifiers };
+        return isRegistered(combination) ? std::expected<void, Refusal>() : isFree(combination);
     }
 
     std::vector<Combination> registered() const
@@ -70,6 +74,20 @@ private:
         bool isDown = false;
         static Combination combinationOf(std::shared_ptr<HotKey> const& hotKey) { return hotKey->combination; }
     };
+
+    std::expected<void, Refusal> isFree(Combination const& combination) const
+    {
+        for (auto const& [refused, reason] : refusals) {
+            if (refused == combination)
+                return std::unexpected(Refusal { reason });
+        }
+        return {};
+    }
+
+    bool isRegistered(Combination const& combination) const
+    {
+        return std::ranges::find(m_hotKeys, combination, &HotKey::combinationOf) != m_hotKeys.end();
+    }
 
     std::vector<std::shared_ptr<HotKey>> m_hotKeys;
 };

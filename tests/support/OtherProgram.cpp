@@ -93,6 +93,16 @@ void OtherProgram::ungrab(std::uint16_t keyCode, std::uint16_t serverModifiers)
     sync();
 }
 
+bool OtherProgram::canHaveKeyboard()
+{
+    auto const cookie = xcb_grab_keyboard(
+        m_connection, 0, m_screen->root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    XcbOwned<xcb_grab_keyboard_reply_t> const reply(xcb_grab_keyboard_reply(m_connection, cookie, nullptr));
+    xcb_ungrab_keyboard(m_connection, XCB_CURRENT_TIME);
+    sync();
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
 void OtherProgram::lock(std::uint8_t serverModifiers, bool isOn)
 {
     XcbOwned<xcb_xkb_use_extension_reply_t>(xcb_xkb_use_extension_reply(

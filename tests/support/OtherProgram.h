@@ -47,6 +47,9 @@ public:
     bool grab(std::uint16_t keyCode, std::uint16_t serverModifiers);
     void ungrab(std::uint16_t keyCode, std::uint16_t serverModifiers);
 
+    // Whether it could take the whole keyboard, as a menu does. Lets it go at once.
+    bool canHaveKeyboard();
+
     // Locks or unlocks the server's modifier bits.
     void lock(std::uint8_t serverModifiers, bool isOn);
 

@@ -8,8 +8,11 @@ namespace {
 class FakeDesk final : public HotKeysDesk {
 public:
     HotKeys& hotKeys() override { return m_hotKeys; }
-    void pressModifiers(ModifierFlags modifiers) override { m_modifiers = modifiers; }
-    void releaseModifiers(ModifierFlags) override { m_modifiers = ModifierFlags::none; }
+    void pressModifiers(ModifierFlags modifiers) override { m_modifiers = m_modifiers | modifiers; }
+    void releaseModifiers(ModifierFlags modifiers) override
+    {
+        m_modifiers = static_cast<ModifierFlags>(std::uint32_t(m_modifiers) & ~std::uint32_t(modifiers));
+    }
     void pressKey(std::uint16_t keyCode) override { m_hotKeys.press(keyCode, m_modifiers); }
     void releaseKey(std::uint16_t keyCode) override { m_hotKeys.release(keyCode); }
 
@@ -19,6 +22,8 @@ public:
         pressKey(keyCode);
         pressKey(keyCode);
     }
+
+    void stopRepeating() override { }
 
     void letAnotherProgramHave(std::uint16_t keyCode, ModifierFlags modifiers) override
     {

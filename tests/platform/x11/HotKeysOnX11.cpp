@@ -19,6 +19,8 @@ constexpr std::uint8_t numLockBit = XCB_MOD_MASK_2;
 
 class X11Desk final : public HotKeysDesk {
 public:
+    ~X11Desk() override { setRepeat(XCB_AUTO_REPEAT_MODE_ON); }
+
     HotKeys& hotKeys() override { return m_hotKeys; }
 
     void pressModifiers(ModifierFlags modifiers) override
@@ -47,17 +49,38 @@ public:
         EXPECT_TRUE(m_loop.runUntil([&] { return presses >= 4; }));
     }
 
+    void stopRepeating() override { setRepeat(XCB_AUTO_REPEAT_MODE_OFF); }
+
     void letAnotherProgramHave(std::uint16_t keyCode, ModifierFlags modifiers) override
     {
         auto const bits = ModifierMap::read(m_connection->handle()).serverMask(modifiers);
         ASSERT_TRUE(m_other.grab(keyCode, bits.value()));
     }
 
+    Registration observe(X11Connection::EventHandler handler)
+    {
+        return m_connection->observeEvents(std::move(handler));
+    }
+
     OtherProgram& other() { return m_other; }
     EventLoop& loop() { return m_loop; }
     X11Clock const& clock() const { return m_clock; }
 
+    // Up to now, by all who use the service's connection.
+    unsigned requests() const { return xcb_no_operation(m_connection->handle()).sequence; }
+    void breakGrab()
+    {
+        act([&] { xcb_ungrab_keyboard(m_connection->handle(), XCB_CURRENT_TIME); });
+    }
+    void wake() { m_hotKeys.grabAgain(); }
+
 private:
+    void setRepeat(std::uint32_t mode)
+    {
+        xcb_change_keyboard_control(m_connection->handle(), XCB_KB_AUTO_REPEAT_MODE, &mode);
+        act([] { });
+    }
+
     // The server deals with a synthetic key at once; a round trip later all that follows from it is here.
     void act(std::function<void()> const& action)
     {
@@ -173,23 +196,93 @@ TEST_F(HotKeysOnX11, Keys_that_change_places_are_followed)
     EXPECT_TRUE(desk.loop().runUntil([&] { return isGrabbedUnder(controlOptionBits); }));
 }
 
-TEST_F(HotKeysOnX11, Another_hot_key_pressed_while_one_is_held_does_nothing)
+TEST_F(HotKeysOnX11, Hot_keys_that_are_down_together_reach_nobody_else_and_leave_the_keyboard_free)
 {
     constexpr std::uint16_t keyJ = 38;
+    auto& other = desk.other();
+    auto const window = other.open({ .windowClass = "Editor", .process = {} });
+    other.focus(window);
     auto const hotKey = registerControlOptionK();
-    int others = 0;
-    auto const other = desk.hotKeys().registerHotKey(keyJ, controlOption, [&](HotKeys::Phase) { ++others; });
+    auto const second = desk.hotKeys().registerHotKey(
+        keyJ, controlOption, [this](HotKeys::Phase phase) { phases.push_back(phase); });
     desk.pressModifiers(controlOption);
     desk.pressKey(keyK);
-    desk.pressKey(keyJ);
-    desk.releaseKey(keyJ);
+    desk.holdKeyUntilItRepeats(keyJ);
     desk.releaseKey(keyK);
-    EXPECT_EQ(phases, once);
-    EXPECT_EQ(others, 0);
-    desk.pressKey(keyJ);
+    desk.holdKeyUntilItRepeats(keyJ);
     desk.releaseKey(keyJ);
+    using enum HotKeys::Phase;
+    EXPECT_EQ(phases, std::vector({ pressed, pressed, released, released }));
     desk.releaseModifiers(controlOption);
-    EXPECT_EQ(others, 2);
+    auto const pressedElsewhere = other.pressedKeys();
+    EXPECT_EQ(std::ranges::count(pressedElsewhere, VirtualKeys::serverKeyCode(keyJ)), 0);
+    EXPECT_EQ(std::ranges::count(pressedElsewhere, VirtualKeys::serverKeyCode(keyK)), 0);
+    EXPECT_TRUE(other.canHaveKeyboard());
+}
+
+TEST_F(HotKeysOnX11, A_release_that_nobody_tells_of_is_noticed)
+{
+    auto const hotKey = registerControlOptionK();
+    desk.pressModifiers(controlOption);
+    desk.pressKey(keyK);
+    desk.breakGrab();
+    desk.releaseKey(keyK);
+    desk.releaseModifiers(controlOption);
+    EXPECT_EQ(phases, std::vector { HotKeys::Phase::pressed });
+    EXPECT_TRUE(desk.loop().runUntil([&] { return phases == once; }));
+    strike();
+    EXPECT_EQ(phases.size(), 4U);
+}
+
+TEST_F(HotKeysOnX11, A_hot_key_that_ends_while_it_is_down_gives_the_keyboard_back)
+{
+    auto hotKey = registerControlOptionK();
+    desk.pressModifiers(controlOption);
+    desk.pressKey(keyK);
+    EXPECT_FALSE(desk.other().canHaveKeyboard());
+    hotKey->end();
+    EXPECT_TRUE(desk.other().canHaveKeyboard());
+}
+
+TEST_F(HotKeysOnX11, A_storm_of_keyboard_maps_costs_less_than_one_request_a_change)
+{
+    constexpr unsigned changes = 400;
+    constexpr std::uint8_t scrollLock = 78, pause = 127;
+    auto const hotKey = registerControlOptionK();
+    int told = 0;
+    auto const counting = desk.observe([&](auto const&) { ++told; });
+    auto const before = desk.requests();
+    for (unsigned change = 0; change < changes / 2; ++change)
+        desk.other().swapKeys(scrollLock, pause);
+    EXPECT_TRUE(desk.loop().runUntil([&] { return told >= int(changes / 2); }));
+    strike();
+    EXPECT_EQ(phases, once);
+    EXPECT_LT(desk.requests() - before, changes);
+}
+
+TEST_F(HotKeysOnX11, A_hot_key_that_rests_is_had_again_after_sleep)
+{
+    constexpr std::uint8_t leftAlt = 64, rightAlt = 108, leftSuper = 133, rightSuper = 134;
+    auto const controlSuperBits = std::uint16_t(XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_4);
+    auto& other = desk.other();
+    auto const hotKey = registerControlOptionK();
+    OtherProgram holder;
+    ASSERT_TRUE(holder.grab(keyK, controlSuperBits));
+    auto const swap = [&] {
+        other.swapKeys(leftAlt, leftSuper);
+        other.swapKeys(rightAlt, rightSuper);
+    };
+    swap();
+    // It lets go of what it had, and what it wants now is held.
+    EXPECT_TRUE(desk.loop().runUntil([&] {
+        OtherProgram prober;
+        return prober.grab(keyK, controlOptionBits);
+    }));
+    holder.ungrab(keyK, controlSuperBits);
+    desk.wake();
+    strike();
+    EXPECT_EQ(phases, once);
+    swap();
 }
 
 TEST_F(HotKeysOnX11, Keys_that_keyboards_here_lack_are_unknown)

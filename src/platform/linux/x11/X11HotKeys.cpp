@@ -17,6 +17,13 @@ constexpr std::chrono::milliseconds keyboardMapStorm { 30 };
 constexpr std::uint16_t allModifierBits = 0xff;
 constexpr std::uint8_t sentEventBit = 0x80;
 
+// Those of `masks` that `others` lacks.
+std::vector<std::uint16_t> without(std::vector<std::uint16_t> masks, std::vector<std::uint16_t> const& others)
+{
+    std::erase_if(masks, [&](auto mask) { return std::ranges::find(others, mask) != others.end(); });
+    return masks;
+}
+
 }
 
 X11HotKeys::X11HotKeys(X11Connection& connection, X11Clock& clock)
@@ -29,13 +36,17 @@ X11HotKeys::X11HotKeys(X11Connection& connection, X11Clock& clock)
     m_followKeyboardMap.setTimerType(Qt::PreciseTimer);
     m_followKeyboardMap.setInterval(keyboardMapStorm);
     m_followKeyboardMap.callOnTimeout([this] { followKeyboardMap(); });
+    m_guard.setInterval(guardInterval);
+    m_guard.callOnTimeout([this] { releaseWhatWasLost(); });
     m_events = m_connection.observeEvents([this](auto const& event) { handle(event); });
 }
 
 X11HotKeys::~X11HotKeys()
 {
     for (auto const& hotKey : m_hotKeys)
-        ungrab(*hotKey);
+        letGo(*hotKey, hotKey->grabbed);
+    if (isAnyDown())
+        letKeyboardGo(XCB_CURRENT_TIME);
 }
 
 // Without detectable auto-repeat a held key would look like a key that is pressed again and again.
@@ -66,17 +77,11 @@ bool X11HotKeys::startExtension()
 std::expected<Registration, HotKeys::Refusal> X11HotKeys::registerHotKey(
     std::uint16_t keyCode, ModifierFlags modifiers, Handler handler)
 {
-    if (!m_isAvailable)
-        return std::unexpected(Refusal { Refusal::Reason::unavailable });
-    auto const serverKeyCode = VirtualKeys::serverKeyCode(keyCode);
-    if (!serverKeyCode)
-        return std::unexpected(Refusal { Refusal::Reason::unknownKey });
-    bool const isOurs = std::ranges::any_of(m_hotKeys,
-        [&](auto const& each) { return each->serverKeyCode == *serverKeyCode && each->modifiers == modifiers; });
-    if (isOurs)
-        return std::unexpected(Refusal { Refusal::Reason::taken });
-
-    auto hotKey = std::make_shared<HotKey>(HotKey { *serverKeyCode, modifiers, std::move(handler) });
+    auto const made = make(keyCode, modifiers);
+    if (!made)
+        return std::unexpected(made.error());
+    auto const& hotKey = *made;
+    hotKey->handler = std::move(handler);
     if (auto const grabbed = grab(*hotKey); !grabbed)
         return std::unexpected(grabbed.error());
     m_hotKeys.push_back(hotKey);
@@ -86,19 +91,61 @@ std::expected<Registration, HotKeys::Refusal> X11HotKeys::registerHotKey(
     });
 }
 
+std::expected<void, HotKeys::Refusal> X11HotKeys::probe(std::uint16_t keyCode, ModifierFlags modifiers)
+{
+    auto const made = make(keyCode, modifiers);
+    if (!made && made.error().reason == Refusal::Reason::taken)
+        return {};
+    if (!made)
+        return std::unexpected(made.error());
+    auto const result = grab(**made);
+    letGo(**made, (*made)->grabbed);
+    return result;
+}
+
+// Refuses what no request to the server is needed for.
+auto X11HotKeys::make(std::uint16_t keyCode, ModifierFlags modifiers) const
+    -> std::expected<std::shared_ptr<HotKey>, Refusal>
+{
+    if (!m_isAvailable)
+        return std::unexpected(Refusal { Refusal::Reason::unavailable });
+    auto const serverKeyCode = VirtualKeys::serverKeyCode(keyCode);
+    if (!serverKeyCode)
+        return std::unexpected(Refusal { Refusal::Reason::unknownKey });
+    bool const isOurs = std::ranges::any_of(m_hotKeys,
+        [&](auto const& each) { return each->serverKeyCode == *serverKeyCode && each->modifiers == modifiers; });
+    if (isOurs)
+        return std::unexpected(Refusal { Refusal::Reason::taken });
+    return std::make_shared<HotKey>(HotKey { *serverKeyCode, modifiers, {}, 0, {}, 0 });
+}
+
+// Brings the grabs in line with the present map: asks for what is missing, lets go what is no longer meant.
 std::expected<void, HotKeys::Refusal> X11HotKeys::grab(HotKey& hotKey)
 {
     auto const mask = m_modifierMap.serverMask(hotKey.modifiers);
-    if (!mask)
+    if (!mask) {
+        letGo(hotKey, hotKey.grabbed);
         return std::unexpected(Refusal { Refusal::Reason::unknownKey });
+    }
     hotKey.serverMask = *mask;
-    hotKey.isGrabbed = true;
+    auto wanted = m_modifierMap.lockCombinations();
+    for (auto& locks : wanted)
+        locks = static_cast<std::uint16_t>(locks | *mask);
+    letGo(hotKey, without(hotKey.grabbed, wanted));
+    auto const result = request(hotKey, without(wanted, hotKey.grabbed));
+    if (!result)
+        letGo(hotKey, hotKey.grabbed);
+    return result;
+}
 
+std::expected<void, HotKeys::Refusal> X11HotKeys::request(HotKey& hotKey, std::vector<std::uint16_t> const& masks)
+{
     auto* const xcb = m_connection.handle();
     std::vector<xcb_void_cookie_t> requests;
-    for (auto const lock : m_modifierMap.lockCombinations()) {
-        requests.push_back(xcb_grab_key_checked(xcb, 0, m_connection.root(), static_cast<std::uint16_t>(*mask | lock),
-            hotKey.serverKeyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+    for (auto const mask : masks) {
+        requests.push_back(xcb_grab_key_checked(
+            xcb, 0, m_connection.root(), mask, hotKey.serverKeyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
+        hotKey.grabbed.push_back(mask);
     }
     std::expected<void, Refusal> result;
     for (auto const request : requests) {
@@ -110,29 +157,31 @@ std::expected<void, HotKeys::Refusal> X11HotKeys::grab(HotKey& hotKey)
     }
     if (xcb_connection_has_error(xcb))
         result = std::unexpected(Refusal { Refusal::Reason::unavailable });
-    if (!result)
-        ungrab(hotKey);
     return result;
 }
 
-// Waits for the server, so that the very next press goes where it belongs. Takes nothing from other programs.
-void X11HotKeys::ungrab(HotKey& hotKey)
+// Waits for the server, so that the very next press goes where it belongs. Takes nothing from other programs: the
+// server lets go only what is ours.
+void X11HotKeys::letGo(HotKey& hotKey, std::vector<std::uint16_t> const& masks)
 {
-    if (!std::exchange(hotKey.isGrabbed, false))
-        return;
     std::vector<xcb_void_cookie_t> requests;
-    for (auto const lock : m_modifierMap.lockCombinations()) {
-        requests.push_back(xcb_ungrab_key_checked(m_connection.handle(), hotKey.serverKeyCode, m_connection.root(),
-            static_cast<std::uint16_t>(hotKey.serverMask | lock)));
+    for (auto const mask : masks) {
+        requests.push_back(
+            xcb_ungrab_key_checked(m_connection.handle(), hotKey.serverKeyCode, m_connection.root(), mask));
     }
     for (auto const request : requests)
         m_connection.succeeded(request);
+    hotKey.grabbed = without(hotKey.grabbed, masks);
 }
 
 void X11HotKeys::remove(std::shared_ptr<HotKey> const& hotKey)
 {
-    ungrab(*hotKey);
+    letGo(*hotKey, hotKey->grabbed);
+    bool const wasDown = std::exchange(hotKey->press, 0) != 0;
     std::erase(m_hotKeys, hotKey);
+    // The server would keep the keyboard with us until the key is up, and from menus of our own.
+    if (wasDown && !isAnyDown())
+        letKeyboardGo(XCB_CURRENT_TIME);
 }
 
 void X11HotKeys::followKeyboardMap()
@@ -140,11 +189,22 @@ void X11HotKeys::followKeyboardMap()
     auto map = ModifierMap::read(m_connection.handle());
     if (map == m_modifierMap)
         return;
-    for (auto const& hotKey : m_hotKeys)
-        ungrab(*hotKey);
     m_modifierMap = std::move(map);
+    // Keys that swap their modifiers must not stand in each other's way.
+    for (auto const& hotKey : m_hotKeys) {
+        if (m_modifierMap.serverMask(hotKey->modifiers) != hotKey->serverMask)
+            letGo(*hotKey, hotKey->grabbed);
+    }
     for (auto const& hotKey : m_hotKeys) {
         // A refusal has nobody to go to; the next map may end it.
+        [[maybe_unused]] auto const grabbed = grab(*hotKey);
+    }
+}
+
+void X11HotKeys::grabAgain()
+{
+    for (auto const& hotKey : m_hotKeys) {
+        hotKey->grabbed.clear();
         [[maybe_unused]] auto const grabbed = grab(*hotKey);
     }
 }
@@ -157,7 +217,7 @@ void X11HotKeys::handle(xcb_generic_event_t const& event)
     } else if (type == XCB_KEY_RELEASE) {
         auto const& key = reinterpret_cast<xcb_key_release_event_t const&>(event);
         m_clock.note(key.time);
-        release(key.detail);
+        release(key.detail, key.time);
     } else if (tellsOfNewKeyboardMap(event) && !m_followKeyboardMap.isActive()) {
         m_followKeyboardMap.start();
     }
@@ -176,44 +236,88 @@ bool X11HotKeys::tellsOfNewKeyboardMap(xcb_generic_event_t const& event) const
 
 void X11HotKeys::press(xcb_key_press_event_t const& event)
 {
-    if (auto held = std::ranges::find_if(m_hotKeys, &HotKey::isDown, [](auto const& each) -> HotKey& { return *each; });
-        held != m_hotKeys.end()) {
-        auto const heldKeyCode = (*held)->serverKeyCode;
-        if (heldKeyCode == event.detail || isHeld(heldKeyCode))
-            return;
-        // Its release never came: something took the keyboard away meanwhile.
-        release(heldKeyCode);
-    }
+    auto const isSameKey = [&](auto const& each) { return each->serverKeyCode == event.detail; };
+    bool const isRepeat = std::ranges::any_of(
+        m_hotKeys, [&](auto const& each) { return each->press && isSameKey(each); });
+    if (isRepeat)
+        return;
     m_clock.note(event.time);
     auto const withoutLocks = static_cast<std::uint16_t>(allModifierBits & ~locks());
     auto const pressed = std::ranges::find_if(m_hotKeys, [&](auto const& each) {
-        return each->isGrabbed && each->serverKeyCode == event.detail
-            && ((each->serverMask ^ event.state) & withoutLocks) == 0;
+        return !each->grabbed.empty() && isSameKey(each) && ((each->serverMask ^ event.state) & withoutLocks) == 0;
     });
     if (pressed == m_hotKeys.end())
         return;
+    // The server's own grab ends with the key that began it, and would leave the release of this one to others.
+    if (isAnyDown())
+        takeKeyboard(event.time);
     auto const hotKey = *pressed;
-    hotKey->isDown = true;
+    hotKey->press = ++m_lastPress;
+    m_guard.start();
     hotKey->handler(Phase::pressed);
 }
 
 // The modifiers may have been let go before the key: the key alone tells which hot key ends.
-void X11HotKeys::release(std::uint8_t serverKeyCode)
+void X11HotKeys::release(std::uint8_t serverKeyCode, X11Clock::Time time)
 {
     auto const released = std::ranges::find_if(
-        m_hotKeys, [&](auto const& each) { return each->isDown && each->serverKeyCode == serverKeyCode; });
+        m_hotKeys, [&](auto const& each) { return each->press && each->serverKeyCode == serverKeyCode; });
     if (released == m_hotKeys.end())
         return;
     auto const hotKey = *released;
-    hotKey->isDown = false;
+    hotKey->press = 0;
+    if (!isAnyDown()) {
+        m_guard.stop();
+        if (m_holdsKeyboard)
+            letKeyboardGo(time);
+    }
     hotKey->handler(Phase::released);
 }
 
-bool X11HotKeys::isHeld(std::uint8_t serverKeyCode) const
+// Asks the server which keys are down. What it has told of meanwhile comes first, and a press among it is no longer
+// the one that was asked about.
+void X11HotKeys::releaseWhatWasLost()
 {
     auto* const xcb = m_connection.handle();
     XcbOwned<xcb_query_keymap_reply_t> keys(xcb_query_keymap_reply(xcb, xcb_query_keymap(xcb), nullptr));
-    return keys && (keys->keys[serverKeyCode / 8] & (1U << (serverKeyCode % 8)));
+    std::vector<std::uint64_t> lost;
+    for (auto const& hotKey : m_hotKeys) {
+        auto const code = hotKey->serverKeyCode;
+        bool const isHeld = keys && (keys->keys[code / 8] & (1U << (code % 8)));
+        if (hotKey->press && !isHeld)
+            lost.push_back(hotKey->press);
+    }
+    if (lost.empty())
+        return;
+    m_connection.drain();
+    for (auto const press : lost) {
+        auto const still = std::ranges::find_if(m_hotKeys, [&](auto const& each) { return each->press == press; });
+        if (still != m_hotKeys.end())
+            release((*still)->serverKeyCode, XCB_CURRENT_TIME);
+    }
+}
+
+void X11HotKeys::takeKeyboard(X11Clock::Time time)
+{
+    auto* const xcb = m_connection.handle();
+    auto const cookie = xcb_grab_keyboard(xcb, 0, m_connection.root(), time, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    xcb_discard_reply(xcb, cookie.sequence);
+    xcb_flush(xcb);
+    m_holdsKeyboard = true;
+}
+
+// A grab that began after `time` stays: it belongs to a press that we have yet to see.
+void X11HotKeys::letKeyboardGo(X11Clock::Time time)
+{
+    m_guard.stop();
+    m_holdsKeyboard = false;
+    xcb_ungrab_keyboard(m_connection.handle(), time);
+    xcb_flush(m_connection.handle());
+}
+
+bool X11HotKeys::isAnyDown() const
+{
+    return std::ranges::any_of(m_hotKeys, [](auto const& each) { return each->press != 0; });
 }
 
 }

@@ -7,6 +7,8 @@
 
 #include <QTimer>
 
+#include <chrono>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -14,9 +16,11 @@ namespace Quillory {
 
 // Hot keys by grabs on the root window. The grabs follow changes of the keyboard map: a hot key whose modifiers are
 // gone, or whose new combination somebody else holds, rests until a later map has them.
-// While one hot key is held the server gives its keyboard to us; another one pressed meanwhile does nothing.
+// A release that the server never tells of, as when a keyboard is pulled out, is noticed within `guardInterval`.
 class X11HotKeys final : public HotKeys {
 public:
+    static constexpr std::chrono::milliseconds guardInterval { 50 };
+
     // Notes the time of each press and release in `clock`. Both outlive it.
     X11HotKeys(X11Connection& connection, X11Clock& clock);
     ~X11HotKeys() override;
@@ -24,6 +28,10 @@ public:
     // A combination that was registered here already counts as taken.
     std::expected<Registration, Refusal> registerHotKey(
         std::uint16_t keyCode, ModifierFlags modifiers, Handler handler) override;
+    std::expected<void, Refusal> probe(std::uint16_t keyCode, ModifierFlags modifiers) override;
+
+    // Asks for every grab anew, those that were refused among them: for when the computer comes out of sleep.
+    void grabAgain();
 
 private:
     struct HotKey {
@@ -31,22 +39,27 @@ private:
         ModifierFlags modifiers;
         Handler handler;
         std::uint16_t serverMask = 0;
-        bool isGrabbed = false;
-        bool isDown = false;
+        std::vector<std::uint16_t> grabbed; // the mask with each set of locks; empty while it rests
+        std::uint64_t press = 0;            // which press holds it down; 0 while it is up
     };
 
     bool startExtension();
+    std::expected<std::shared_ptr<HotKey>, Refusal> make(std::uint16_t keyCode, ModifierFlags modifiers) const;
     std::expected<void, Refusal> grab(HotKey& hotKey);
-    void ungrab(HotKey& hotKey);
+    std::expected<void, Refusal> request(HotKey& hotKey, std::vector<std::uint16_t> const& masks);
+    void letGo(HotKey& hotKey, std::vector<std::uint16_t> const& masks);
     void remove(std::shared_ptr<HotKey> const& hotKey);
     void followKeyboardMap();
 
     void handle(xcb_generic_event_t const& event);
     bool tellsOfNewKeyboardMap(xcb_generic_event_t const& event) const;
     void press(xcb_key_press_event_t const& event);
-    void release(std::uint8_t serverKeyCode);
+    void release(std::uint8_t serverKeyCode, X11Clock::Time time);
+    void releaseWhatWasLost();
+    void takeKeyboard(X11Clock::Time time);
+    void letKeyboardGo(X11Clock::Time time);
     std::uint16_t locks() const { return m_modifierMap.lockCombinations().back(); }
-    bool isHeld(std::uint8_t serverKeyCode) const;
+    bool isAnyDown() const;
 
     X11Connection& m_connection;
     X11Clock& m_clock;
@@ -54,7 +67,10 @@ private:
     bool const m_isAvailable;
     ModifierMap m_modifierMap;
     std::vector<std::shared_ptr<HotKey>> m_hotKeys;
+    std::uint64_t m_lastPress = 0;
+    bool m_holdsKeyboard = false; // by a grab that doesn't end with a key
     QTimer m_followKeyboardMap;
+    QTimer m_guard;
     Registration m_events;
 };
 
