@@ -5,13 +5,18 @@
 #include "platform/linux/files/JsonUserDefaults.h"
 #include "platform/linux/files/PathBookmarks.h"
 #include "platform/linux/files/PosixFileSystem.h"
+#include "platform/linux/freedesktop/AtSpiAnnouncements.h"
+#include "platform/linux/freedesktop/DesktopFileOpener.h"
+#include "platform/linux/qt/QtClipboard.h"
 #include "platform/linux/qt/QtExecutor.h"
+#include "platform/linux/qt/QtOpenPanels.h"
 #include "platform/linux/x11/X11Clock.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11HotKeys.h"
 #include "platform/linux/x11/X11Workspace.h"
 
 #include <QApplication>
+#include <QDBusConnection>
 
 #include <cstdlib>
 #include <iostream>
@@ -70,7 +75,14 @@ int main(int argc, char* argv[])
     X11HotKeys hotKeys(**connection, clock);
     X11Workspace workspace(**connection, clock, [&application] { flushWindows(application); });
 
-    AppDelegate delegate({ defaults, bookmarks, files, events, executor }, hotKeys, workspace);
+    QtClipboard clipboard;
+    AtSpiAnnouncements announcements;
+    DesktopFileOpener fileOpener(QDBusConnection::sessionBus());
+    QtOpenPanels openPanels;
+
+    AppDelegate delegate(
+        { defaults, bookmarks, files, events, executor, clipboard, announcements, fileOpener, openPanels, workspace },
+        hotKeys, workspace);
     delegate.applicationDidFinishLaunching();
     auto const result = QApplication::exec();
     delegate.applicationWillTerminate();

@@ -1,6 +1,8 @@
 #include "library/LibraryStore.h"
 
 #include "library/LibraryLoad.h"
+#include "library/PinnedSheets.h"
+#include "text/TextOrder.h"
 
 #include <QCoreApplication>
 
@@ -13,6 +15,16 @@ namespace {
 QString lastSheetKey()
 {
     return QStringLiteral("lastSheet");
+}
+
+QString learningModeKey()
+{
+    return QStringLiteral("learningModeEnabled");
+}
+
+QString modifierGestureKey()
+{
+    return QStringLiteral("modifierGesture");
 }
 
 QString textSizeKey()
@@ -28,36 +40,51 @@ double storedTextSize(UserDefaults const& defaults)
     return std::clamp(stored, LibraryStore::minimumTextSize, LibraryStore::maximumTextSize);
 }
 
+ModifierGesture storedGesture(UserDefaults const& defaults)
+{
+    auto const stored = defaults.get<QString>(modifierGestureKey()).value_or(QString());
+    return modifierGestureFromRawValue(stored).value_or(ModifierGesture::off);
+}
+
 QString translated(char const* text)
 {
     return QCoreApplication::translate("Library", text);
 }
 
 // A sheet that could not be read keeps what was read of it last, if that was anything.
-QList<Sheet> keepingLastReadable(QList<Sheet> loaded, QList<Sheet> const& current)
+void keepLastReadable(QList<Sheet>& loaded, QList<Sheet> const& current)
 {
-    for (auto& sheet : loaded) {
-        if (!sheet.error)
+    QHash<QString, Sheet const*> known; // made only where it is needed
+    for (qsizetype index = 0; index < loaded.size(); ++index) {
+        if (!loaded.at(index).error)
             continue;
-        auto const* const last = findSheet(current, sheet.id);
+        if (known.isEmpty()) {
+            for (auto const& sheet : current)
+                known.insert(sheet.id, &sheet);
+        }
+        auto const id = loaded.at(index).id;
+        auto const* last = known.value(id);
+        if (!last)
+            last = findSheet(current, id);
         if (!last || last->source.isEmpty())
             continue;
         auto kept = *last;
-        kept.id = sheet.id;
-        kept.error = sheet.error;
-        sheet = std::move(kept);
+        kept.id = id;
+        kept.error = loaded.at(index).error;
+        loaded[index] = std::move(kept);
     }
-    return loaded;
 }
 
 }
 
 LibraryStore::LibraryStore(Services services, RestoreFolder restore)
-    : m_services(services)
+    : modifierGesture(storedGesture(services.defaults))
+    , m_services(services)
     , m_access(services.defaults, services.bookmarks)
 {
-    selectedID = services.defaults.get<QString>(lastSheetKey());
-    textSize = storedTextSize(services.defaults);
+    learningModeEnabled.setValue(services.defaults.get<bool>(learningModeKey()).value_or(false));
+    selectedID.setValue(services.defaults.get<QString>(lastSheetKey()));
+    textSize.setValue(storedTextSize(services.defaults));
     if (restore == RestoreFolder::no)
         return;
     auto const restored = m_access.restore();
@@ -72,13 +99,13 @@ void LibraryStore::connect(QString const& newFolder)
     if (m_watcher)
         m_watcher->stop();
     m_reloadTask.end();
-    busy = false;
-    generation = generation + 1;
-    folder = newFolder;
-    m_services.executor.discard(sheets.value());
-    sheets = QList<Sheet>();
-    if (pinsChanged)
-        pinsChanged();
+    m_installTask.end();
+    busy.setValue(false);
+    generation.setValue(generation + 1);
+    folder.setValue(newFolder);
+    setSheets({});
+    pinnedIDs.setValue(PinnedSheets::stored(m_services.defaults, newFolder));
+    tellPinsChanged();
     message = std::nullopt;
     scrollPositions.clear();
     m_watcher.emplace(m_services.events, newFolder, [this] { reload(Debounced::yes); });
@@ -96,7 +123,7 @@ void LibraryStore::reload(Debounced debounced)
 
 void LibraryStore::startLoad(int loadGeneration)
 {
-    busy = true;
+    busy.setValue(true);
     m_reloadTask = m_services.executor.detach(
         [&files = m_services.files, path = *folder.value(), previous = sheets.value()] {
             return loadLibrary(files, path, previous);
@@ -108,30 +135,40 @@ void LibraryStore::finishLoad(std::expected<QList<Sheet>, SystemError> loaded, i
 {
     if (loadGeneration != generation)
         return;
-    if (loaded) {
-        applyLoadedSheets(*std::move(loaded), loadGeneration);
-        message = std::nullopt;
-    } else {
+    if (!loaded) {
         message = translated("Could not read the folder. Choose it again or refresh. ")
             + loaded.error().localizedDescription();
+        busy.setValue(false);
+        return;
     }
-    busy = false;
+    applyLoadedSheets(*std::move(loaded), loadGeneration);
+    if (loadGeneration != generation)
+        return; // an observer has connected another folder
+    message = std::nullopt;
+    busy.setValue(false);
 }
 
 void LibraryStore::applyLoadedSheets(QList<Sheet> loaded, int loadGeneration)
 {
     if (loadGeneration != generation)
         return;
-    auto merged = keepingLastReadable(std::move(loaded), sheets.value());
-    m_services.executor.discard(sheets.value());
-    sheets = std::move(merged);
-
+    keepLastReadable(loaded, sheets);
+    setSheets(std::move(loaded));
     if (!selectedID.value() || !selectedSheet()) {
         auto const& all = sheets.value();
         setSelectedID(all.isEmpty() ? std::nullopt : std::optional(all.first().id));
     }
-    if (pinsChanged)
-        pinsChanged();
+    tellPinsChanged();
+}
+
+void LibraryStore::setSheets(QList<Sheet> newSheets)
+{
+    auto old = sheets.value();
+    if (newSheets == old)
+        sheets.setValueBypassingBindings(std::move(newSheets)); // equal ids can differ in their normal form
+    else
+        sheets.setValue(std::move(newSheets));
+    m_services.executor.discard(std::move(old));
 }
 
 void LibraryStore::select(QString const& id)
@@ -152,15 +189,100 @@ void LibraryStore::selectAdjacent(int offset)
         select(all.at(target).id);
 }
 
+void LibraryStore::requestFind(FindDirection direction)
+{
+    findBackwards.setValue(direction == FindDirection::backwards);
+    findRequest.setValue(findRequest + 1);
+}
+
+bool LibraryStore::copy(QString const& text)
+{
+    if (learningModeEnabled)
+        return false;
+    if (!m_services.clipboard.setText(Clipboard::Pasteboard::general, text)) {
+        copyFeedback.setValue(translated("Copy failed"));
+        return false;
+    }
+    auto const copied = translated("Copied");
+    copyFeedback.setValue(copied);
+    m_services.announcements.announce(copied, Announcements::Priority::medium);
+    clearCopyFeedbackLater();
+    return true;
+}
+
+void LibraryStore::clearCopyFeedbackLater()
+{
+    auto const task = m_copyFeedbackTasks.emplace(m_copyFeedbackTasks.end());
+    *task = m_services.executor.after(copyFeedbackTime, [this, task] {
+        auto const ended = std::move(*task);
+        m_copyFeedbackTasks.erase(task);
+        copyFeedback.setValue(QString());
+    });
+}
+
+void LibraryStore::setLearningModeEnabled(bool isEnabled)
+{
+    if (isEnabled == learningModeEnabled)
+        return;
+    learningModeEnabled.setValue(isEnabled);
+    m_services.defaults.setValue(learningModeKey(), isEnabled);
+    copyFeedback.setValue(QString());
+}
+
+void LibraryStore::setModifierGesture(ModifierGesture gesture)
+{
+    modifierGesture.setValue(gesture);
+    m_services.defaults.setValue(modifierGestureKey(), rawValue(gesture));
+    if (modifierGestureChanged)
+        modifierGestureChanged();
+}
+
+void LibraryStore::setTextSize(double size)
+{
+    textSize.setValue(size);
+    m_services.defaults.setValue(textSizeKey(), size);
+}
+
+void LibraryStore::togglePin(QString const& id)
+{
+    if (!folder.value())
+        return;
+    auto pins = pinnedIDs.value();
+    if (pins.removeIf([&](QString const& pin) { return canonicallyEqual(pin, id); }) == 0) {
+        if (!findSheet(sheets, id))
+            return;
+        pins.append(id);
+    }
+    pinnedIDs.setValue(pins);
+    PinnedSheets::store(m_services.defaults, *folder.value(), pins);
+    tellPinsChanged();
+}
+
+void LibraryStore::tellPinsChanged() const
+{
+    if (pinsChanged)
+        pinsChanged();
+}
+
 Sheet const* LibraryStore::selectedSheet() const
 {
     auto const& id = selectedID.value();
-    return id ? findSheet(sheets.value(), *id) : nullptr;
+    return id ? findSheet(sheets, *id) : nullptr;
+}
+
+QList<Sheet> LibraryStore::pinnedSheets() const
+{
+    QList<Sheet> pinned;
+    for (auto const& id : pinnedIDs.value()) {
+        if (auto const* const sheet = findSheet(sheets, id))
+            pinned.append(*sheet);
+    }
+    return pinned;
 }
 
 void LibraryStore::setSelectedID(std::optional<QString> const& id)
 {
-    selectedID = id;
+    selectedID.setValue(id);
     if (id)
         m_services.defaults.setValue(lastSheetKey(), *id);
     else
@@ -169,8 +291,11 @@ void LibraryStore::setSelectedID(std::optional<QString> const& id)
 
 void LibraryStore::shutdown()
 {
+    if (auto const panel = filePanel.value())
+        panel->cancel();
     m_reloadTask.end();
-    busy = false;
+    m_installTask.end();
+    busy.setValue(false);
     if (m_watcher)
         m_watcher->stop();
     m_access.release();

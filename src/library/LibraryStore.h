@@ -1,25 +1,36 @@
 #pragma once
 
+#include "input/ModifierGesture.h"
 #include "library/FolderAccess.h"
 #include "library/LibraryWatcher.h"
 #include "library/Sheet.h"
+#include "library/StoreProperty.h"
+#include "platform/Announcements.h"
+#include "platform/Clipboard.h"
 #include "platform/Executor.h"
+#include "platform/FileOpener.h"
 #include "platform/FileSystem.h"
+#include "platform/ModifierFlags.h"
+#include "platform/OpenPanels.h"
+#include "platform/Workspace.h"
 
 #include <QHash>
 #include <QList>
 #include <QPointF>
-#include <QProperty>
 #include <QString>
+#include <QStringList>
 
+#include <cstdint>
 #include <functional>
+#include <list>
 #include <memory>
 #include <optional>
 
 namespace Quillory {
 
-// The one observable model: the connected folder, its sheets, the selection and what the user should read.
-// Every property can be observed; assigning an equal value tells nobody. Main thread only.
+// The one observable model: the connected folder, its sheets, the selection, what search and find are at, what the user
+// should read, and the preferences. Every property can be observed; assigning an equal value tells nobody.
+// Main thread only.
 class LibraryStore {
 public:
     struct Services {
@@ -28,12 +39,19 @@ public:
         FileSystem const& files; // must outlive the executor's workers
         FileEvents& events;
         Executor& executor;
+        Clipboard& clipboard;
+        Announcements& announcements;
+        FileOpener& fileOpener;
+        OpenPanels& openPanels;
+        Workspace& workspace;
     };
 
     enum class RestoreFolder { no, yes };
     enum class Debounced { no, yes };
+    enum class FindDirection { forwards, backwards };
 
     static constexpr std::chrono::milliseconds reloadDebounce { 150 };
+    static constexpr std::chrono::milliseconds copyFeedbackTime { 1500 };
     static constexpr double defaultTextSize = 16;
     static constexpr double minimumTextSize = 11;
     static constexpr double maximumTextSize = 32;
@@ -44,6 +62,10 @@ public:
 
     // Leaves the library at hand and starts the first load of another.
     void connect(QString const& folder);
+
+    // Lets the user choose the folder in a dialog over a window of ours. Nothing while one is open, or when the window
+    // is absent, hidden or has a dialog already. Without `panel` a new one is made.
+    void chooseFolder(std::optional<std::uint64_t> window, std::unique_ptr<OpenPanel> panel = nullptr);
 
     // Reads the folder again: at once, or after a pause in which a further call takes this one's place.
     void reload(Debounced debounced = Debounced::no);
@@ -57,31 +79,92 @@ public:
     // Moves the selection by `offset` places, not past either end.
     void selectAdjacent(int offset);
 
+    // Asks for a move to the next or the previous match; a repeated request counts.
+    void requestFind(FindDirection direction);
+
+    // Puts the text on the clipboard, and says so. False, and untouched, in Learning Mode; false when it did not take.
+    bool copy(QString const& text);
+
+    void setLearningModeEnabled(bool isEnabled);
+    void setModifierGesture(ModifierGesture gesture);
+    void setTextSize(double size); // points, within the range above
+
+    // Pins a loaded sheet of this folder, or takes its pin away.
+    void togglePin(QString const& id);
+
+    // Hand a sheet's file, the selected one's without an id, to other programs. Nothing when there is no such file.
+    void openSheet(std::optional<QString> const& id = std::nullopt);
+    void revealSheet(std::optional<QString> const& id = std::nullopt);
+    void openSheetWith(std::optional<QString> const& id, std::optional<std::uint64_t> window);
+
     // The selected sheet, null when there is none. Lives until the sheets change.
     Sheet const* selectedSheet() const;
+
+    // The sheets of `pinnedIDs` in that order, those without a sheet left out.
+    QList<Sheet> pinnedSheets() const;
 
     // Ends what runs and lets the folder go.
     void shutdown();
 
-    QProperty<QList<Sheet>> sheets;
-    QProperty<std::optional<QString>> selectedID;
-    QProperty<std::optional<QString>> folder;
-    QProperty<int> generation { 0 };
+    StoreProperty<QList<Sheet>> sheets;
+    StoreProperty<std::optional<QString>> selectedID;
+    StoreProperty<std::optional<QString>> folder;
+    StoreProperty<int> generation { 0 }; // raised at each connect: guards loads, installs and panels
     QProperty<std::optional<QString>> message;
-    QProperty<bool> busy { false };
-    QProperty<double> textSize { defaultTextSize };
+    StoreProperty<bool> busy { false };
+
+    QProperty<QString> libraryQuery;
+    QProperty<bool> librarySearchVisible { false };
+    QProperty<bool> findVisible { false };
+    QProperty<QString> findQuery;
+    StoreProperty<int> findRequest { 0 }; // raised at each request to move to a match
+    StoreProperty<bool> findBackwards { false };
+    QProperty<QString> findStatus;
+    StoreProperty<QString> copyFeedback;
+
+    StoreProperty<bool> learningModeEnabled { false };
+    StoreProperty<ModifierGesture> modifierGesture { ModifierGesture::off };
+    StoreProperty<double> textSize { defaultTextSize };
+    QProperty<bool> gesturePermissionGranted { false };
+    QProperty<ModifierFlags> peekModifiers { ModifierFlags::none }; // those of the running peek
+
+    StoreProperty<QStringList> pinnedIDs;
+    StoreProperty<std::shared_ptr<OpenPanel>> filePanel; // the one that is open, null when there is none
     QHash<QString, QPointF> scrollPositions; // by sheet id
+
+    std::function<void()> modifierGestureChanged;
     std::function<void()> pinsChanged;
+    std::function<void()> filePickerWillPresent;
 
 private:
+    struct SheetFile {
+        QString name;
+        QString path;
+        bool operator==(SheetFile const&) const = default;
+    };
+
     void startLoad(int loadGeneration);
     void finishLoad(std::expected<QList<Sheet>, SystemError> loaded, int loadGeneration);
+    void setSheets(QList<Sheet> newSheets);
     void setSelectedID(std::optional<QString> const& id);
+    void clearCopyFeedbackLater();
+    void tellPinsChanged() const;
+
+    bool canPresent(std::optional<std::uint64_t> window) const;
+    void present(std::shared_ptr<OpenPanel> panel, OpenPanelSettings const& settings, std::uint64_t window,
+        std::function<void(QString const& chosen)> accepted);
+    void takeFolder(QString const& chosen);
+    std::optional<SheetFile> fileOfSheet(std::optional<QString> const& id) const;
+    void launch(SheetFile const& file, QString const& application);
+    FileOpener::Done reportingFailure(std::function<QString(FileOpener::Failure const&)> sentence);
 
     Services m_services;
     FolderAccess m_access;
     std::optional<LibraryWatcher> m_watcher;
     Registration m_reloadTask;
+    Registration m_installTask;
+    std::list<Registration> m_copyFeedbackTasks;
+    std::shared_ptr<void> m_lifetime = std::make_shared<char>(); // for answers that come after this object's end
 };
 
 }

@@ -1,11 +1,7 @@
 #include "library/LibraryStore.h"
 
 #include "library/LibraryLoad.h"
-#include "support/FakeFileEvents.h"
-#include "support/FakeFileSystem.h"
-#include "support/FakeFolderBookmarks.h"
-#include "support/ManualExecutor.h"
-#include "support/MemoryUserDefaults.h"
+#include "support/FakeLibraryServices.h"
 
 #include <gmock/gmock.h>
 
@@ -35,8 +31,7 @@ protected:
 
     void start(LibraryStore::RestoreFolder restore = LibraryStore::RestoreFolder::no)
     {
-        store = std::make_unique<LibraryStore>(
-            LibraryStore::Services { defaults, bookmarks, files, events, executor }, restore);
+        store = std::make_unique<LibraryStore>(services.services(), restore);
     }
 
     void connect()
@@ -63,11 +58,12 @@ protected:
 
     std::optional<QString> lastSheet() const { return defaults.get<QString>(u"lastSheet"_s); }
 
-    MemoryUserDefaults defaults;
-    FakeFolderBookmarks bookmarks;
-    FakeFileSystem files;
-    ManualExecutor executor;
-    FakeFileEvents events { executor };
+    FakeLibraryServices services;
+    MemoryUserDefaults& defaults = services.defaults;
+    FakeFolderBookmarks& bookmarks = services.bookmarks;
+    FakeFileSystem& files = services.files;
+    ManualExecutor& executor = services.executor;
+    FakeFileEvents& events = services.events;
     std::unique_ptr<LibraryStore> store;
 };
 

@@ -1,12 +1,7 @@
 #include "presentation/PresentationCoordinator.h"
 
-#include "support/FakeFileEvents.h"
-#include "support/FakeFileSystem.h"
-#include "support/FakeFolderBookmarks.h"
 #include "support/FakeHotKeys.h"
-#include "support/FakeWorkspace.h"
-#include "support/ManualExecutor.h"
-#include "support/MemoryUserDefaults.h"
+#include "support/FakeLibraryServices.h"
 
 #include <gmock/gmock.h>
 
@@ -45,6 +40,12 @@ private:
     FakeWorkspace& m_workspace;
 };
 
+UserDefaults& withToggleKey(UserDefaults& defaults)
+{
+    defaults.setValue(u"KeyboardShortcuts_toggleQuillory"_s, u"{\"carbonKeyCode\":40,\"carbonModifiers\":6144}"_s);
+    return defaults;
+}
+
 class PresentationCoordinatorTest : public testing::Test {
 protected:
     PresentationCoordinatorTest()
@@ -60,19 +61,14 @@ protected:
         hotKeys.release(keyK);
     }
 
-    MemoryUserDefaults defaults = [] {
-        MemoryUserDefaults stored;
-        stored.setValue(u"KeyboardShortcuts_toggleQuillory"_s, u"{\"carbonKeyCode\":40,\"carbonModifiers\":6144}"_s);
-        return stored;
-    }();
-    FakeFolderBookmarks bookmarks;
-    FakeFileSystem files;
-    ManualExecutor executor;
-    FakeFileEvents events { executor };
-    LibraryStore store { { defaults, bookmarks, files, events, executor }, LibraryStore::RestoreFolder::no };
+    FakeLibraryServices services;
+    MemoryUserDefaults& defaults = services.defaults;
+    FakeFileSystem& files = services.files;
+    ManualExecutor& executor = services.executor;
+    FakeWorkspace& workspace = services.workspace;
+    LibraryStore store { services.services(), LibraryStore::RestoreFolder::no };
     FakeHotKeys hotKeys;
-    KeyboardShortcuts shortcuts { defaults, hotKeys };
-    FakeWorkspace workspace;
+    KeyboardShortcuts shortcuts { withToggleKey(defaults), hotKeys };
     RecordingPanel panel { workspace };
     PresentationCoordinator coordinator { store, shortcuts, workspace, panel };
 };

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+
+namespace Quillory {
+
+// The desktop's pasteboards for text. Main thread only.
+class Clipboard {
+public:
+    enum class Pasteboard {
+        general,
+        selection, // what a middle click pastes, where the desktop has it
+    };
+
+    virtual ~Clipboard() = default;
+
+    // Puts `text` in the place of what is there. True when the pasteboard holds it afterwards, whoever keeps it.
+    virtual bool setText(Pasteboard pasteboard, QString const& text) = 0;
+
+    // Empty when it holds no text.
+    virtual QString text(Pasteboard pasteboard) const = 0;
+};
+
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/SystemError.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <expected>
+#include <functional>
+
+namespace Quillory {
+
+// Starts other programs. A program goes on when this one ends; nothing of ours blocks or closes with it.
+namespace ChildProcess {
+
+// Absent for a program that ended without an exit status of its own (a signal).
+using Ended = std::function<void(std::optional<int> status)>;
+
+// Starts `command`, its first element looked up in the search path, in `folder` or in the one at hand when that is empty.
+// `ended` is called once on this thread, unless the application object is gone by then. Fails when nothing was started.
+std::expected<void, SystemError> start(QStringList const& command, QString const& folder, Ended ended);
+
+}
+
+}

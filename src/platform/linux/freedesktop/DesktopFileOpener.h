@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/FileOpener.h"
+
+#include <QDBusConnection>
+#include <QObject>
+
+namespace Quillory {
+
+// Opens files as the desktop does: by its launcher, whose exit status tells, or else by its portal; reveals them in its file
+// manager; and starts the application of a desktop entry.
+class DesktopFileOpener final : public QObject, public FileOpener {
+    Q_OBJECT
+public:
+    explicit DesktopFileOpener(QDBusConnection const& sessionBus);
+
+    void open(QString const& path, Done done) override;
+    // In a file manager that can point at the file; else its folder is opened.
+    void reveal(QString const& path) override;
+    // `application` is the path of a desktop entry.
+    void openWith(QString const& path, QString const& application, Done done) override;
+
+private:
+    void openByPortal(QString const& path, Done done);
+
+    QDBusConnection m_bus;
+};
+
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QDBusConnection>
+#include <QObject>
+#include <QVariantMap>
+
+#include <functional>
+#include <optional>
+
+namespace Quillory {
+
+// One question to the desktop portal that hands a file over. Deletes itself once it is answered.
+class PortalRequest final : public QObject {
+    Q_OBJECT
+public:
+    // The portal's answer, or the bus's own refusal as text.
+    struct Answer {
+        enum class Outcome { done, cancelledByUser, failed };
+        Outcome outcome = Outcome::failed;
+        QString description;
+    };
+    using Answered = std::move_only_function<void(Answer const&)>;
+
+    // Calls `method` of the portal's OpenURI interface with the file at `path`; `parent` bounds the request's life.
+    static void start(
+        QDBusConnection const& bus, QString const& method, QString const& path, QObject* parent, Answered answered);
+
+private Q_SLOTS:
+    void respond(uint response, QVariantMap const& results);
+
+private:
+    PortalRequest(QDBusConnection const& bus, QObject* parent, Answered answered);
+    void listen(QString const& path);
+    void send(QString const& method, QString const& file, QString const& token);
+    void finish(Answer const& answer);
+
+    QDBusConnection m_bus;
+    Answered m_answered;
+    QString m_path; // of the request, as far as it is known
+};
+
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Clipboard.h"
+
+namespace Quillory {
+
+// The toolkit's clipboard, and its primary selection where the window system has one.
+class QtClipboard final : public Clipboard {
+public:
+    bool setText(Pasteboard pasteboard, QString const& text) override;
+    QString text(Pasteboard pasteboard) const override;
+};
+
+}
