@@ -143,7 +143,7 @@ AttributedText::Builder::StyleId AttributedText::Builder::add(ParagraphStyle con
     return StyleId { static_cast<quint32>(m_data->styles.size() - 1) };
 }
 
-void AttributedText::Builder::append(QStringView text, AttributesId attributes, StyleId style)
+void AttributedText::Builder::appendKnown(QStringView text, AttributesId attributes, StyleId style)
 {
     if (text.isEmpty())
         return;
@@ -155,7 +155,7 @@ void AttributedText::Builder::append(QStringView text, AttributesId attributes, 
 void AttributedText::Builder::append(QStringView text, TextAttributes const& attributes, ParagraphStyle const& style)
 {
     if (!text.isEmpty())
-        append(text, add(attributes), add(style));
+        appendKnown(text, add(attributes), add(style));
 }
 
 void AttributedText::Builder::appendAttachment(TextAttributes const& attributes, ParagraphStyle const& style)

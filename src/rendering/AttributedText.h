@@ -69,7 +69,7 @@ public:
     AttributesId add(TextAttributes const& attributes);
     StyleId add(ParagraphStyle const& style);
 
-    void append(QStringView text, AttributesId attributes, StyleId style);
+    void appendKnown(QStringView text, AttributesId attributes, StyleId style);
     void append(QStringView text, TextAttributes const& attributes, ParagraphStyle const& style);
     // The object character. The attributes hold what stands for it.
     void appendAttachment(TextAttributes const& attributes, ParagraphStyle const& style);

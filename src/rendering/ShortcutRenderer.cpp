@@ -154,15 +154,15 @@ private:
     void append(ShortcutSheet::Entry const& entry)
     {
         m_line = m_text.add(spaced(spacingAfterEntry));
-        m_text.append(entry.title, m_entry, m_line);
+        m_text.appendKnown(entry.title, m_entry, m_line);
         if (!entry.shortcuts.isEmpty())
-            m_text.append(fitsOnOneLine(entry) ? u"\t" : u"\n", m_entry, m_line);
+            m_text.appendKnown(fitsOnOneLine(entry) ? u"\t" : u"\n", m_entry, m_line);
         for (auto const& shortcut : entry.shortcuts) {
             if (&shortcut != &entry.shortcuts.first())
-                m_text.append(alternativeSeparator, m_entry, m_line);
+                m_text.appendKnown(alternativeSeparator, m_entry, m_line);
             append(shortcut, entry.title);
         }
-        m_text.append(u"\n", m_entry, m_line);
+        m_text.appendKnown(u"\n", m_entry, m_line);
         if (entry.text && !entry.text->isEmpty())
             m_text.append(*entry.text + u'\n', m_detail, spaced(spacingAfterEntryText));
     }
@@ -193,7 +193,7 @@ private:
         auto const location = m_text.length();
         for (auto const& step : shortcut.steps) {
             if (&step != &shortcut.steps.first())
-                m_text.append(stepSeparator, m_entry, m_line);
+                m_text.appendKnown(stepSeparator, m_entry, m_line);
             append(step);
         }
         m_targets.push_back({
@@ -208,12 +208,12 @@ private:
         auto look = m_modifiers.begin();
         for (auto const& [name, symbol] : ShortcutText::modifiers()) {
             if (step.modifiers.contains(name)) {
-                m_text.append(symbol.chopped(1), look->head, m_line);
-                m_text.append(symbol.last(1), look->last, m_line);
+                m_text.appendKnown(symbol.chopped(1), look->head, m_line);
+                m_text.appendKnown(symbol.last(1), look->last, m_line);
             }
             ++look;
         }
-        m_text.append(ShortcutText::keyText(step.key), m_key, m_line);
+        m_text.appendKnown(ShortcutText::keyText(step.key), m_key, m_line);
     }
 
     ShortcutRenderer::Images const& m_images;
