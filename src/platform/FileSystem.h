@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/InstallFolder.h"
 #include "platform/OpenFile.h"
 #include "platform/SystemError.h"
 
@@ -53,6 +54,12 @@ public:
     virtual ~FileSystem() = default;
 
     virtual std::expected<std::unique_ptr<OpenFolder>, SystemError> openFolder(QString const& path) const = 0;
+
+    // The names of all direct children of the folder at `path`, hidden ones included, in no order.
+    virtual std::expected<std::vector<QByteArray>, SystemError> everyName(QString const& path) const = 0;
+
+    // The folder at `path` itself: fails for a symbolic link to one.
+    virtual std::expected<std::unique_ptr<InstallFolder>, SystemError> openForInstalling(QString const& path) const = 0;
 };
 
 }

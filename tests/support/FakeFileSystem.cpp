@@ -1,4 +1,4 @@
-#include "support/FakeFileSystem.h"
+#include "support/FakeFolder.h"
 
 #include <QList>
 
@@ -7,23 +7,6 @@
 #include <utility>
 
 namespace Quillory {
-
-struct FakeFileSystem::Folder {
-    std::mutex mutex;
-    std::map<QByteArray, Entry> entries;
-    std::map<QByteArray, int> reads;
-    int opens = 0;
-    int openError = 0;
-    int listingError = 0;
-    bool isRemoved = false;
-    QByteArray path;
-
-    bool has(QByteArray const& folder) const
-    {
-        auto const next = entries.lower_bound(folder + '/');
-        return next != entries.end() && next->first.startsWith(folder + '/');
-    }
-};
 
 class FakeFileSystem::File final : public OpenFile {
 public:
@@ -76,17 +59,9 @@ public:
 
     std::expected<std::vector<QByteArray>, SystemError> names() const override
     {
-        std::lock_guard const lock(m_folder->mutex);
-        if (m_folder->isRemoved)
-            return std::unexpected(SystemError(ENOENT));
-        if (m_folder->listingError)
-            return std::unexpected(SystemError(m_folder->listingError));
-        std::vector<QByteArray> names;
-        // Last name first: nobody may rely on an order.
-        for (auto entry = m_folder->entries.rbegin(); entry != m_folder->entries.rend(); ++entry) {
-            if (!entry->first.startsWith('.') && !entry->first.contains('/'))
-                names.push_back(entry->first);
-        }
+        auto names = m_folder->everyName({});
+        if (names)
+            std::erase_if(*names, [](QByteArray const& name) { return name.startsWith('.'); });
         return names;
     }
 
@@ -195,7 +170,7 @@ private:
 
     std::expected<Entry*, SystemError> find(QByteArray const& name) const
     {
-        if (name.isEmpty() || name == "." || name == ".." || name.contains('/') || name.contains('\0'))
+        if (!isNameOfChild(name))
             return std::unexpected(SystemError(EINVAL));
         auto const found = m_folder->entries.find(name);
         if (found == m_folder->entries.end())
@@ -215,6 +190,14 @@ private:
 
     std::shared_ptr<Folder> m_folder;
 };
+
+std::expected<void, SystemError> FakeFileSystem::step(InstallStep step, QByteArray const& name) const
+{
+    int const error = m_installHook ? m_installHook(step, name) : 0;
+    if (error != 0)
+        return std::unexpected(SystemError(error));
+    return {};
+}
 
 std::shared_ptr<FakeFileSystem::Folder> FakeFileSystem::folder(QString const& path)
 {
@@ -283,6 +266,16 @@ void FakeFileSystem::remove(QString const& path, QByteArray const& name)
     changed->entries.erase(name);
 }
 
+std::optional<FakeFileSystem::Entry> FakeFileSystem::entry(QString const& path, QByteArray const& name) const
+{
+    auto const asked = existing(path);
+    if (!asked)
+        return std::nullopt;
+    std::lock_guard const lock(asked->mutex);
+    auto const found = asked->entries.find(name);
+    return found == asked->entries.end() ? std::nullopt : std::optional(found->second);
+}
+
 int FakeFileSystem::opens(QString const& path) const
 {
     auto const asked = existing(path);
@@ -314,16 +307,48 @@ int FakeFileSystem::reads(QString const& path, QByteArray const& name) const
     return found == asked->reads.end() ? 0 : found->second;
 }
 
+std::expected<FakeFileSystem::Place, SystemError> FakeFileSystem::place(QString const& path) const
+{
+    if (auto const opened = existing(path))
+        return Place { opened, {} };
+    auto const cut = path.lastIndexOf(u'/');
+    auto const name = path.sliced(cut + 1).toUtf8();
+    auto const inParent = entry(path.first(cut), name);
+    if (!inParent)
+        return std::unexpected(SystemError(ENOENT));
+    if (inParent->kind != Kind::folder)
+        return std::unexpected(SystemError(ENOTDIR));
+    return Place { existing(path.first(cut)), name + '/' };
+}
+
+std::expected<FakeFileSystem::Place, SystemError> FakeFileSystem::open(QString const& path) const
+{
+    auto opened = place(path);
+    if (!opened)
+        return opened;
+    std::lock_guard const lock(opened->folder->mutex);
+    if (opened->folder->openError)
+        return std::unexpected(SystemError(opened->folder->openError));
+    ++opened->folder->opens;
+    return opened;
+}
+
 std::expected<std::unique_ptr<OpenFolder>, SystemError> FakeFileSystem::openFolder(QString const& path) const
 {
-    auto const opened = existing(path);
+    auto opened = open(path);
     if (!opened)
-        return std::unexpected(SystemError(ENOENT));
-    std::lock_guard const lock(opened->mutex);
-    if (opened->openError)
-        return std::unexpected(SystemError(opened->openError));
-    ++opened->opens;
-    return std::make_unique<Open>(opened);
+        return std::unexpected(opened.error());
+    return std::make_unique<Open>(std::move(opened->folder));
+}
+
+std::expected<std::vector<QByteArray>, SystemError> FakeFileSystem::everyName(QString const& path) const
+{
+    if (auto const ready = step(InstallStep::list, {}); !ready)
+        return std::unexpected(ready.error());
+    auto const opened = open(path);
+    if (!opened)
+        return std::unexpected(opened.error());
+    return opened->folder->everyName(opened->prefix);
 }
 
 }

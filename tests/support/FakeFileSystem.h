@@ -2,6 +2,7 @@
 
 #include "platform/FileSystem.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -26,6 +27,12 @@ public:
         std::optional<QByteArray> realPathOnceOpen; // the file is moved there as soon as it is open
     };
 
+    // Asked before each step of an installation, with the name it is about ("" for a whole folder): an `errno` to fail
+    // with, or 0. What it does to the folder meanwhile is what another program does. A failing write writes the half.
+    enum class InstallStep { list, open, look, makeFolder, create, write, close, link, remove };
+    using InstallHook = std::function<int(InstallStep, QByteArray const& name)>;
+    void setInstallHook(InstallHook hook) { m_installHook = std::move(hook); }
+
     void addFolder(QString const& path);
     void removeFolder(QString const& path);
     void failFolder(QString const& path, int error); // opening it; 0 makes it well again
@@ -36,22 +43,37 @@ public:
     void write(QString const& folder, QByteArray const& name, QByteArray const& contents);
     void remove(QString const& folder, QByteArray const& name);
 
+    // What is at the path, absent when nothing is.
+    std::optional<Entry> entry(QString const& folder, QByteArray const& name) const;
+
     int opens(QString const& folder) const;
     int reads(QString const& folder) const;
     int reads(QString const& folder, QByteArray const& name) const;
 
     std::expected<std::unique_ptr<OpenFolder>, SystemError> openFolder(QString const& path) const override;
+    std::expected<std::vector<QByteArray>, SystemError> everyName(QString const& path) const override;
+    std::expected<std::unique_ptr<InstallFolder>, SystemError> openForInstalling(QString const& path) const override;
 
 private:
     struct Folder;
+    struct Place { // a folder of the test's, or one that an installation made in it
+        std::shared_ptr<Folder> folder;
+        QByteArray prefix; // of the names in it
+    };
     class Open;
     class File;
+    class Install;
+    class NewFile;
 
     std::shared_ptr<Folder> folder(QString const& path); // made where it is missing
     std::shared_ptr<Folder> existing(QString const& path) const;
+    std::expected<void, SystemError> step(InstallStep step, QByteArray const& name) const;
+    std::expected<Place, SystemError> place(QString const& path) const;
+    std::expected<Place, SystemError> open(QString const& path) const;
 
     mutable std::mutex m_mutex;
     std::map<QString, std::shared_ptr<Folder>> m_folders;
+    InstallHook m_installHook;
 };
 
 }

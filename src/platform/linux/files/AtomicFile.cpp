@@ -2,6 +2,7 @@
 
 #include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/files/ReadDescriptor.h"
+#include "platform/linux/files/WriteDescriptor.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -39,23 +40,9 @@ std::expected<void, SystemError> makeFolders(QString const& folder)
     return lastError();
 }
 
-std::expected<void, SystemError> writeAll(int descriptor, QByteArray const& contents)
-{
-    for (qsizetype written = 0; written < contents.size();) {
-        auto const count = write(
-            descriptor, contents.constData() + written, static_cast<std::size_t>(contents.size() - written));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return lastError();
-        written += count;
-    }
-    return {};
-}
-
 std::expected<void, SystemError> writeToDisk(int descriptor, QByteArray const& contents)
 {
-    if (auto written = writeAll(descriptor, contents); !written)
+    if (auto written = writeDescriptor(descriptor, contents); !written)
         return written;
     if (fsync(descriptor) != 0)
         return lastError();

@@ -1,5 +1,6 @@
 #include "platform/linux/files/PosixOpenFolder.h"
 
+#include "platform/linux/files/FolderNames.h"
 #include "platform/linux/files/PosixOpenFile.h"
 #include "platform/linux/files/ReadDescriptor.h"
 #include "platform/linux/files/RealPath.h"
@@ -7,24 +8,12 @@
 #include <QFile>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 namespace Quillory {
-
-namespace {
-
-// A name that leads anywhere but to a direct child would leave the folder.
-bool isNameOfChild(QByteArray const& name)
-{
-    return !name.isEmpty() && name != "." && name != ".." && !name.contains('/') && !name.contains('\0');
-}
-
-}
 
 PosixOpenFolder::PosixOpenFolder(FileDescriptor folder)
     : m_folder(std::move(folder))
@@ -41,24 +30,10 @@ std::expected<std::unique_ptr<OpenFolder>, SystemError> PosixOpenFolder::open(QS
 
 std::expected<std::vector<QByteArray>, SystemError> PosixOpenFolder::names() const
 {
-    if (lseek(m_folder.number(), 0, SEEK_SET) < 0)
-        return std::unexpected(SystemError::last());
-    std::vector<QByteArray> names;
-    // Not readdir: it shows a folder that was removed as an empty one.
-    alignas(dirent64) std::array<char, 32768> buffer;
-    while (true) {
-        auto const length = getdents64(m_folder.number(), buffer.data(), buffer.size());
-        if (length < 0)
-            return std::unexpected(SystemError::last());
-        if (length == 0)
-            return names;
-        for (auto const* at = buffer.data(); at < buffer.data() + length;) {
-            auto const* entry = reinterpret_cast<dirent64 const*>(at);
-            if (entry->d_name[0] != '.')
-                names.emplace_back(entry->d_name);
-            at += entry->d_reclen;
-        }
-    }
+    auto names = namesInFolder(m_folder.number());
+    if (names)
+        std::erase_if(*names, [](QByteArray const& name) { return name.startsWith('.'); });
+    return names;
 }
 
 std::expected<OpenFolder::EntryStatus, SystemError> PosixOpenFolder::status(QByteArray const& name) const
