@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/InputPermission.h"
+#include "platform/linux/x11/X11Connection.h"
+
+namespace Quillory {
+
+// An X server hands its raw keys to whoever asks, so there is nothing to be granted: either it has them or not.
+class X11InputPermission final : public InputPermission {
+public:
+    // Asks the server once. `connection` outlives it.
+    explicit X11InputPermission(X11Connection& connection);
+
+    // X knows no trust in single programs.
+    bool isAccessibilityTrusted() const override { return false; }
+
+    // False as well once the server is gone, and on a server that is itself a guest of another desktop: that one only
+    // passes on what is typed into windows of X programs.
+    bool canListenToEvents() const override;
+
+    // Asks the server again; there is no question to the user.
+    void requestListenAccess() override;
+
+private:
+    bool hasRawEvents() const;
+
+    X11Connection& m_connection;
+    bool m_hasRawEvents;
+};
+
+}
