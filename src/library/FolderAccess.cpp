@@ -70,7 +70,9 @@ std::expected<void, SystemError> FolderAccess::remember(QString const& path)
     m_defaults.setValue(bookmarkKey(), *bookmark);
     release();
     m_scope = *std::move(scope);
-    m_url = path;
+    // The folder itself where `path` leads through links: what is kept beside its path must hold after a restore too.
+    auto const itself = m_bookmarks.resolve(*bookmark);
+    m_url = itself ? itself->path : path;
     return {};
 }
 

@@ -7,7 +7,6 @@
 
 #include <cerrno>
 #include <memory>
-#include <random>
 
 namespace Quillory {
 namespace {
@@ -85,16 +84,6 @@ TEST_F(LibraryStoreTest, A_restored_folder_loads_with_the_last_sheet_selected)
     start(LibraryStore::RestoreFolder::yes);
     EXPECT_EQ(store->folder.value(), std::nullopt);
     EXPECT_EQ(store->message.value(), u"Folder access needs to be restored. Choose the folder again."_s);
-}
-
-TEST_F(LibraryStoreTest, The_stored_text_size_is_kept_within_its_range)
-{
-    for (auto const& [stored, used] :
-        { std::pair(0.0, 16.0), std::pair(40.0, 32.0), std::pair(5.0, 11.0), std::pair(20.0, 20.0) }) {
-        defaults.setValue(u"textSize"_s, stored);
-        start();
-        EXPECT_EQ(store->textSize.value(), used);
-    }
 }
 
 TEST_F(LibraryStoreTest, The_selection_moves_to_the_first_sheet_when_its_own_is_gone)
@@ -255,39 +244,6 @@ TEST_F(LibraryStoreTest, Without_a_folder_a_reload_does_nothing_and_after_a_shut
     EXPECT_THAT(events.watchedFolders(), ElementsAre());
     ASSERT_TRUE(executor.runWork());
     EXPECT_FALSE(executor.finishWork());
-}
-
-// Whatever the order of saves, events, refreshes and turns, the list is in the end what the folder holds.
-TEST_F(LibraryStoreTest, Random_orders_of_events_end_with_the_folder_as_it_is)
-{
-    std::mt19937 random(20);
-    for (int round = 0; round < 200; ++round) {
-        connect();
-        for (int step = 0; step < 20; ++step) {
-            switch (random() % 6) {
-            case 0:
-                files.write(folder, "b.md", "# " + QByteArray::number(round * 100 + step));
-                events.fire(folder);
-                break;
-            case 1:
-                store->reload(random() % 2 ? LibraryStore::Debounced::yes : LibraryStore::Debounced::no);
-                break;
-            case 2:
-                executor.runWork();
-                break;
-            case 3:
-                executor.finishWork(random() % 2);
-                break;
-            default:
-                executor.advance(std::chrono::milliseconds(random() % 120));
-            }
-        }
-        executor.settle();
-        executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
-        executor.settle();
-        EXPECT_EQ(store->sheets.value(), loadLibrary(files, folder).value()) << "round " << round;
-        EXPECT_FALSE(store->busy);
-    }
 }
 
 }
