@@ -2,6 +2,7 @@
 
 #include "platform/Registration.h"
 
+#include <QRect>
 #include <QString>
 
 #include <cstdint>
@@ -26,6 +27,9 @@ public:
 
     // Absent when no window has the front.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
+
+    // Where the window in front is, in pixels of the window system. Absent when none has the front.
+    virtual std::optional<QRect> frontmostFrame() const = 0;
 
     // What our own windows report as their bundle identifier.
     virtual QString mainBundleIdentifier() const = 0;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace Quillory {
 
@@ -72,8 +73,12 @@ void X11Connection::drain()
     }
     xcb_flush(m_connection);
     bool const isLost = xcb_connection_has_error(m_connection) != 0;
-    if (isLost && m_notifier)
+    if (!isLost)
+        return;
+    if (m_notifier)
         m_notifier->setEnabled(false);
+    if (auto const call = std::exchange(onLost, nullptr))
+        call();
 }
 
 void X11Connection::dispatch(xcb_generic_event_t const& event)

@@ -60,6 +60,9 @@ public:
     // The first number of a property of numbers or windows. Absent likewise, and when it is 0.
     std::optional<std::uint32_t> number(xcb_window_t window, char const* name);
 
+    // Called once, from the event loop, when the server is gone.
+    std::function<void()> onLost;
+
     xcb_atom_t atom(char const* name);
     xcb_connection_t* handle() const { return m_connection; }
     xcb_screen_t const& screen() const { return *m_screen; }

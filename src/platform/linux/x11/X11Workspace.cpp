@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <thread>
 
 namespace Quillory {
 
@@ -36,6 +35,8 @@ X11Workspace::X11Workspace(X11Connection& connection, X11Clock const& clock, std
     m_events = m_connection.observeEvents([this](auto const& event) { handle(event); });
     m_connection.listenOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_front = m_connection.number(m_connection.root(), activeWindow).value_or(noWindow);
+    if (m_front == noWindow)
+        m_noFrontSince.emplace(); // nothing is passing here
 }
 
 QString X11Workspace::mainBundleIdentifier() const
@@ -51,24 +52,39 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const
     return front ? describe(*front, *front) : std::nullopt;
 }
 
-// Between two windows there is none for a moment, which is waited out. A desktop that stays without a front window
-// costs that time once.
+// Between two windows there is none for a moment, in which the last one still counts.
 std::optional<xcb_window_t> X11Workspace::frontWindow() const
 {
-    using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds passing { 50 };
-    constexpr std::chrono::milliseconds pause { 1 };
-    for (;;) {
-        if (auto const front = m_connection.number(m_connection.root(), activeWindow)) {
-            m_noFrontSince.reset();
-            return front;
-        }
-        if (!m_noFrontSince)
-            m_noFrontSince = Clock::now();
-        if (Clock::now() - *m_noFrontSince >= passing)
-            return std::nullopt;
-        std::this_thread::sleep_for(pause); // between two looks
-    }
+    auto const front = m_connection.number(m_connection.root(), activeWindow);
+    noteFront(front);
+    if (front)
+        return front;
+    bool const isPassing = std::chrono::steady_clock::now() - *m_noFrontSince < passing;
+    return isPassing && m_front != noWindow ? std::optional(m_front) : std::nullopt;
+}
+
+void X11Workspace::noteFront(std::optional<xcb_window_t> front) const
+{
+    if (front)
+        m_noFrontSince.reset();
+    else if (!m_noFrontSince)
+        m_noFrontSince = std::chrono::steady_clock::now();
+}
+
+std::optional<QRect> X11Workspace::frontmostFrame() const
+{
+    auto const front = isManaged() ? frontWindow() : focusedWindow();
+    if (!front)
+        return std::nullopt;
+    auto* const xcb = m_connection.handle();
+    auto const sizeCookie = xcb_get_geometry(xcb, *front);
+    auto const placeCookie = xcb_translate_coordinates(xcb, *front, m_connection.root(), 0, 0);
+    XcbOwned<xcb_get_geometry_reply_t> const size(xcb_get_geometry_reply(xcb, sizeCookie, nullptr));
+    XcbOwned<xcb_translate_coordinates_reply_t> const place(xcb_translate_coordinates_reply(xcb, placeCookie, nullptr));
+    if (!size || !place)
+        return std::nullopt;
+    return QRect(place->dst_x, place->dst_y, size->width, size->height);
 }
 
 // The root names a window of the window manager, which names itself as long as the window manager lives.
@@ -94,17 +110,30 @@ std::optional<RunningApplication> X11Workspace::describe(xcb_window_t named, xcb
 
 std::optional<RunningApplication> X11Workspace::focusedApplication() const
 {
+    auto const focus = inputFocus();
+    auto const named = focus ? nearestWithClass(pointedAtOr(*focus)) : std::nullopt;
+    return named ? describe(*named, *focus) : std::nullopt;
+}
+
+std::optional<xcb_window_t> X11Workspace::focusedWindow() const
+{
+    auto const focus = inputFocus();
+    return focus ? nearestWithClass(pointedAtOr(*focus)) : std::nullopt;
+}
+
+std::optional<xcb_window_t> X11Workspace::inputFocus() const
+{
     auto* const xcb = m_connection.handle();
     XcbOwned<xcb_get_input_focus_reply_t> const reply(
         xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
-    if (!reply || reply->focus == XCB_INPUT_FOCUS_NONE)
-        return std::nullopt;
-    // The keys may go to whatever is under the pointer; giving the focus back then means to restore that.
-    bool const followsPointer = reply->focus == XCB_INPUT_FOCUS_POINTER_ROOT || reply->focus == m_connection.root();
-    auto const named = nearestWithClass(followsPointer ? windowUnderPointer() : reply->focus);
-    if (!named)
-        return std::nullopt;
-    return describe(*named, reply->focus);
+    return reply && reply->focus != XCB_INPUT_FOCUS_NONE ? std::optional(reply->focus) : std::nullopt;
+}
+
+// The keys may go to whatever is under the pointer; giving the focus back then means to restore that.
+xcb_window_t X11Workspace::pointedAtOr(xcb_window_t focus) const
+{
+    bool const followsPointer = focus == XCB_INPUT_FOCUS_POINTER_ROOT || focus == m_connection.root();
+    return followsPointer ? windowUnderPointer() : focus;
 }
 
 xcb_window_t X11Workspace::windowUnderPointer() const
@@ -136,8 +165,9 @@ void X11Workspace::activate(RunningApplication const& application)
 
 void X11Workspace::activateIgnoringOtherApps(std::uint64_t ownWindow)
 {
-    m_ownWindows.insert(static_cast<xcb_window_t>(ownWindow));
-    bringToFront(static_cast<xcb_window_t>(ownWindow));
+    auto const window = static_cast<xcb_window_t>(ownWindow);
+    m_ownWindows.insert(window);
+    bringToFront(window);
 }
 
 // A window that is gone meanwhile is an error of the server's that is nobody's concern.
@@ -146,6 +176,9 @@ void X11Workspace::bringToFront(xcb_window_t window)
     // What was shown or hidden just before has to reach the server first.
     if (m_flushOwnWindows)
         m_flushOwnWindows();
+    // The toolkit puts the last time that it saw in the place of the user's as it shows a window.
+    if (m_ownWindows.contains(window))
+        writeUserTime(window);
     auto* const xcb = m_connection.handle();
     if (!isManaged()) {
         m_connection.succeeded(xcb_set_input_focus_checked(xcb, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME));
@@ -172,10 +205,17 @@ void X11Workspace::prepareToShow(std::uint64_t ownWindow)
 {
     auto const window = static_cast<xcb_window_t>(ownWindow);
     m_ownWindows.insert(window);
+    writeUserTime(window);
+}
+
+// Where a window names another one for its user time, as the toolkit's do, that one counts.
+void X11Workspace::writeUserTime(xcb_window_t window)
+{
     auto const time = m_clock.latest();
     if (time == 0)
         return;
-    m_connection.succeeded(xcb_change_property_checked(m_connection.handle(), XCB_PROP_MODE_REPLACE, window,
+    auto const bearer = m_connection.number(window, "_NET_WM_USER_TIME_WINDOW").value_or(window);
+    m_connection.succeeded(xcb_change_property_checked(m_connection.handle(), XCB_PROP_MODE_REPLACE, bearer,
         m_connection.atom("_NET_WM_USER_TIME"), XCB_ATOM_CARDINAL, 32, 1, &time));
 }
 
@@ -203,10 +243,7 @@ void X11Workspace::handle(xcb_generic_event_t const& event)
         return;
     m_frontChanges.note(change.time);
     auto const front = m_connection.number(m_connection.root(), activeWindow);
-    if (front)
-        m_noFrontSince.reset();
-    else if (!m_noFrontSince)
-        m_noFrontSince = std::chrono::steady_clock::now();
+    noteFront(front);
     if (!front || *front == m_front)
         return;
     auto const application = describe(*front, *front);

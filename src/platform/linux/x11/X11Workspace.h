@@ -20,6 +20,7 @@ public:
     X11Workspace(X11Connection& connection, X11Clock const& clock, std::function<void()> flushOwnWindows = {});
 
     std::optional<RunningApplication> frontmostApplication() const override;
+    std::optional<QRect> frontmostFrame() const override;
     QString mainBundleIdentifier() const override;
     void activate(RunningApplication const& application) override;
 
@@ -34,16 +35,21 @@ private:
     std::optional<xcb_window_t> frontWindow() const;
     std::optional<RunningApplication> describe(xcb_window_t named, xcb_window_t front) const;
     std::optional<RunningApplication> focusedApplication() const;
+    std::optional<xcb_window_t> focusedWindow() const;
+    std::optional<xcb_window_t> inputFocus() const;
+    xcb_window_t pointedAtOr(xcb_window_t focus) const;
     xcb_window_t windowUnderPointer() const;
     std::optional<xcb_window_t> nearestWithClass(xcb_window_t window) const;
     void bringToFront(xcb_window_t window);
+    void writeUserTime(xcb_window_t window);
+    void noteFront(std::optional<xcb_window_t> front) const;
     void handle(xcb_generic_event_t const& event);
 
     X11Connection& m_connection;
     X11Clock const& m_clock;
     std::function<void()> m_flushOwnWindows;
     std::unordered_set<xcb_window_t> m_ownWindows;
-    xcb_window_t m_front = XCB_WINDOW_NONE;
+    xcb_window_t m_front = XCB_WINDOW_NONE; // the latest, also while there is none
     mutable std::optional<std::chrono::steady_clock::time_point> m_noFrontSince;
     X11Clock m_frontChanges;
     std::vector<std::shared_ptr<Observer>> m_observers;

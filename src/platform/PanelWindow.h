@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace Quillory {
+
+// Above what else a window stands.
+enum class WindowLevel : std::int32_t { normal = 0, floating = 3 };
+
+// Where a window shows beside its own place, as a set of bits.
+enum class CollectionBehavior : std::uint32_t {
+    none = 0,
+    canJoinAllSpaces = 0x1,
+    fullScreenAuxiliary = 0x100,
+    canJoinAllApplications = 0x40000,
+    // Over every program, on every workspace, beside what fills the screen.
+    everywhere = canJoinAllSpaces | fullScreenAuxiliary | canJoinAllApplications,
+};
+
+// What a window of ours is to the window manager. Everything is changed on the living window, shown or hidden, and
+// holds through all that hides and shows it. Main thread only.
+class PanelWindow {
+public:
+    virtual ~PanelWindow() = default;
+
+    virtual void setLevel(WindowLevel level) = 0;
+    virtual void setCollectionBehavior(CollectionBehavior behavior) = 0;
+
+    // To be called right before the window is shown, and right after.
+    virtual void willShow() = 0;
+    virtual void didShow() = 0;
+    virtual void didHide() = 0;
+};
+
+// Makes the one for a window of ours, by its number in the window system.
+using MakePanelWindow = std::function<std::unique_ptr<PanelWindow>(std::uint64_t window)>;
+
+}

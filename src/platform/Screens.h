@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QList>
+#include <QPoint>
+#include <QRect>
+
+namespace Quillory {
+
+// The screens of the desktop. Main thread only.
+class Screens {
+public:
+    struct Screen {
+        QRect frame;
+        QRect visibleFrame; // without what bars and docks keep for themselves
+        QRect pixels; // the same frame in the pixels of the window system, which differ where the desktop is scaled
+        bool operator==(Screen const&) const = default;
+    };
+
+    virtual ~Screens() = default;
+
+    // The main one first. Empty while none is connected.
+    virtual QList<Screen> screens() const = 0;
+
+    // Where the pointer is, in the coordinates of `frame`.
+    virtual QPoint pointer() const = 0;
+};
+
+}

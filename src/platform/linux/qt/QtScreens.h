@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Screens.h"
+
+namespace Quillory {
+
+// The screens as the toolkit knows them. Needs a QGuiApplication.
+class QtScreens final : public Screens {
+public:
+    QList<Screen> screens() const override;
+    QPoint pointer() const override;
+};
+
+}
