@@ -1,21 +1,54 @@
 #include "AppDelegate.h"
 
+#include <utility>
+
 namespace Quillory {
 
-AppDelegate::AppDelegate(LibraryStore::Services services, HotKeys& hotKeys, Workspace& workspace)
-    : m_store(services, LibraryStore::RestoreFolder::yes)
-    , m_shortcuts(services.defaults, hotKeys)
-    , m_workspace(workspace)
+AppDelegate::AppDelegate(Services services)
+    : m_services(std::move(services))
+    , m_store(m_services.library, LibraryStore::RestoreFolder::yes)
+    , m_shortcuts(m_services.library.defaults, m_services.hotKeys)
 {
 }
 
 void AppDelegate::applicationDidFinishLaunching()
 {
-    m_panel = std::make_unique<ReaderPanel>(m_store, m_workspace);
-    m_presentation.emplace(m_store, m_shortcuts, m_workspace, *m_panel);
-    m_panel->onDismiss = [this] { m_presentation->close(); };
-    m_panel->onClosed = [this] { m_presentation->windowWillClose(); };
+    auto const& library = m_services.library;
+    m_panel = std::make_unique<ReaderPanel>(m_store,
+        ReaderPanel::Services {
+            library.defaults, library.workspace, m_services.screens, library.executor, m_services.makePanelWindow });
+    m_presentation.emplace(m_store,
+        PresentationCoordinator::Services { m_shortcuts, library.workspace, m_services.session,
+            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor },
+        *m_panel, m_statusItems);
+    bindPanel();
     if (!m_store.folder.value())
+        m_presentation->open();
+    m_requests = m_services.instance.observeRequests([this](auto const& request) { serve(request); });
+}
+
+void AppDelegate::bindPanel()
+{
+    m_panel->onDismiss = [this] { m_presentation->close(); };
+    m_panel->onMoved = [this] { m_presentation->windowDidMove(); };
+    m_panel->onResized = [this] { m_presentation->windowDidResize(); };
+    m_panel->onClosing = [this] { m_presentation->windowWillClose(); };
+}
+
+void AppDelegate::serve(ApplicationInstance::Request const& request)
+{
+    using Wish = ApplicationInstance::Wish;
+    if (request.userTime)
+        m_services.noteUserTime(*request.userTime);
+    if (request.wish == Wish::toggle)
+        m_presentation->toggle();
+    else if (request.wish == Wish::open)
+        applicationShouldHandleReopen(m_panel->isVisible());
+}
+
+void AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
+{
+    if (!hasVisibleWindows && m_presentation)
         m_presentation->open();
 }
 

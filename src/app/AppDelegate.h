@@ -2,7 +2,7 @@
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "library/LibraryStore.h"
-#include "platform/Workspace.h"
+#include "platform/ApplicationInstance.h"
 #include "presentation/PresentationCoordinator.h"
 #include "presentation/ReaderPanel.h"
 
@@ -14,20 +14,47 @@ namespace Quillory {
 // Owns the program's long-lived objects. Main thread only; all services outlive it.
 class AppDelegate {
 public:
+    struct Services {
+        LibraryStore::Services library;
+        HotKeys& hotKeys;
+        SessionEvents& session;
+        ModifierEvents& modifierEvents;
+        InputPermission const& permission;
+        KeyState const& keys;
+        Screens const& screens;
+        MakePanelWindow makePanelWindow;
+        ApplicationInstance& instance;
+        // The server time of a key or click of the user's that another process passed on.
+        std::function<void(std::uint32_t)> noteUserTime;
+    };
+
     // Restores the folder and starts the first load.
-    AppDelegate(LibraryStore::Services services, HotKeys& hotKeys, Workspace& workspace);
+    explicit AppDelegate(Services services);
 
     // Binds the keys. Without a folder the reader opens by itself.
     void applicationDidFinishLaunching();
 
+    // The program was started again, or called up by the desktop.
+    void applicationShouldHandleReopen(bool hasVisibleWindows);
+
     void applicationWillTerminate();
 
 private:
+    // As long as there is no tray, pins show nowhere.
+    struct NoStatusItems final : StatusItems {
+        void rebuildPins() override { }
+    };
+
+    void bindPanel();
+    void serve(ApplicationInstance::Request const& request);
+
+    Services m_services;
     LibraryStore m_store;
     KeyboardShortcuts m_shortcuts;
-    Workspace& m_workspace;
+    NoStatusItems m_statusItems;
     std::unique_ptr<ReaderPanel> m_panel;
     std::optional<PresentationCoordinator> m_presentation;
+    Registration m_requests;
 };
 
 }

@@ -1,5 +1,7 @@
 #include "AppDelegate.h"
+#include "OrderlyEnd.h"
 #include "TerminationSignals.h"
+#include "UserTimes.h"
 
 #include "platform/linux/files/InotifyFileEvents.h"
 #include "platform/linux/files/JsonUserDefaults.h"
@@ -10,9 +12,14 @@
 #include "platform/linux/qt/QtClipboard.h"
 #include "platform/linux/qt/QtExecutor.h"
 #include "platform/linux/qt/QtOpenPanels.h"
+#include "platform/linux/qt/QtScreens.h"
 #include "platform/linux/x11/X11Clock.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11HotKeys.h"
+#include "platform/linux/x11/X11InputPermission.h"
+#include "platform/linux/x11/X11KeyState.h"
+#include "platform/linux/x11/X11ModifierEvents.h"
+#include "platform/linux/x11/X11PanelWindow.h"
 #include "platform/linux/x11/X11Workspace.h"
 
 #include <QApplication>
@@ -42,6 +49,20 @@ void flushWindows(QApplication const& application)
         xcb_flush(x11->connection());
 }
 
+// Where nothing tells of sleep and locked screens.
+class NoSession final : public Quillory::SessionEvents {
+public:
+    Quillory::Registration observeWillSleep(Action) override { return {}; }
+    Quillory::Registration observeDidWake(Action) override { return {}; }
+    Quillory::Registration observeSessionDidResignActive(Action) override { return {}; }
+};
+
+class NoInstance final : public Quillory::ApplicationInstance {
+public:
+    Role start(Wish) override { return Role::alone; }
+    Quillory::Registration observeRequests(std::function<void(Request const&)>) override { return {}; }
+};
+
 int fail(QString const& sentence)
 {
     std::cerr << "quillory: " << sentence.toStdString() << '\n';
@@ -62,8 +83,11 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     configure(application);
     auto const connection = X11Connection::open();
-    if (!connection)
-        return fail(connection.error());
+    // Raw events pause on a connection that grabs keys.
+    auto const listening = X11Connection::open();
+    if (!connection || !listening)
+        return fail((connection ? listening : connection).error());
+    (*connection)->onLost = [] { QCoreApplication::exit(EXIT_FAILURE); };
 
     TerminationSignals const signals([] { QCoreApplication::quit(); });
     PosixFileSystem files;
@@ -71,20 +95,46 @@ int main(int argc, char* argv[])
     QtExecutor executor;
     JsonUserDefaults defaults(JsonUserDefaults::standardPath(), executor);
     InotifyFileEvents events(executor);
+    auto const flushOwnWindows = [&application] { flushWindows(application); };
     X11Clock clock;
+    UserTimes const userTimes(clock);
     X11HotKeys hotKeys(**connection, clock);
-    X11Workspace workspace(**connection, clock, [&application] { flushWindows(application); });
+    X11Workspace workspace(**connection, clock, flushOwnWindows);
+    X11InputPermission const permission(**listening);
+    X11ModifierEvents modifierEvents(**listening, clock, permission);
+    X11KeyState const keys(**listening);
+    QtScreens const screens;
 
     QtClipboard clipboard;
     AtSpiAnnouncements announcements;
     DesktopFileOpener fileOpener(QDBusConnection::sessionBus());
     QtOpenPanels openPanels;
+    NoSession session;
+    NoInstance instance;
 
-    AppDelegate delegate(
-        { defaults, bookmarks, files, events, executor, clipboard, announcements, fileOpener, openPanels, workspace },
-        hotKeys, workspace);
+    AppDelegate delegate({
+        .library = { defaults, bookmarks, files, events, executor, clipboard, announcements, fileOpener, openPanels,
+            workspace },
+        .hotKeys = hotKeys,
+        .session = session,
+        .modifierEvents = modifierEvents,
+        .permission = permission,
+        .keys = keys,
+        .screens = screens,
+        .makePanelWindow =
+            [&](std::uint64_t window) {
+                return std::make_unique<X11PanelWindow>(
+                    **connection, static_cast<xcb_window_t>(window), flushOwnWindows);
+            },
+        .instance = instance,
+        .noteUserTime = [&](std::uint32_t time) { clock.note(time); },
+    });
+    OrderlyEnd end([&] {
+        delegate.applicationWillTerminate();
+        defaults.flush();
+    });
     delegate.applicationDidFinishLaunching();
     auto const result = QApplication::exec();
-    delegate.applicationWillTerminate();
+    end.run();
     return result;
 }

@@ -1,20 +1,61 @@
 #include "presentation/PresentationCoordinator.h"
 
+#include "input/ModifierGesturePermission.h"
+#include "presentation/PeekHold.h"
+
 namespace Quillory {
 
 PresentationCoordinator::PresentationCoordinator(
-    LibraryStore& store, KeyboardShortcuts& shortcuts, Workspace& workspace, PanelSurface& panel)
+    LibraryStore& store, Services services, PanelSurface& panel, StatusItems& items)
     : m_store(store)
-    , m_workspace(workspace)
+    , m_services(services)
     , m_panel(panel)
+    , m_items(items)
+    , m_modifierMonitor(services.executor,
+          ModifierGestureMonitor::Operations::of(services.modifierEvents, services.permission, services.keys))
 {
-    shortcuts.onKeyUp(ShortcutName::toggleQuillory(), [this] { toggle(); });
-    m_activations = m_workspace.observeActivation(
-        [this](RunningApplication const& application) { applicationActivated(application); });
+    using Self = PresentationCoordinator;
+    bindShortcuts();
+    m_modifierMonitor.began = weakly(&Self::gestureBegan);
+    m_modifierMonitor.ended = weakly(&Self::gestureEnded);
+    m_store.modifierGestureChanged = weakly(&Self::refreshGesture);
+    refreshGesture();
+    m_store.pinsChanged = weakly(&Self::rebuildPins);
+    m_store.filePickerWillPresent = weakly(&Self::filePickerWillPresent);
+    rebuildPins();
+    observe();
+}
+
+void PresentationCoordinator::bindShortcuts()
+{
+    using Self = PresentationCoordinator;
+    auto& shortcuts = m_services.shortcuts;
+    shortcuts.onKeyUp(ShortcutName::toggleQuillory(), weakly(&Self::toggle));
+    shortcuts.onKeyDown(ShortcutName::peekQuillory(), weakly(&Self::peekKeyDown));
+    shortcuts.onKeyUp(ShortcutName::peekQuillory(), weakly(&Self::peekKeyUp));
+}
+
+void PresentationCoordinator::observe()
+{
+    using Self = PresentationCoordinator;
+    auto& session = m_services.session;
+    m_observations.push_back(session.observeDidWake(weakly(&Self::woke)));
+    m_observations.push_back(m_services.workspace.observeActivation(weakly(&Self::applicationActivated)));
+    m_observations.push_back(session.observeWillSleep(weakly(&Self::endPeek)));
+    m_observations.push_back(session.observeSessionDidResignActive(weakly(&Self::endPeek)));
+}
+
+// A permission that comes or goes while the program runs is noticed here; nobody is asked for it.
+void PresentationCoordinator::refreshGesture()
+{
+    m_store.gesturePermissionGranted = ModifierGesturePermission::isGranted(m_services.permission);
+    m_modifierMonitor.configure(m_store.modifierGesture.value(), m_store.gesturePermissionGranted.value());
 }
 
 void PresentationCoordinator::toggle()
 {
+    if (isPickerOnScreen())
+        return;
     if (m_state == PresentationState::closed)
         open();
     else
@@ -23,43 +64,190 @@ void PresentationCoordinator::toggle()
 
 void PresentationCoordinator::open()
 {
+    if (isPickerOnScreen())
+        return;
     if (m_state == PresentationState::closed)
-        m_previousApp = m_workspace.frontmostApplication();
+        m_previousApp = m_services.workspace.frontmostApplication();
+    m_panel.dismissTooltips();
+    savePanelFrame();
+    clearPeek();
     m_store.reload();
     m_state = PresentationState::panel;
-    m_panel.show();
+    m_panel.show(presence());
 }
 
 void PresentationCoordinator::close()
 {
+    if (isPickerOnScreen())
+        return;
+    m_panel.dismissTooltips();
+    savePanelFrame();
+    clearPeek();
     m_state = PresentationState::closed;
+    // Asked before the panel goes: the window manager hands the front on by itself as soon as a window is hidden.
+    auto const before = front();
     m_panel.orderOut();
-    restorePreviousApp();
+    restorePreviousApp(before);
 }
 
 void PresentationCoordinator::windowWillClose()
 {
+    m_panel.dismissTooltips();
+    savePanelFrame();
+    clearPeek();
     m_state = PresentationState::closed;
-    restorePreviousApp();
+    restorePreviousApp(front());
 }
 
-void PresentationCoordinator::restorePreviousApp()
+PresentationCoordinator::Front PresentationCoordinator::front() const
 {
-    if (!isThisApplication(m_workspace.frontmostApplication()))
+    return isThisApplication(m_services.workspace.frontmostApplication()) ? Front::ours : Front::theirs;
+}
+
+void PresentationCoordinator::restorePreviousApp(Front front)
+{
+    if (front == Front::theirs)
         return; // another application has taken the front meanwhile, and keeps it
-    if (m_previousApp && !isThisApplication(m_previousApp))
-        m_workspace.activate(*m_previousApp);
+    if (isThisApplication(m_previousApp))
+        return;
+    if (m_previousApp)
+        m_services.workspace.activate(*m_previousApp);
+}
+
+void PresentationCoordinator::peekKeyDown()
+{
+    if (m_isPeeking)
+        return;
+    if (isPickerOnScreen())
+        return;
+    auto const peek = m_services.shortcuts.getShortcut(ShortcutName::peekQuillory());
+    if (!peek)
+        return;
+    // One combination for both is the toggle, however long it is held.
+    if (m_services.shortcuts.getShortcut(ShortcutName::toggleQuillory()) == peek)
+        return;
+    beginPeek(peek->modifiers(), static_cast<std::uint16_t>(peek->carbonKeyCode));
+}
+
+void PresentationCoordinator::peekKeyUp()
+{
+    if (m_gesturePeek)
+        return;
+    resetAndClosePeek();
+}
+
+void PresentationCoordinator::gestureBegan(ModifierFlags flags, std::uint16_t keyCode)
+{
+    if (m_isPeeking)
+        return;
+    if (isPickerOnScreen())
+        return;
+    m_gesturePeek = true;
+    beginPeek(flags, keyCode);
+}
+
+void PresentationCoordinator::gestureEnded()
+{
+    if (!m_gesturePeek)
+        return;
+    resetAndClosePeek();
+}
+
+void PresentationCoordinator::beginPeek(ModifierFlags modifiers, std::uint16_t keyCode)
+{
+    bool const wasClosed = m_state == PresentationState::closed;
+    m_previousApp = m_services.workspace.frontmostApplication();
+    m_isPeeking = true;
+    m_store.peekModifiers = modifiers;
+    if (wasClosed) {
+        m_store.reload();
+        m_state = PresentationState::panel;
+        m_panel.show(presence());
+    }
+    applyPeekLevel();
+    m_store.reload();
+    m_panel.makeKeyAndOrderFront();
+    m_panel.focusReader();
+    pollPeek(modifiers, keyCode);
+}
+
+void PresentationCoordinator::pollPeek(ModifierFlags modifiers, std::uint16_t keyCode)
+{
+    m_peekTask = m_services.executor.after(peekPoll, [this, modifiers, keyCode] {
+        if (!m_isPeeking)
+            return;
+        auto& keys = m_services.keys;
+        if (peekStillHeld(keys.keyIsDown(keyCode), keys.flags(), modifiers))
+            pollPeek(modifiers, keyCode);
+        else
+            resetAndClosePeek();
+    });
+}
+
+// The reset may end a gesture, and with it the peek.
+void PresentationCoordinator::resetAndClosePeek()
+{
+    m_modifierMonitor.reset();
+    if (m_isPeeking)
+        close();
+}
+
+// The gesture counts as over before the monitor is reset, so that its end is nobody's any more.
+void PresentationCoordinator::clearPeek()
+{
+    m_peekTask.end();
+    m_isPeeking = false;
+    m_gesturePeek = false;
+    m_modifierMonitor.reset();
+    m_store.peekModifiers = ModifierFlags::none;
+    applyPeekLevel();
+}
+
+void PresentationCoordinator::endPeek()
+{
+    resetAndClosePeek();
+}
+
+void PresentationCoordinator::woke()
+{
+    m_modifierMonitor.reset();
+    refreshGesture();
+    m_store.reload();
 }
 
 void PresentationCoordinator::applicationActivated(RunningApplication const& application)
 {
-    if (m_state == PresentationState::panel && !isThisApplication(application))
+    refreshGesture();
+    if (isThisApplication(application))
+        return;
+    if (m_isPeeking)
+        resetAndClosePeek();
+    if (m_state == PresentationState::panel)
         m_previousApp = application;
+}
+
+// A peek is resident from here on: the keys are needed for the file panel.
+void PresentationCoordinator::filePickerWillPresent()
+{
+    m_modifierMonitor.reset();
+    clearPeek();
+    m_panel.dismissTooltips();
+}
+
+void PresentationCoordinator::savePanelFrame()
+{
+    if (m_state == PresentationState::panel)
+        m_panel.savePanelFrame();
+}
+
+bool PresentationCoordinator::isPickerOnScreen() const
+{
+    return m_store.filePanel.value() != nullptr;
 }
 
 bool PresentationCoordinator::isThisApplication(std::optional<RunningApplication> const& application) const
 {
-    return application && application->bundleIdentifier == m_workspace.mainBundleIdentifier();
+    return application && application->bundleIdentifier == m_services.workspace.mainBundleIdentifier();
 }
 
 }

@@ -1,44 +1,116 @@
 #pragma once
 
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
+#include "input/ModifierGestureMonitor.h"
 #include "library/LibraryStore.h"
+#include "platform/Executor.h"
+#include "platform/InputPermission.h"
+#include "platform/KeyState.h"
+#include "platform/ModifierEvents.h"
+#include "platform/SessionEvents.h"
 #include "platform/Workspace.h"
 #include "presentation/PanelSurface.h"
 #include "presentation/PresentationState.h"
+#include "presentation/StatusItems.h"
 
+#include <chrono>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace Quillory {
 
 // Decides when the reader panel is on screen, and gives the keyboard back to where the user was when it goes.
-// Main thread only; everything handed in outlives it.
+// The panel is resident until it is dismissed, or a peek for as long as keys are held. Main thread only; everything
+// handed in outlives it.
 class PresentationCoordinator {
 public:
-    PresentationCoordinator(
-        LibraryStore& store, KeyboardShortcuts& shortcuts, Workspace& workspace, PanelSurface& panel);
+    struct Services {
+        KeyboardShortcuts& shortcuts;
+        Workspace& workspace;
+        SessionEvents& session;
+        ModifierEvents& modifierEvents;
+        InputPermission const& permission;
+        KeyState const& keys;
+        Executor& executor;
+    };
+
+    // How often the keys of a peek are looked at, for the case that their release is never told.
+    static constexpr std::chrono::milliseconds peekPoll { 30 };
+
+    PresentationCoordinator(LibraryStore& store, Services services, PanelSurface& panel, StatusItems& items);
     PresentationCoordinator(PresentationCoordinator const&) = delete;
     PresentationCoordinator& operator=(PresentationCoordinator const&) = delete;
 
+    // Requests of the user. Nothing happens while a file panel is open.
     void toggle();
     void open();
     void close();
 
-    // The panel goes by the hand of the window system.
+    // The panel was moved or resized, and, its last word, closed by its close button.
+    void windowDidMove() { savePanelFrame(); }
+    void windowDidResize() { savePanelFrame(); }
     void windowWillClose();
 
     PresentationState state() const { return m_state; }
+    bool isPeeking() const { return m_isPeeking; }
+    bool isGesturePeek() const { return m_gesturePeek; }
+    bool isPolling() const { return m_peekTask.isActive(); }
+    std::optional<RunningApplication> const& previousApp() const { return m_previousApp; }
 
 private:
+    // Whether this program had the front when the panel was about to go.
+    enum class Front { ours, theirs };
+
+    // What calls `operation` for as long as this object lives, and nothing afterwards.
+    template<typename... Arguments>
+    auto weakly(void (PresentationCoordinator::*operation)(Arguments...))
+    {
+        return [self = std::weak_ptr(m_self), operation](Arguments... arguments) {
+            if (auto const living = self.lock())
+                ((*living)->*operation)(arguments...);
+        };
+    }
+
+    void bindShortcuts();
+    void observe();
+    void refreshGesture();
+
+    void peekKeyDown();
+    void peekKeyUp();
+    void gestureBegan(ModifierFlags flags, std::uint16_t keyCode);
+    void gestureEnded();
+    void beginPeek(ModifierFlags modifiers, std::uint16_t keyCode);
+    void pollPeek(ModifierFlags modifiers, std::uint16_t keyCode);
+    void resetAndClosePeek();
+    void clearPeek();
+
+    void woke();
+    void endPeek();
     void applicationActivated(RunningApplication const& application);
-    void restorePreviousApp();
+    void filePickerWillPresent();
+
+    void rebuildPins() { m_items.rebuildPins(); }
+    void savePanelFrame();
+    void applyPeekLevel() { m_panel.applyPeekLevel(presence()); }
+    PanelPresence presence() const { return m_isPeeking ? PanelPresence::peek : PanelPresence::resident; }
+    bool isPickerOnScreen() const;
+    Front front() const;
+    void restorePreviousApp(Front front);
     bool isThisApplication(std::optional<RunningApplication> const& application) const;
 
     LibraryStore& m_store;
-    Workspace& m_workspace;
+    Services m_services;
     PanelSurface& m_panel;
+    StatusItems& m_items;
     PresentationState m_state = PresentationState::closed;
     std::optional<RunningApplication> m_previousApp; // where the keyboard goes back to
-    Registration m_activations;
+    Registration m_peekTask;
+    bool m_isPeeking = false;
+    bool m_gesturePeek = false;
+    ModifierGestureMonitor m_modifierMonitor;
+    std::shared_ptr<PresentationCoordinator*> m_self = std::make_shared<PresentationCoordinator*>(this);
+    std::vector<Registration> m_observations;
 };
 
 }

@@ -1,80 +1,147 @@
 #include "presentation/ReaderPanel.h"
 
+#include "presentation/PanelFrame.h"
+#include "presentation/WindowEdges.h"
+
 #include <QCloseEvent>
 #include <QCoreApplication>
-#include <QCursor>
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QScreen>
+#include <QToolTip>
 #include <QWindow>
 
-#include <algorithm>
+#include <utility>
 
 namespace Quillory {
 
-namespace {
-
-constexpr QSize defaultSize { 880, 640 };
-constexpr QSize smallestSize { 440, 360 };
-
-}
-
-ReaderPanel::ReaderPanel(LibraryStore& store, Workspace& workspace)
+ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
-    , m_workspace(workspace)
+    , m_store(store)
+    , m_services(std::move(services))
     , m_view(store, [this] { onDismiss(); }, this)
 {
-    setMinimumSize(smallestSize);
-    resize(defaultSize);
+    setMinimumSize(PanelFrame::minimumSize.toSize());
+    resize(PanelFrame::defaultSize.toSize());
     setWindowTitle(m_view.windowTitle());
     connect(&m_view, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
     m_view.topBar()->installEventFilter(this);
     // The native window now, so that the first show finds everything but the pixels.
-    winId();
+    m_window = m_services.makeWindow(winId());
     ensurePolished();
+    windowHandle()->installEventFilter(this);
+    new WindowEdges(*this, [this] { m_restoringPanelFrame.userMoves(); });
 }
 
-void ReaderPanel::show()
+ReaderPanel::~ReaderPanel() = default;
+
+void ReaderPanel::show(PanelPresence presence)
 {
-    if (!isVisible())
-        moveToUsersScreen();
+    takeFrame();
+    m_view.startAfresh();
     m_view.refresh();
-    m_workspace.prepareToShow(winId());
+    applyPeekLevel(presence);
+    m_services.workspace.prepareToShow(winId());
+    m_window->willShow();
     QWidget::show();
+    m_window->didShow();
+    makeKeyAndOrderFront();
+    focusReader();
+}
+
+void ReaderPanel::takeFrame()
+{
+    if (!std::exchange(m_isPlaced, true)) {
+        if (auto const visible = visibleFrame())
+            move(PanelFrame::centered(*visible).topLeft().toPoint());
+    }
+    auto const stored = m_services.defaults.get<QString>(QLatin1StringView(frameKey));
+    auto const frame = PanelFrame::forShow(stored, pos(), visibleFrame()).toRect();
+    if (isVisible() && frame == geometry())
+        return;
+    m_restoringPanelFrame.begin(frame);
+    setGeometry(frame);
+}
+
+// A panel that is up stays on its screen; a hidden one comes to where the user is.
+std::optional<QRectF> ReaderPanel::visibleFrame() const
+{
+    auto const screens = m_services.screens.screens();
+    auto const usersScreen = [&] {
+        auto const front = screens.size() > 1 ? m_services.workspace.frontmostFrame() : std::nullopt;
+        return PanelFrame::usersScreen(screens, front, m_services.screens.pointer());
+    };
+    auto const screen = isVisible() ? PanelFrame::screenOf(screens, geometry()) : usersScreen();
+    return screen ? std::optional<QRectF>(screen->visibleFrame) : std::nullopt;
+}
+
+void ReaderPanel::makeKeyAndOrderFront()
+{
     raise();
-    m_workspace.activateIgnoringOtherApps(winId());
-    m_view.setFocus();
+    m_services.workspace.activateIgnoringOtherApps(winId());
 }
 
 void ReaderPanel::orderOut()
 {
-    hide();
+    hidePanel();
 }
 
-void ReaderPanel::moveToUsersScreen()
+void ReaderPanel::hidePanel()
 {
-    auto const* const atPointer = QGuiApplication::screenAt(QCursor::pos());
-    auto const* const target = atPointer ? atPointer : QGuiApplication::primaryScreen();
-    if (m_isPlaced && screen() == target)
+    m_focusTask.end();
+    hide();
+    m_window->didHide();
+}
+
+void ReaderPanel::savePanelFrame()
+{
+    if (m_restoringPanelFrame.isOn())
         return;
-    auto const available = target->availableGeometry();
-    resize(size().boundedTo(available.size()));
-    move(available.center() - QPoint(width() / 2, height() / 2));
-    m_isPlaced = true;
+    m_services.defaults.setValue(QLatin1StringView(frameKey), PanelFrame::string(geometry()));
+}
+
+void ReaderPanel::focusReader()
+{
+    m_focusTask = m_services.executor.post([this] {
+        if (m_store.librarySearchVisible.value() || m_store.findVisible.value())
+            return;
+        if (auto* const text = m_view.textView(); text->isVisibleTo(this))
+            text->setFocus();
+    });
+}
+
+void ReaderPanel::applyPeekLevel(PanelPresence presence)
+{
+    m_window->setLevel(levelOf(presence));
+    m_window->setCollectionBehavior(collectionBehaviorOf(presence));
+}
+
+void ReaderPanel::dismissTooltips()
+{
+    QToolTip::hideText();
 }
 
 void ReaderPanel::closeEvent(QCloseEvent* event)
 {
     event->accept();
-    hide();
-    onClosed();
+    if (!isVisible())
+        return;
+    onClosing();
+    hidePanel();
+}
+
+void ReaderPanel::moveEvent(QMoveEvent* event)
+{
+    QWidget::moveEvent(event);
+    onMoved();
+    m_restoringPanelFrame.frameIs(geometry(), windowHandle() && windowHandle()->isExposed());
 }
 
 void ReaderPanel::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     m_view.resize(size());
+    onResized();
+    m_restoringPanelFrame.frameIs(geometry(), windowHandle() && windowHandle()->isExposed());
 }
 
 void ReaderPanel::keyPressEvent(QKeyEvent* event)
@@ -89,8 +156,15 @@ void ReaderPanel::keyPressEvent(QKeyEvent* event)
 
 bool ReaderPanel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() == QEvent::MouseButtonPress && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton)
+    if (watched == windowHandle()) {
+        if (event->type() == QEvent::Expose)
+            m_restoringPanelFrame.frameIs(geometry(), windowHandle()->isExposed());
+        return false;
+    }
+    if (event->type() == QEvent::MouseButtonPress && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+        m_restoringPanelFrame.userMoves();
         return windowHandle()->startSystemMove();
+    }
     return QWidget::eventFilter(watched, event);
 }
 

@@ -1,41 +1,73 @@
 #pragma once
 
 #include "library/LibraryStore.h"
+#include "platform/Executor.h"
+#include "platform/PanelWindow.h"
+#include "platform/Screens.h"
+#include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
+#include "presentation/PanelFrameGuard.h"
 #include "presentation/PanelSurface.h"
 #include "reader/ReaderView.h"
 
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 namespace Quillory {
 
 // The one window that shows sheets. It is made once, hidden or visible for the whole run, and stays ready between
-// shows, so that a show only has to map it. GUI thread only; store and workspace outlive it.
+// shows, so that a show only has to map it. GUI thread only; all that is handed in outlives it.
 class ReaderPanel final : public QWidget, public PanelSurface {
     Q_OBJECT
 public:
-    ReaderPanel(LibraryStore& store, Workspace& workspace);
+    struct Services {
+        UserDefaults& defaults;
+        Workspace& workspace;
+        Screens const& screens;
+        Executor& executor;
+        MakePanelWindow makeWindow;
+    };
 
-    void show() override;
+    static constexpr char frameKey[] = "persistentPanelFrame";
+
+    ReaderPanel(LibraryStore& store, Services services);
+    ~ReaderPanel() override;
+
+    void show(PanelPresence presence) override;
+    void makeKeyAndOrderFront() override;
     void orderOut() override;
+    void savePanelFrame() override;
+    void focusReader() override;
+    void applyPeekLevel(PanelPresence presence) override;
+    void dismissTooltips() override;
 
-    // Called when the reader asks to be closed, and when the window was closed by the user.
-    std::function<void()> onDismiss;
-    std::function<void()> onClosed;
+    // The reader asks to be closed.
+    std::function<void()> onDismiss = [] { };
+    // The window was moved or resized; it is about to close by its close button.
+    std::function<void()> onMoved = [] { };
+    std::function<void()> onResized = [] { };
+    std::function<void()> onClosing = [] { };
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void moveToUsersScreen();
+    void takeFrame();
+    std::optional<QRectF> visibleFrame() const;
+    void hidePanel();
 
-    Workspace& m_workspace;
+    LibraryStore& m_store;
+    Services m_services;
     ReaderView m_view;
+    std::unique_ptr<PanelWindow> m_window;
+    PanelFrameGuard m_restoringPanelFrame;
+    Registration m_focusTask;
     bool m_isPlaced = false;
 };
 

@@ -174,6 +174,11 @@ void ReaderView::observeStore()
     m_observations.push_back(m_store.textSize.addNotifier(later));
 }
 
+void ReaderView::startAfresh()
+{
+    m_list->showSelection();
+}
+
 void ReaderView::refreshLater()
 {
     if (m_isRefreshDue)

@@ -28,6 +28,9 @@ public:
     QWidget* topBar() const { return m_topBar; }
     ReaderTextView* textView() const { return m_textView; }
 
+    // Leaves what the user did in the view itself, for the next time that it is called up.
+    void startAfresh();
+
     // Takes over now what has changed, instead of in a later turn.
     void refresh();
 

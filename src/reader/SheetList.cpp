@@ -61,4 +61,12 @@ void SheetList::refresh()
         setCurrentIndex(index);
 }
 
+void SheetList::showSelection()
+{
+    if (auto const selected = currentIndex(); selected.isValid())
+        scrollTo(selected);
+    else
+        scrollToTop();
+}
+
 }

@@ -39,6 +39,9 @@ public:
     // Takes over the store's sheets and selection.
     void refresh();
 
+    // Scrolls to where the selection is, the top when there is none.
+    void showSelection();
+
 private:
     LibraryStore& m_store;
     SheetListModel m_model;

@@ -1,0 +1,206 @@
+#pragma once
+
+#include "presentation/PresentationCoordinator.h"
+
+#include "presentation/SessionKeyboard.h"
+#include "support/FakeHotKeys.h"
+#include "support/FakeLibraryServices.h"
+#include "support/FakeSessionEvents.h"
+
+#include <optional>
+#include <utility>
+
+namespace Quillory {
+
+inline constexpr std::uint64_t panelWindow = 9;
+inline RunningApplication const editor { QStringLiteral("editor"), 1 };
+inline RunningApplication const secondEditorWindow { QStringLiteral("editor"), 2 };
+inline RunningApplication const browser { QStringLiteral("browser"), 3 };
+
+// A panel that comes to the front of the desktop when it is shown, as the real one does.
+class RecordingPanel final : public PanelSurface {
+public:
+    explicit RecordingPanel(FakeWorkspace& workspace)
+        : m_workspace(workspace)
+    {
+        m_workspace.open({ m_workspace.mainBundleIdentifier(), panelWindow });
+    }
+
+    void show(PanelPresence shownAs) override
+    {
+        calls.append(shownAs == PanelPresence::peek ? QStringLiteral("show peek") : QStringLiteral("show"));
+        presence = shownAs;
+        isUp = true;
+        m_workspace.activateIgnoringOtherApps(panelWindow);
+    }
+    void makeKeyAndOrderFront() override
+    {
+        calls.append(QStringLiteral("makeKeyAndOrderFront"));
+        m_workspace.activateIgnoringOtherApps(panelWindow);
+    }
+    void orderOut() override
+    {
+        calls.append(QStringLiteral("orderOut"));
+        isUp = false;
+    }
+    void savePanelFrame() override { calls.append(QStringLiteral("savePanelFrame")); }
+    void focusReader() override { calls.append(QStringLiteral("focusReader")); }
+    void applyPeekLevel(PanelPresence applied) override
+    {
+        calls.append(applied == PanelPresence::peek ? QStringLiteral("raise level") : QStringLiteral("lower level"));
+        presence = applied;
+    }
+    void dismissTooltips() override { calls.append(QStringLiteral("dismissTooltips")); }
+
+    QStringList takeCalls() { return std::exchange(calls, {}); }
+
+    QStringList calls;
+    PanelPresence presence = PanelPresence::resident;
+    bool isUp = false;
+
+private:
+    FakeWorkspace& m_workspace;
+};
+
+struct CountingItems final : StatusItems {
+    void rebuildPins() override { ++rebuilds; }
+    int rebuilds = 0;
+};
+
+// A coordinator among fakes, with other programs on the desktop, the second editor window in front, and the keys that
+// its user has.
+class SummoningDesk {
+public:
+    enum class Presence { closed, resident, keyboardPeek, gesturePeek };
+
+    static constexpr std::uint16_t toggleKey = 40, peekKey = 38, leftOption = 58;
+    static constexpr auto toggleModifiers = ModifierFlags::control | ModifierFlags::option;
+    static constexpr auto peekModifiers = ModifierFlags::control | ModifierFlags::command;
+
+    SummoningDesk()
+    {
+        for (auto const& application : { editor, secondEditorWindow, browser })
+            workspace.open(application);
+        workspace.bringToFront(secondEditorWindow.window);
+        services.openPanels.showWindow(panelWindow);
+        store(u"toggleQuillory", { toggleKey, Shortcut::carbonModifiersOf(toggleModifiers) });
+        store(u"peekQuillory", { peekKey, Shortcut::carbonModifiersOf(peekModifiers) });
+        library.setModifierGesture(ModifierGesture::option);
+        make();
+    }
+
+    void store(QStringView name, Shortcut const& shortcut)
+    {
+        services.defaults.setValue(QStringLiteral("KeyboardShortcuts_") + name.toString(), shortcut.encoded());
+    }
+
+    void make()
+    {
+        coordinator.reset();
+        shortcuts.emplace(services.defaults, hotKeys);
+        coordinator.emplace(library,
+            PresentationCoordinator::Services {
+                *shortcuts, workspace, session, keyboard, keyboard, keyboard, executor },
+            panel, items);
+    }
+
+    void strikeToggle()
+    {
+        hotKeys.press(toggleKey, toggleModifiers);
+        hotKeys.release(toggleKey);
+    }
+    void pressPeek()
+    {
+        keyboard.keysDown.insert(peekKey);
+        keyboard.heldFlags = keyboard.heldFlags | peekModifiers;
+        hotKeys.press(peekKey, peekModifiers);
+    }
+    // The keys are let go; `releasePeek` tells it.
+    void losePeekRelease()
+    {
+        keyboard.keysDown.erase(peekKey);
+        keyboard.heldFlags = SessionKeyboard::without(keyboard.heldFlags, peekModifiers);
+    }
+    void releasePeek()
+    {
+        losePeekRelease();
+        hotKeys.release(peekKey);
+    }
+    void tapOption(std::chrono::milliseconds pause = std::chrono::milliseconds(50))
+    {
+        for (bool const isDown : { true, false }) {
+            keyboard.change(leftOption, ModifierFlags::option, isDown);
+            executor.advance(pause);
+        }
+    }
+    void pressOption() { keyboard.change(leftOption, ModifierFlags::option, true); }
+    void releaseOption() { keyboard.change(leftOption, ModifierFlags::option, false); }
+    void holdOption()
+    {
+        tapOption();
+        pressOption();
+        executor.advance(std::chrono::milliseconds(350));
+    }
+    void presentPicker() { library.chooseFolder(panelWindow); }
+
+    void become(Presence presence)
+    {
+        switch (presence) {
+        case Presence::closed:
+            break;
+        case Presence::resident:
+            coordinator->open();
+            break;
+        case Presence::keyboardPeek:
+            pressPeek();
+            break;
+        case Presence::gesturePeek:
+            holdOption();
+            break;
+        }
+    }
+
+    Presence presence() const
+    {
+        if (coordinator->isGesturePeek())
+            return Presence::gesturePeek;
+        if (coordinator->isPeeking())
+            return Presence::keyboardPeek;
+        return coordinator->state() == PresentationState::panel ? Presence::resident : Presence::closed;
+    }
+
+    // What is wrong between the parts of the state, nothing when all is well.
+    QStringList contradictions() const
+    {
+        QStringList wrong;
+        auto const mustHold = [&](bool holds, char const* sentence) {
+            if (!holds)
+                wrong.append(QLatin1StringView(sentence));
+        };
+        bool const isPeeking = coordinator->isPeeking();
+        bool const isClosed = coordinator->state() == PresentationState::closed;
+        mustHold(isPeeking == coordinator->isPolling(), "a peek and nothing else has a poll");
+        mustHold(isPeeking || !coordinator->isGesturePeek(), "a gesture peek is a peek");
+        mustHold(!(isPeeking && isClosed), "a peek is on screen");
+        mustHold(isPeeking == (library.peekModifiers.value() != ModifierFlags::none),
+            "a peek and nothing else has modifiers");
+        mustHold(isPeeking == (panel.presence == PanelPresence::peek), "a peek and nothing else stands above");
+        mustHold(isClosed != panel.isUp, "the panel is up unless it is closed");
+        mustHold(!(isPeeking && library.filePanel.value()), "no peek beside a file panel");
+        return wrong;
+    }
+
+    FakeLibraryServices services;
+    ManualExecutor& executor = services.executor;
+    FakeWorkspace& workspace = services.workspace;
+    LibraryStore library { services.services(), LibraryStore::RestoreFolder::no };
+    FakeHotKeys hotKeys;
+    FakeSessionEvents session;
+    SessionKeyboard keyboard { executor };
+    RecordingPanel panel { workspace };
+    CountingItems items;
+    std::optional<KeyboardShortcuts> shortcuts;
+    std::optional<PresentationCoordinator> coordinator;
+};
+
+}
