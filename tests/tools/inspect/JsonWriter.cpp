@@ -1,5 +1,7 @@
 #include "JsonWriter.h"
 
+#include <utility>
+
 namespace Quillory {
 
 void JsonWriter::separate()
@@ -11,6 +13,8 @@ void JsonWriter::separate()
     if (!m_isFirst.back())
         m_bytes += ',';
     m_isFirst.back() = false;
+    if (std::exchange(m_beginsLine, false))
+        m_bytes += '\n';
 }
 
 void JsonWriter::begin(char bracket)
@@ -51,6 +55,8 @@ void JsonWriter::write(QStringView text)
             m_bytes += byte;
         } else if (byte == '\n') {
             m_bytes += "\\n";
+        } else if (byte == '\t') {
+            m_bytes += "\\t";
         } else if (code < 0x20) {
             m_bytes += "\\u00";
             m_bytes += digits[code >> 4U];

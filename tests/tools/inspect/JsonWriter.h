@@ -22,6 +22,9 @@ public:
     void boolean(bool value);
     void null();
 
+    // Begins a line before the next value. Means nothing to JSON, and much to whoever compares two files.
+    void beginLine() { m_beginsLine = true; }
+
     // A key with its value.
     void member(QStringView name, QStringView text);
     void numberMember(QStringView name, double value);
@@ -38,6 +41,7 @@ private:
     void write(QStringView text);
 
     QByteArray m_bytes;
+    bool m_beginsLine = false;
     std::vector<bool> m_isFirst { true };
     bool m_isBehindKey = false;
 };

@@ -39,15 +39,25 @@ void writeFont(JsonWriter& json, FontAttribute const& font)
     json.endObject();
 }
 
+void writeAttachment(JsonWriter& json, Attachment const& attachment)
+{
+    json.key(u"attachment");
+    json.beginObject();
+    json.numberMember(u"width", attachment.width);
+    json.numberMember(u"height", attachment.height);
+    if (auto const* symbol = std::get_if<Symbol>(&attachment.picture)) {
+        json.member(u"symbol", symbol->name);
+        writeColor(json, u"color", u"colorAlpha", symbol->color);
+    }
+    json.endObject();
+}
+
 void writeAttributes(JsonWriter& json, TextAttributes const& attributes)
 {
     if (attributes.attachment) {
-        json.key(u"attachment");
-        json.beginObject();
-        json.numberMember(u"width", attributes.attachment->width);
-        json.numberMember(u"height", attributes.attachment->height);
-        json.endObject();
-        return;
+        writeAttachment(json, *attributes.attachment);
+        if (attributes == TextAttributes { .attachment = attributes.attachment })
+            return;
     }
     writeFont(json, attributes.font);
     writeColor(json, u"color", u"colorAlpha", attributes.color);
@@ -63,6 +73,19 @@ void writeAttributes(JsonWriter& json, TextAttributes const& attributes)
         json.numberMember(u"baselineOffset", attributes.baselineOffset);
 }
 
+QStringView borderName(TableBlock::Border border)
+{
+    switch (border) {
+    case TableBlock::Border::none:
+        return u"none";
+    case TableBlock::Border::leftEdge:
+        return u"left";
+    case TableBlock::Border::allEdges:
+        return u"all";
+    }
+    Q_UNREACHABLE();
+}
+
 void writeBlock(JsonWriter& json, TableBlock const& block)
 {
     json.key(u"block");
@@ -74,10 +97,13 @@ void writeBlock(JsonWriter& json, TableBlock const& block)
     json.integerMember(u"rowSpan", 1);
     json.integerMember(u"columnSpan", 1);
     json.numberMember(u"padding", block.padding);
+    json.member(u"border", borderName(block.border));
     json.numberMember(u"borderWidth", block.borderWidth);
     writeColor(json, u"borderColor", u"borderColorAlpha", block.borderColor);
     if (block.background)
         writeColor(json, u"background", u"backgroundAlpha", *block.background);
+    if (block.widths == TableBlock::Widths::fixed)
+        json.numberMember(u"widthPercent", block.widthPercent);
     json.endObject();
 }
 
@@ -94,6 +120,7 @@ void writeParagraph(JsonWriter& json, ParagraphStyle const& style)
     json.numberMember(u"paragraphSpacingBefore", style.paragraphSpacingBefore);
     json.numberMember(u"paragraphSpacing", style.paragraphSpacing);
     json.numberMember(u"lineSpacing", style.lineSpacing);
+    json.numberMember(u"rightTabStop", style.rightTabStop);
     if (style.block)
         writeBlock(json, *style.block);
     json.endObject();
@@ -110,6 +137,7 @@ void writeRuns(JsonWriter& json, AttributedText const& text)
     std::size_t paragraph = 0;
     for (qsizetype location = 0; location < text.length();) {
         auto const end = std::min(endOf(runs[run]), endOf(paragraphs[paragraph]));
+        json.beginLine();
         json.beginObject();
         json.integerMember(u"location", location);
         json.integerMember(u"length", end - location);
@@ -147,8 +175,10 @@ void writeRendered(JsonWriter& json, RenderedMarkdown const& rendered)
     writeRuns(json, rendered.text);
     json.key(u"copyTargets");
     json.beginArray();
-    for (auto const& target : rendered.copyTargets)
+    for (auto const& target : rendered.copyTargets) {
+        json.beginLine();
         writeTarget(json, target);
+    }
     json.endArray();
     json.endObject();
 }

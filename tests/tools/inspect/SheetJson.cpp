@@ -3,6 +3,8 @@
 #include "RenderedJson.h"
 
 #include "rendering/MarkdownRenderer.h"
+#include "rendering/ShortcutRenderer.h"
+#include "support/FixedTextMeasure.h"
 
 #include <variant>
 #include <vector>
@@ -244,18 +246,20 @@ QStringView kindOf(Sheet const& sheet)
     return sheet.parsed ? u"markdown" : sheet.shortcuts ? u"structured" : u"unreadable";
 }
 
-void writeRendering(JsonWriter& json, Sheet const& sheet, double textSize)
+}
+
+void writeRendering(JsonWriter& json, Sheet const& sheet, Page const& page)
 {
-    json.key(u"rendered");
     if (sheet.parsed)
-        writeRendered(json, MarkdownRenderer::render(*sheet.parsed, sheet.title, sheet.images, textSize));
+        writeRendered(json, MarkdownRenderer::render(*sheet.parsed, sheet.title, sheet.images, page.textSize));
+    else if (sheet.shortcuts)
+        writeRendered(json,
+            ShortcutRenderer::render(*sheet.shortcuts, sheet.images, page.width, page.textSize, FixedTextMeasure()));
     else
         json.null();
 }
 
-}
-
-void writeSheet(JsonWriter& json, Sheet const& sheet, std::optional<double> renderTextSize)
+void writeSheet(JsonWriter& json, Sheet const& sheet, std::optional<Page> const& page)
 {
     json.beginObject();
     json.member(u"id", sheet.id);
@@ -283,8 +287,10 @@ void writeSheet(JsonWriter& json, Sheet const& sheet, std::optional<double> rend
     for (auto const& warning : sheet.iconWarnings)
         json.string(warning);
     json.endArray();
-    if (renderTextSize)
-        writeRendering(json, sheet, *renderTextSize);
+    if (page) {
+        json.key(u"rendered");
+        writeRendering(json, sheet, *page);
+    }
     json.endObject();
 }
 

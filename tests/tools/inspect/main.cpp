@@ -14,12 +14,13 @@ namespace {
 using namespace Quillory;
 
 constexpr int cannotDo = 2;
-constexpr auto usage = "usage: quillory-inspect FOLDER [--sheet ID] [--render WIDTH TEXTSIZE]";
+constexpr auto usage = "usage: quillory-inspect FOLDER [--sheet ID] [--render WIDTH TEXTSIZE] [--only-rendered]";
 
 struct Request {
     QString folder;
     std::optional<QString> sheet;
-    std::optional<double> textSize;
+    std::optional<Page> page;
+    bool onlyRendered = false;
 };
 
 std::optional<Request> parse(QStringList arguments)
@@ -38,15 +39,31 @@ std::optional<Request> parse(QStringList arguments)
         if (argument == QLatin1StringView("--sheet")) {
             request.sheet = next();
         } else if (argument == QLatin1StringView("--render")) {
-            number(); // the width matters to sheets that are laid out in columns alone
-            request.textSize = number();
+            auto const width = number();
+            request.page = Page { width, number() };
+        } else if (argument == QLatin1StringView("--only-rendered")) {
+            request.onlyRendered = true;
         } else if (request.folder.isEmpty() && !argument.startsWith(QLatin1StringView("--"))) {
             request.folder = argument;
         } else {
             return std::nullopt;
         }
     }
+    isGood = isGood && (!request.onlyRendered || (request.sheet && request.page));
     return isGood && !request.folder.isEmpty() ? std::optional(request) : std::nullopt;
+}
+
+void writeSheets(JsonWriter& json, QList<Sheet> const& sheets, Request const& request)
+{
+    json.beginObject();
+    json.key(u"sheets");
+    json.beginArray();
+    for (auto const& sheet : sheets) {
+        if (!request.sheet || sheet.id == *request.sheet)
+            writeSheet(json, sheet, request.page);
+    }
+    json.endArray();
+    json.endObject();
 }
 
 }
@@ -69,15 +86,12 @@ int main(int argc, char* argv[])
     }
 
     JsonWriter json;
-    json.beginObject();
-    json.key(u"sheets");
-    json.beginArray();
-    for (auto const& sheet : *sheets) {
-        if (!request->sheet || sheet.id == *request->sheet)
-            writeSheet(json, sheet, request->textSize);
+    if (request->onlyRendered) {
+        auto const* sheet = findSheet(*sheets, *request->sheet);
+        sheet ? writeRendering(json, *sheet, *request->page) : json.null();
+    } else {
+        writeSheets(json, *sheets, *request);
     }
-    json.endArray();
-    json.endObject();
     std::fwrite(json.bytes().constData(), 1, static_cast<std::size_t>(json.bytes().size()), stdout);
     return std::fputc('\n', stdout) == '\n' && std::fflush(stdout) == 0 ? 0 : 1;
 }
