@@ -5,16 +5,28 @@
 
 namespace Quillory {
 
-KeyboardShortcuts::KeyboardShortcuts(UserDefaults& defaults, HotKeys& hotKeys)
-    : m_defaults(defaults)
-    , m_hotKeys(hotKeys)
+KeyboardShortcuts::KeyboardShortcuts(ShortcutStorage& storage, HotKeyCenter& center, Executor& executor)
+    : m_storage(storage)
+    , m_center(center)
+    , m_executor(executor)
+    , m_storageChanges(storage.listen({
+          .willChange = [this](Name const& name) { unregisterShortcut(name); },
+          .didChange = [this](Name const& name) { registerShortcut(name); },
+      }))
 {
 }
 
-std::optional<Shortcut> KeyboardShortcuts::getShortcut(Name const& name) const
+void KeyboardShortcuts::define(Name const& name)
 {
-    auto const stored = m_defaults.get<QString>(name.defaultsKey());
-    return stored ? Shortcut::decode(*stored) : std::nullopt;
+    noteName(name);
+    m_storage.storeInitialShortcut(name);
+    m_definitions.push_back(m_executor.post([this, name] { registerShortcut(name); }));
+}
+
+void KeyboardShortcuts::setShortcut(std::optional<Shortcut> const& shortcut, Name const& name)
+{
+    noteName(name);
+    m_storage.setShortcut(shortcut, name);
 }
 
 void KeyboardShortcuts::onKeyDown(Name const& name, Action action)
@@ -29,38 +41,57 @@ void KeyboardShortcuts::onKeyUp(Name const& name, Action action)
 
 void KeyboardShortcuts::listen(Name const& name, HotKeys::Phase phase, Action action)
 {
-    storeInitialShortcut(name);
-    m_listeners.push_back({ name, phase, std::move(action) });
+    noteName(name);
+    m_handlers.push_back({ name, phase, std::move(action) });
     registerShortcut(name);
 }
 
-// Only where nothing is stored: a shortcut that the user disabled stays disabled.
-void KeyboardShortcuts::storeInitialShortcut(Name const& name)
+void KeyboardShortcuts::noteName(Name const& name)
 {
-    if (name.initialShortcut && !m_defaults.value(name.defaultsKey()))
-        m_defaults.setValue(name.defaultsKey(), name.initialShortcut->encoded());
+    if (std::ranges::find(m_names, name.rawValue, &Name::rawValue) == m_names.end())
+        m_names.push_back(name);
+}
+
+// The hot key stays as long as another name uses the same shortcut.
+void KeyboardShortcuts::unregisterShortcut(Name const& name)
+{
+    auto const shortcut = getShortcut(name);
+    bool const isShared = std::ranges::any_of(
+        m_names, [&](Name const& other) { return other.rawValue != name.rawValue && getShortcut(other) == shortcut; });
+    if (shortcut && !isShared)
+        remove(*shortcut);
 }
 
 void KeyboardShortcuts::registerShortcut(Name const& name)
 {
     auto const shortcut = getShortcut(name);
-    if (!shortcut || std::ranges::find(m_registered, *shortcut, &HotKey::shortcut) != m_registered.end())
+    bool const isListenedTo = std::ranges::any_of(
+        m_handlers, [&](Handler const& handler) { return handler.name.rawValue == name.rawValue; });
+    if (!isListenedTo || !shortcut
+        || std::ranges::find(m_registered, *shortcut, &Entry::shortcut) != m_registered.end())
         return;
-    if (!std::in_range<std::uint16_t>(shortcut->carbonKeyCode))
+    auto const on = [this, shortcut = *shortcut](
+                        HotKeys::Phase phase) { return [this, shortcut, phase] { dispatch(shortcut, phase); }; };
+    auto const hotKey = std::make_shared<HotKey>(m_center, shortcut->carbonKeyCode, shortcut->carbonModifiers,
+        on(HotKeys::Phase::pressed), on(HotKeys::Phase::released));
+    if (!m_center.registerHotKey(hotKey))
         return;
-    auto registration = m_hotKeys.registerHotKey(static_cast<std::uint16_t>(shortcut->carbonKeyCode),
-        shortcut->modifiers(), [this, shortcut = *shortcut](HotKeys::Phase phase) { dispatch(shortcut, phase); });
-    if (registration)
-        m_registered.push_back({ *shortcut, std::move(*registration) });
+    hotKey->onRegistrationFailed = [this, shortcut = *shortcut] { remove(shortcut); };
+    m_registered.push_back({ *shortcut, hotKey });
+}
+
+void KeyboardShortcuts::remove(Shortcut const& shortcut)
+{
+    std::erase_if(m_registered, [&](Entry const& entry) { return entry.shortcut == shortcut; });
 }
 
 void KeyboardShortcuts::dispatch(Shortcut const& shortcut, HotKeys::Phase phase) const
 {
-    // An action may add listeners.
-    auto const listeners = m_listeners;
-    for (auto const& listener : listeners) {
-        if (listener.phase == phase && getShortcut(listener.name) == shortcut)
-            listener.action();
+    // An action may add handlers.
+    auto const handlers = m_handlers;
+    for (auto const& handler : handlers) {
+        if (handler.phase == phase && getShortcut(handler.name) == shortcut)
+            handler.action();
     }
 }
 

@@ -1,27 +1,30 @@
 #pragma once
 
-#include "KeyboardShortcuts/Shortcut.h"
-#include "KeyboardShortcuts/ShortcutName.h"
-#include "platform/HotKeys.h"
-#include "platform/UserDefaults.h"
+#include "KeyboardShortcuts/HotKeyCenter.h"
+#include "KeyboardShortcuts/ShortcutStorage.h"
+#include "platform/Executor.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <vector>
 
 namespace Quillory {
 
-// The stored shortcuts of the program, and a hot key for each that somebody listens to. Main thread only.
+// A hot key for each stored shortcut that somebody listens to; it follows the storage. Main thread only.
 class KeyboardShortcuts {
 public:
     using Name = ShortcutName;
     using Action = std::function<void()>;
 
-    // Both outlive it.
-    KeyboardShortcuts(UserDefaults& defaults, HotKeys& hotKeys);
+    // All three outlive it.
+    KeyboardShortcuts(ShortcutStorage& storage, HotKeyCenter& center, Executor& executor);
 
-    // Nothing when the user disabled it, when none was ever set, and for a stored value that can't be read.
-    std::optional<Shortcut> getShortcut(Name const& name) const;
+    // Stores the name's initial shortcut where nothing was ever stored; the hot key follows in a later turn.
+    void define(Name const& name);
+
+    std::optional<Shortcut> getShortcut(Name const& name) const { return m_storage.getShortcut(name); }
+    void setShortcut(std::optional<Shortcut> const& shortcut, Name const& name);
 
     // Runs `action` whenever the name's shortcut goes down, or is let go; several of one phase in order of arrival.
     // A shortcut that the system refuses gets no hot key, and nobody is told.
@@ -29,25 +32,31 @@ public:
     void onKeyUp(Name const& name, Action action);
 
 private:
-    struct Listener {
+    struct Handler {
         Name name;
         HotKeys::Phase phase;
         Action action;
     };
-    struct HotKey {
+    struct Entry {
         Shortcut shortcut;
-        Registration registration;
+        std::shared_ptr<HotKey> hotKey;
     };
 
     void listen(Name const& name, HotKeys::Phase phase, Action action);
-    void storeInitialShortcut(Name const& name);
+    void noteName(Name const& name);
+    void unregisterShortcut(Name const& name);
     void registerShortcut(Name const& name);
+    void remove(Shortcut const& shortcut);
     void dispatch(Shortcut const& shortcut, HotKeys::Phase phase) const;
 
-    UserDefaults& m_defaults;
-    HotKeys& m_hotKeys;
-    std::vector<Listener> m_listeners;
-    std::vector<HotKey> m_registered;
+    ShortcutStorage& m_storage;
+    HotKeyCenter& m_center;
+    Executor& m_executor;
+    std::vector<Name> m_names;
+    std::vector<Handler> m_handlers;
+    std::vector<Entry> m_registered;
+    Registration m_storageChanges;
+    std::vector<Registration> m_definitions;
 };
 
 }

@@ -1,10 +1,14 @@
 #include "KeyboardShortcuts/Shortcut.h"
 
+#include "KeyboardShortcuts/SpecialKey.h"
+
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace Quillory {
 
@@ -13,15 +17,30 @@ namespace {
 struct ModifierBits {
     std::int64_t carbon;
     ModifierFlags flag;
+    QStringView symbol;
 };
 
+// In the order in which they are shown.
 constexpr auto modifierBits = std::to_array<ModifierBits>({
-    { 0x1000, ModifierFlags::control },
-    { 0x800, ModifierFlags::option },
-    { 0x200, ModifierFlags::shift },
-    { 0x100, ModifierFlags::command },
-    { 0x20000, ModifierFlags::function },
+    { 0x1000, ModifierFlags::control, u"⌃" },
+    { 0x800, ModifierFlags::option, u"⌥" },
+    { 0x200, ModifierFlags::shift, u"⇧" },
+    { 0x100, ModifierFlags::command, u"⌘" },
+    { 0x20000, ModifierFlags::function, u"\U0001f310\ufe0e" },
 });
+
+// The first letter of the text in title case, the rest lower: "ß" becomes "Ss".
+QString capitalized(QString const& text)
+{
+    auto const characters = text.toStdU32String();
+    if (characters.empty())
+        return text;
+    auto const titled = QChar::toTitleCase(characters.front());
+    if (titled != characters.front())
+        return QString::fromUcs4(&titled, 1) + QString::fromStdU32String(characters.substr(1)).toLower();
+    auto const upper = text.toUpper();
+    return upper.left(1) + upper.mid(1).toLower();
+}
 
 // 40.0 and 4e1 are the integer 40.
 std::optional<std::int64_t> integer(nlohmann::json const& object, char const* key)
@@ -66,6 +85,40 @@ ModifierFlags Shortcut::modifiers() const
             flags = flags | bits.flag;
     }
     return flags;
+}
+
+ModifierFlags Shortcut::comparableModifiers() const
+{
+    auto const flags = modifiers();
+    if (!SpecialKeys::isInFunctionKeySet(carbonKeyCode))
+        return flags;
+    return static_cast<ModifierFlags>(std::uint32_t(flags) & ~std::uint32_t(ModifierFlags::function));
+}
+
+QString Shortcut::description(KeyboardLayout const& layout) const
+{
+    QString shown;
+    for (auto const& bits : modifierBits) {
+        if (contains(modifiers(), bits.flag))
+            shown += bits.symbol;
+    }
+    if (auto const key = SpecialKeys::withCode(carbonKeyCode))
+        return shown + SpecialKeys::text(*key);
+    auto const character = std::in_range<std::uint16_t>(carbonKeyCode)
+        ? layout.character(static_cast<std::uint16_t>(carbonKeyCode))
+        : std::nullopt;
+    return shown + (character ? capitalized(*character) : QString(QChar::ReplacementCharacter));
+}
+
+bool Shortcut::isTakenBySystem(std::vector<SymbolicHotKey> const& symbolicHotKeys) const
+{
+    constexpr std::int64_t f12 = 111;
+    if (carbonKeyCode == f12 && modifiers() == ModifierFlags::none)
+        return false;
+    return std::ranges::any_of(symbolicHotKeys, [&](SymbolicHotKey const& each) {
+        Shortcut const raw { each.keyCode, carbonModifiersOf(each.modifiers) };
+        return each.isEnabled && Shortcut { each.keyCode, carbonModifiersOf(raw.comparableModifiers()) } == *this;
+    });
 }
 
 QString Shortcut::encoded() const

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "platform/KeyboardLayout.h"
 #include "platform/ModifierFlags.h"
+#include "platform/SystemShortcuts.h"
 
 #include <QString>
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 namespace Quillory {
 
@@ -18,10 +21,20 @@ struct Shortcut {
     static std::int64_t carbonModifiersOf(ModifierFlags modifiers);
     ModifierFlags modifiers() const;
 
+    // The same without the Function modifier where the key makes it say nothing: what two shortcuts are compared by.
+    ModifierFlags comparableModifiers() const;
+
+    // As the user sees it: the modifiers' symbols, then the key under the layout in use; U+FFFD for a key without a
+    // character.
+    QString description(KeyboardLayout const& layout) const;
+
     // JSON: an object with both fields as integers. Reading gives nothing for text that is no such object;
     // further members don't matter.
     QString encoded() const;
     static std::optional<Shortcut> decode(QString const& text);
+
+    // Whether the desktop uses this very combination. F12 alone never counts.
+    bool isTakenBySystem(std::vector<SymbolicHotKey> const& symbolicHotKeys) const;
 
     bool operator==(Shortcut const&) const = default;
 };

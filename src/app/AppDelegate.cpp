@@ -7,13 +7,17 @@ namespace Quillory {
 AppDelegate::AppDelegate(Services services)
     : m_services(std::move(services))
     , m_store(m_services.library, LibraryStore::RestoreFolder::yes)
-    , m_shortcuts(m_services.library.defaults, m_services.hotKeys)
+    , m_shortcutStorage(m_services.library.defaults, m_services.notifications)
+    , m_hotKeyCenter(m_services.hotKeys, m_services.localKeyEvents, m_services.notifications)
+    , m_shortcuts(m_shortcutStorage, m_hotKeyCenter, m_services.library.executor)
 {
 }
 
 void AppDelegate::applicationDidFinishLaunching()
 {
     auto const& library = m_services.library;
+    m_shortcuts.define(ShortcutName::toggleQuillory());
+    m_shortcuts.define(ShortcutName::peekQuillory());
     m_panel = std::make_unique<ReaderPanel>(m_store,
         ReaderPanel::Services {
             library.defaults, library.workspace, m_services.screens, library.executor, m_services.makePanelWindow });

@@ -17,6 +17,8 @@ public:
     struct Services {
         LibraryStore::Services library;
         HotKeys& hotKeys;
+        LocalKeyEvents& localKeyEvents;
+        NotificationCenter& notifications;
         SessionEvents& session;
         ModifierEvents& modifierEvents;
         InputPermission const& permission;
@@ -50,6 +52,8 @@ private:
 
     Services m_services;
     LibraryStore m_store;
+    ShortcutStorage m_shortcutStorage;
+    HotKeyCenter m_hotKeyCenter;
     KeyboardShortcuts m_shortcuts;
     NoStatusItems m_statusItems;
     std::unique_ptr<ReaderPanel> m_panel;

@@ -11,8 +11,11 @@
 #include "platform/linux/freedesktop/DesktopFileOpener.h"
 #include "platform/linux/qt/QtClipboard.h"
 #include "platform/linux/qt/QtExecutor.h"
+#include "platform/linux/qt/QtLocalKeyEvents.h"
+#include "platform/linux/qt/QtMenuTracking.h"
 #include "platform/linux/qt/QtOpenPanels.h"
 #include "platform/linux/qt/QtScreens.h"
+#include "platform/linux/x11/VirtualKeys.h"
 #include "platform/linux/x11/X11Clock.h"
 #include "platform/linux/x11/X11Connection.h"
 #include "platform/linux/x11/X11HotKeys.h"
@@ -99,6 +102,10 @@ int main(int argc, char* argv[])
     X11Clock clock;
     UserTimes const userTimes(clock);
     X11HotKeys hotKeys(**connection, clock);
+    NotificationCenter notifications;
+    QtMenuTracking const menuTracking(notifications);
+    QtLocalKeyEvents localKeyEvents(
+        [](std::uint32_t scanCode) { return VirtualKeys::virtualKeyCode(static_cast<std::uint8_t>(scanCode)); });
     X11Workspace workspace(**connection, clock, flushOwnWindows);
     X11InputPermission const permission(**listening);
     X11ModifierEvents modifierEvents(**listening, clock, permission);
@@ -116,6 +123,8 @@ int main(int argc, char* argv[])
         .library = { defaults, bookmarks, files, events, executor, clipboard, announcements, fileOpener, openPanels,
             workspace },
         .hotKeys = hotKeys,
+        .localKeyEvents = localKeyEvents,
+        .notifications = notifications,
         .session = session,
         .modifierEvents = modifierEvents,
         .permission = permission,

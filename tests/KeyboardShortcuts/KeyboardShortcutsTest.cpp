@@ -1,11 +1,18 @@
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 
 #include "support/FakeHotKeys.h"
+#include "support/ManualExecutor.h"
 #include "support/MemoryUserDefaults.h"
+#include "support/ShortcutsOnFakes.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <map>
+#include <random>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Quillory {
@@ -14,6 +21,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
+using namespace Qt::StringLiterals;
 
 constexpr auto controlOption = ModifierFlags::control | ModifierFlags::option;
 
@@ -29,9 +37,19 @@ protected:
         return [this, what = std::move(what)] { happened.push_back(what); };
     }
 
+    static RawKeyEvent raw(RawKeyEvent::Kind kind, ModifierFlags modifiers, std::uint16_t keyCode = 40)
+    {
+        return { kind, keyCode, modifiers, RawKeyEvent::Repeat::no };
+    }
+
+    void openMenu() { line.notifications.post({ NotificationCenter::menuDidBeginTracking(), {} }); }
+    void closeMenu() { line.notifications.post({ NotificationCenter::menuDidEndTracking(), {} }); }
+
     MemoryUserDefaults defaults;
     FakeHotKeys hotKeys;
-    KeyboardShortcuts shortcuts { defaults, hotKeys };
+    ManualExecutor executor;
+    ShortcutsOnFakes line { defaults, hotKeys, executor };
+    KeyboardShortcuts& shortcuts = line.shortcuts;
     ShortcutName const toggle = ShortcutName::toggleQuillory();
     ShortcutName const peek = ShortcutName::peekQuillory();
     Shortcut const controlOptionK { 40, 6144 };
@@ -41,12 +59,11 @@ protected:
 
 TEST_F(KeyboardShortcutsTest, Only_a_readable_string_under_the_names_key_is_a_shortcut)
 {
-    EXPECT_EQ(toggle.defaultsKey(), QStringLiteral("KeyboardShortcuts_toggleQuillory"));
-    EXPECT_EQ(peek.defaultsKey(), QStringLiteral("KeyboardShortcuts_peekQuillory"));
+    EXPECT_EQ(toggle.defaultsKey(), u"KeyboardShortcuts_toggleQuillory"_s);
+    EXPECT_EQ(peek.defaultsKey(), u"KeyboardShortcuts_peekQuillory"_s);
     EXPECT_EQ(shortcuts.getShortcut(toggle), std::nullopt);
-    for (UserDefaults::Value const& unreadable :
-        { UserDefaults::Value(false), UserDefaults::Value(true), UserDefaults::Value(QStringLiteral("no JSON")),
-            UserDefaults::Value(QStringLiteral("{}")), UserDefaults::Value(40.0) }) {
+    for (UserDefaults::Value const& unreadable : { UserDefaults::Value(false), UserDefaults::Value(true),
+             UserDefaults::Value(u"no JSON"_s), UserDefaults::Value(u"{}"_s), UserDefaults::Value(40.0) }) {
         store(toggle, unreadable);
         EXPECT_EQ(shortcuts.getShortcut(toggle), std::nullopt);
     }
@@ -55,69 +72,42 @@ TEST_F(KeyboardShortcutsTest, Only_a_readable_string_under_the_names_key_is_a_sh
     EXPECT_EQ(shortcuts.getShortcut(peek), std::nullopt);
 }
 
-TEST_F(KeyboardShortcutsTest, An_initial_shortcut_is_stored_only_where_nothing_is)
+TEST_F(KeyboardShortcutsTest, An_initial_shortcut_is_stored_only_where_nothing_is_and_registered_a_turn_later)
 {
-    ShortcutName const name { QStringLiteral("other"), controlOptionK };
-    store(name, false);
+    ShortcutName const name { u"other"_s, controlOptionK };
     shortcuts.onKeyUp(name, note("up"));
+    shortcuts.setShortcut(std::nullopt, name);
+    shortcuts.define(name);
+    executor.runPosted();
     EXPECT_EQ(defaults.value(name.defaultsKey()), UserDefaults::Value(false));
-    EXPECT_THAT(hotKeys.registered(), IsEmpty());
-
-    defaults.removeValue(name.defaultsKey());
-    shortcuts.onKeyUp(name, note("up"));
-    EXPECT_EQ(shortcuts.getShortcut(name), controlOptionK);
-    EXPECT_THAT(hotKeys.registered(), ElementsAre(controlOptionKeyK));
-}
-
-TEST_F(KeyboardShortcutsTest, Nothing_is_registered_before_somebody_listens)
-{
-    store(toggle, controlOptionK.encoded());
     EXPECT_THAT(hotKeys.attempts, IsEmpty());
-    shortcuts.onKeyUp(peek, note("peek"));
-    EXPECT_THAT(hotKeys.attempts, IsEmpty());
-    shortcuts.onKeyUp(toggle, note("toggle"));
+
+    ShortcutName const fresh { u"fresh"_s, controlOptionK };
+    shortcuts.define(fresh);
+    EXPECT_EQ(shortcuts.getShortcut(fresh), controlOptionK);
+    executor.runPosted();
+    EXPECT_THAT(hotKeys.attempts, IsEmpty()) << "nobody listens";
+    shortcuts.onKeyDown(fresh, note("down"));
     EXPECT_THAT(hotKeys.registered(), ElementsAre(controlOptionKeyK));
 }
 
-TEST_F(KeyboardShortcutsTest, Actions_run_in_order_of_arrival_each_in_its_phase)
+TEST_F(KeyboardShortcutsTest, Each_change_is_posted_with_its_name_after_the_hot_key_followed)
 {
-    store(toggle, controlOptionK.encoded());
-    shortcuts.onKeyUp(toggle, note("first up"));
-    shortcuts.onKeyDown(toggle, note("down"));
-    shortcuts.onKeyUp(toggle, note("second up"));
-    EXPECT_THAT(hotKeys.registered(), SizeIs(1));
-    hotKeys.press(40, controlOption);
-    EXPECT_THAT(happened, ElementsAre("down"));
-    hotKeys.release(40);
-    EXPECT_THAT(happened, ElementsAre("down", "first up", "second up"));
-}
-
-TEST_F(KeyboardShortcutsTest, Two_names_with_one_shortcut_share_its_hot_key)
-{
-    store(toggle, controlOptionK.encoded());
-    store(peek, controlOptionK.encoded());
-    shortcuts.onKeyUp(toggle, note("toggle"));
-    shortcuts.onKeyUp(peek, note("peek"));
-    EXPECT_THAT(hotKeys.attempts, SizeIs(1));
-    hotKeys.press(40, controlOption);
-    hotKeys.release(40);
-    EXPECT_THAT(happened, ElementsAre("toggle", "peek"));
-
-    store(toggle, false);
-    hotKeys.press(40, controlOption);
-    hotKeys.release(40);
-    EXPECT_THAT(happened, ElementsAre("toggle", "peek", "peek"));
-}
-
-TEST_F(KeyboardShortcutsTest, A_refused_shortcut_has_no_hot_key_and_is_tried_again_by_the_next_listener)
-{
-    store(toggle, controlOptionK.encoded());
-    hotKeys.refusals = { { controlOptionKeyK, HotKeys::Refusal::Reason::taken } };
-    shortcuts.onKeyUp(toggle, note("first"));
-    EXPECT_THAT(hotKeys.registered(), IsEmpty());
-    hotKeys.refusals.clear();
-    shortcuts.onKeyUp(toggle, note("second"));
-    EXPECT_THAT(hotKeys.registered(), ElementsAre(controlOptionKeyK));
+    std::vector<QString> posted;
+    std::size_t registered = 0;
+    auto const observation = line.notifications.observe(
+        u"KeyboardShortcuts_shortcutByNameDidChange"_s, [&](Notification const& notification) {
+            posted.push_back(std::any_cast<ShortcutName>(notification.userInfo.at(u"name"_s)).rawValue);
+            registered = hotKeys.registered().size();
+        });
+    shortcuts.onKeyUp(toggle, note("up"));
+    shortcuts.setShortcut(controlOptionK, toggle);
+    EXPECT_EQ(registered, 1U);
+    EXPECT_EQ(defaults.value(toggle.defaultsKey()), UserDefaults::Value(controlOptionK.encoded()));
+    shortcuts.setShortcut(std::nullopt, toggle);
+    EXPECT_EQ(registered, 0U);
+    EXPECT_EQ(defaults.value(toggle.defaultsKey()), UserDefaults::Value(false));
+    EXPECT_THAT(posted, ElementsAre(toggle.rawValue, toggle.rawValue));
 }
 
 TEST_F(KeyboardShortcutsTest, A_key_code_that_no_key_can_have_is_not_registered)
@@ -129,15 +119,201 @@ TEST_F(KeyboardShortcutsTest, A_key_code_that_no_key_can_have_is_not_registered)
     EXPECT_THAT(hotKeys.attempts, IsEmpty());
 }
 
+TEST_F(KeyboardShortcutsTest, The_Function_modifier_says_nothing_on_an_arrow_key_and_much_on_a_letter)
+{
+    using enum RawKeyEvent::Kind;
+    using enum LocalKeyEvents::Answer;
+    constexpr std::int64_t functionBit = 0x20000;
+    constexpr std::uint16_t upArrow = 126;
+    shortcuts.onKeyDown(toggle, note("arrow"));
+    shortcuts.onKeyDown(peek, note("letter"));
+    shortcuts.setShortcut(Shortcut { upArrow, functionBit }, toggle);
+    shortcuts.setShortcut(Shortcut { 40, functionBit }, peek);
+    openMenu();
+    EXPECT_EQ(line.localKeyEvents.send(raw(down, ModifierFlags::none, upArrow)), swallow);
+    EXPECT_EQ(line.localKeyEvents.send(raw(down, ModifierFlags::function, upArrow)), swallow);
+    EXPECT_EQ(line.localKeyEvents.send(raw(down, ModifierFlags::none)), passOn);
+    EXPECT_EQ(line.localKeyEvents.send(raw(down, ModifierFlags::function)), swallow);
+    EXPECT_THAT(happened, ElementsAre("arrow", "arrow", "letter"));
+}
+
+TEST_F(KeyboardShortcutsTest, An_action_may_change_and_end_what_called_it)
+{
+    shortcuts.onKeyDown(toggle, [&] {
+        shortcuts.setShortcut(Shortcut { 38, 6144 }, toggle);
+        shortcuts.onKeyUp(toggle, note("late"));
+        line.center.setPaused(HotKeyCenter::Pause::on);
+        line.center.setPaused(HotKeyCenter::Pause::off);
+    });
+    shortcuts.setShortcut(controlOptionK, toggle);
+    hotKeys.press(40, controlOption);
+    hotKeys.release(40);
+    EXPECT_THAT(happened, IsEmpty());
+    EXPECT_THAT(hotKeys.registered(), ElementsAre(FakeHotKeys::Combination { 38, controlOption }));
+}
+
 TEST_F(KeyboardShortcutsTest, The_hot_keys_end_with_their_owner)
 {
     store(toggle, controlOptionK.encoded());
     {
-        KeyboardShortcuts passing(defaults, hotKeys);
+        KeyboardShortcuts passing(line.storage, line.center, executor);
         passing.onKeyUp(toggle, note("passing"));
         EXPECT_THAT(hotKeys.registered(), SizeIs(1));
     }
     EXPECT_THAT(hotKeys.registered(), IsEmpty());
+    openMenu();
+    EXPECT_EQ(line.localKeyEvents.send(raw(RawKeyEvent::Kind::down, controlOption)), LocalKeyEvents::Answer::passOn);
+}
+
+// What the line should do, told as sets: which shortcuts have a hot key, which of them the system has, which are down.
+class ShortcutsModel : public KeyboardShortcutsTest {
+protected:
+    static constexpr std::uint16_t keys[] { 40, 38, 37 };
+
+    static Shortcut shortcut(std::size_t key) { return { keys[key], 6144 }; }
+    static FakeHotKeys::Combination combination(std::size_t key) { return { keys[key], controlOption }; }
+
+    void listen(std::size_t name)
+    {
+        ++listeners[name];
+        shortcuts.onKeyDown(names[name], note(std::to_string(name) + " down"));
+        shortcuts.onKeyUp(names[name], note(std::to_string(name) + " up"));
+        registration(name);
+        registration(name);
+    }
+
+    void registration(std::size_t name)
+    {
+        if (listeners[name] && stored[name] && !refused.contains(*stored[name]))
+            wasEverHad = table.insert(*stored[name]).second || wasEverHad;
+    }
+
+    void set(std::size_t name, std::optional<std::size_t> key)
+    {
+        shortcuts.setShortcut(key ? std::optional(shortcut(*key)) : std::nullopt, names[name]);
+        auto const old = std::exchange(stored[name], std::nullopt);
+        if (old && std::ranges::count(stored, old) == 0)
+            forget(*old);
+        stored[name] = key;
+        registration(name);
+    }
+
+    void forget(std::size_t key)
+    {
+        table.erase(key);
+        down.erase(key);
+    }
+
+    void setMode(bool isPaused, bool isMenuOpen)
+    {
+        line.center.setPaused(isPaused ? HotKeyCenter::Pause::on : HotKeyCenter::Pause::off);
+        if (isMenuOpen)
+            openMenu();
+        else
+            closeMenu();
+        using enum HotKeyCenter::Mode;
+        mode = isPaused ? disabled : isMenuOpen ? menuOpen : normal;
+        EXPECT_EQ(line.center.mode(), mode);
+        if (mode != normal)
+            down.clear();
+        else
+            std::erase_if(table, [&](auto key) { return refused.contains(key) && !isHeldByUs(key); });
+    }
+
+    bool isHeldByUs(std::size_t key) const { return std::ranges::count(held, key) > 0; }
+
+    void strike(std::size_t key, bool isPress)
+    {
+        bool const isRaw = mode == HotKeyCenter::Mode::menuOpen;
+        if (isRaw) {
+            using enum RawKeyEvent::Kind;
+            auto const answer = line.localKeyEvents.send(
+                raw(isPress ? RawKeyEvent::Kind::down : up, controlOption, keys[key]));
+            EXPECT_EQ(answer == LocalKeyEvents::Answer::swallow, table.contains(key));
+            auto repeat = raw(RawKeyEvent::Kind::down, controlOption, keys[key]);
+            repeat.repeat = RawKeyEvent::Repeat::yes;
+            EXPECT_EQ(line.localKeyEvents.send(repeat), LocalKeyEvents::Answer::passOn);
+        } else if (isPress) {
+            hotKeys.press(keys[key], controlOption);
+        } else {
+            hotKeys.release(keys[key]);
+        }
+        bool const comes = isRaw ? table.contains(key)
+            : isPress            ? isHeldByUs(key) && down.insert(key).second
+                                 : down.erase(key) == 1;
+        for (auto const name : comes ? order : std::vector<std::size_t>()) {
+            if (stored[name] == key)
+                expected.push_back(std::to_string(name) + (isPress ? " down" : " up"));
+        }
+    }
+
+    std::vector<ShortcutName> const names { { u"a"_s, {} }, { u"b"_s, {} }, { u"c"_s, {} } };
+    std::vector<std::optional<std::size_t>> stored { 3 };
+    std::map<std::size_t, int> listeners;
+    std::vector<std::size_t> order;
+    std::set<std::size_t> table, down, refused;
+    std::vector<std::size_t> held;
+    bool wasEverHad = false;
+    HotKeyCenter::Mode mode = HotKeyCenter::Mode::normal;
+    std::vector<std::string> expected;
+};
+
+TEST_F(ShortcutsModel, Any_order_of_changes_modes_refusals_and_keys_follows_it)
+{
+    std::mt19937 random(4);
+    stored.resize(names.size());
+    bool isPaused = false, isMenuOpen = false;
+    std::size_t presses = 0;
+    for (int step = 0; step < 20000; ++step) {
+        SCOPED_TRACE(step);
+        auto const name = random() % names.size();
+        auto const key = random() % std::size(keys);
+        switch (random() % 9) {
+        case 0:
+            if (listeners[name] < 2) {
+                listen(name);
+                order.push_back(name);
+            }
+            break;
+        case 1:
+            set(name, random() % 4 == 0 ? std::nullopt : std::optional(key));
+            break;
+        case 2:
+            isPaused = random() % 3 == 0;
+            setMode(isPaused, isMenuOpen);
+            break;
+        case 3:
+            isMenuOpen = random() % 2 == 0;
+            setMode(isPaused, isMenuOpen);
+            break;
+        case 4:
+            if (!refused.erase(key))
+                refused.insert(key);
+            hotKeys.refusals.clear();
+            for (auto const each : refused)
+                hotKeys.refusals.push_back({ combination(each), HotKeys::Refusal::Reason::taken });
+            break;
+        default:
+            strike(key, random() % 2 == 0);
+            presses += happened.size();
+        }
+        held.clear();
+        for (auto const each : table) {
+            if (mode == HotKeyCenter::Mode::normal)
+                held.push_back(each);
+        }
+        std::vector<std::size_t> registered;
+        for (std::size_t each = 0; each < std::size(keys); ++each) {
+            if (auto const all = hotKeys.registered(); std::ranges::find(all, combination(each)) != all.end())
+                registered.push_back(each);
+        }
+        ASSERT_EQ(registered, held);
+        ASSERT_EQ(line.localKeyEvents.isObserved(), mode == HotKeyCenter::Mode::menuOpen && wasEverHad);
+        ASSERT_EQ(happened, expected);
+        happened.clear();
+        expected.clear();
+    }
+    EXPECT_GT(presses, 1000U);
 }
 
 }

@@ -1,4 +1,7 @@
 #include "KeyboardShortcuts/Shortcut.h"
+#include "KeyboardShortcuts/MenuItem.h"
+
+#include "support/FakeKeyboardLayout.h"
 
 #include <gmock/gmock.h>
 
@@ -54,6 +57,59 @@ TEST(Shortcut, Only_an_object_with_both_integers_is_a_shortcut)
              { u"{\"carbonKeyCode\":40,\"carbonModifiers\":6144} x", {} } }) {
         SCOPED_TRACE(QString::fromUtf16(text).toStdString());
         EXPECT_EQ(Shortcut::decode(QString::fromUtf16(text)), expected);
+    }
+}
+
+using namespace Qt::StringLiterals;
+
+TEST(Shortcut, Shown_text_is_symbols_in_their_order_then_the_key_of_the_layout)
+{
+    FakeKeyboardLayout const layout({ { 0, u"a"_s }, { 27, u"ß"_s }, { 41, u"\u01c6"_s }, { 36, u"never shown"_s } });
+    struct Case {
+        Shortcut shortcut;
+        char const* text;
+    };
+    for (auto const& [shortcut, text] :
+        std::initializer_list<Case> { { { 36, 0x100 }, "⌘↩" }, { { 0, 0x1b00 }, "⌃⌥⇧⌘A" }, { { 27, 0 }, "Ss" },
+            { { 41, 0 }, "\u01c5" }, { { 126, 0x20800 }, "⌥\U0001f310\ufe0e↑" }, { { 49, 0x1000 }, "⌃Space" },
+            { { 114, 0 }, "?\u20dd" }, { { 91, 0 }, "8\u20e3" }, { { 92, 0 }, "9\u20e3" }, { { 90, 0 }, "F20" },
+            { { 71, 0 }, "☒\u20e3" }, { { 8, 0x200 }, "⇧\ufffd" }, { { 65536, 0x200 }, "⇧\ufffd" } })
+        EXPECT_EQ(shortcut.description(layout).toStdString(), text) << shortcut.carbonKeyCode;
+}
+
+TEST(Shortcut, It_is_taken_by_the_system_where_an_enabled_hot_key_is_the_very_same)
+{
+    using enum ModifierFlags;
+    std::vector<SymbolicHotKey> const system { { 40, control, true }, { 38, control, false }, { 111, none, true },
+        { 123, control | function, true }, { 2, function, true }, { 3, static_cast<ModifierFlags>(0x140000), true } };
+    struct Case {
+        Shortcut shortcut;
+        bool isTaken;
+    };
+    for (auto const& [shortcut, isTaken] : std::initializer_list<Case> { { { 40, 0x1000 }, true },
+             { { 40, 0x1100 }, false }, { { 41, 0x1000 }, false }, { { 38, 0x1000 }, false }, { { 111, 0 }, false },
+             { { 123, 0x1000 }, true }, { { 2, 0 }, false }, { { 2, 0x20000 }, true }, { { 3, 0x1100 }, true } })
+        EXPECT_EQ(shortcut.isTakenBySystem(system), isTaken)
+            << shortcut.carbonKeyCode << " " << shortcut.carbonModifiers;
+}
+
+TEST(MenuItem, The_first_item_depth_first_whose_key_and_modifiers_are_the_shortcuts_is_found)
+{
+    using enum ModifierFlags;
+    FakeKeyboardLayout const layout({ { 3, u"f"_s }, { 40, u"k"_s } });
+    std::vector<MenuItem> const menu { { u"No key"_s, {}, none, {} },
+        { u"Edit"_s, {}, none, { { u"Find"_s, u"f"_s, command, {} }, { u"Find back"_s, u"F"_s, command, {} } } },
+        { u"Find too"_s, u"f"_s, command, {} }, { u"Up"_s, u"\uf700"_s, option, {} },
+        { u"Send"_s, u"\r"_s, command, {} } };
+    struct Case {
+        Shortcut shortcut;
+        QString title;
+    };
+    for (auto const& [shortcut, title] : std::initializer_list<Case> { { { 3, 0x100 }, u"Find"_s },
+             { { 3, 0x300 }, u"Find back"_s }, { { 40, 0x100 }, {} }, { { 126, 0x800 }, u"Up"_s },
+             { { 36, 0x100 }, u"Send"_s }, { { 36, 0 }, {} }, { { 9, 0 }, {} } }) {
+        auto const* const item = MenuItem::takenBy(shortcut, menu, layout);
+        EXPECT_EQ(item ? item->title : QString(), title);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "support/FakeHotKeys.h"
 #include "support/FakeLibraryServices.h"
 #include "support/FakeSessionEvents.h"
+#include "support/ShortcutsOnFakes.h"
 
 #include <optional>
 #include <utility>
@@ -97,10 +98,10 @@ public:
     void make()
     {
         coordinator.reset();
-        shortcuts.emplace(services.defaults, hotKeys);
+        shortcuts.emplace(services.defaults, hotKeys, executor);
         coordinator.emplace(library,
             PresentationCoordinator::Services {
-                *shortcuts, workspace, session, keyboard, keyboard, keyboard, executor },
+                shortcuts->shortcuts, workspace, session, keyboard, keyboard, keyboard, executor },
             panel, items);
     }
 
@@ -199,7 +200,7 @@ public:
     SessionKeyboard keyboard { executor };
     RecordingPanel panel { workspace };
     CountingItems items;
-    std::optional<KeyboardShortcuts> shortcuts;
+    std::optional<ShortcutsOnFakes> shortcuts;
     std::optional<PresentationCoordinator> coordinator;
 };
 
