@@ -56,6 +56,20 @@ void SyntheticKeyboard::releaseModifiers(ModifierFlags modifiers)
         send(XCB_KEY_RELEASE, key);
 }
 
+void SyntheticKeyboard::doubleTap(std::uint16_t keyCode)
+{
+    auto const key = VirtualKeys::serverKeyCode(keyCode).value();
+    for (std::uint8_t const type : { std::uint8_t { XCB_KEY_PRESS }, std::uint8_t { XCB_KEY_RELEASE } })
+        xcb_test_fake_input(m_connection, type, key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    send(XCB_KEY_PRESS, key);
+}
+
+void SyntheticKeyboard::clickButton(std::uint8_t button)
+{
+    send(XCB_BUTTON_PRESS, button);
+    send(XCB_BUTTON_RELEASE, button);
+}
+
 void SyntheticKeyboard::click(std::int16_t x, std::int16_t y)
 {
     send(XCB_MOTION_NOTIFY, 0, x, y);

@@ -30,6 +30,12 @@ public:
     void pressModifiers(ModifierFlags modifiers);
     void releaseModifiers(ModifierFlags modifiers);
 
+    // Presses, lets go and presses again, quicker than any limit: the server gets all of it at once.
+    void doubleTap(std::uint16_t keyCode);
+
+    // Where the pointer is.
+    void clickButton(std::uint8_t button);
+
     // Moves the pointer there, in the pixels of the screen, and clicks.
     void click(std::int16_t x, std::int16_t y);
 

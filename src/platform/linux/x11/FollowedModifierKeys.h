@@ -12,12 +12,16 @@ public:
     // `connection` outlives it.
     explicit FollowedModifierKeys(X11Connection& connection);
 
+    // Whether the server has the keyboard extension, and this connection speaks it.
+    bool hasExtension() const { return m_firstExtensionEvent.has_value(); }
+
     // Waits for the server when the map has changed.
     ModifierKeys const& current();
     // The server's modifier bits, likewise.
     ModifierMap const& currentBits();
 
 private:
+    void startExtension();
     bool tellsOfNewMap(xcb_generic_event_t const& event) const;
 
     X11Connection& m_connection;

@@ -4,23 +4,8 @@
 
 namespace Quillory {
 
-namespace {
-
-bool startExtension(xcb_connection_t* connection)
-{
-    auto const* extension = xcb_get_extension_data(connection, &xcb_xkb_id);
-    if (!extension || !extension->present)
-        return false;
-    XcbOwned<xcb_xkb_use_extension_reply_t> const use(xcb_xkb_use_extension_reply(
-        connection, xcb_xkb_use_extension(connection, XCB_XKB_MAJOR_VERSION, XCB_XKB_MINOR_VERSION), nullptr));
-    return use && use->supported;
-}
-
-}
-
 X11KeyState::X11KeyState(X11Connection& connection)
     : m_connection(connection)
-    , m_hasExtension(startExtension(connection.handle()))
     , m_modifierKeys(connection)
 {
 }
@@ -46,7 +31,7 @@ ModifierFlags X11KeyState::flags() const
 
 std::uint16_t X11KeyState::stateOfModifiers() const
 {
-    if (!m_hasExtension)
+    if (!m_modifierKeys.hasExtension())
         return 0;
     auto* const xcb = m_connection.handle();
     XcbOwned<xcb_xkb_get_state_reply_t> const state(

@@ -20,7 +20,6 @@ private:
     std::uint16_t stateOfModifiers() const;
 
     X11Connection& m_connection;
-    bool const m_hasExtension;
     mutable FollowedModifierKeys m_modifierKeys;
 };
 
