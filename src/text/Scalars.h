@@ -13,6 +13,20 @@ bool isWhiteSpace(char32_t scalar);
 // General category Cc or Cf.
 bool isControl(char32_t scalar);
 
+// Calls `visit` with each scalar of the text, in order; an unpaired surrogate stands for itself.
+template<typename Visit>
+void forEachScalar(QStringView text, Visit visit)
+{
+    for (qsizetype unit = 0; unit < text.size(); ++unit) {
+        char32_t scalar = text[unit].unicode();
+        if (text[unit].isHighSurrogate() && unit + 1 < text.size() && text[unit + 1].isLowSurrogate()) {
+            scalar = QChar::surrogateToUcs4(text[unit], text[unit + 1]);
+            ++unit;
+        }
+        visit(scalar);
+    }
+}
+
 // Nothing but white space and newlines.
 bool isBlank(QStringView text);
 

@@ -29,6 +29,7 @@ ParagraphLayout::ParagraphLayout(
     LayoutContext const& context, ParagraphStretch const& stretch, double width, Breaks breaks)
     : m_context(context)
     , m_stretch(stretch)
+    , m_width(width)
 {
     auto const& text = context.text();
     auto const styleRun = text.paragraphRunAt(std::min(stretch.range.location, text.length() - 1));
@@ -272,6 +273,58 @@ QRectF ParagraphLayout::lineRect(std::size_t line, int from, int to) const
     if (left > right)
         std::swap(left, right);
     return { left, m_lines[line].top, right - left, m_lines[line].height };
+}
+
+TextRange ParagraphLayout::lineRange(qsizetype location) const
+{
+    auto const line = m_layout.lineAt(static_cast<int>(lineIndex(location)));
+    return { m_stretch.range.location + line.textStart(), line.textLength() };
+}
+
+void ParagraphLayout::addSelection(
+    std::vector<QRectF>& covered, TextRange range, QPointF topLeft, QRectF const& clip) const
+{
+    auto const start = m_stretch.range.location;
+    for (auto line = static_cast<std::size_t>(&lineAt(clip.top() - topLeft.y()) - m_lines.data());
+        line < m_lines.size() && topLeft.y() + m_lines[line].top < clip.bottom(); ++line) {
+        auto const isLast = line + 1 == m_lines.size();
+        auto const from = m_lines[line].location;
+        auto const to = isLast ? m_stretch.range.end() : m_lines[line + 1].location;
+        auto const goesOn = range.end() > to && range.location < (isLast ? to + 1 : to);
+        if (range.end() <= from || (range.location >= to && !goesOn))
+            continue;
+        auto const first = covered.size();
+        addLineSelection(covered, line, std::max(range.location, from) - start, std::min(range.end(), to) - start);
+        if (goesOn && (!isLast || m_stretch.endsParagraph)) {
+            auto const edge = covered.size() > first
+                ? covered.back()
+                : lineRect(line, static_cast<int>(to - start), static_cast<int>(to - start));
+            covered.push_back(m_rightToLeft ? QRectF(0, edge.top(), edge.left(), edge.height())
+                                            : QRectF(edge.right(), edge.top(), m_width - edge.right(), edge.height()));
+        }
+        for (auto rect = first; rect < covered.size(); ++rect) {
+            if (!isLast && goesOn)
+                covered[rect].setBottom(m_lines[line + 1].top);
+            covered[rect].translate(topLeft);
+        }
+    }
+}
+
+void ParagraphLayout::addLineSelection(
+    std::vector<QRectF>& covered, std::size_t line, qsizetype from, qsizetype to) const
+{
+    if (from >= to)
+        return;
+    if (!m_mixesDirections) {
+        covered.push_back(lineRect(line, static_cast<int>(from), static_cast<int>(to)));
+        return;
+    }
+    // Where directions meet, what follows one another in the text stands in several places.
+    for (auto const& run :
+        m_layout.lineAt(static_cast<int>(line)).glyphRuns(static_cast<int>(from), static_cast<int>(to - from))) {
+        auto const box = run.boundingRect();
+        covered.emplace_back(box.left(), m_lines[line].top, box.width(), m_lines[line].height);
+    }
 }
 
 }

@@ -50,6 +50,10 @@ public:
     qsizetype characterIndexAt(QPointF point) const;
     // The boxes of the lines from the first to the last character, in whole clusters. A line feed has no width.
     QRectF boundingRect(TextRange range) const;
+    // What the line that holds the character takes of the text, without its line feed.
+    TextRange lineRange(qsizetype location) const;
+    // Adds what a selection of the range covers, line by line, up to the edge where it goes on behind a line.
+    void addSelection(std::vector<QRectF>& covered, TextRange range, QPointF topLeft, QRectF const& clip) const;
 
 private:
     // Of a line, from its baseline.
@@ -71,6 +75,7 @@ private:
     Extent extentOf(QTextLine const& line) const;
     int letterAt(double x, std::size_t line, int guess) const;
     QRectF lineRect(std::size_t line, int from, int to) const;
+    void addLineSelection(std::vector<QRectF>& covered, std::size_t line, qsizetype from, qsizetype to) const;
     std::size_t lineIndex(qsizetype location) const;
 
     LayoutContext const& m_context;
@@ -82,6 +87,7 @@ private:
     QColor m_foreground;
     bool m_rightToLeft = false;
     bool m_mixesDirections = false;
+    double m_width;
     double m_height = 0;
 };
 

@@ -406,4 +406,26 @@ QRectF TableLayout::boundingRect(TextRange range) const
     return { 0, above.top(), width(), std::max(above.bottom(), below.bottom()) - above.top() };
 }
 
+TextRange TableLayout::lineRange(qsizetype location) const
+{
+    auto const cell = cellHolding(location);
+    return withFlow(rowHolding(cell), cell, [&](TextFlow const& content) { return content.lineRange(location); });
+}
+
+void TableLayout::addSelection(std::vector<QRectF>& covered, TextRange range, QPointF topLeft, QRectF const& clip) const
+{
+    auto row = std::max(m_heights.indexAt(clip.top() - topLeft.y()), rowHolding(cellHolding(range.location)));
+    for (auto y = topLeft.y() + m_heights.top(row); row < rowCount() && y < clip.bottom(); ++row) {
+        for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+            if (cellRange(cell).location >= range.end())
+                return;
+            if (cellRange(cell).end() <= range.location)
+                continue;
+            auto const content = QPointF(topLeft.x(), y) + contentTopLeft(cell);
+            withFlow(row, cell, [&](TextFlow const& flow) { flow.addSelection(covered, range, content, clip); });
+        }
+        y += m_heights.height(row);
+    }
+}
+
 }

@@ -37,6 +37,8 @@ public:
     void paint(QPainter& painter, QPointF topLeft, QRectF const& clip);
     qsizetype characterIndexAt(QPointF point) const;
     QRectF boundingRect(TextRange range) const;
+    TextRange lineRange(qsizetype location) const;
+    void addSelection(std::vector<QRectF>& covered, TextRange range, QPointF topLeft, QRectF const& clip) const;
 
 private:
     struct Cell {

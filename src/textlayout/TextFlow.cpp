@@ -312,4 +312,31 @@ QRectF TextFlow::boundingRect(TextRange range) const
     return { 0, above.top(), std::max({ m_width, above.right(), below.right() }), below.bottom() - above.top() };
 }
 
+TextRange TextFlow::lineRange(qsizetype location) const
+{
+    if (unitCount() == 0)
+        return { m_range.location, 0 };
+    auto const unit = unitHolding(location);
+    if (!isTable(unit))
+        return paragraph(unit)->lineRange(location);
+    auto const* layout = tableIfMade(unit);
+    return layout ? layout->lineRange(location) : unitRange(unit);
+}
+
+void TextFlow::addSelection(std::vector<QRectF>& covered, TextRange range, QPointF topLeft, QRectF const& clip) const
+{
+    if (unitCount() == 0 || range.length == 0)
+        return;
+    auto unit = std::max(unitAt(clip.top() - topLeft.y()), unitHolding(range.location));
+    for (auto y = topLeft.y() + m_heights.top(unit); unit < unitCount() && y < clip.bottom(); ++unit) {
+        if (unitRange(unit).location >= range.end())
+            break;
+        if (!isTable(unit))
+            paragraph(unit)->addSelection(covered, range, { topLeft.x(), y }, clip);
+        else if (auto const* layout = tableIfMade(unit))
+            layout->addSelection(covered, range, { topLeft.x(), y }, clip);
+        y += m_heights.height(unit);
+    }
+}
+
 }

@@ -58,10 +58,12 @@ public:
     qsizetype unitAt(double y) const { return m_heights.indexAt(y); }
     TextRange unitRange(qsizetype unit) const; // with its line feed
 
-    // These three change no height: they read what layOut() has made exact and go by estimates elsewhere.
+    // These change no height: they read what layOut() has made exact and go by estimates elsewhere.
     void paint(QPainter& painter, QPointF topLeft, QRectF const& clip);
     qsizetype characterIndexAt(QPointF point) const;
     QRectF boundingRect(TextRange range) const;
+    TextRange lineRange(qsizetype location) const;
+    void addSelection(std::vector<QRectF>& covered, TextRange range, QPointF topLeft, QRectF const& clip) const;
 
 private:
     using Paragraph = std::shared_ptr<ParagraphLayout const>;

@@ -42,6 +42,13 @@ TextRange TextLayout::textRangeFor(double y0, double y1) const
     return { start, m_flow->unitRange(behind - 1).end() - start };
 }
 
+std::vector<QRectF> TextLayout::selectionRects(TextRange range, QRectF const& visible) const
+{
+    std::vector<QRectF> covered;
+    m_flow->addSelection(covered, range, {}, visible);
+    return covered;
+}
+
 void TextLayout::paint(QPainter& painter, QRectF const& visible, ColorSet const& colors)
 {
     if (m_context->colors() != colors) {

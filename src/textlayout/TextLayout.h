@@ -57,6 +57,11 @@ public:
         return m_flow->boundingRect({ location, length });
     }
 
+    // What the line that holds the character takes of the text, without its line feed.
+    TextRange lineRange(qsizetype location) const { return m_flow->lineRange(location); }
+    // What a selection covers of what is visible, in rectangles that don't overlap, line by line.
+    std::vector<QRectF> selectionRects(TextRange range, QRectF const& visible) const;
+
 private:
     std::unique_ptr<LayoutContext> m_context; // the flow refers to it
     std::unique_ptr<TextFlow> m_flow;

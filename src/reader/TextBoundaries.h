@@ -1,0 +1,27 @@
+#pragma once
+
+#include "textlayout/LayoutContext.h"
+
+#include <QString>
+
+namespace Quillory {
+
+// Where characters, words and lines of a text begin and end, at a cost that does not go with the text's length.
+namespace TextBoundaries {
+
+// What a person takes for one character.
+qsizetype behindCharacter(QString const& text, qsizetype position);
+qsizetype beforeCharacter(QString const& text, qsizetype position);
+
+// The word, the blanks or the symbol that the character at the position belongs to; empty at a line's end.
+TextRange wordAt(QString const& text, qsizetype position);
+// The start of the next word, and of this or the previous one: where word steps go.
+qsizetype nextWord(QString const& text, qsizetype position);
+qsizetype previousWord(QString const& text, qsizetype position);
+
+// From one line feed or U+2028 to the next, which does not belong to it.
+TextRange writtenLineAt(QString const& text, qsizetype position);
+
+}
+
+}
