@@ -25,6 +25,7 @@ struct Model {
     std::optional<Nanoseconds> hold;
     int began = 0;
     int ended = 0;
+    int started = 0;
 
     void drop()
     {
@@ -84,6 +85,7 @@ struct Model {
         drop();
         selection = gesture;
         hasObservation = isAlive = isWanted && !isRefused;
+        started += isAlive;
     }
 };
 
@@ -177,6 +179,7 @@ TEST(ModifierGestureMonitor, Random_sessions_go_as_a_model_of_a_few_lines_says)
                 << "seed " << seed << ", step " << step;
             ASSERT_EQ(events.observations(), static_cast<std::size_t>(model.isAlive));
             ASSERT_EQ(monitor.isObserving(), model.hasObservation);
+            ASSERT_EQ(events.started, model.started);
         }
         gestures += began;
     }

@@ -15,16 +15,10 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Type = ModifierEvent::Type;
-using Recognizer = ModifierGestureRecognizer;
 
 constexpr std::uint16_t leftShift = 56;
-constexpr std::uint16_t rightShift = 60;
-constexpr std::uint16_t leftOption = 58;
-constexpr std::uint16_t control = 59;
-constexpr std::uint16_t capsLock = 57;
-constexpr std::uint16_t letter = 40;
 
-enum Stage { idle, firstDown, firstUp, secondDown, active };
+constexpr std::size_t idle = 0, secondDown = 3, active = 4;
 
 struct Session {
     explicit Session(ModifierGesture gesture = ModifierGesture::shift)
@@ -36,20 +30,7 @@ struct Session {
         monitor->configure(gesture, true);
     }
 
-    Stage stage() const { return static_cast<Stage>(monitor->recognizer().state().index()); }
-
-    void reach(Stage stage, std::uint16_t key = leftShift)
-    {
-        if (stage >= firstDown)
-            events.press(key);
-        if (stage >= firstUp)
-            events.release(key);
-        if (stage >= secondDown)
-            events.press(key);
-        if (stage >= active)
-            executor.advance(350ms);
-        calls.clear();
-    }
+    std::size_t stage() const { return monitor->recognizer().state().index(); }
 
     ManualExecutor executor;
     FakeKeyState keys;
@@ -84,61 +65,6 @@ TEST(ModifierGestureMonitor, A_double_tap_that_is_held_begins_at_the_limit_and_e
     }
 }
 
-TEST(ModifierGestureMonitor, What_comes_between_ends_an_attempt_or_a_gesture_or_neither)
-{
-    struct Case {
-        char const* what;
-        std::function<void(Session&)> act;
-        bool endsAttempt = true;
-        bool endsGesture = true;
-    };
-    std::vector<Case> const cases {
-        { "a key", [](Session& s) { s.events.press(letter); }, true, false },
-        { "a click", [](Session& s) { s.events.click(Type::leftMouseDown); }, true, false },
-        { "a right click", [](Session& s) { s.events.click(Type::rightMouseDown); }, true, false },
-        { "another button", [](Session& s) { s.events.click(Type::otherMouseDown); }, true, false },
-        { "another modifier", [](Session& s) { s.events.press(control); } },
-        { "the same modifier on the other side", [](Session& s) { s.events.press(rightShift); } },
-        { "Caps Lock pressed", [](Session& s) { s.events.press(capsLock); } },
-        { "an interruption", [](Session& s) { s.events.interrupt(); } },
-        { "a reset", [](Session& s) { s.monitor->reset(); } },
-        { "a stop", [](Session& s) { s.monitor->stop(); } },
-        { "the wish to stop", [](Session& s) { s.monitor->configure(ModifierGesture::shift, false); } },
-        { "another choice", [](Session& s) { s.monitor->configure(ModifierGesture::option, true); } },
-        { "the same choice", [](Session& s) { s.monitor->configure(ModifierGesture::shift, true); }, false, false },
-        { "its own key once more, with Command",
-            [](Session& s) {
-                s.events.send(
-                    { Type::flagsChanged, leftShift, ModifierFlags::shift | ModifierFlags::command, s.executor.now() });
-            } },
-    };
-    for (auto const& [what, act, endsAttempt, endsGesture] : cases) {
-        for (auto const stage : { firstDown, firstUp, secondDown, active }) {
-            SCOPED_TRACE(std::string(what) + " in stage " + std::to_string(stage));
-            Session session;
-            session.reach(stage);
-            act(session);
-            bool const ends = stage == active ? endsGesture : endsAttempt;
-            EXPECT_EQ(session.stage(), ends ? idle : stage);
-            EXPECT_EQ(session.calls.size(), stage == active && ends ? 1U : 0U);
-            session.executor.advance(1h);
-            EXPECT_EQ(session.calls.size(), stage == active ? (ends ? 1U : 0U) : (!ends && stage == secondDown));
-        }
-    }
-}
-
-TEST(ModifierGestureMonitor, Caps_Lock_that_is_on_does_not_matter)
-{
-    Session session;
-    for (auto const isDown : { true, false, true }) {
-        auto const flags = isDown ? ModifierFlags::shift : ModifierFlags::none;
-        session.events.send({ Type::flagsChanged, leftShift,
-            flags | ModifierFlags::capsLock | ModifierFlags::numericPad | ModifierFlags::help,
-            session.executor.now() });
-    }
-    EXPECT_EQ(session.stage(), secondDown);
-}
-
 TEST(ModifierGestureMonitor, The_limits_count_from_the_events_own_times)
 {
     Session session;
@@ -158,30 +84,6 @@ TEST(ModifierGestureMonitor, The_limits_count_from_the_events_own_times)
     session.executor.advance(1h);
     EXPECT_EQ(session.stage(), idle);
     EXPECT_THAT(session.calls, IsEmpty());
-}
-
-TEST(ModifierGestureMonitor, Lost_permission_stops_it_until_the_next_configuration)
-{
-    for (auto const stage : { firstDown, secondDown, active }) {
-        Session session;
-        session.reach(stage);
-        session.permission.canListen = false;
-        session.events.press(letter);
-        EXPECT_EQ(session.stage(), idle);
-        EXPECT_EQ(session.calls.size(), stage == active ? 1U : 0U);
-        EXPECT_EQ(session.events.observations(), 0U);
-        session.permission.isTrusted = true;
-        session.monitor->configure(ModifierGesture::shift, true);
-        EXPECT_EQ(session.events.observations(), 1U);
-    }
-    // The one that only the hold finds out resets, and leaves the observation to whoever configures.
-    Session session;
-    session.reach(secondDown);
-    session.permission.canListen = false;
-    session.executor.advance(350ms);
-    EXPECT_EQ(session.stage(), idle);
-    EXPECT_THAT(session.calls, IsEmpty());
-    EXPECT_TRUE(session.monitor->isObserving());
 }
 
 TEST(ModifierGestureMonitor, It_goes_silently_while_events_and_holds_are_pending)

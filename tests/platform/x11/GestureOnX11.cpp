@@ -78,6 +78,7 @@ TEST_F(GestureOnX11, It_comes_on_either_side_with_AltGr_and_with_keys_that_chang
         useMap(map);
         monitor.configure(gesture, true);
         EXPECT_TRUE(works(pressed, keyCode));
+        EXPECT_NE(desk.clock().latest(), 0U);
     }
     useMap(swappedAlt);
     desk.doubleTap(leftOption);
