@@ -92,7 +92,8 @@ int main(int argc, char* argv[])
         return fail((connection ? listening : connection).error());
     (*connection)->onLost = [] { QCoreApplication::exit(EXIT_FAILURE); };
 
-    TerminationSignals const signals([] { QCoreApplication::quit(); });
+    // Not quit(), which closes the windows as the user would.
+    TerminationSignals const signals([] { QCoreApplication::exit(); });
     PosixFileSystem files;
     PathBookmarks bookmarks;
     QtExecutor executor;

@@ -149,7 +149,7 @@ void ReaderPanel::keyPressEvent(QKeyEvent* event)
     if (event->key() == Qt::Key_Escape)
         onDismiss();
     else if (event->matches(QKeySequence::Quit))
-        QCoreApplication::quit();
+        QCoreApplication::exit();
     else
         QWidget::keyPressEvent(event);
 }

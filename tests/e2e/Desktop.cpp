@@ -2,8 +2,12 @@
 
 #include <QTest>
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <span>
 
 namespace Quillory {
 
@@ -34,6 +38,88 @@ xcb_window_t Desktop::topmostWindow() const
     if (windows.size() >= qsizetype { sizeof topmost })
         std::memcpy(&topmost, windows.last(sizeof topmost).constData(), sizeof topmost);
     return topmost;
+}
+
+bool Desktop::hasState(xcb_window_t window, char const* state) const
+{
+    auto const states = m_connection->property(window, "_NET_WM_STATE");
+    auto const wanted = m_connection->atom(state);
+    constexpr qsizetype size = sizeof wanted;
+    for (qsizetype index = 0; index + size <= states.size(); index += size) {
+        if (std::memcmp(states.constData() + index, &wanted, sizeof wanted) == 0)
+            return true;
+    }
+    return false;
+}
+
+void Desktop::addState(xcb_window_t window, char const* state)
+{
+    tell(window, "_NET_WM_STATE", { 1, m_connection->atom(state), 0, 1 });
+}
+
+std::uint32_t Desktop::workspaceOf(xcb_window_t window) const
+{
+    return m_connection->number(window, "_NET_WM_DESKTOP").value_or(0);
+}
+
+void Desktop::switchToWorkspace(std::uint32_t number)
+{
+    tell(m_connection->root(), "_NET_CURRENT_DESKTOP", { number });
+    eventually(
+        [&] { return m_connection->number(m_connection->root(), "_NET_CURRENT_DESKTOP").value_or(0) == number; });
+}
+
+void Desktop::tell(xcb_window_t window, char const* message, std::initializer_list<std::uint32_t> data)
+{
+    xcb_client_message_event_t event {};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = m_connection->atom(message);
+    std::ranges::copy(data, event.data.data32);
+    auto const request = xcb_send_event_checked(m_connection->handle(), 0, m_connection->root(),
+        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+        reinterpret_cast<char const*>(&event));
+    ASSERT_TRUE(m_connection->succeeded(request));
+}
+
+void Desktop::moveTo(xcb_window_t window, QPoint corner)
+{
+    std::uint32_t const place[] { static_cast<std::uint32_t>(corner.x()), static_cast<std::uint32_t>(corner.y()) };
+    xcb_configure_window(m_connection->handle(), window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, place);
+    xcb_flush(m_connection->handle());
+}
+
+void Desktop::click(QPoint point)
+{
+    m_keyboard->click(static_cast<std::int16_t>(point.x()), static_cast<std::int16_t>(point.y()));
+}
+
+void Desktop::bringToFront(xcb_window_t window)
+{
+    tell(window, "_NET_ACTIVE_WINDOW", { 2 });
+}
+
+// The server gives each of its clients a range of numbers for what it makes.
+int Desktop::windowsOfOwner(xcb_window_t sample) const
+{
+    return countWindows(m_connection->root(), sample & ~xcb_get_setup(m_connection->handle())->resource_id_mask);
+}
+
+int Desktop::countWindows(xcb_window_t parent, std::uint32_t owner) const
+{
+    auto* const xcb = m_connection->handle();
+    XcbOwned<xcb_query_tree_reply_t> const tree(xcb_query_tree_reply(xcb, xcb_query_tree(xcb, parent), nullptr));
+    if (!tree)
+        return 0;
+    std::span const children(
+        xcb_query_tree_children(tree.get()), static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
+    int count = 0;
+    for (auto const child : children) {
+        bool const isOwn = (child & ~xcb_get_setup(xcb)->resource_id_mask) == owner;
+        count += (isOwn ? 1 : 0) + countWindows(child, owner);
+    }
+    return count;
 }
 
 void Desktop::pressAndRelease(Shortcut const& shortcut)

@@ -6,6 +6,7 @@
 #include "tools/summon/DesktopView.h"
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 
@@ -26,6 +27,23 @@ public:
     xcb_window_t frontWindow() const { return m_view.frontWindow(); }
     xcb_window_t topmostWindow() const;
 
+    // How many windows the owner of `sample` has at the server, those that are not shown and inner ones too.
+    int windowsOfOwner(xcb_window_t sample) const;
+
+    // Whether the window manager counts the state to the window's, such as "_NET_WM_STATE_ABOVE".
+    bool hasState(xcb_window_t window, char const* state) const;
+    void addState(xcb_window_t window, char const* state);
+
+    // The number of the workspace that the window is on; 0xFFFFFFFF for all.
+    std::uint32_t workspaceOf(xcb_window_t window) const;
+    void switchToWorkspace(std::uint32_t number);
+
+    void moveTo(xcb_window_t window, QPoint corner);
+    void click(QPoint point);
+    // As a task bar does on the user's behalf.
+    void bringToFront(xcb_window_t window);
+    SyntheticKeyboard& keyboard() { return *m_keyboard; }
+
     bool isGrabbed(Shortcut const& shortcut) const { return m_view.isGrabbed(shortcut).value(); }
     void pressAndRelease(Shortcut const& shortcut);
 
@@ -36,6 +54,9 @@ public:
     static bool eventually(std::function<bool()> const& condition);
 
 private:
+    int countWindows(xcb_window_t parent, std::uint32_t owner) const;
+    void tell(xcb_window_t window, char const* message, std::initializer_list<std::uint32_t> data);
+
     std::unique_ptr<X11Connection> m_connection;
     DesktopView m_view;
     std::unique_ptr<SyntheticKeyboard> m_keyboard;

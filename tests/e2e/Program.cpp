@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 namespace Quillory {
 
 Program::Program()
@@ -63,6 +65,50 @@ bool Program::terminate()
     return ended && m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
 }
 
+std::optional<int> Program::waitForEnd()
+{
+    if (!m_process.waitForFinished() || m_process.exitStatus() != QProcess::NormalExit)
+        return std::nullopt;
+    return m_process.exitCode();
+}
+
+int Program::startAgain(QStringList const& arguments) const
+{
+    QProcess second;
+    second.setProcessChannelMode(QProcess::ForwardedChannels);
+    second.setProcessEnvironment(environment());
+    second.start(QStringLiteral(QUILLORY_PROGRAMS "/quillory"), arguments);
+    return second.waitForFinished() && second.exitStatus() == QProcess::NormalExit ? second.exitCode() : -1;
+}
+
+void Program::freeze() const
+{
+    ::kill(static_cast<pid_t>(process()), SIGSTOP);
+}
+
+void Program::thaw() const
+{
+    ::kill(static_cast<pid_t>(process()), SIGCONT);
+}
+
+int Program::openFiles() const
+{
+    QDir const files(QStringLiteral("/proc/%1/fd").arg(process()));
+    return static_cast<int>(files.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size());
+}
+
+int Program::memory() const
+{
+    QFile file(QStringLiteral("/proc/%1/smaps_rollup").arg(process()));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    for (auto const& line : file.readAll().split('\n')) {
+        if (line.startsWith("Pss_Anon:"))
+            return line.simplified().split(' ').at(1).toInt();
+    }
+    return 0;
+}
+
 QJsonObject Program::storedSettings() const
 {
     QFile file(settingsFile());
@@ -75,6 +121,8 @@ QProcessEnvironment Program::environment() const
 {
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_folder.filePath(QStringLiteral("config")));
+    if (!m_display.isEmpty())
+        environment.insert(QStringLiteral("DISPLAY"), m_display);
     return environment;
 }
 

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+#include <optional>
+
 namespace Quillory {
 
 // The program as a user has it: a process with settings and a folder of sheets, both of its own.
@@ -22,11 +24,25 @@ public:
     void remove(QString const& name) const;
 
     void start();
+    // Another one of the same settings, as the user does by mistake. Waits for its end and gives its exit code.
+    int startAgain(QStringList const& arguments = {}) const;
+    void setDisplay(QString const& display) { m_display = display; }
+
+    // Keeps it from running, as a machine under load does, and lets it go on.
+    void freeze() const;
+    void thaw() const;
+
+    // What it holds of the system: open files, and the memory that it shares with nobody, in KiB.
+    int openFiles() const;
+    int memory() const;
+
     qint64 process() const { return m_process.processId(); }
     bool isRunning() const { return m_process.state() == QProcess::Running; }
 
     // Asks it to end by SIGTERM and waits. True when it ended in order with exit code 0.
     bool terminate();
+    // Waits for an end that something else brings about. Its exit code; absent when it crashed or stayed.
+    std::optional<int> waitForEnd();
 
     // What stands on disk now.
     QJsonObject storedSettings() const;
@@ -40,6 +56,7 @@ private:
 
     QTemporaryDir m_folder;
     QJsonObject m_settings;
+    QString m_display;
     bool m_hasFolder = true;
     QProcess m_process;
 };

@@ -1,8 +1,5 @@
-#include "e2e/Desktop.h"
-#include "e2e/Program.h"
-#include "e2e/Terminal.h"
+#include "e2e/ReaderOnADesktop.h"
 #include "rendering/ReaderColors.h"
-#include "support/EventLoop.h"
 
 #include <gmock/gmock.h>
 
@@ -10,15 +7,6 @@ using namespace Quillory;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr std::uint16_t keyK = 40;
-constexpr std::uint16_t keyReturn = 36;
-Shortcut const toggle { keyK, Shortcut::carbonModifiersOf(ModifierFlags::control | ModifierFlags::option) };
-
-QByteArray sheetOf(QByteArray const& title)
-{
-    return "# " + title + "\n\nWhat is to be read.\n\n```sh\nls -l\ndf -h\nfree -m\n```\n";
-}
 
 // Where a picture has the ground of a code block, which nothing else in it has.
 struct CodeGround {
@@ -44,42 +32,8 @@ CodeGround codeGround(QImage const& picture)
     return ground;
 }
 
-class ReaderTest : public testing::Test {
+class ReaderTest : public ReaderOnADesktop {
 protected:
-    void start()
-    {
-        program.start();
-        ASSERT_TRUE(Desktop::eventually([&] { return desktop.isGrabbed(toggle) || !program.isRunning(); }));
-        ASSERT_TRUE(program.isRunning());
-    }
-
-    bool comesUp()
-    {
-        desktop.pressAndRelease(toggle);
-        return Desktop::eventually([&] { return desktop.reader().has_value(); });
-    }
-
-    // Away, and the keyboard with the window that had it.
-    bool goesAwayTo(xcb_window_t window)
-    {
-        desktop.pressAndRelease(toggle);
-        return Desktop::eventually([&] { return !desktop.isReaderOnScreen() && desktop.frontWindow() == window; });
-    }
-
-    // By the window's title, to which the toolkit adds the program's name.
-    testing::AssertionResult shows(QString const& title)
-    {
-        std::optional<DesktopView::Reader> seen;
-        auto const isShown = [&] {
-            seen = desktop.reader();
-            return seen && (seen->title == title || seen->title == title + u" — Quillory"_s);
-        };
-        if (Desktop::eventually(isShown))
-            return testing::AssertionSuccess();
-        return testing::AssertionFailure()
-            << "the reader shows \"" << (seen ? seen->title.toStdString() : "nothing") << '"';
-    }
-
     testing::AssertionResult showsACodeBlock()
     {
         CodeGround seen;
@@ -91,11 +45,6 @@ protected:
             return testing::AssertionSuccess();
         return testing::AssertionFailure() << "only " << seen.pixels << " pixels are the ground of a code block";
     }
-
-    EventLoop loop;
-    Desktop desktop;
-    Program program;
-    Terminal terminal { desktop, program.path(u"first"_s) };
 };
 
 TEST_F(ReaderTest, It_comes_up_over_the_terminal_with_the_first_sheet_painted)
@@ -171,7 +120,7 @@ TEST_F(ReaderTest, The_keyboard_goes_back_to_the_very_window_that_had_it)
     ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
     ASSERT_TRUE(comesUp());
     ASSERT_TRUE(goesAwayTo(terminal.window()));
-    desktop.pressAndRelease({ keyK, 0 });
+    desktop.pressAndRelease({ toggleKey, 0 });
     desktop.pressAndRelease({ keyReturn, 0 });
     EXPECT_TRUE(Desktop::eventually([&] { return !terminal.typedLines().isEmpty(); }));
     EXPECT_EQ(terminal.typedLines(), "k\n");

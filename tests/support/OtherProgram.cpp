@@ -103,6 +103,14 @@ bool OtherProgram::canHaveKeyboard()
     return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }
 
+bool OtherProgram::takeKeyboard()
+{
+    auto const cookie = xcb_grab_keyboard(
+        m_connection, 0, m_screen->root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    XcbOwned<xcb_grab_keyboard_reply_t> const reply(xcb_grab_keyboard_reply(m_connection, cookie, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
 void OtherProgram::lock(std::uint8_t serverModifiers, bool isOn)
 {
     XcbOwned<xcb_xkb_use_extension_reply_t>(xcb_xkb_use_extension_reply(

@@ -50,6 +50,9 @@ public:
     // Whether it could take the whole keyboard, as a menu does. Lets it go at once.
     bool canHaveKeyboard();
 
+    // Holds the whole keyboard, as an open menu does, until this program ends.
+    bool takeKeyboard();
+
     // Locks or unlocks the server's modifier bits.
     void lock(std::uint8_t serverModifiers, bool isOn);
 

@@ -77,6 +77,22 @@ void SyntheticKeyboard::click(std::int16_t x, std::int16_t y)
     send(XCB_BUTTON_RELEASE, 1);
 }
 
+void SyntheticKeyboard::movePointer(int x, int y)
+{
+    send(XCB_MOTION_NOTIFY, 0, static_cast<std::int16_t>(x), static_cast<std::int16_t>(y));
+}
+
+void SyntheticKeyboard::pressButton(int x, int y)
+{
+    movePointer(x, y);
+    send(XCB_BUTTON_PRESS, 1);
+}
+
+void SyntheticKeyboard::releaseButton()
+{
+    send(XCB_BUTTON_RELEASE, 1);
+}
+
 std::vector<std::uint8_t> SyntheticKeyboard::modifierKeys(ModifierFlags modifiers) const
 {
     return ModifierMap::read(m_connection).keyCodes(modifiers).value();

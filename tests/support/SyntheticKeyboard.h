@@ -39,6 +39,11 @@ public:
     // Moves the pointer there, in the pixels of the screen, and clicks.
     void click(std::int16_t x, std::int16_t y);
 
+    // The first button.
+    void pressButton(int x, int y);
+    void movePointer(int x, int y);
+    void releaseButton();
+
 private:
     explicit SyntheticKeyboard(xcb_connection_t* connection);
     void send(std::uint8_t type, std::uint8_t detail, std::int16_t x = 0, std::int16_t y = 0);

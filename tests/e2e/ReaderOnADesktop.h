@@ -1,0 +1,74 @@
+#pragma once
+
+#include "e2e/Desktop.h"
+#include "e2e/Program.h"
+#include "e2e/Terminal.h"
+#include "support/EventLoop.h"
+
+#include <gmock/gmock.h>
+
+namespace Quillory {
+
+inline constexpr std::uint16_t toggleKey = 40, keyReturn = 36;
+inline Shortcut const toggle { toggleKey, Shortcut::carbonModifiersOf(ModifierFlags::control | ModifierFlags::option) };
+
+inline QByteArray sheetOf(QByteArray const& title)
+{
+    return "# " + title + "\n\nWhat is to be read.\n\n```sh\nls -l\ndf -h\nfree -m\n```\n";
+}
+
+// The program beside a terminal that has the front.
+class ReaderOnADesktop : public testing::Test {
+protected:
+    void start()
+    {
+        program.start();
+        ASSERT_TRUE(Desktop::eventually([&] { return desktop.isGrabbed(toggle) || !program.isRunning(); }));
+        ASSERT_TRUE(program.isRunning());
+    }
+
+    // On the screen and with the keyboard.
+    bool isUp()
+    {
+        return Desktop::eventually([&] { return desktop.reader().has_value(); });
+    }
+
+    bool comesUp()
+    {
+        desktop.pressAndRelease(toggle);
+        return isUp();
+    }
+
+    bool isAwayAndFrontIs(xcb_window_t window)
+    {
+        return Desktop::eventually([&] { return !desktop.isReaderOnScreen() && desktop.frontWindow() == window; });
+    }
+
+    // Away, and the keyboard with the window that had it.
+    bool goesAwayTo(xcb_window_t window)
+    {
+        desktop.pressAndRelease(toggle);
+        return isAwayAndFrontIs(window);
+    }
+
+    // By the window's title, to which the toolkit adds the program's name.
+    testing::AssertionResult shows(QString const& title)
+    {
+        std::optional<DesktopView::Reader> seen;
+        auto const isShown = [&] {
+            seen = desktop.reader();
+            return seen && (seen->title == title || seen->title == title + QStringLiteral(" — Quillory"));
+        };
+        if (Desktop::eventually(isShown))
+            return testing::AssertionSuccess();
+        return testing::AssertionFailure()
+            << "the reader shows \"" << (seen ? seen->title.toStdString() : "nothing") << '"';
+    }
+
+    EventLoop loop;
+    Desktop desktop;
+    Program program;
+    Terminal terminal { desktop, program.path(QStringLiteral("first")) };
+};
+
+}

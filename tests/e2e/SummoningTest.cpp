@@ -1,0 +1,322 @@
+#include "e2e/ReaderOnADesktop.h"
+#include "support/OtherProgram.h"
+
+#include <QElapsedTimer>
+
+using namespace Quillory;
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr std::uint16_t peekKey = 38, keyA = 0, keyEscape = 53;
+constexpr std::uint16_t leftShift = 56, rightShift = 60, leftOption = 58, rightOption = 61;
+constexpr auto peekModifiers = ModifierFlags::control | ModifierFlags::option;
+constexpr std::uint32_t allWorkspaces = 0xFFFFFFFF;
+
+class SummoningTest : public ReaderOnADesktop {
+protected:
+    SummoningTest()
+    {
+        Shortcut const peek { peekKey, Shortcut::carbonModifiersOf(peekModifiers) };
+        program.setSetting(u"KeyboardShortcuts_peekQuillory"_s, peek.encoded());
+        program.save(u"a.md"_s, sheetOf("Sheet"));
+    }
+
+    void holdPeek()
+    {
+        desktop.keyboard().pressModifiers(peekModifiers);
+        desktop.keyboard().press(peekKey);
+    }
+    void releasePeek()
+    {
+        desktop.keyboard().release(peekKey);
+        desktop.keyboard().releaseModifiers(peekModifiers);
+    }
+
+    void tap(std::uint16_t key)
+    {
+        desktop.keyboard().press(key);
+        desktop.keyboard().release(key);
+    }
+
+    // Whether the reader does not come up within the time that a hold takes.
+    bool staysAway()
+    {
+        QElapsedTimer time;
+        time.start();
+        Desktop::eventually([&] { return desktop.isReaderOnScreen() || time.hasExpired(600); });
+        return !desktop.isReaderOnScreen();
+    }
+
+    // Drags with the mouse until the panel's frame is `frame`, but for the first steps of the way, which the window
+    // manager needs to take the pointer over.
+    bool drag(QPoint from, QPoint way, QRect const& frame)
+    {
+        constexpr int firstSteps = 13;
+        auto const before = desktop.reader().value().frame;
+        auto& mouse = desktop.keyboard();
+        mouse.pressButton(from.x(), from.y());
+        int step = firstSteps;
+        bool const isTaken = Desktop::eventually([&] {
+            step = step == firstSteps ? firstSteps - 1 : firstSteps;
+            mouse.movePointer(from.x() + (way.x() > 0 ? step : -step), from.y());
+            return desktop.reader() && desktop.reader()->frame != before;
+        });
+        mouse.movePointer(from.x() + way.x(), from.y() + way.y());
+        auto const isThere = [&] {
+            auto const reader = desktop.reader();
+            auto const isNear = [](int a, int b) { return std::abs(a - b) <= firstSteps; };
+            return reader && isNear(reader->frame.left(), frame.left()) && isNear(reader->frame.right(), frame.right())
+                && reader->frame.top() == frame.top() && reader->frame.bottom() == frame.bottom();
+        };
+        bool const isMoved = Desktop::eventually(isThere);
+        mouse.releaseButton();
+        return isTaken && isMoved;
+    }
+
+    bool isPeekWindow(xcb_window_t window)
+    {
+        return Desktop::eventually([&] {
+            return desktop.hasState(window, "_NET_WM_STATE_ABOVE") && desktop.workspaceOf(window) == allWorkspaces;
+        });
+    }
+    bool isOrdinaryWindow(xcb_window_t window)
+    {
+        return Desktop::eventually([&] {
+            return !desktop.hasState(window, "_NET_WM_STATE_ABOVE") && desktop.workspaceOf(window) != allWorkspaces;
+        });
+    }
+};
+
+TEST_F(SummoningTest, A_peek_lasts_as_long_as_its_keys_are_held)
+{
+    start();
+    for (bool const modifierFirst : { false, true }) {
+        SCOPED_TRACE(modifierFirst ? "modifier first" : "key first");
+        holdPeek();
+        ASSERT_TRUE(isUp());
+        auto const window = desktop.reader().value().window;
+        EXPECT_TRUE(isPeekWindow(window));
+        EXPECT_TRUE(desktop.hasState(window, "_NET_WM_STATE_SKIP_TASKBAR"));
+        EXPECT_EQ(desktop.topmostWindow(), window);
+        if (modifierFirst)
+            desktop.keyboard().releaseModifiers(peekModifiers);
+        else
+            desktop.keyboard().release(peekKey);
+        EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+        releasePeek();
+    }
+    ASSERT_TRUE(comesUp());
+    EXPECT_TRUE(isOrdinaryWindow(desktop.reader().value().window));
+}
+
+TEST_F(SummoningTest, A_release_while_the_program_does_not_run_is_made_up_for)
+{
+    start();
+    holdPeek();
+    ASSERT_TRUE(isUp());
+    program.freeze();
+    releasePeek();
+    EXPECT_TRUE(desktop.isReaderOnScreen());
+    program.thaw();
+    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+}
+
+TEST_F(SummoningTest, A_double_tap_and_hold_peeks_and_typing_in_between_does_not)
+{
+    program.setSetting(u"modifierGesture"_s, u"shift"_s);
+    start();
+    for (auto const side : { leftShift, rightShift }) {
+        tap(side);
+        desktop.keyboard().press(side);
+        ASSERT_TRUE(isUp());
+        EXPECT_TRUE(isPeekWindow(desktop.reader().value().window));
+        desktop.keyboard().release(side);
+        EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+
+        tap(side);
+        tap(keyA);
+        desktop.keyboard().press(side);
+        EXPECT_TRUE(staysAway());
+        desktop.keyboard().release(side);
+    }
+}
+
+TEST_F(SummoningTest, The_gesture_works_on_either_option_key_also_while_a_menu_has_the_keyboard)
+{
+    program.setSetting(u"modifierGesture"_s, u"option"_s);
+    start();
+    OtherProgram menu;
+    for (bool const isMenuOpen : { false, true }) {
+        ASSERT_TRUE(!isMenuOpen || menu.takeKeyboard());
+        for (auto const side : { leftOption, rightOption }) {
+            tap(side);
+            desktop.keyboard().press(side);
+            ASSERT_TRUE(Desktop::eventually([&] { return desktop.isReaderOnScreen(); }));
+            desktop.keyboard().release(side);
+            EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+        }
+    }
+}
+
+TEST_F(SummoningTest, Another_window_that_comes_to_the_front_ends_a_peek_and_keeps_it)
+{
+    Terminal const other(desktop, program.path(u"second"_s));
+    desktop.bringToFront(terminal.window());
+    ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
+    start();
+    holdPeek();
+    ASSERT_TRUE(isUp());
+    desktop.bringToFront(other.window());
+    EXPECT_TRUE(isAwayAndFrontIs(other.window()));
+    releasePeek();
+    EXPECT_TRUE(isAwayAndFrontIs(other.window()));
+    EXPECT_TRUE(staysAway());
+}
+
+TEST_F(SummoningTest, The_panel_can_be_closed_by_its_button_and_comes_back)
+{
+    start();
+    ASSERT_TRUE(comesUp());
+    auto const frame = desktop.reader().value().frame;
+    desktop.click(frame.topRight() + QPoint(-20, 20));
+    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+    ASSERT_TRUE(comesUp());
+    EXPECT_EQ(desktop.reader().value().frame, frame);
+    tap(keyEscape);
+    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+}
+
+TEST_F(SummoningTest, A_peek_shows_over_a_full_screen_window_and_on_every_workspace)
+{
+    start();
+    desktop.addState(terminal.window(), "_NET_WM_STATE_FULLSCREEN");
+    ASSERT_TRUE(Desktop::eventually([&] { return desktop.hasState(terminal.window(), "_NET_WM_STATE_FULLSCREEN"); }));
+    holdPeek();
+    ASSERT_TRUE(isUp());
+    auto const window = desktop.reader().value().window;
+    EXPECT_TRUE(Desktop::eventually([&] { return desktop.topmostWindow() == window; }));
+    releasePeek();
+    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+
+    // A resident panel stays behind on its workspace, and a peek fetches it.
+    ASSERT_TRUE(comesUp());
+    desktop.switchToWorkspace(1);
+    ASSERT_TRUE(Desktop::eventually([&] { return !desktop.isReaderOnScreen(); }));
+    holdPeek();
+    ASSERT_TRUE(isUp());
+    EXPECT_EQ(desktop.reader().value().window, window);
+    releasePeek();
+    EXPECT_TRUE(Desktop::eventually([&] { return !desktop.isReaderOnScreen(); }));
+}
+
+TEST_F(SummoningTest, The_frame_is_stored_when_the_user_moves_it_and_not_by_showing)
+{
+    auto const key = u"persistentPanelFrame"_s;
+    start();
+    ASSERT_TRUE(comesUp());
+    auto const first = desktop.reader().value().frame;
+    EXPECT_EQ(first.size(), QSize(880, 640));
+    EXPECT_TRUE(drag(first.topLeft() + QPoint(300, 15), { 30, 40 }, first.translated(30, 40))) << "by its bar";
+    auto const moved = desktop.reader().value().frame;
+    EXPECT_TRUE(drag(moved.bottomRight() - QPoint(2, 2), { -100, -50 }, moved.adjusted(0, 0, -100, -50)))
+        << "by its corner";
+    auto const resized = desktop.reader().value().frame;
+    ASSERT_TRUE(goesAwayTo(terminal.window()));
+    ASSERT_TRUE(comesUp());
+    EXPECT_EQ(desktop.reader().value().frame, resized);
+    ASSERT_TRUE(program.terminate());
+    EXPECT_EQ(program.storedSettings()[key].toString(), u"{{%1, %2}, {780, 590}}"_s.arg(resized.x()).arg(resized.y()));
+
+    // On a screen that is gone: it comes back, and what is stored stays.
+    auto const gone = u"{{3000, 200}, {500, 400}}"_s;
+    program.setSetting(key, gone);
+    start();
+    ASSERT_TRUE(comesUp());
+    EXPECT_EQ(desktop.reader().value().frame, QRect(780, 200, 500, 400));
+    ASSERT_TRUE(program.terminate());
+    EXPECT_EQ(program.storedSettings()[key].toString(), gone);
+}
+
+TEST_F(SummoningTest, With_two_displays_it_comes_to_the_one_that_the_user_is_on)
+{
+    auto const setMonitors = [](QStringList const& arguments) {
+        EXPECT_EQ(QProcess::execute(u"xrandr"_s, arguments), 0);
+    };
+    setMonitors({ u"--setmonitor"_s, u"left"_s, u"640/170x900/240+0+0"_s, u"screen"_s });
+    setMonitors({ u"--setmonitor"_s, u"right"_s, u"640/170x900/240+640+0"_s, u"none"_s });
+    program.setSetting(u"persistentPanelFrame"_s, u"{{100, 200}, {500, 400}}"_s);
+    desktop.moveTo(terminal.window(), { 700, 100 });
+    start();
+    ASSERT_TRUE(comesUp());
+    EXPECT_EQ(desktop.reader().value().frame, QRect(640, 200, 500, 400));
+    ASSERT_TRUE(goesAwayTo(terminal.window()));
+
+    desktop.moveTo(terminal.window(), { 0, 100 });
+    ASSERT_TRUE(comesUp());
+    EXPECT_EQ(desktop.reader().value().frame, QRect(140, 200, 500, 400)) << "from where it was seen last";
+    ASSERT_TRUE(goesAwayTo(terminal.window()));
+
+    // The right one goes while the program runs.
+    setMonitors({ u"--delmonitor"_s, u"right"_s });
+    desktop.moveTo(terminal.window(), { 700, 100 });
+    ASSERT_TRUE(comesUp());
+    EXPECT_TRUE(QRect(0, 0, 640, 900).contains(desktop.reader().value().frame));
+}
+
+TEST_F(SummoningTest, A_hundred_peeks_leave_nothing_behind)
+{
+    start();
+    auto const peek = [&](int times) {
+        for (int call = 0; call < times; ++call) {
+            holdPeek();
+            ASSERT_TRUE(isUp()) << "call " << call;
+            releasePeek();
+            ASSERT_TRUE(isAwayAndFrontIs(terminal.window())) << "call " << call;
+        }
+    };
+    peek(10);
+    holdPeek();
+    ASSERT_TRUE(isUp());
+    auto const window = desktop.reader().value().window;
+    releasePeek();
+    ASSERT_TRUE(isAwayAndFrontIs(terminal.window()));
+    auto const files = program.openFiles();
+    auto const windows = desktop.windowsOfOwner(window);
+    auto const memory = program.memory();
+    peek(100);
+    EXPECT_EQ(program.openFiles(), files);
+    EXPECT_EQ(desktop.windowsOfOwner(window), windows);
+    // A window's pixels alone are 2 MiB, and a rendered sheet some dozen KiB.
+    constexpr int breathing = 1024; // KiB
+    EXPECT_LE(program.memory(), memory + breathing);
+
+    EXPECT_TRUE(program.terminate());
+    EXPECT_FALSE(desktop.isGrabbed(toggle));
+    desktop.pressAndRelease({ keyA, 0 });
+    desktop.pressAndRelease({ keyReturn, 0 });
+    EXPECT_TRUE(Desktop::eventually([&] { return terminal.typedLines() == "a\n"; }));
+}
+
+TEST_F(SummoningTest, A_lost_display_ends_it_in_order)
+{
+    QProcess server;
+    server.start(u"Xvfb"_s, { u"-displayfd"_s, u"1"_s, u"-nolisten"_s, u"tcp"_s });
+    QByteArray number;
+    while (!number.endsWith('\n')) {
+        ASSERT_TRUE(server.waitForReadyRead());
+        number += server.readAllStandardOutput();
+    }
+    program.setDisplay(u':' + QString::fromLatin1(number.trimmed()));
+    program.setSetting(u"lastSheet"_s, u"gone.md"_s);
+    program.start();
+    // It runs once it has moved the selection on; what it stores of that is on its way when the display goes.
+    ASSERT_TRUE(Desktop::eventually([&] { return program.storedSettings()[u"lastSheet"] == u"a.md"_s; }));
+    server.kill();
+    server.waitForFinished();
+    EXPECT_EQ(program.waitForEnd(), 1);
+    EXPECT_EQ(program.storedSettings()[u"lastSheet"].toString(), u"a.md"_s);
+}
+
+}
