@@ -1,0 +1,181 @@
+// Rendering to attributed text. Markdown against cmark-gfm's HTML renderer on the same tree, for sheets of several
+// shapes; the largest legal structured sheet at three widths, alone and with laying out what is on screen, which is one
+// step of a live resize. Run it with --benchmark_repetitions=9 and compare medians of one run.
+
+#include "rendering/MarkdownRenderer.h"
+#include "rendering/ShortcutRenderer.h"
+#include "textlayout/FontTextMeasure.h"
+#include "textlayout/TextLayout.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cmark-gfm-core-extensions.h>
+#include <cmark-gfm.h>
+
+#include <QByteArrayList>
+#include <QGuiApplication>
+#include <QPalette>
+
+#include <array>
+#include <cstdlib>
+
+namespace Quillory {
+namespace {
+
+constexpr qsizetype largestSheet = 2 * 1024 * 1024;
+constexpr double textSize = 16;
+
+// As people write them: sections, commands in code, a table, notes.
+QByteArray ordinarySheet(qsizetype size)
+{
+    QByteArray sheet = "# Sheet\n\nWhat one forgets, in the order of need.\n\n";
+    for (int section = 1; sheet.size() < size; ++section) {
+        auto const number = QByteArray::number(section);
+        sheet += "## Task " + number + "\n\nRun `tool --verbose` first, then *look* at **what** it says.\n"
+            + "See [the manual](https://example.org/" + number + ") -- \"it depends\"...\n\n"
+            + "```sh\ntool start --port 80" + number + " | tee log\ntool stop\n```\n\n"
+            + "- [x] check the `config`\n- [ ] restart ~~twice~~ once\n  1. nested, with `code`\n  2. and more\n\n"
+            + "| Key | What it does |\n|---|:--|\n| `Ctrl+" + number + "` | goes to line " + number
+            + " |\n| `g g` | first line |\n| `G` | last line |\n\n> A note about task " + number + ".\n\n";
+    }
+    return sheet;
+}
+
+QByteArray prose()
+{
+    QByteArray const sentence = "What is told in a sheet goes on for some words and then comes to its end. ";
+    return (sentence.repeated(6).trimmed() + "\n\n").repeated(largestSheet / (sentence.size() * 6 + 1));
+}
+
+QByteArray manyLines()
+{
+    return QByteArray("a\n\n").repeated(700'000);
+}
+
+QByteArray manyTargets()
+{
+    return QByteArray("`code` in line, ").repeated(100'000).replace(", ", "\n\n");
+}
+
+QByteArray tables()
+{
+    auto const row = QByteArray("| cell `x` ").repeated(6) + "|\n";
+    return row + QByteArray("|-").repeated(6) + "|\n" + row.repeated(largestSheet / row.size() - 2);
+}
+
+cmark_node* parse(cmark_parser* parser, QByteArray const& source)
+{
+    for (auto const* name : { "table", "strikethrough", "tasklist" })
+        cmark_parser_attach_syntax_extension(parser, cmark_find_syntax_extension(name));
+    cmark_parser_feed(parser, source.constData(), static_cast<std::size_t>(source.size()));
+    return cmark_parser_finish(parser);
+}
+
+void html(benchmark::State& state, QByteArray const& source)
+{
+    cmark_gfm_core_extensions_ensure_registered();
+    auto* const parser = cmark_parser_new(CMARK_OPT_SMART);
+    auto* const root = parse(parser, source);
+    for (auto _ : state) {
+        auto* const text = cmark_render_html(root, CMARK_OPT_DEFAULT, cmark_parser_get_syntax_extensions(parser));
+        benchmark::DoNotOptimize(text);
+        std::free(text); // NOLINT(cppcoreguidelines-no-malloc): the library's allocator
+    }
+    cmark_node_free(root);
+    cmark_parser_free(parser);
+    state.SetBytesProcessed(state.iterations() * source.size());
+}
+
+void attributed(benchmark::State& state, QByteArray const& source)
+{
+    auto const parsed = ParsedMarkdown::parsingUtf8(source);
+    for (auto _ : state) {
+        auto rendered = MarkdownRenderer::render(parsed, QString(), {}, textSize);
+        benchmark::DoNotOptimize(rendered);
+    }
+    state.SetBytesProcessed(state.iterations() * source.size());
+}
+
+// 2,000 entries in 100 sections, with two alternatives of two steps each.
+ShortcutSheet largestStructuredSheet()
+{
+    QByteArrayList sections;
+    auto const steps = QByteArrayList(2, R"({"modifiers":["shift","command"],"key":"k"})").join(',');
+    auto const shortcuts = QByteArrayList(2, R"({"steps":[)" + steps + "]}").join(',');
+    for (int section = 0; section < 100; ++section) {
+        QByteArrayList entries;
+        for (int entry = 0; entry < 20; ++entry) {
+            auto const id = QByteArray::number(section) + '.' + QByteArray::number(entry);
+            entries.append(R"({"id":")" + id + R"(","title":"Does what entry )" + id + R"( says","text":")"
+                + (entry % 4 == 0 ? "With a hint behind it." : "") + R"(","shortcuts":[)" + shortcuts + "]}");
+        }
+        auto const id = QByteArray::number(section);
+        sections.append(
+            R"({"id":")" + id + R"(","title":"Section )" + id + R"(","entries":[)" + entries.join(',') + "]}");
+    }
+    auto sheet = ShortcutSheet::decode(
+        R"({"schemaVersion":1,"title":"Largest","sections":[)" + sections.join(',') + "]}");
+    if (!sheet)
+        std::abort();
+    return *sheet;
+}
+
+void structured(benchmark::State& state)
+{
+    auto const sheet = largestStructuredSheet();
+    FontTextMeasure const measure(FontSet::ofDesktop());
+    auto const width = static_cast<double>(state.range(0));
+    for (auto _ : state) {
+        auto rendered = ShortcutRenderer::render(sheet, {}, width, textSize, measure);
+        benchmark::DoNotOptimize(rendered);
+    }
+}
+
+void resizeStep(benchmark::State& state)
+{
+    auto const sheet = largestStructuredSheet();
+    auto const fonts = FontSet::ofDesktop();
+    FontTextMeasure const measure(fonts);
+    auto width = static_cast<double>(state.range(0));
+    for (auto _ : state) {
+        width += 0.25; // always another width, as while dragging
+        auto const rendered = ShortcutRenderer::render(sheet, {}, width, textSize, measure);
+        TextLayout layout(rendered.text, width, fonts, ColorSet::fromPalette(QPalette()));
+        layout.layOutVisible(0, 700);
+        benchmark::DoNotOptimize(layout.height());
+    }
+}
+
+BENCHMARK(structured)->Arg(400)->Arg(900)->Arg(2200)->Unit(benchmark::kMillisecond);
+BENCHMARK(resizeStep)->Arg(400)->Arg(900)->Arg(2200)->Unit(benchmark::kMillisecond);
+
+void registerSheets()
+{
+    static std::array<std::pair<char const*, QByteArray>, 6> const sheets { {
+        { "ordinary 10 KB", ordinarySheet(10 * 1024) },
+        { "ordinary 2 MiB", ordinarySheet(largestSheet) },
+        { "prose 2 MiB", prose() },
+        { "700,000 lines", manyLines() },
+        { "100,000 targets", manyTargets() },
+        { "table 2 MiB", tables() },
+    } };
+    for (auto const& [name, source] : sheets) {
+        auto const add = [&](std::string const& kind, void (*function)(benchmark::State&, QByteArray const&)) {
+            benchmark::RegisterBenchmark((kind + name).c_str(), function, source)->Unit(benchmark::kMillisecond);
+        };
+        add("html/", html);
+        add("attributed/", attributed);
+    }
+}
+
+}
+}
+
+int main(int argc, char** argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication const application(argc, argv);
+    Quillory::registerSheets();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+}
