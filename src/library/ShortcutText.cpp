@@ -46,9 +46,10 @@ QString joined(ShortcutSheet::Shortcut const& shortcut, QStringView separator, A
     for (auto const& step : shortcut.steps) {
         if (&step != &shortcut.steps.first())
             text += separator;
-        for (auto const& modifier : modifierTable) {
-            if (step.modifiers.contains(modifier.name))
-                appendStep(text, modifier);
+        auto const held = ShortcutText::modifiersOf(step);
+        for (std::size_t index = 0; index < modifierTable.size(); ++index) {
+            if (held[index])
+                appendStep(text, modifierTable[index]);
         }
         appendStep(text, step.key);
     }
@@ -57,9 +58,20 @@ QString joined(ShortcutSheet::Shortcut const& shortcut, QStringView separator, A
 
 }
 
-std::span<Modifier const> ShortcutText::modifiers()
+std::span<Modifier const, 5> ShortcutText::modifiers()
 {
     return modifierTable;
+}
+
+ShortcutText::ModifierSet ShortcutText::modifiersOf(ShortcutSheet::Step const& step)
+{
+    ModifierSet held;
+    for (auto const& name : step.modifiers) {
+        auto const known = std::ranges::find(modifierTable, QStringView(name), &Modifier::name);
+        if (known != modifierTable.end())
+            held.set(static_cast<std::size_t>(known - modifierTable.begin()));
+    }
+    return held;
 }
 
 QString ShortcutText::keyText(QString const& key)

@@ -4,6 +4,7 @@
 
 #include <QString>
 
+#include <bitset>
 #include <span>
 
 namespace Quillory {
@@ -17,7 +18,11 @@ struct Modifier {
 };
 
 // All modifiers in the order in which they are shown and spoken, whatever order a sheet has them in.
-std::span<Modifier const> modifiers();
+std::span<Modifier const, 5> modifiers();
+
+// Which of them the step has, by their positions in modifiers().
+using ModifierSet = std::bitset<5>;
+ModifierSet modifiersOf(ShortcutSheet::Step const& step);
 
 // The key alone: "Space", "F5".
 QString keyText(QString const& key);

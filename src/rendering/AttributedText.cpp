@@ -4,10 +4,16 @@
 
 namespace Quillory {
 
+struct AttributedText::PlacedStyle {
+    quint32 style = 0;
+    TableCell cell;
+};
+
 struct AttributedText::Data : QSharedData {
     QString string;
     std::vector<TextAttributes> attributes;
     std::vector<ParagraphStyle> styles;
+    std::vector<PlacedStyle> placedStyles; // styles by their cells, of which there may be very many
     std::vector<Run> runs;
     std::vector<Run> paragraphRuns;
 };
@@ -72,7 +78,12 @@ TextAttributes const& AttributedText::attributes(Run const& run) const
 
 ParagraphStyle const& AttributedText::paragraphStyle(Run const& run) const
 {
-    return m_data->styles[run.index];
+    return m_data->styles[m_data->placedStyles[run.index].style];
+}
+
+TableCell AttributedText::tableCell(Run const& run) const
+{
+    return m_data->placedStyles[run.index].cell;
 }
 
 qsizetype AttributedText::runAt(qsizetype location) const
@@ -87,8 +98,8 @@ qsizetype AttributedText::paragraphRunAt(qsizetype location) const
 
 namespace {
 
-// Whether two lists of runs have equal lengths and values. An index means something to its own text alone.
-bool sameRuns(std::span<Run const> ours, std::span<Run const> theirs, auto const& ourValues, auto const& theirValues)
+// Whether two lists of runs have equal lengths and mean the same.
+bool sameRuns(std::span<Run const> ours, std::span<Run const> theirs, auto meanTheSame)
 {
     auto checked = std::pair<quint32, quint32>(quint32(-1), quint32(-1));
     return std::ranges::equal(ours, theirs, [&](Run const& one, Run const& other) {
@@ -98,7 +109,7 @@ bool sameRuns(std::span<Run const> ours, std::span<Run const> theirs, auto const
         if (indices == checked)
             return true;
         checked = indices;
-        return ourValues[one.index] == theirValues[other.index];
+        return meanTheSame(one, other);
     });
 }
 
@@ -106,10 +117,16 @@ bool sameRuns(std::span<Run const> ours, std::span<Run const> theirs, auto const
 
 bool AttributedText::operator==(AttributedText const& other) const
 {
-    return m_data == other.m_data
-        || (m_data->string == other.m_data->string
-            && sameRuns(m_data->runs, other.m_data->runs, m_data->attributes, other.m_data->attributes)
-            && sameRuns(m_data->paragraphRuns, other.m_data->paragraphRuns, m_data->styles, other.m_data->styles));
+    if (m_data == other.m_data)
+        return true;
+    auto const sameAttributes = [&](Run const& one, Run const& another) {
+        return attributes(one) == other.attributes(another);
+    };
+    auto const sameStyle = [&](Run const& one, Run const& another) {
+        return paragraphStyle(one) == other.paragraphStyle(another) && tableCell(one) == other.tableCell(another);
+    };
+    return string() == other.string() && sameRuns(runs(), other.runs(), sameAttributes)
+        && sameRuns(paragraphRuns(), other.paragraphRuns(), sameStyle);
 }
 
 AttributedText::Builder::Builder()
@@ -135,12 +152,34 @@ AttributedText::Builder::AttributesId AttributedText::Builder::add(TextAttribute
     return AttributesId { next };
 }
 
+QString AttributedText::Builder::textFrom(qsizetype location) const
+{
+    return m_data->string.sliced(location);
+}
+
+void AttributedText::Builder::reserve(qsizetype length)
+{
+    m_data->string.reserve(length);
+}
+
 AttributedText::Builder::StyleId AttributedText::Builder::add(ParagraphStyle const& style)
 {
-    // Styles come in long stretches or, in tables, once each: the last one is the only one worth asking.
-    if (m_data->styles.empty() || m_data->styles.back() != style)
-        m_data->styles.push_back(style);
-    return StyleId { static_cast<quint32>(m_data->styles.size() - 1) };
+    // There are few, but for the columns of a sheet and the tables; and those come one after the other.
+    auto& known = m_data->styles;
+    if (known.empty() || known.back() != style)
+        known.push_back(style);
+    auto const index = static_cast<quint32>(known.size() - 1);
+    auto& placed = m_data->placedStyles;
+    if (placed.empty() || placed.back().style != index || placed.back().cell != TableCell())
+        placed.push_back({ index, {} });
+    return StyleId { static_cast<quint32>(placed.size() - 1) };
+}
+
+AttributedText::Builder::StyleId AttributedText::Builder::add(StyleId style, TableCell cell)
+{
+    auto& placed = m_data->placedStyles;
+    placed.push_back({ placed[static_cast<std::size_t>(style)].style, cell });
+    return StyleId { static_cast<quint32>(placed.size() - 1) };
 }
 
 void AttributedText::Builder::appendKnown(QStringView text, AttributesId attributes, StyleId style)

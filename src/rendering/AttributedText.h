@@ -20,7 +20,7 @@ public:
     struct Run {
         qsizetype location = 0;
         qsizetype length = 0;
-        quint32 index = 0; // into attributes() or paragraphStyles()
+        quint32 index = 0; // tells apart what the text has for it
         bool operator==(Run const&) const = default;
     };
 
@@ -42,6 +42,8 @@ public:
 
     TextAttributes const& attributes(Run const& run) const;
     ParagraphStyle const& paragraphStyle(Run const& run) const;
+    // Of a paragraph whose style has a block.
+    TableCell tableCell(Run const& run) const;
 
     // The position in runs() of the run that holds `location`, which must lie within the string.
     qsizetype runAt(qsizetype location) const;
@@ -50,6 +52,7 @@ public:
     bool operator==(AttributedText const& other) const;
 
 private:
+    struct PlacedStyle;
     struct Data;
     explicit AttributedText(QExplicitlySharedDataPointer<Data const> data);
     QExplicitlySharedDataPointer<Data const> m_data;
@@ -66,8 +69,12 @@ public:
     ~Builder();
 
     qsizetype length() const;
+    QString textFrom(qsizetype location) const;
+    void reserve(qsizetype length);
     AttributesId add(TextAttributes const& attributes);
     StyleId add(ParagraphStyle const& style);
+    // The same style in another cell.
+    StyleId add(StyleId style, TableCell cell);
 
     void appendKnown(QStringView text, AttributesId attributes, StyleId style);
     void append(QStringView text, TextAttributes const& attributes, ParagraphStyle const& style);

@@ -5,7 +5,9 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -17,6 +19,7 @@ using Node = ParsedMarkdown::Node;
 using Nodes = ParsedMarkdown::Nodes;
 using Rows = ParsedMarkdown::Siblings<ParsedMarkdown::Row>;
 using Cells = ParsedMarkdown::Siblings<ParsedMarkdown::Cell>;
+using Builder = AttributedText::Builder;
 
 constexpr double headingSpacing = 6;
 constexpr double titleSizeIncrease = 4;
@@ -30,12 +33,24 @@ constexpr double cellPadding = 5;
 constexpr double cellBorder = 0.5;
 constexpr Color shade { ColorRole::quaternaryLabel, 0.12 };
 
-// The attributes that hold for the nodes of one place in the tree.
-struct Style {
-    TextAttributes attributes;
-    ParagraphStyle paragraph;
+// What holds for the nodes of one place in the tree. Attributes are looked up by it, so it is kept small.
+struct Look {
+    enum class Font : quint8 { body, bold, italic, heading, title, code };
 
-    bool operator==(Style const&) const = default;
+    Font font = Font::body;
+    bool secondary = false;
+    bool struckThrough = false;
+    bool shaded = false;
+    bool linked = false; // to the one link that is open: links don't lie in links
+    Builder::StyleId style {};
+
+    // All looks but for their styles, numbered.
+    static constexpr std::size_t count = 6 << 4U;
+    std::size_t number() const
+    {
+        return (static_cast<std::size_t>(font) << 4U) + (secondary ? 8U : 0U) + (struckThrough ? 4U : 0U)
+            + (shaded ? 2U : 0U) + (linked ? 1U : 0U);
+    }
 };
 
 // Walks the tree with a stack of its own: sheets may be nested deeper than the thread's stack.
@@ -44,16 +59,20 @@ public:
     Renderer(MarkdownRenderer::Images const& images, double textSize)
         : m_images(images)
         , m_textSize(textSize)
+        , m_plainStyle(m_text.add(ParagraphStyle()))
+        , m_headingStyle(m_text.add(ParagraphStyle { .paragraphSpacing = headingSpacing }))
     {
-        m_styles.push_back({ .attributes = { .font = { .size = textSize } }, .paragraph = {} });
     }
 
-    RenderedMarkdown render(Nodes nodes, QString const& title)
+    RenderedMarkdown render(ParsedMarkdown const& parsed, QString const& title)
     {
+        // Decorations make up for what isn't drawn, such as addresses.
+        m_text.reserve(parsed.stringsLength());
+        auto const nodes = parsed.nodes();
         auto first = nodes.begin();
         if (first != nodes.end() && isTitle(*first, title))
             ++first;
-        m_open.push_back({ .style = 0, .content = OpenNodes { first, nodes.end(), {} } });
+        m_open.push_back({ .look = { .style = m_plainStyle }, .content = OpenNodes { first, nodes.end(), {} } });
         while (!m_open.empty())
             std::visit([this](auto& content) { step(content); }, m_open.back().content);
         return { std::move(m_text).build(), std::move(m_targets) };
@@ -68,11 +87,12 @@ private:
     struct OpenTable {
         Rows::Iterator row, lastRow;
         Cells::Iterator cell, lastCell;
-        TableBlock block; // of the next cell
+        Builder::StyleId headStyle, bodyStyle;
+        TableCell place; // of the next cell
     };
 
     struct Open {
-        std::size_t style; // in force here, a position in m_styles
+        Look look; // in force here
         std::variant<OpenNodes, OpenTable> content;
     };
 
@@ -84,47 +104,39 @@ private:
         return heading.level == 1 && canonicallyEqual(heading.text, title);
     }
 
-    Style const& style() const { return m_styles[m_open.back().style]; }
-
     // One node, or the end of the innermost ones. What is open may move when more is opened.
     void step(OpenNodes& nodes)
     {
         if (nodes.next == nodes.end) {
             appendText(nodes.ending);
-            return close();
+            m_open.pop_back();
+            return;
         }
         auto const node = *nodes.next;
         ++nodes.next;
-        std::visit([this](auto const& value) { append(value); }, node.value());
+        node.visit([this](auto const& payload) { append(payload); });
     }
 
     // One cell, or the end of a row or of the table.
     void step(OpenTable& table)
     {
         if (table.cell != table.lastCell) {
-            auto const cell = *table.cell;
-            auto const block = table.block;
+            auto const nodes = (*table.cell).nodes;
+            auto changed = look();
+            if (table.place.row == 0)
+                changed.font = Look::Font::bold;
+            changed.style = m_text.add(table.place.row == 0 ? table.headStyle : table.bodyStyle, table.place);
             ++table.cell;
-            ++table.block.column;
-            return openCell(cell, block);
+            ++table.place.column;
+            return open(nodes, changed, u"\n");
         }
         if (++table.row == table.lastRow) {
             appendText(u"\n");
-            return close();
+            m_open.pop_back();
+            return;
         }
-        ++table.block.row;
+        ++table.place.row;
         beginRow(table);
-    }
-
-    void openCell(ParsedMarkdown::Cell const& cell, TableBlock const& block)
-    {
-        auto changed = style();
-        changed.paragraph = { .block = block };
-        if (block.row == 0) {
-            changed.paragraph.block->background = shade;
-            changed.attributes.font = { .size = m_textSize, .weight = FontAttribute::Weight::bold };
-        }
-        open(cell.nodes, std::move(changed), u"\n");
     }
 
     static void beginRow(OpenTable& table)
@@ -132,55 +144,70 @@ private:
         auto const cells = (*table.row).cells;
         table.cell = cells.begin();
         table.lastCell = cells.end();
-        table.block.column = 0;
+        table.place.column = 0;
     }
 
-    void open(Nodes children, QStringView ending = {})
-    {
-        m_open.push_back(
-            { .style = m_open.back().style, .content = OpenNodes { children.begin(), children.end(), ending } });
-    }
+    Look const& look() const { return m_open.back().look; }
 
-    void open(Nodes children, Style changed, QStringView ending = {})
+    Look with(Look::Font font) const
     {
-        open(children, ending);
-        use(std::move(changed));
-    }
-
-    void close()
-    {
-        m_open.pop_back();
-        if (!m_open.empty())
-            m_styles.erase(m_styles.begin() + static_cast<std::ptrdiff_t>(m_open.back().style) + 1, m_styles.end());
-    }
-
-    void use(Style changed)
-    {
-        if (changed == style())
-            return;
-        m_styles.push_back(std::move(changed));
-        m_open.back().style = m_styles.size() - 1;
-    }
-
-    Style withFont(FontAttribute font) const
-    {
-        auto changed = style();
-        changed.attributes.font = font;
+        auto changed = look();
+        changed.font = font;
         return changed;
     }
 
-    void appendText(QStringView text) { m_text.append(text, style().attributes, style().paragraph); }
+    void open(Nodes children, Look changed, QStringView ending = {})
+    {
+        m_open.push_back({ .look = changed, .content = OpenNodes { children.begin(), children.end(), ending } });
+    }
+
+    FontAttribute fontOf(Look::Font font) const
+    {
+        using enum FontAttribute::Weight;
+        switch (font) {
+        case Look::Font::body:
+            return { .size = m_textSize };
+        case Look::Font::bold:
+            return { .size = m_textSize, .weight = bold };
+        case Look::Font::italic:
+            return { .size = m_textSize, .italic = true };
+        case Look::Font::heading:
+            return { .size = m_textSize, .weight = semibold };
+        case Look::Font::title:
+            return { .size = m_textSize + titleSizeIncrease, .weight = semibold };
+        case Look::Font::code:
+            return { .family = FontAttribute::Family::monospaced, .size = m_textSize };
+        }
+        Q_UNREACHABLE();
+    }
+
+    Builder::AttributesId attributesOf(Look const& look)
+    {
+        auto& known = m_attributes[look.number()];
+        if (!known) {
+            known = m_text.add({
+                .font = fontOf(look.font),
+                .color = { look.secondary ? ColorRole::secondaryLabel : ColorRole::label },
+                .background = look.shaded ? std::optional(shade) : std::nullopt,
+                .link = look.linked ? m_link : QString(),
+                .strikethrough = look.struckThrough,
+            });
+        }
+        return *known;
+    }
+
+    void appendText(QStringView text, Look const& look) { m_text.appendKnown(text, attributesOf(look), look.style); }
+    void appendText(QStringView text) { appendText(text, look()); }
 
     void append(ParsedMarkdown::Text const& text) { appendText(text.string); }
 
     void append(ParsedMarkdown::InlineCode const& code)
     {
-        auto attributes = style().attributes;
-        attributes.font = { .family = FontAttribute::Family::monospaced, .size = m_textSize };
-        attributes.background = shade;
+        auto changed = with(Look::Font::code);
+        changed.shaded = true;
         auto const location = m_text.length();
-        m_text.append(code.string, attributes, style().paragraph);
-        m_targets.push_back({ .range = { location, m_text.length() - location }, .text = code.string.toString() });
+        appendText(code.string, changed);
+        m_targets.push_back({ .range = { location, code.string.size() }, .text = code.string.toString() });
     }
 
     void append(ParsedMarkdown::CodeBlock const& code)
@@ -191,69 +218,75 @@ private:
         if (shown.isEmpty())
             shown = u" ";
 
-        auto attributes = style().attributes;
-        attributes.font = { .family = FontAttribute::Family::monospaced, .size = m_textSize };
         auto const location = m_text.length();
-        qsizetype lineStart = 0;
-        for (bool isLast = false; !isLast;) {
-            auto const lineFeed = shown.indexOf(u'\n', lineStart);
-            isLast = lineFeed < 0;
-            auto const lineEnd = isLast ? shown.size() : lineFeed;
-            auto const paragraph = codeLine(lineStart == 0, isLast);
-            m_text.append(shown.sliced(lineStart, lineEnd - lineStart), attributes, paragraph);
-            m_text.append(u"\n", attributes, paragraph);
-            lineStart = lineEnd + 1;
+        auto const firstFeed = shown.indexOf(u'\n');
+        auto const lastFeed = shown.lastIndexOf(u'\n');
+        auto changed = with(Look::Font::code);
+        if (firstFeed >= 0) {
+            changed.style = codeStyle(true, false);
+            appendText(shown.first(firstFeed + 1), changed);
+            changed.style = codeStyle(false, false);
+            appendText(shown.first(lastFeed + 1).sliced(firstFeed + 1), changed);
         }
+        changed.style = codeStyle(firstFeed < 0, true);
+        appendText(shown.sliced(lastFeed + 1), changed);
+        appendText(u"\n", changed);
         m_targets.push_back({ .range = { location, shown.size() }, .text = code.string.toString(), .isBlock = true });
     }
 
-    ParagraphStyle codeLine(bool isFirst, bool isLast) const
+    Builder::StyleId codeStyle(bool isFirst, bool isLast)
     {
-        return {
-            .firstLineHeadIndent = codeIndent,
-            .headIndent = codeIndent,
-            .tailIndent = codeTailIndent,
-            .minimumLineHeight = m_textSize + codeLineIncrease,
-            .paragraphSpacingBefore = isFirst ? codeSpacingBefore : 0,
-            .paragraphSpacing = isLast ? codeSpacingAfter : 0,
-        };
+        auto& known = m_codeStyles[(isFirst ? 2U : 0U) + (isLast ? 1U : 0U)];
+        if (!known) {
+            known = m_text.add(ParagraphStyle {
+                .firstLineHeadIndent = codeIndent,
+                .headIndent = codeIndent,
+                .tailIndent = codeTailIndent,
+                .minimumLineHeight = m_textSize + codeLineIncrease,
+                .paragraphSpacingBefore = isFirst ? codeSpacingBefore : 0,
+                .paragraphSpacing = isLast ? codeSpacingAfter : 0,
+            });
+        }
+        return *known;
     }
 
     void append(ParsedMarkdown::Heading const& heading)
     {
-        auto const size = heading.level == 1 ? m_textSize + titleSizeIncrease : m_textSize;
-        auto changed = withFont({ .size = size, .weight = FontAttribute::Weight::semibold });
-        changed.paragraph = { .paragraphSpacing = headingSpacing };
-        open(heading.children, std::move(changed), u"\n");
+        auto changed = with(heading.level == 1 ? Look::Font::title : Look::Font::heading);
+        changed.style = m_headingStyle;
+        open(heading.children, changed, u"\n");
     }
 
-    void append(ParsedMarkdown::Paragraph const& paragraph) { open(paragraph.children, u"\n\n"); }
-
-    void append(ParsedMarkdown::Strong const& strong)
-    {
-        open(strong.children, withFont({ .size = m_textSize, .weight = FontAttribute::Weight::bold }));
-    }
-
-    void append(ParsedMarkdown::Emphasis const& emphasis)
-    {
-        open(emphasis.children, withFont({ .size = m_textSize, .italic = true }));
-    }
+    void append(ParsedMarkdown::Paragraph const& paragraph) { open(paragraph.children, look(), u"\n\n"); }
+    void append(ParsedMarkdown::Strong const& strong) { open(strong.children, with(Look::Font::bold)); }
+    void append(ParsedMarkdown::Emphasis const& emphasis) { open(emphasis.children, with(Look::Font::italic)); }
 
     void append(ParsedMarkdown::Strikethrough const& strikethrough)
     {
-        auto changed = style();
-        changed.attributes.strikethrough = true;
-        open(strikethrough.children, std::move(changed));
+        auto changed = look();
+        changed.struckThrough = true;
+        open(strikethrough.children, changed);
     }
 
     void append(ParsedMarkdown::Link const& link)
     {
-        auto changed = style();
+        auto changed = look();
         auto const url = link.destination ? QUrl(link.destination->toString(), QUrl::TolerantMode) : QUrl();
-        auto const scheme = url.scheme().toLower();
-        if (url.isValid() && (scheme == QLatin1StringView("http") || scheme == QLatin1StringView("https")))
-            changed.attributes.link = url.toString(QUrl::FullyEncoded);
-        open(link.children, std::move(changed));
+        auto const scheme = url.scheme();
+        if (url.isValid() && (scheme == QLatin1StringView("http") || scheme == QLatin1StringView("https"))) {
+            changed.linked = true;
+            useLink(url.toString(QUrl::FullyEncoded));
+        }
+        open(link.children, changed);
+    }
+
+    void useLink(QString const& link)
+    {
+        if (link == m_link)
+            return;
+        m_link = link;
+        for (std::size_t number = 1; number < Look::count; number += 2)
+            m_attributes[number].reset();
     }
 
     void append(ParsedMarkdown::Image const& image)
@@ -273,29 +306,35 @@ private:
     void append(ParsedMarkdown::ListItem const& item)
     {
         appendText(!item.checked ? u"• " : *item.checked ? u"☑ " : u"☐ ");
-        open(item.children);
+        open(item.children, look());
     }
 
     void append(ParsedMarkdown::BlockQuote const& quote)
     {
-        auto changed = style();
-        changed.attributes.color = { ColorRole::secondaryLabel };
-        open(quote.children, std::move(changed));
-        appendText(u"│ ");
+        auto changed = look();
+        changed.secondary = true;
+        appendText(u"│ ", changed);
+        open(quote.children, changed);
     }
 
     void append(ParsedMarkdown::Table const& table)
     {
+        TableBlock block {
+            .table = m_tables++,
+            .columns = columnCount(table),
+            .padding = cellPadding,
+            .borderWidth = cellBorder,
+        };
+        auto const bodyStyle = m_text.add(ParagraphStyle { .block = block });
+        block.background = shade;
         OpenTable content {
             .row = table.rows.begin(),
             .lastRow = table.rows.end(),
-            .block = { .table = m_tables++,
-                .columns = columnCount(table),
-                .padding = cellPadding,
-                .borderWidth = cellBorder },
+            .headStyle = m_text.add(ParagraphStyle { .block = block }),
+            .bodyStyle = bodyStyle,
         };
         beginRow(content); // a table has its head at least
-        m_open.push_back({ .style = m_open.back().style, .content = content });
+        m_open.push_back({ .look = look(), .content = content });
     }
 
     static int columnCount(ParsedMarkdown::Table const& table)
@@ -317,16 +356,20 @@ private:
             appendText(u"\n");
     }
 
-    void append(ParsedMarkdown::Container const& container) { open(container.children); }
+    void append(ParsedMarkdown::Container const& container) { open(container.children, look()); }
     void append(ParsedMarkdown::LineBreak) { appendText(u"\n"); }
     void append(ParsedMarkdown::ThematicBreak) { appendText(u"────────────────────────\n\n"); }
 
     MarkdownRenderer::Images const& m_images;
     double m_textSize;
-    AttributedText::Builder m_text;
+    Builder m_text;
     std::vector<CopyTarget> m_targets;
-    std::vector<Style> m_styles;
     std::vector<Open> m_open;
+    std::array<std::optional<Builder::AttributesId>, Look::count> m_attributes;
+    std::array<std::optional<Builder::StyleId>, 4> m_codeStyles;
+    Builder::StyleId m_plainStyle;
+    Builder::StyleId m_headingStyle;
+    QString m_link; // the last one
     int m_tables = 0;
 };
 
@@ -335,7 +378,7 @@ private:
 RenderedMarkdown MarkdownRenderer::render(
     ParsedMarkdown const& parsed, QString const& title, Images const& images, double textSize)
 {
-    return Renderer(images, textSize).render(parsed.nodes(), title);
+    return Renderer(images, textSize).render(parsed, title);
 }
 
 RenderedMarkdown MarkdownRenderer::render(

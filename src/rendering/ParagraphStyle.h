@@ -6,8 +6,17 @@
 
 namespace Quillory {
 
-// The cell of a table that a paragraph lies in. Cells of one table bear the same `table`, its position among the
-// tables of the text; their paragraphs follow one another, row by row and column by column. Content stands at the top.
+// Where in its table a cell is.
+struct TableCell {
+    int row = 0;
+    int column = 0;
+
+    bool operator==(TableCell const&) const = default;
+};
+
+// The cell of a table that a paragraph lies in, but for its place. Cells of one table bear the same `table`, its
+// position among the tables of the text; their paragraphs follow one another, row by row and column by column. Content
+// stands at the top.
 struct TableBlock {
     // A column is as wide as its content asks for, or as `widthPercent` says.
     enum class Widths { automatic, fixed };
@@ -15,8 +24,6 @@ struct TableBlock {
 
     int table = 0;
     int columns = 1; // of the whole table
-    int row = 0;
-    int column = 0;
     double padding = 0;     // points, all four sides
     Border border = Border::allEdges;
     double borderWidth = 0; // points; borders of neighbours collapse into one

@@ -6,45 +6,6 @@
 
 namespace Quillory {
 
-namespace {
-
-// What a record says beyond its kind. Rows and cells of a table are records too, of no kind of their own.
-enum Flag : std::uint8_t {
-    noFlag = 0,
-    hasString = 1, // link: a destination; image: a source
-    isBlock = 2,   // html
-    hasBox = 4,    // list item
-    isChecked = 8,
-    isRow = 16,
-    isCell = 32,
-};
-
-}
-
-struct ParsedMarkdown::Record {
-    Kind kind = Kind::container;
-    std::uint8_t flags = noFlag;
-    std::uint8_t level = 0; // heading
-    std::uint8_t unused = 0;
-    std::uint32_t end = 0;    // position behind the last record of this subtree
-    std::uint32_t offset = 0; // of the string in the pool, UTF-16 units
-    std::uint32_t length = 0;
-    std::uint32_t second = 0; // image: length of the description, right behind the source
-
-    bool operator==(Record const&) const = default;
-};
-
-struct ParsedMarkdown::Storage {
-    std::vector<Record> records;
-    QString pool;
-
-    QStringView string(Record const& record) const { return QStringView(pool).sliced(record.offset, record.length); }
-    QStringView secondString(Record const& record) const
-    {
-        return QStringView(pool).sliced(record.offset + record.length, record.second);
-    }
-};
-
 // Makes the records in one pass over a document's elements. Both trees are in document order, so an element's record
 // ends where the record of the element behind its subtree begins.
 class ParsedMarkdownBuilder {
@@ -72,6 +33,7 @@ public:
 
 private:
     using Kind = ParsedMarkdown::Kind;
+    using enum ParsedMarkdown::Flag;
     using Element = Markup::Element;
     struct OpenRecord {
         std::uint32_t record;
@@ -250,6 +212,11 @@ qsizetype ParsedMarkdown::nodeCount() const
         m_storage->records, [](Record const& record) { return (record.flags & (isRow | isCell)) == 0; });
 }
 
+qsizetype ParsedMarkdown::stringsLength() const
+{
+    return m_storage->pool.size();
+}
+
 std::size_t ParsedMarkdown::byteSize() const
 {
     return sizeof(Storage) + m_storage->records.capacity() * sizeof(Record)
@@ -263,93 +230,9 @@ bool ParsedMarkdown::operator==(ParsedMarkdown const& other) const
         || (m_storage->records == other.m_storage->records && m_storage->pool == other.m_storage->pool);
 }
 
-ParsedMarkdown::Record const& ParsedMarkdown::Node::record() const
-{
-    return m_storage->records[m_index];
-}
-
-ParsedMarkdown::Kind ParsedMarkdown::Node::kind() const
-{
-    return record().kind;
-}
-
-ParsedMarkdown::Nodes ParsedMarkdown::Node::children() const
-{
-    auto const hasChildren = kind() != Kind::table;
-    return Nodes(*m_storage, hasChildren ? m_index + 1 : record().end, record().end);
-}
-
 ParsedMarkdown::Value ParsedMarkdown::Node::value() const
 {
-    auto const string = m_storage->string(record());
-    auto const optionalString = record().flags & hasString ? std::optional(string) : std::nullopt;
-    switch (kind()) {
-    case Kind::text:
-        return Text { string };
-    case Kind::inlineCode:
-        return InlineCode { string };
-    case Kind::codeBlock:
-        return CodeBlock { string };
-    case Kind::heading:
-        return Heading { record().level, string, children() };
-    case Kind::paragraph:
-        return Paragraph { children() };
-    case Kind::strong:
-        return Strong { children() };
-    case Kind::emphasis:
-        return Emphasis { children() };
-    case Kind::strikethrough:
-        return Strikethrough { children() };
-    case Kind::link:
-        return Link { optionalString, children() };
-    case Kind::image:
-        return Image { optionalString, m_storage->secondString(record()) };
-    case Kind::listItem:
-        return ListItem { record().flags & hasBox ? std::optional((record().flags & isChecked) != 0) : std::nullopt,
-            children() };
-    case Kind::blockQuote:
-        return BlockQuote { children() };
-    case Kind::table:
-        return Table { Siblings<Row>(*m_storage, m_index + 1, record().end) };
-    case Kind::html:
-        return Html { string, (record().flags & isBlock) != 0 };
-    case Kind::container:
-        return Container { children() };
-    case Kind::lineBreak:
-        return LineBreak {};
-    case Kind::thematicBreak:
-        return ThematicBreak {};
-    }
-    Q_UNREACHABLE();
+    return visit([](auto const& payload) { return Value(payload); });
 }
-
-template<typename Element>
-typename ParsedMarkdown::Siblings<Element>::Iterator& ParsedMarkdown::Siblings<Element>::Iterator::operator++()
-{
-    m_index = m_storage->records[m_index].end;
-    return *this;
-}
-
-template<>
-ParsedMarkdown::Node ParsedMarkdown::Siblings<ParsedMarkdown::Node>::Iterator::operator*() const
-{
-    return Node(*m_storage, m_index);
-}
-
-template<>
-ParsedMarkdown::Cell ParsedMarkdown::Siblings<ParsedMarkdown::Cell>::Iterator::operator*() const
-{
-    return { Nodes(*m_storage, m_index + 1, m_storage->records[m_index].end) };
-}
-
-template<>
-ParsedMarkdown::Row ParsedMarkdown::Siblings<ParsedMarkdown::Row>::Iterator::operator*() const
-{
-    return { Siblings<Cell>(*m_storage, m_index + 1, m_storage->records[m_index].end) };
-}
-
-template class ParsedMarkdown::Siblings<ParsedMarkdown::Node>;
-template class ParsedMarkdown::Siblings<ParsedMarkdown::Cell>;
-template class ParsedMarkdown::Siblings<ParsedMarkdown::Row>;
 
 }

@@ -91,16 +91,53 @@ public:
     // All sources of images anywhere in the tree.
     QSet<QString> imageSources() const;
 
-    // How many nodes there are and how many bytes the tree holds in memory.
+    // How many nodes there are, how long all their strings are together in UTF-16 units, and how many bytes the tree takes.
     qsizetype nodeCount() const;
+    qsizetype stringsLength() const;
     std::size_t byteSize() const;
 
     bool operator==(ParsedMarkdown const& other) const;
 
 private:
     friend class ParsedMarkdownBuilder;
-    struct Record;
-    struct Storage;
+
+    // What a record says beyond its kind. Rows and cells of a table are records too, of no kind of their own.
+    enum Flag : std::uint8_t {
+        noFlag = 0,
+        hasString = 1, // link: a destination; image: a source
+        isBlock = 2, // html
+        hasBox = 4, // list item
+        isChecked = 8,
+        isRow = 16,
+        isCell = 32,
+    };
+
+    struct Record {
+        Kind kind = Kind::container;
+        std::uint8_t flags = noFlag;
+        std::uint8_t level = 0; // heading
+        std::uint8_t unused = 0;
+        std::uint32_t end = 0; // position behind the last record of this subtree
+        std::uint32_t offset = 0; // of the string in the pool, UTF-16 units
+        std::uint32_t length = 0;
+        std::uint32_t second = 0; // image: length of the description, right behind the source
+
+        bool operator==(Record const&) const = default;
+    };
+
+    struct Storage {
+        std::vector<Record> records;
+        QString pool;
+
+        QStringView string(Record const& record) const
+        {
+            return QStringView(pool).sliced(record.offset, record.length);
+        }
+        QStringView secondString(Record const& record) const
+        {
+            return QStringView(pool).sliced(record.offset + record.length, record.second);
+        }
+    };
 
     explicit ParsedMarkdown(std::shared_ptr<Storage const> storage);
 
@@ -110,8 +147,12 @@ private:
 // One node, seen in place. Lives as long as its tree.
 class ParsedMarkdown::Node {
 public:
-    Kind kind() const;
+    Kind kind() const { return record().kind; }
     Value value() const;
+
+    // Calls `visitor` with the payload of the node's kind, as std::visit would with its value, but makes none.
+    template<typename Visitor>
+    decltype(auto) visit(Visitor&& visitor) const;
 
     // The children of the kinds that have some; none for the others and for a table.
     Nodes children() const;
@@ -126,7 +167,7 @@ private:
     {
     }
 
-    Record const& record() const;
+    Record const& record() const { return m_storage->records[m_index]; }
 
     Storage const* m_storage;
     std::uint32_t m_index;
@@ -237,5 +278,82 @@ struct ParsedMarkdown::Container {
 };
 struct ParsedMarkdown::LineBreak { };
 struct ParsedMarkdown::ThematicBreak { };
+
+template<typename Element>
+inline typename ParsedMarkdown::Siblings<Element>::Iterator& ParsedMarkdown::Siblings<Element>::Iterator::operator++()
+{
+    m_index = m_storage->records[m_index].end;
+    return *this;
+}
+
+template<>
+inline ParsedMarkdown::Node ParsedMarkdown::Siblings<ParsedMarkdown::Node>::Iterator::operator*() const
+{
+    return Node(*m_storage, m_index);
+}
+
+template<>
+inline ParsedMarkdown::Cell ParsedMarkdown::Siblings<ParsedMarkdown::Cell>::Iterator::operator*() const
+{
+    return { Nodes(*m_storage, m_index + 1, m_storage->records[m_index].end) };
+}
+
+template<>
+inline ParsedMarkdown::Row ParsedMarkdown::Siblings<ParsedMarkdown::Row>::Iterator::operator*() const
+{
+    return { Siblings<Cell>(*m_storage, m_index + 1, m_storage->records[m_index].end) };
+}
+
+inline ParsedMarkdown::Nodes ParsedMarkdown::Node::children() const
+{
+    auto const hasChildren = kind() != Kind::table;
+    return Nodes(*m_storage, hasChildren ? m_index + 1 : record().end, record().end);
+}
+
+template<typename Visitor>
+decltype(auto) ParsedMarkdown::Node::visit(Visitor&& visitor) const
+{
+    auto const& record = this->record();
+    auto const string = m_storage->string(record);
+    auto const optionalString = record.flags & hasString ? std::optional(string) : std::nullopt;
+    switch (record.kind) {
+    case Kind::text:
+        return visitor(Text { string });
+    case Kind::inlineCode:
+        return visitor(InlineCode { string });
+    case Kind::codeBlock:
+        return visitor(CodeBlock { string });
+    case Kind::heading:
+        return visitor(Heading { record.level, string, children() });
+    case Kind::paragraph:
+        return visitor(Paragraph { children() });
+    case Kind::strong:
+        return visitor(Strong { children() });
+    case Kind::emphasis:
+        return visitor(Emphasis { children() });
+    case Kind::strikethrough:
+        return visitor(Strikethrough { children() });
+    case Kind::link:
+        return visitor(Link { optionalString, children() });
+    case Kind::image:
+        return visitor(Image { optionalString, m_storage->secondString(record) });
+    case Kind::listItem:
+        return visitor(ListItem {
+            record.flags & hasBox ? std::optional((record.flags & isChecked) != 0) : std::nullopt, children() });
+    case Kind::blockQuote:
+        return visitor(BlockQuote { children() });
+    case Kind::table:
+        return visitor(Table { Siblings<Row>(*m_storage, m_index + 1, record.end) });
+    case Kind::html:
+        return visitor(Html { string, (record.flags & isBlock) != 0 });
+    case Kind::container:
+        return visitor(Container { children() });
+    case Kind::lineBreak:
+        return visitor(LineBreak {});
+    case Kind::thematicBreak:
+        return visitor(ThematicBreak {});
+    }
+    Q_UNREACHABLE();
+}
 
 }

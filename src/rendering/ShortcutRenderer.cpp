@@ -61,10 +61,12 @@ public:
         };
         m_entry = m_text.add(m_base);
         m_key = m_text.add(colored(ColorRole::plainKey, 0));
-        m_gap = std::max(textSize * modifierGap, narrowestModifierGap);
+        auto const gap = std::max(textSize * modifierGap, narrowestModifierGap);
         for (std::size_t index = 0; index < modifierColors.size(); ++index) {
             auto const role = modifierColors[index];
-            m_modifiers[index] = { m_text.add(colored(role, 0)), m_text.add(colored(role, m_gap)) };
+            auto const symbol = ShortcutText::modifiers()[index].symbol;
+            m_modifiers[index] = { m_text.add(colored(role, 0)), m_text.add(colored(role, gap)),
+                measure.width(symbol, m_shortcutFont) + gap };
         }
         m_alternativeWidth = measure.width(alternativeSeparator, m_base.font);
         m_arrowWidth = measure.width(stepSeparator, m_base.font);
@@ -86,10 +88,11 @@ public:
     }
 
 private:
-    // The look of a modifier: all of its symbol but the last character, and that one, with the gap behind it.
+    // All of a modifier's symbol but the last character, and that one, with the gap behind it.
     struct ModifierLook {
         Builder::AttributesId head;
         Builder::AttributesId last;
+        double width; // with the gap
     };
 
     void beginColumn(ShortcutColumns const& columns, int column)
@@ -97,44 +100,50 @@ private:
         m_contentWidth = columns.contentWidth;
         TableBlock const block {
             .columns = columns.count(),
-            .column = column,
             .padding = columnPadding,
             .border = column > 0 ? TableBlock::Border::leftEdge : TableBlock::Border::none,
             .borderWidth = column > 0 ? columnBorder : 0,
             .widths = TableBlock::Widths::fixed,
             .widthPercent = 100.0 / columns.count(),
         };
-        m_paragraph = {
-            .minimumLineHeight = m_textSize + lineIncrease,
-            .lineSpacing = lineSpacing,
-            .rightTabStop = columns.contentWidth,
-            .block = block,
+        auto const style = [&](double after, double before = 0) {
+            ParagraphStyle const common {
+                .minimumLineHeight = m_textSize + lineIncrease,
+                .paragraphSpacingBefore = before,
+                .paragraphSpacing = after,
+                .lineSpacing = lineSpacing,
+                .rightTabStop = columns.contentWidth,
+                .block = block,
+            };
+            return m_text.add(m_text.add(common), { .column = column });
         };
+        m_sectionStyle = style(spacingAfterSection);
+        m_laterSectionStyle = style(spacingAfterSection, spacingBeforeSection);
+        m_entryStyle = style(spacingAfterEntry);
+        m_entryTextStyle = style(spacingAfterEntryText);
         m_atTop = true;
-    }
-
-    ParagraphStyle spaced(double after, double before = 0) const
-    {
-        auto style = m_paragraph;
-        style.paragraphSpacingBefore = before;
-        style.paragraphSpacing = after;
-        return style;
     }
 
     void append(ShortcutSheet::Section const& section)
     {
-        auto const title = spaced(spacingAfterSection, m_atTop ? 0 : spacingBeforeSection);
+        auto const title = m_atTop ? m_sectionStyle : m_laterSectionStyle;
         m_atTop = false;
         if (section.icon)
             appendIcon(*section.icon, title);
-        m_text.append(section.title + u'\n', m_sectionTitle, title);
+        appendLine(section.title, m_text.add(m_sectionTitle), title);
         if (section.description && !section.description->isEmpty())
-            m_text.append(*section.description + u'\n', m_sectionDescription, spaced(spacingAfterSection));
+            appendLine(*section.description, m_text.add(m_sectionDescription), m_sectionStyle);
         for (auto const& entry : section.entries)
             append(entry);
     }
 
-    void appendIcon(QString const& icon, ParagraphStyle const& style)
+    void appendLine(QString const& text, Builder::AttributesId attributes, Builder::StyleId style)
+    {
+        m_text.appendKnown(text, attributes, style);
+        m_text.appendKnown(u"\n", attributes, style);
+    }
+
+    void appendIcon(QString const& icon, Builder::StyleId style)
     {
         auto const size = m_textSize + titleIncrease;
         auto attributes = m_sectionTitle;
@@ -144,27 +153,26 @@ private:
             attributes.attachment = { *prepared, size, size };
         else
             attributes.attachment = { Symbol { u"square.dashed"_s, { ColorRole::secondaryLabel } }, size, size };
-        m_text.appendAttachment(attributes, style);
+        m_text.appendKnown(u"\uFFFC", m_text.add(attributes), style);
 
         auto gap = m_sectionTitle;
         gap.kern = gapBehindIcon - m_measure.width(u"\u00A0", gap.font);
-        m_text.append(u"\u00A0", gap, style);
+        m_text.appendKnown(u"\u00A0", m_text.add(gap), style);
     }
 
     void append(ShortcutSheet::Entry const& entry)
     {
-        m_line = m_text.add(spaced(spacingAfterEntry));
-        m_text.appendKnown(entry.title, m_entry, m_line);
+        m_text.appendKnown(entry.title, m_entry, m_entryStyle);
         if (!entry.shortcuts.isEmpty())
-            m_text.appendKnown(fitsOnOneLine(entry) ? u"\t" : u"\n", m_entry, m_line);
+            m_text.appendKnown(fitsOnOneLine(entry) ? u"\t" : u"\n", m_entry, m_entryStyle);
         for (auto const& shortcut : entry.shortcuts) {
             if (&shortcut != &entry.shortcuts.first())
-                m_text.appendKnown(alternativeSeparator, m_entry, m_line);
+                m_text.appendKnown(alternativeSeparator, m_entry, m_entryStyle);
             append(shortcut, entry.title);
         }
-        m_text.appendKnown(u"\n", m_entry, m_line);
+        m_text.appendKnown(u"\n", m_entry, m_entryStyle);
         if (entry.text && !entry.text->isEmpty())
-            m_text.append(*entry.text + u'\n', m_detail, spaced(spacingAfterEntryText));
+            appendLine(*entry.text, m_text.add(m_detail), m_entryTextStyle);
     }
 
     bool fitsOnOneLine(ShortcutSheet::Entry const& entry) const
@@ -179,10 +187,9 @@ private:
     {
         auto width = static_cast<double>(shortcut.steps.size() - 1) * m_arrowWidth;
         for (auto const& step : shortcut.steps) {
-            for (auto const& modifier : ShortcutText::modifiers()) {
-                if (step.modifiers.contains(modifier.name))
-                    width += m_measure.width(modifier.symbol, m_shortcutFont) + m_gap;
-            }
+            auto const held = ShortcutText::modifiersOf(step);
+            for (std::size_t index = 0; index < held.size(); ++index)
+                width += held[index] ? m_modifiers[index].width : 0;
             width += m_measure.width(ShortcutText::keyText(step.key), m_shortcutFont);
         }
         return width;
@@ -193,27 +200,27 @@ private:
         auto const location = m_text.length();
         for (auto const& step : shortcut.steps) {
             if (&step != &shortcut.steps.first())
-                m_text.appendKnown(stepSeparator, m_entry, m_line);
+                m_text.appendKnown(stepSeparator, m_entry, m_entryStyle);
             append(step);
         }
         m_targets.push_back({
             .range = { location, m_text.length() - location },
-            .text = ShortcutText::shown(shortcut),
+            .text = m_text.textFrom(location), // which is what it is shown as
             .accessibilityLabel = entryTitle + u", "_s + ShortcutText::spoken(shortcut),
         });
     }
 
     void append(ShortcutSheet::Step const& step)
     {
-        auto look = m_modifiers.begin();
-        for (auto const& [name, symbol] : ShortcutText::modifiers()) {
-            if (step.modifiers.contains(name)) {
-                m_text.appendKnown(symbol.chopped(1), look->head, m_line);
-                m_text.appendKnown(symbol.last(1), look->last, m_line);
-            }
-            ++look;
+        auto const held = ShortcutText::modifiersOf(step);
+        for (std::size_t index = 0; index < held.size(); ++index) {
+            if (!held[index])
+                continue;
+            auto const symbol = ShortcutText::modifiers()[index].symbol;
+            m_text.appendKnown(symbol.chopped(1), m_modifiers[index].head, m_entryStyle);
+            m_text.appendKnown(symbol.last(1), m_modifiers[index].last, m_entryStyle);
         }
-        m_text.appendKnown(ShortcutText::keyText(step.key), m_key, m_line);
+        m_text.appendKnown(ShortcutText::keyText(step.key), m_key, m_entryStyle);
     }
 
     ShortcutRenderer::Images const& m_images;
@@ -230,13 +237,14 @@ private:
     Builder::AttributesId m_entry {};
     Builder::AttributesId m_key {};
     std::array<ModifierLook, modifierColors.size()> m_modifiers {};
-    double m_gap = 0; // behind each modifier
     double m_alternativeWidth = 0;
     double m_arrowWidth = 0;
 
     double m_contentWidth = 0;
-    ParagraphStyle m_paragraph; // of the current column
-    Builder::StyleId m_line {}; // of the current entry
+    Builder::StyleId m_sectionStyle {}; // of the current column, and so are those below
+    Builder::StyleId m_laterSectionStyle {};
+    Builder::StyleId m_entryStyle {};
+    Builder::StyleId m_entryTextStyle {};
     bool m_atTop = false;
 };
 

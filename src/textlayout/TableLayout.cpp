@@ -47,11 +47,12 @@ void TableLayout::readCells(TextRange range)
     for (auto run = static_cast<std::size_t>(text.paragraphRunAt(range.location)); run < runs.size(); ++run) {
         if (runs[run].location >= range.end())
             break;
-        auto const& cell = *text.paragraphStyle(runs[run]).block;
-        m_border = std::max(m_border, cell.borderWidth);
-        if (cell.border == TableBlock::Border::allEdges)
-            m_rowBorder = std::max(m_rowBorder, cell.borderWidth);
-        columns = std::max({ columns, cell.columns, cell.column + 1 });
+        auto const& block = *text.paragraphStyle(runs[run]).block;
+        auto const cell = text.tableCell(runs[run]);
+        m_border = std::max(m_border, block.borderWidth);
+        if (block.border == TableBlock::Border::allEdges)
+            m_rowBorder = std::max(m_rowBorder, block.borderWidth);
+        columns = std::max({ columns, block.columns, cell.column + 1 });
         if (cell.row == previousRow && cell.column == m_cells.back().column)
             continue;
         if (cell.row != previousRow)

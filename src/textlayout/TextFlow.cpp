@@ -79,7 +79,8 @@ double TextFlow::estimatedTableHeight(qsizetype unit) const
     auto const lastRun = text.paragraphRuns()[static_cast<std::size_t>(text.paragraphRunAt(range.end() - 1))];
     auto const& block = *text.paragraphStyle(lastRun).block;
     auto const& metrics = m_context.metrics(text.runs()[static_cast<std::size_t>(text.runAt(range.location))]);
-    return (block.row + 1) * (metrics.lineHeight + 2 * block.padding + block.borderWidth) + block.borderWidth;
+    auto const rows = text.tableCell(lastRun).row + 1;
+    return rows * (metrics.lineHeight + 2 * block.padding + block.borderWidth) + block.borderWidth;
 }
 
 TextRange TextFlow::unitRange(qsizetype unit) const

@@ -43,7 +43,8 @@ TEST(Table, Ragged_rows_empty_cells_and_a_second_table_keep_to_their_places)
     AttributedText::Builder builder;
     auto const append = [&builder](AttributedText const& text) {
         for (auto const& run : text.paragraphRuns())
-            builder.append(QStringView(text.string()).sliced(run.location, run.length), {}, text.paragraphStyle(run));
+            builder.appendKnown(QStringView(text.string()).sliced(run.location, run.length),
+                builder.add(TextAttributes()), builder.add(builder.add(text.paragraphStyle(run)), text.tableCell(run)));
     };
     append(tableText({ { u"a"_qs }, { u""_qs, u""_qs, u"wide"_qs }, {}, { u"b"_qs } }, 0));
     append(tableText({ { u"c"_qs } }, 1));

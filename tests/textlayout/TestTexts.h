@@ -35,13 +35,12 @@ inline AttributedText tableText(std::vector<std::vector<QString>> const& rows, i
             TableBlock block;
             block.table = table;
             block.columns = static_cast<int>(columns);
-            block.row = static_cast<int>(row);
-            block.column = static_cast<int>(column);
             block.padding = 5;
             block.borderWidth = 0.5;
             ParagraphStyle style;
             style.block = block;
-            builder.append(rows[row][column] + u'\n', {}, style);
+            builder.appendKnown(rows[row][column] + u'\n', builder.add(TextAttributes()),
+                builder.add(builder.add(style), { static_cast<int>(row), static_cast<int>(column) }));
         }
     }
     return std::move(builder).build();

@@ -86,14 +86,14 @@ QStringView borderName(TableBlock::Border border)
     Q_UNREACHABLE();
 }
 
-void writeBlock(JsonWriter& json, TableBlock const& block)
+void writeBlock(JsonWriter& json, TableBlock const& block, TableCell cell)
 {
     json.key(u"block");
     json.beginObject();
     json.integerMember(u"table", block.table);
     json.integerMember(u"columns", block.columns);
-    json.integerMember(u"row", block.row);
-    json.integerMember(u"column", block.column);
+    json.integerMember(u"row", cell.row);
+    json.integerMember(u"column", cell.column);
     json.integerMember(u"rowSpan", 1);
     json.integerMember(u"columnSpan", 1);
     json.numberMember(u"padding", block.padding);
@@ -107,7 +107,7 @@ void writeBlock(JsonWriter& json, TableBlock const& block)
     json.endObject();
 }
 
-void writeParagraph(JsonWriter& json, ParagraphStyle const& style)
+void writeParagraph(JsonWriter& json, ParagraphStyle const& style, TableCell cell)
 {
     if (style == ParagraphStyle())
         return;
@@ -122,7 +122,7 @@ void writeParagraph(JsonWriter& json, ParagraphStyle const& style)
     json.numberMember(u"lineSpacing", style.lineSpacing);
     json.numberMember(u"rightTabStop", style.rightTabStop);
     if (style.block)
-        writeBlock(json, *style.block);
+        writeBlock(json, *style.block, cell);
     json.endObject();
 }
 
@@ -142,7 +142,7 @@ void writeRuns(JsonWriter& json, AttributedText const& text)
         json.integerMember(u"location", location);
         json.integerMember(u"length", end - location);
         writeAttributes(json, text.attributes(runs[run]));
-        writeParagraph(json, text.paragraphStyle(paragraphs[paragraph]));
+        writeParagraph(json, text.paragraphStyle(paragraphs[paragraph]), text.tableCell(paragraphs[paragraph]));
         json.endObject();
         run += endOf(runs[run]) == end ? 1U : 0U;
         paragraph += endOf(paragraphs[paragraph]) == end ? 1U : 0U;

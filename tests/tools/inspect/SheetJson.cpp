@@ -71,7 +71,7 @@ private:
     void enter(ParsedMarkdown::Node const& node)
     {
         m_json.beginObject();
-        std::visit([this](auto const& value) { write(value); }, node.value());
+        node.visit([this](auto const& payload) { write(payload); });
     }
 
     void leaf(QStringView kind, QStringView string)
