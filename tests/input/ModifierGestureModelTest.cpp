@@ -180,6 +180,7 @@ TEST(ModifierGestureMonitor, Random_sessions_go_as_a_model_of_a_few_lines_says)
             ASSERT_EQ(events.observations(), static_cast<std::size_t>(model.isAlive));
             ASSERT_EQ(monitor.isObserving(), model.hasObservation);
             ASSERT_EQ(events.started, model.started);
+            ASSERT_EQ(monitor.selection(), model.selection);
         }
         gestures += began;
     }
