@@ -36,7 +36,7 @@ struct Event {
 
 struct Watch {
     Watch(QString const& folder, std::chrono::nanoseconds theLatency, std::function<void()> theChanged)
-        : path(QFile::encodeName(folder))
+        : path(QFile::encodeName(QDir::cleanPath(folder)))
         , parentPath(QFile::encodeName(QFileInfo(QDir::cleanPath(folder)).absolutePath()))
         , name(QFile::encodeName(QFileInfo(QDir::cleanPath(folder)).fileName()))
         , latency(theLatency)
@@ -71,10 +71,11 @@ public:
         if (!isOpen())
             return nullptr;
         auto watch = std::make_shared<Watch>(folder, latency, std::move(changed));
-        watch->folderWatch = inotify_add_watch(m_inotify.number(), watch->path.constData(), folderEvents);
-        if (watch->folderWatch < 0)
+        followPath(*watch);
+        if (watch->folderWatch < 0) {
+            letGo(watch->parentWatch);
             return nullptr;
-        watch->parentWatch = inotify_add_watch(m_inotify.number(), watch->parentPath.constData(), parentEvents);
+        }
         m_watches.push_back(watch);
         return watch;
     }
@@ -134,6 +135,8 @@ private:
         bool const isOverflow = (event.mask & IN_Q_OVERFLOW) != 0;
         for (auto const& watch : m_watches) {
             bool const isOfPath = watch->parentWatch == event.descriptor && event.name == watch->name;
+            if (isOfPath)
+                followPathsBelow(watch->path);
             if (isOfPath || isOverflow)
                 followPath(*watch);
             if (isOfPath || isOverflow || watch->folderWatch == event.descriptor)
@@ -141,13 +144,29 @@ private:
         }
     }
 
-    // The folder that stands at the path now may be another one.
+    // The folder that stands at the path now may be another one, and so may its parent.
     void followPath(Watch& watch)
     {
-        int const before = watch.folderWatch;
-        watch.folderWatch = inotify_add_watch(m_inotify.number(), watch.path.constData(), folderEvents);
-        if (watch.folderWatch != before)
-            letGo(before);
+        // The parent first, so that it tells of a folder that comes meanwhile.
+        auto const parent = std::exchange(
+            watch.parentWatch, inotify_add_watch(m_inotify.number(), watch.parentPath.constData(), parentEvents));
+        auto const folder = std::exchange(
+            watch.folderWatch, inotify_add_watch(m_inotify.number(), watch.path.constData(), folderEvents));
+        letGo(parent);
+        letGo(folder);
+    }
+
+    // Nothing else tells of them: a folder that goes takes the watch of its parent's names along.
+    void followPathsBelow(QByteArray const& path)
+    {
+        for (auto const& watch : m_watches) {
+            if (!watch->path.startsWith(path + '/'))
+                continue;
+            auto const before = watch->folderWatch;
+            followPath(*watch);
+            if (watch->folderWatch != before)
+                notice(watch);
+        }
     }
 
     // One call per latency; what comes while it is awaited is told by it.
