@@ -48,4 +48,14 @@ qsizetype graphemeCount(QStringView text)
     return count;
 }
 
+QStringView firstGraphemes(QStringView text, qsizetype count)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    for (; count > 0; --count) {
+        if (finder.toNextBoundary() < 0)
+            return text;
+    }
+    return text.first(finder.position());
+}
+
 }

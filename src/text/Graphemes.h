@@ -7,4 +7,7 @@ namespace Quillory {
 // How many characters a person would count: grapheme clusters.
 qsizetype graphemeCount(QStringView text);
 
+// The first `count` of them, or the whole text where there are fewer.
+QStringView firstGraphemes(QStringView text, qsizetype count);
+
 }
