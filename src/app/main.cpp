@@ -27,6 +27,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QDir>
 
 #include <cstdlib>
 #include <iostream>
@@ -65,6 +66,12 @@ public:
     Role start(Wish) override { return Role::alone; }
     Quillory::Registration observeRequests(std::function<void(Request const&)>) override { return {}; }
 };
+
+// Installed or built, the program finds what it brings along from where it stands itself.
+QString startersFolder()
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/quillory/Starters"));
+}
 
 int fail(QString const& sentence)
 {
@@ -122,7 +129,7 @@ int main(int argc, char* argv[])
 
     AppDelegate delegate({
         .library = { defaults, bookmarks, files, events, executor, clipboard, announcements, fileOpener, openPanels,
-            workspace },
+            workspace, startersFolder() },
         .hotKeys = hotKeys,
         .localKeyEvents = localKeyEvents,
         .notifications = notifications,

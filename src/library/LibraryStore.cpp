@@ -1,6 +1,7 @@
 #include "library/LibraryStore.h"
 
 #include "library/LibraryLoad.h"
+#include "library/LibraryReference.h"
 #include "library/PinnedSheets.h"
 #include "text/TextOrder.h"
 
@@ -121,17 +122,26 @@ void LibraryStore::reload(Debounced debounced)
     m_reloadTask = m_services.executor.after(pause, [this, loadGeneration] { startLoad(loadGeneration); });
 }
 
+LibraryInstallation::Load LibraryStore::loading() const
+{
+    return [&files = m_services.files, path = *folder.value(),
+               previous = sheets.value()]() -> std::expected<LoadedLibrary, SystemError> {
+        auto loaded = loadLibrary(files, path, previous);
+        if (!loaded)
+            return std::unexpected(loaded.error());
+        auto folders = referencedFolders(*loaded);
+        return LoadedLibrary { *std::move(loaded), std::move(folders) };
+    };
+}
+
 void LibraryStore::startLoad(int loadGeneration)
 {
     busy.setValue(true);
     m_reloadTask = m_services.executor.detach(
-        [&files = m_services.files, path = *folder.value(), previous = sheets.value()] {
-            return loadLibrary(files, path, previous);
-        },
-        [this, loadGeneration](auto loaded) { finishLoad(std::move(loaded), loadGeneration); });
+        loading(), [this, loadGeneration](auto loaded) { finishLoad(std::move(loaded), loadGeneration); });
 }
 
-void LibraryStore::finishLoad(std::expected<QList<Sheet>, SystemError> loaded, int loadGeneration)
+void LibraryStore::finishLoad(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration)
 {
     if (loadGeneration != generation)
         return;
@@ -141,11 +151,13 @@ void LibraryStore::finishLoad(std::expected<QList<Sheet>, SystemError> loaded, i
         busy.setValue(false);
         return;
     }
-    applyLoadedSheets(*std::move(loaded), loadGeneration);
+    applyLoadedSheets(std::move(loaded->sheets), loadGeneration);
     if (loadGeneration != generation)
         return; // an observer has connected another folder
     message = std::nullopt;
     busy.setValue(false);
+    if (m_watcher)
+        m_watcher->follow(loaded->pictureFolders);
 }
 
 void LibraryStore::applyLoadedSheets(QList<Sheet> loaded, int loadGeneration)

@@ -2,6 +2,7 @@
 
 #include "input/ModifierGesture.h"
 #include "library/FolderAccess.h"
+#include "library/LibraryInstallation.h"
 #include "library/LibraryWatcher.h"
 #include "library/Sheet.h"
 #include "library/StoreProperty.h"
@@ -44,6 +45,7 @@ public:
         FileOpener& fileOpener;
         OpenPanels& openPanels;
         Workspace& workspace;
+        QString starters {}; // the folder that the program brings its starter sheets in
     };
 
     enum class RestoreFolder { no, yes };
@@ -73,6 +75,10 @@ public:
 
     // Takes over a finished load, unless the folder has changed since it was started.
     void applyLoadedSheets(QList<Sheet> loaded, int loadGeneration);
+
+    // Copies the program's own sheets of these names into the folder, never over a file, and says in `message` what
+    // became of each. Takes the place of an installation that still runs.
+    void installStarters(QStringList names);
 
     void select(QString const& id);
 
@@ -143,8 +149,11 @@ private:
         bool operator==(SheetFile const&) const = default;
     };
 
+    // A load of the folder as it is now, for a worker.
+    LibraryInstallation::Load loading() const;
     void startLoad(int loadGeneration);
-    void finishLoad(std::expected<QList<Sheet>, SystemError> loaded, int loadGeneration);
+    void finishLoad(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration);
+    void finishInstallation(LibraryInstallation::Outcome outcome, int installGeneration);
     void setSheets(QList<Sheet> newSheets);
     void setSelectedID(std::optional<QString> const& id);
     void clearCopyFeedbackLater();

@@ -4,28 +4,35 @@
 #include "platform/Registration.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <chrono>
 #include <functional>
+#include <map>
 
 namespace Quillory {
 
-// Reports that something in the library folder changed. Without a stream, where the system can give none, it exists
-// and reports nothing. Main thread only.
+// Reports that something in the library folder changed, or in a folder below it that sheets take pictures from.
+// Without a stream, where the system can give none, it exists and reports nothing. Main thread only.
 class LibraryWatcher {
 public:
     static constexpr std::chrono::milliseconds latency { 150 };
 
-    LibraryWatcher(FileEvents& events, QString const& folder, std::function<void()> changed)
-        : m_stream(events.watch(folder, latency, std::move(changed)))
-    {
-    }
+    LibraryWatcher(FileEvents& events, QString const& folder, std::function<void()> changed);
 
-    void stop() { m_stream.end(); }
+    // Watches these folders below the library folder and no others. Those that are missing are tried again next time.
+    // A folder that is watched from now on is reported as a change: something may have come before the watch did.
+    void follow(QStringList const& foldersBelow);
+
+    void stop();
     bool hasStream() const { return m_stream.isActive(); }
 
 private:
+    FileEvents& m_events;
+    QString m_folder;
+    std::function<void()> m_changed;
     Registration m_stream;
+    std::map<QString, Registration> m_streamsBelow;
 };
 
 }

@@ -30,7 +30,7 @@ struct FakeLibraryServices {
     LibraryStore::Services services()
     {
         return { defaults, bookmarks, files, events, executor, clipboard, announcements, fileOpener, openPanels,
-            workspace };
+            workspace, QStringLiteral("/starters") };
     }
 };
 
