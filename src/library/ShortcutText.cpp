@@ -39,10 +39,13 @@ constexpr std::array<std::pair<QStringView, QStringView>, 16> keyTable { {
     { u"pageDown", u"⇟" },
 } };
 
+constexpr qsizetype usualStep = 24; // characters, as spoken
+
 template<typename AppendStep>
 QString joined(ShortcutSheet::Shortcut const& shortcut, QStringView separator, AppendStep appendStep)
 {
     QString text;
+    text.reserve(shortcut.steps.size() * usualStep);
     for (auto const& step : shortcut.steps) {
         if (&step != &shortcut.steps.first())
             text += separator;
@@ -66,10 +69,13 @@ std::span<Modifier const, 5> ShortcutText::modifiers()
 ShortcutText::ModifierSet ShortcutText::modifiersOf(ShortcutSheet::Step const& step)
 {
     ModifierSet held;
-    for (auto const& name : step.modifiers) {
-        auto const known = std::ranges::find(modifierTable, QStringView(name), &Modifier::name);
-        if (known != modifierTable.end())
-            held.set(static_cast<std::size_t>(known - modifierTable.begin()));
+    for (QStringView const name : step.modifiers) {
+        for (std::size_t index = 0; index < modifierTable.size(); ++index) {
+            // Asked for every step of a sheet while its window is resized: all names differ in these two.
+            auto const& known = modifierTable[index].name;
+            if (name.size() == known.size() && name.back() == known.back() && name == known)
+                held.set(index);
+        }
     }
     return held;
 }

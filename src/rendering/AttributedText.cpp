@@ -129,6 +129,32 @@ bool AttributedText::operator==(AttributedText const& other) const
         && sameRuns(paragraphRuns(), other.paragraphRuns(), sameStyle);
 }
 
+AttributedText AttributedText::withWholeParagraphs() const
+{
+    auto const startsInside = [this](
+                                  Run const& run) { return run.location > 0 && string()[run.location - 1] != u'\n'; };
+    if (std::ranges::none_of(paragraphRuns(), startsInside))
+        return *this;
+
+    auto* const data = new Data(*m_data);
+    auto& runs = data->paragraphRuns;
+    runs.clear();
+    auto end = length();
+    // From the end on: each style reaches back to the start of the paragraph that it begins in.
+    for (auto run = m_data->paragraphRuns.rbegin(); run != m_data->paragraphRuns.rend(); ++run) {
+        if (run->location >= end)
+            continue;
+        auto const start = startsInside(*run) ? string().lastIndexOf(u'\n', run->location - 1) + 1 : run->location;
+        if (!runs.empty() && runs.back().index == run->index)
+            runs.back() = { start, runs.back().length + end - start, run->index };
+        else
+            runs.push_back({ start, end - start, run->index });
+        end = start;
+    }
+    std::ranges::reverse(runs);
+    return AttributedText(QExplicitlySharedDataPointer<Data const>(data));
+}
+
 AttributedText::Builder::Builder()
     : m_data(new Data)
 {

@@ -49,6 +49,10 @@ public:
     qsizetype runAt(qsizetype location) const;
     qsizetype paragraphRunAt(qsizetype location) const;
 
+    // The same text with every paragraph in one style, that of its end. A picture has no style, and what marks a quote
+    // or an item has not that of the table or code behind it.
+    AttributedText withWholeParagraphs() const;
+
     bool operator==(AttributedText const& other) const;
 
 private:

@@ -31,6 +31,7 @@ constexpr double gapBehindIcon = 8;
 constexpr double gapBeforeShortcuts = 16;
 constexpr double narrowestModifierGap = 5;
 constexpr double modifierGap = 0.3; // of the text size
+constexpr qsizetype usualShortcut = 10; // characters
 constexpr QStringView alternativeSeparator = u" / ";
 constexpr QStringView stepSeparator = u" → ";
 
@@ -74,6 +75,7 @@ public:
 
     RenderedMarkdown render(ShortcutSheet const& sheet, double width)
     {
+        reserve(sheet);
         if (sheet.description && !sheet.description->isEmpty())
             m_text.append(*sheet.description + u'\n', m_detail, { .paragraphSpacing = spacingAfterSheetDescription });
         auto const columns = ShortcutColumns::arrange(sheet, width, m_textSize);
@@ -94,6 +96,21 @@ private:
         Builder::AttributesId last;
         double width; // with the gap
     };
+
+    // A live resize renders at every step, and growing costs as much as filling.
+    void reserve(ShortcutSheet const& sheet)
+    {
+        qsizetype characters = 0;
+        std::size_t shortcuts = 0;
+        for (auto const& section : sheet.sections) {
+            for (auto const& entry : section.entries) {
+                characters += entry.title.size() + entry.shortcuts.size() * usualShortcut;
+                shortcuts += static_cast<std::size_t>(entry.shortcuts.size());
+            }
+        }
+        m_text.reserve(characters);
+        m_targets.reserve(shortcuts);
+    }
 
     void beginColumn(ShortcutColumns const& columns, int column)
     {

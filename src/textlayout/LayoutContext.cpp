@@ -68,8 +68,8 @@ auto const& remembered(Cache& cache, quint32 index, Make make)
 
 }
 
-LayoutContext::LayoutContext(AttributedText text, FontSet fonts, ColorSet colors)
-    : m_text(std::move(text))
+LayoutContext::LayoutContext(AttributedText const& text, FontSet fonts, ColorSet colors)
+    : m_text(text.withWholeParagraphs())
     , m_fonts(std::move(fonts))
     , m_colors(std::move(colors))
 {

@@ -39,7 +39,7 @@ public:
         bool plain = true;
     };
 
-    LayoutContext(AttributedText text, FontSet fonts, ColorSet colors);
+    LayoutContext(AttributedText const& text, FontSet fonts, ColorSet colors);
 
     AttributedText const& text() const { return m_text; }
     FontSet const& fonts() const { return m_fonts; }
