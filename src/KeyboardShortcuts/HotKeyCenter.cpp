@@ -1,7 +1,5 @@
 #include "KeyboardShortcuts/HotKeyCenter.h"
 
-#include "KeyboardShortcuts/Shortcut.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -95,6 +93,19 @@ void HotKeyCenter::registerAll()
         if (hotKey->onRegistrationFailed)
             hotKey->onRegistrationFailed();
     }
+}
+
+bool HotKeyCenter::isTakenBySystem(Shortcut const& shortcut, SystemShortcuts const& system) const
+{
+    if (shortcut.isNeverTaken())
+        return false;
+    if (shortcut.isTakenBySystem(system.symbolicHotKeys()))
+        return true;
+    if (!std::in_range<std::uint16_t>(shortcut.carbonKeyCode))
+        return false;
+    auto const probed = m_service.probe(
+        static_cast<std::uint16_t>(shortcut.carbonKeyCode), shortcut.comparableModifiers());
+    return !probed && probed.error().reason == HotKeys::Refusal::Reason::taken;
 }
 
 void HotKeyCenter::handleHotKey(std::uint32_t id, HotKeys::Phase phase) const

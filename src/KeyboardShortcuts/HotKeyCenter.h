@@ -1,9 +1,11 @@
 #pragma once
 
 #include "KeyboardShortcuts/HotKey.h"
+#include "KeyboardShortcuts/Shortcut.h"
 #include "platform/HotKeys.h"
 #include "platform/LocalKeyEvents.h"
 #include "platform/NotificationCenter.h"
+#include "platform/SystemShortcuts.h"
 
 #include <cstdint>
 #include <map>
@@ -28,6 +30,10 @@ public:
     // While paused no hot key fires, so that the keys reach whoever records them.
     void setPaused(Pause pause);
     Pause paused() const { return m_paused; }
+
+    // Whether the desktop uses the shortcut, or another program holds it. Reads settings and asks the system: for when
+    // the user sets a shortcut.
+    bool isTakenBySystem(Shortcut const& shortcut, SystemShortcuts const& system) const;
 
     Mode mode() const { return m_mode; }
 

@@ -110,10 +110,15 @@ QString Shortcut::description(KeyboardLayout const& layout) const
     return shown + (character ? capitalized(*character) : QString(QChar::ReplacementCharacter));
 }
 
-bool Shortcut::isTakenBySystem(std::vector<SymbolicHotKey> const& symbolicHotKeys) const
+bool Shortcut::isNeverTaken() const
 {
     constexpr std::int64_t f12 = 111;
-    if (carbonKeyCode == f12 && modifiers() == ModifierFlags::none)
+    return carbonKeyCode == f12 && modifiers() == ModifierFlags::none;
+}
+
+bool Shortcut::isTakenBySystem(std::vector<SymbolicHotKey> const& symbolicHotKeys) const
+{
+    if (isNeverTaken())
         return false;
     return std::ranges::any_of(symbolicHotKeys, [&](SymbolicHotKey const& each) {
         Shortcut const raw { each.keyCode, carbonModifiersOf(each.modifiers) };

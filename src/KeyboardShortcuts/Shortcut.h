@@ -33,7 +33,10 @@ struct Shortcut {
     QString encoded() const;
     static std::optional<Shortcut> decode(QString const& text);
 
-    // Whether the desktop uses this very combination. F12 alone never counts.
+    // What is taken by nobody, whoever says so: F12 alone.
+    bool isNeverTaken() const;
+
+    // Whether the desktop uses this very combination.
     bool isTakenBySystem(std::vector<SymbolicHotKey> const& symbolicHotKeys) const;
 
     bool operator==(Shortcut const&) const = default;

@@ -152,6 +152,25 @@ TEST_F(KeyboardShortcutsTest, An_action_may_change_and_end_what_called_it)
     EXPECT_THAT(hotKeys.registered(), ElementsAre(FakeHotKeys::Combination { 38, controlOption }));
 }
 
+TEST_F(KeyboardShortcutsTest, A_shortcut_is_taken_by_the_desktops_settings_or_by_whoever_holds_it_but_not_by_ourselves)
+{
+    struct Settings final : SystemShortcuts {
+        std::vector<SymbolicHotKey> symbolicHotKeys() const override { return { { 38, controlOption, true } }; }
+    } const settings;
+    shortcuts.onKeyUp(toggle, note("up"));
+    shortcuts.setShortcut(controlOptionK, toggle);
+    hotKeys.refusals = { { { 37, controlOption }, HotKeys::Refusal::Reason::taken },
+        { { 36, controlOption }, HotKeys::Refusal::Reason::unknownKey },
+        { { 111, ModifierFlags::none }, HotKeys::Refusal::Reason::taken } };
+    auto const isTaken = [&](Shortcut const& shortcut) { return line.center.isTakenBySystem(shortcut, settings); };
+    EXPECT_TRUE(isTaken({ 38, 6144 }));
+    EXPECT_TRUE(isTaken({ 37, 6144 }));
+    EXPECT_FALSE(isTaken({ 36, 6144 }));
+    EXPECT_FALSE(isTaken({ 111, 0 }));
+    EXPECT_FALSE(isTaken(controlOptionK));
+    EXPECT_FALSE(isTaken({ 65536 + 37, 6144 }));
+}
+
 TEST_F(KeyboardShortcutsTest, The_hot_keys_end_with_their_owner)
 {
     store(toggle, controlOptionK.encoded());
