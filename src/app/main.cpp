@@ -8,7 +8,9 @@
 #include "platform/linux/files/PathBookmarks.h"
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/freedesktop/AtSpiAnnouncements.h"
+#include "platform/linux/freedesktop/BusApplicationInstance.h"
 #include "platform/linux/freedesktop/DesktopFileOpener.h"
+#include "platform/linux/freedesktop/LogindSessionEvents.h"
 #include "platform/linux/qt/QtClipboard.h"
 #include "platform/linux/qt/QtExecutor.h"
 #include "platform/linux/qt/QtLocalKeyEvents.h"
@@ -43,7 +45,7 @@ void chooseWindowSystem()
 void configure(QApplication& application)
 {
     QApplication::setApplicationName(QStringLiteral("quillory"));
-    QApplication::setDesktopFileName(QStringLiteral("quillory"));
+    QApplication::setDesktopFileName(Quillory::BusApplicationInstance::name());
     application.setQuitOnLastWindowClosed(false);
 }
 
@@ -53,19 +55,11 @@ void flushWindows(QApplication const& application)
         xcb_flush(x11->connection());
 }
 
-// Where nothing tells of sleep and locked screens.
-class NoSession final : public Quillory::SessionEvents {
-public:
-    Quillory::Registration observeWillSleep(Action) override { return {}; }
-    Quillory::Registration observeDidWake(Action) override { return {}; }
-    Quillory::Registration observeSessionDidResignActive(Action) override { return {}; }
-};
-
-class NoInstance final : public Quillory::ApplicationInstance {
-public:
-    Role start(Wish) override { return Role::alone; }
-    Quillory::Registration observeRequests(std::function<void(Request const&)>) override { return {}; }
-};
+Quillory::ApplicationInstance::Wish wish()
+{
+    using enum Quillory::ApplicationInstance::Wish;
+    return QCoreApplication::arguments().contains(QLatin1StringView("--toggle")) ? toggle : open;
+}
 
 // Installed or built, the program finds what it brings along from where it stands itself.
 QString startersFolder()
@@ -90,8 +84,12 @@ int main(int argc, char* argv[])
     if (auto const probe = X11Connection::open(); !probe)
         return fail(probe.error());
     TerminationSignals::block(); // before anything starts a thread
+    auto const startupId = BusApplicationInstance::startupId();
     QApplication application(argc, argv);
     configure(application);
+    BusApplicationInstance instance(QDBusConnection::sessionBus(), startupId);
+    if (instance.start(wish()) == ApplicationInstance::Role::handedOver)
+        return EXIT_SUCCESS;
     auto const connection = X11Connection::open();
     // Raw events pause on a connection that grabs keys.
     auto const listening = X11Connection::open();
@@ -124,8 +122,8 @@ int main(int argc, char* argv[])
     AtSpiAnnouncements announcements;
     DesktopFileOpener fileOpener(QDBusConnection::sessionBus());
     QtOpenPanels openPanels;
-    NoSession session;
-    NoInstance instance;
+    LogindSessionEvents session(QDBusConnection::systemBus());
+    auto const grabbingAgain = session.observeDidWake([&hotKeys] { hotKeys.grabAgain(); });
 
     AppDelegate delegate({
         .library = { defaults, bookmarks, files, events, executor, clipboard, announcements, fileOpener, openPanels,
