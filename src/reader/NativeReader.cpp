@@ -1,8 +1,11 @@
 #include "reader/NativeReader.h"
 
 #include "rendering/MarkdownRenderer.h"
-#include "rendering/ShortcutRenderer.h"
-#include "textlayout/FontTextMeasure.h"
+#include "text/Graphemes.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QUrl>
 
 #include <algorithm>
 
@@ -15,33 +18,50 @@ constexpr double largestWidth = 12000;
 constexpr double smallestStructuredWidth = 100;
 constexpr double widthOfCharacter = 0.65; // of the text size
 constexpr double widthBesideCode = 80;
-constexpr double widthBesideText = 32;
+constexpr std::size_t mostKeptDocuments = 16;
 
-qsizetype longestLine(QStringView text)
+// In characters as a person counts them, which are never more than units.
+qsizetype longestLine(QStringView text, qsizetype longest)
 {
-    qsizetype longest = 0;
-    for (auto const line : text.tokenize(u'\n'))
-        longest = std::max(longest, line.size());
+    for (auto const line : text.tokenize(u'\n')) {
+        if (line.size() > longest)
+            longest = std::max(longest, graphemeCount(line));
+    }
     return longest;
 }
 
 }
 
-NativeReader::NativeReader(LibraryStore& store, ReaderTextView& textView)
+NativeReader::NativeReader(LibraryStore& store, std::function<void()> dismiss, QWidget* parent)
     : m_store(store)
-    , m_textView(textView)
+    , m_dismiss(std::move(dismiss))
+    , m_scrollView(new ReaderScrollView(store.executor(), parent))
 {
-    m_textView.onNavigate = [this](int offset) { m_store.selectAdjacent(offset); };
+    textView().onCopy = [this](QString const& text) { return m_store.copy(text); };
+    textView().onNavigate = [this](int offset) { m_store.selectAdjacent(offset); };
+    textView().onOpenLink = [](QString const& link) { QDesktopServices::openUrl(QUrl(link)); };
 }
+
+NativeReader::~NativeReader() = default;
 
 void NativeReader::update(Sheet const& sheet)
 {
-    auto key = keyOf(sheet);
-    if (m_key != key)
+    auto& view = textView();
+    view.onDismiss = m_dismiss;
+    view.peekModifiers = m_store.peekModifiers;
+    view.setLearningModeEnabled(m_store.learningModeEnabled);
+    m_scrollView->shortcuts = sheet.shortcuts;
+    m_scrollView->images = sheet.images;
+    m_scrollView->textSize = m_store.textSize;
+    m_scrollView->window()->setWindowTitle(sheet.title);
+    if (auto key = keyOf(sheet); view.documentKey != key)
         rebuild(sheet, std::move(key));
+    m_scrollView->layOutText();
+    view.onScroll = [this, id = sheet.id](QPointF point) { m_store.scrollPositions.insert(id, point); };
+    serveFind();
 }
 
-NativeReader::DocumentKey NativeReader::keyOf(Sheet const& sheet) const
+DocumentKey NativeReader::keyOf(Sheet const& sheet) const
 {
     DocumentKey key { sheet.id, sheet.source, {}, m_store.textSize };
     for (auto const& [reference, image] : sheet.images.asKeyValueRange())
@@ -51,38 +71,115 @@ NativeReader::DocumentKey NativeReader::keyOf(Sheet const& sheet) const
 
 void NativeReader::rebuild(Sheet const& sheet, DocumentKey key)
 {
-    if (m_key)
-        m_store.scrollPositions.insert(m_key->id, m_textView.scrollOrigin());
-    auto const origin = m_store.scrollPositions.value(sheet.id);
-    m_textView.onScroll = nullptr;
-    m_key = std::move(key);
-    m_textView.setRendered(render(sheet));
-    m_textView.setMinimumCodeWidth(minimumWidth(sheet));
-    m_textView.setScrollOrigin(origin);
-    m_textView.onScroll = [this, id = sheet.id](QPointF point) { m_store.scrollPositions.insert(id, point); };
+    auto& view = textView();
+    if (!view.currentID.isEmpty())
+        storePlace();
+    view.onScroll = nullptr;
+    auto old = std::exchange(view.documentKey, key);
+    auto const oldWidth = m_shownWidth;
+    view.currentID = sheet.id;
+    auto shown = view.exchangeDocument(documentFor(sheet, key));
+    view.setSelection({});
+    restorePlace(sheet.id);
+    // A sheet that is only shown anew will not come back as it was.
+    if (old && old->id != sheet.id)
+        keep({ std::move(*old), oldWidth, std::move(shown) });
+}
+
+std::unique_ptr<ReaderDocument> NativeReader::documentFor(Sheet const& sheet, DocumentKey const& key)
+{
+    m_shownWidth = sheet.shortcuts ? m_scrollView->structuredWidth() : 0;
+    auto const fonts = FontSet::ofDesktop();
+    auto const isSame = [&](Kept const& kept) {
+        return kept.key == key && kept.renderedWidth == m_shownWidth && kept.document->layout.fonts() == fonts;
+    };
+    std::unique_ptr<ReaderDocument> document;
+    if (auto const known = std::ranges::find_if(m_kept, isSame); known != m_kept.end()) {
+        document = std::move(known->document);
+        m_kept.erase(known);
+        m_scrollView->minimumCodeWidth = minimumWidth(sheet, document->rendered);
+        document->layout.setWidth(m_scrollView->textWidth());
+        return document;
+    }
+    auto rendered = render(sheet);
+    m_scrollView->minimumCodeWidth = minimumWidth(sheet, rendered);
+    return std::make_unique<ReaderDocument>(std::move(rendered), m_scrollView->textWidth(), fonts, textView().colors());
+}
+
+void NativeReader::keep(Kept kept)
+{
+    m_kept.push_front(std::move(kept));
+    qsizetype characters = 0;
+    auto const isTooMuch = [&](Kept const& each) {
+        characters += each.document->rendered.text.length();
+        return characters > mostKept;
+    };
+    m_kept.erase(std::ranges::find_if(m_kept, isTooMuch), m_kept.end());
+    if (m_kept.size() > mostKeptDocuments)
+        m_kept.pop_back();
+}
+
+void NativeReader::storePlace()
+{
+    auto& view = textView();
+    auto const point = view.constrained(view.scrollOrigin());
+    m_store.scrollPositions.insert(view.currentID, point);
+    m_places.insert(view.currentID, { *view.documentKey, view.containerWidth(), point, view.scrollAnchor() });
+}
+
+void NativeReader::restorePlace(QString const& id)
+{
+    auto& view = textView();
+    auto const point = m_store.scrollPositions.value(id);
+    auto const place = m_places.constFind(id);
+    auto const isSame = place != m_places.cend() && place->key == view.documentKey && place->point == point
+        && place->width == view.containerWidth();
+    if (isSame)
+        view.setScrollAnchor(place->anchor, point.x());
+    else
+        view.setScrollOrigin(point);
 }
 
 RenderedMarkdown NativeReader::render(Sheet const& sheet) const
 {
-    if (sheet.shortcuts) {
-        auto const width = std::max(m_textView.viewport()->width() - widthBesideText, smallestStructuredWidth);
-        return ShortcutRenderer::render(
-            *sheet.shortcuts, sheet.images, width, m_store.textSize, FontTextMeasure(FontSet::ofDesktop()));
-    }
+    if (sheet.shortcuts)
+        return m_scrollView->renderedShortcuts();
     if (sheet.parsed)
         return MarkdownRenderer::render(*sheet.parsed, sheet.title, sheet.images, m_store.textSize);
     return MarkdownRenderer::render(sheet.source, sheet.title, sheet.images, m_store.textSize);
 }
 
-double NativeReader::minimumWidth(Sheet const& sheet) const
+double NativeReader::minimumWidth(Sheet const& sheet, RenderedMarkdown const& rendered) const
 {
     if (sheet.shortcuts)
         return smallestStructuredWidth;
     qsizetype longest = 0;
-    for (auto const& target : m_textView.rendered().copyTargets)
-        longest = std::max(longest, longestLine(target.text));
+    for (auto const& target : rendered.copyTargets)
+        longest = longestLine(target.text, longest);
     auto const width = static_cast<double>(longest) * m_store.textSize * widthOfCharacter + widthBesideCode;
     return std::clamp(width, smallestWidth, largestWidth);
+}
+
+void NativeReader::serveFind()
+{
+    auto& view = textView();
+    int const request = m_store.findRequest;
+    auto const query = m_store.findQuery.value();
+    if (view.lastFindRequest == request && view.lastFindQuery == query)
+        return;
+    auto const isNew = view.lastFindQuery != query;
+    view.lastFindRequest = request;
+    view.lastFindQuery = query;
+    if (isNew)
+        view.setSelection({});
+    // What goes on at the other end finds whatever there is.
+    auto const found = view.findNext(query, m_store.findBackwards);
+    auto const status = query.isEmpty() ? QString()
+        : found                         ? QCoreApplication::translate("NativeReader", "Match")
+                                        : QCoreApplication::translate("NativeReader", "No matches");
+    m_statusTask.end();
+    if (status != m_store.findStatus.value())
+        m_statusTask = m_store.executor().post([this, status] { m_store.findStatus = status; });
 }
 
 }

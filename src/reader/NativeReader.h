@@ -1,43 +1,70 @@
 #pragma once
 
 #include "library/LibraryStore.h"
-#include "reader/ReaderTextView.h"
+#include "reader/ReaderScrollView.h"
 
-#include <QList>
+#include <QHash>
 #include <QString>
 
-#include <optional>
-#include <utility>
+#include <deque>
+#include <functional>
+#include <memory>
 
 namespace Quillory {
 
-// The bridge between the store and the text view: renders the sheet to show when it differs from the one shown, and
-// keeps the scroll position of each sheet. GUI thread only; both must outlive it.
+// The bridge between the store and the text view: takes the store's state over, renders the sheet to show when it differs
+// from the one shown, keeps the scroll position of each sheet, and serves find requests. GUI thread only.
 class NativeReader {
 public:
-    NativeReader(LibraryStore& store, ReaderTextView& textView);
+    // Characters of the documents that are kept besides the one shown, so that a sheet seen before costs no rendering.
+    static constexpr qsizetype mostKept = 4'000'000;
 
-    // Shows the sheet as it stands now. Does nothing to the text, nor to where it is scrolled, when nothing changed.
+    // The store outlives the reader; `dismiss` closes it.
+    NativeReader(LibraryStore& store, std::function<void()> dismiss, QWidget* parent = nullptr);
+    ~NativeReader();
+    NativeReader(NativeReader const&) = delete;
+    NativeReader& operator=(NativeReader const&) = delete;
+
+    // Belongs to its parent.
+    ReaderScrollView& scrollView() const { return *m_scrollView; }
+
+    // Called for every change of what the reader observes. Does nothing to the text, nor to where it is scrolled, when the
+    // sheet's text, pictures and text size are the same.
     void update(Sheet const& sheet);
 
 private:
-    // What is shown: two sheets with equal keys show the same text.
-    struct DocumentKey {
-        QString id;
-        QString source;
-        QList<std::pair<QString, quint64>> images; // reference and fingerprint
-        double textSize = 0;
-        bool operator==(DocumentKey const&) const = default;
+    // A document that isn't shown now, with what it was rendered and laid out for.
+    struct Kept {
+        DocumentKey key;
+        double renderedWidth = 0; // of a structured sheet
+        std::unique_ptr<ReaderDocument> document;
+    };
+    // What stood at the top when a position was stored: exact where a point is only as exact as estimated heights.
+    struct Place {
+        DocumentKey key;
+        double width = 0;
+        QPointF point;
+        TextAnchor anchor;
     };
 
+    ReaderTextView& textView() const { return m_scrollView->textView(); }
     DocumentKey keyOf(Sheet const& sheet) const;
     RenderedMarkdown render(Sheet const& sheet) const;
-    double minimumWidth(Sheet const& sheet) const;
+    double minimumWidth(Sheet const& sheet, RenderedMarkdown const& rendered) const;
     void rebuild(Sheet const& sheet, DocumentKey key);
+    std::unique_ptr<ReaderDocument> documentFor(Sheet const& sheet, DocumentKey const& key);
+    void keep(Kept kept);
+    void storePlace();
+    void restorePlace(QString const& id);
+    void serveFind();
 
     LibraryStore& m_store;
-    ReaderTextView& m_textView;
-    std::optional<DocumentKey> m_key;
+    std::function<void()> m_dismiss;
+    ReaderScrollView* m_scrollView;
+    double m_shownWidth = 0; // that the sheet shown was rendered for, when it is a structured one
+    std::deque<Kept> m_kept; // the latest first
+    QHash<QString, Place> m_places; // by sheet id
+    Registration m_statusTask;
 };
 
 }

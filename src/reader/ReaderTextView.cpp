@@ -1,11 +1,10 @@
 #include "reader/ReaderTextView.h"
 
-#include "rendering/ReaderColors.h"
+#include "reader/ReaderTextViewAccessible.h"
+#include "text/SearchFolding.h"
 
 #include <QKeyEvent>
-#include <QPaintEvent>
-#include <QPainter>
-#include <QScrollBar>
+#include <QTimerEvent>
 
 #include <algorithm>
 #include <cmath>
@@ -16,50 +15,90 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr double inset = 16; // of the text, on all sides
-constexpr double blockMargin = 8; // above and below a block's text
-constexpr double smallestBlockHeight = 36;
-constexpr double blockRadius = 6;
-constexpr double blockOutline = 0.5;
-constexpr double lineStep = 40;
 constexpr auto idleSlice = 4ms;
+constexpr qsizetype foldedAtOnce = 65'536; // units, in less time than that
 
 // Bottoms settle within a step or two; the bound keeps a faulty height from hanging the program.
 constexpr int mostPasses = 8;
 
+constexpr double buttonRoom = 68; // kept free at the right edge of blocks
+
 }
 
-ReaderTextView::ReaderTextView(QWidget* parent)
-    : QAbstractScrollArea(parent)
+ReaderTextView::ReaderTextView(Executor& executor, QWidget* parent)
+    : QWidget(parent)
+    , m_executor(executor)
     , m_colors(ColorSet::fromPalette(palette()))
-    , m_layout({}, m_minimumCodeWidth, FontSet::ofDesktop(), m_colors)
+    , m_document(std::make_unique<ReaderDocument>(RenderedMarkdown(), m_containerWidth, FontSet::ofDesktop(), m_colors))
 {
+    ReaderTextViewAccessible::install();
     setAccessibleName(tr("Cheat sheet content"));
-    setFrameShape(NoFrame);
     setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setCursor(Qt::IBeamCursor);
+    setAttribute(Qt::WA_OpaquePaintEvent);
     // A mirrored view would start at the far end of text wider than itself.
     setLayoutDirection(Qt::LeftToRight);
-    // A bar that comes and goes would change the width and lay everything out twice.
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
-    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    resize(440, 300);
 }
+
+ReaderTextView::~ReaderTextView() = default;
 
 void ReaderTextView::setRendered(RenderedMarkdown rendered)
 {
-    m_rendered = std::move(rendered);
-    m_blocks.clear();
-    for (std::size_t index = 0; index < m_rendered.copyTargets.size(); ++index) {
-        if (m_rendered.copyTargets[index].isBlock)
-            m_blocks.push_back(static_cast<qsizetype>(index));
-    }
-    m_layout = TextLayout(m_rendered.text, containerWidth(), FontSet::ofDesktop(), m_colors);
-    layOut();
+    take(std::make_unique<ReaderDocument>(std::move(rendered), m_containerWidth, FontSet::ofDesktop(), m_colors));
 }
 
-void ReaderTextView::setMinimumCodeWidth(double width)
+std::unique_ptr<ReaderDocument> ReaderTextView::exchangeDocument(std::unique_ptr<ReaderDocument> document)
 {
-    m_minimumCodeWidth = width;
-    reflow();
+    auto old = std::move(m_document);
+    old->layout.forgetLines();
+    m_containerWidth = document->layout.width();
+    take(std::move(document));
+    return old;
+}
+
+void ReaderTextView::take(std::unique_ptr<ReaderDocument> document)
+{
+    m_document = std::move(document);
+    m_buttonsDirty = true;
+    m_press.drag = Drag::none;
+    m_columnOfMoves.reset();
+    setSelection(m_selection);
+    layOut();
+    layoutCodeButtons();
+    updateCopyActions();
+}
+
+void ReaderTextView::setLearningModeEnabled(bool isEnabled)
+{
+    if (m_learningModeEnabled == isEnabled)
+        return;
+    m_learningModeEnabled = isEnabled;
+    m_pasteboard.setLearningModeEnabled(isEnabled);
+    showCopied({});
+    layoutCodeButtons();
+    updateCopyActions();
+}
+
+void ReaderTextView::updateCopyActions()
+{
+    Q_EMIT targetsChanged();
+}
+
+void ReaderTextView::setContainerWidth(double width)
+{
+    if (width == m_containerWidth)
+        return;
+    auto& layout = m_document->layout;
+    m_containerWidth = width;
+    m_columnOfMoves.reset();
+    // At the very top there is nothing above that could push the first line away, spacing and inset included.
+    auto const anchor = layout.anchorAt(m_origin.y() - inset);
+    layout.setWidth(width);
+    if (m_origin.y() > 0)
+        m_origin.setY(std::max(0.0, layout.positionOf(anchor) + inset));
+    layOut();
 }
 
 void ReaderTextView::setScrollOrigin(QPointF origin)
@@ -68,19 +107,24 @@ void ReaderTextView::setScrollOrigin(QPointF origin)
     layOut();
 }
 
-double ReaderTextView::containerWidth() const
+TextAnchor ReaderTextView::scrollAnchor()
 {
-    return std::max(viewport()->width() - 2 * inset, m_minimumCodeWidth);
+    return m_document->layout.anchorAt(m_origin.y() - inset);
+}
+
+void ReaderTextView::setScrollAnchor(TextAnchor const& anchor, double x)
+{
+    setScrollOrigin({ x, m_document->layout.positionOf(anchor) + inset });
 }
 
 QSizeF ReaderTextView::contentSize() const
 {
-    return { m_layout.usedWidth() + 2 * inset, m_layout.height() + 2 * inset };
+    return { m_document->layout.usedWidth() + 2 * inset, m_document->layout.height() + 2 * inset };
 }
 
 QPointF ReaderTextView::constrained(QPointF origin) const
 {
-    auto const most = contentSize() - QSizeF(viewport()->size());
+    auto const most = contentSize() - QSizeF(size());
     return { std::clamp(origin.x(), 0.0, std::max(0.0, most.width())),
         std::clamp(origin.y(), 0.0, std::max(0.0, most.height())) };
 }
@@ -90,29 +134,17 @@ void ReaderTextView::layOut()
 {
     auto origin = m_origin;
     for (int pass = 0; pass < mostPasses; ++pass) {
-        auto const correction = m_layout.layOutVisible(origin.y() - inset, viewport()->height());
+        auto const correction = m_document->layout.layOutVisible(origin.y() - inset, height());
         auto const next = constrained(origin + QPointF(0, correction));
         if (next == origin)
             break;
         origin = next;
     }
     moveOrigin(origin);
-    updateScrollBars();
-    viewport()->update();
-    if (!m_layout.isExact() && !m_idle.isActive())
-        m_idle.start(0, this);
-}
-
-void ReaderTextView::reflow()
-{
-    if (containerWidth() == m_layout.width())
-        return layOut();
-    // At the very top there is nothing above that could push the first line away, spacing and inset included.
-    auto const anchor = m_layout.anchorAt(m_origin.y() - inset);
-    m_layout.setWidth(containerWidth());
-    if (m_origin.y() > 0)
-        m_origin.setY(std::max(0.0, m_layout.positionOf(anchor) + inset));
-    layOut();
+    layoutCodeButtons();
+    Q_EMIT moved();
+    update();
+    startIdleWork();
 }
 
 void ReaderTextView::moveOrigin(QPointF origin)
@@ -120,171 +152,141 @@ void ReaderTextView::moveOrigin(QPointF origin)
     if (origin == m_origin)
         return;
     m_origin = origin;
-    viewport()->update();
+    update();
     if (onScroll)
         onScroll(m_origin);
 }
 
-void ReaderTextView::updateScrollBars()
+void ReaderTextView::startIdleWork()
 {
-    m_settingBars = true;
-    auto const size = contentSize();
-    auto const apply = [](QScrollBar& bar, double content, int page, double value) {
-        bar.setRange(0, std::max(0, static_cast<int>(std::ceil(content)) - page));
-        bar.setPageStep(page);
-        bar.setSingleStep(static_cast<int>(lineStep / 2));
-        bar.setValue(qRound(value));
-    };
-    apply(*verticalScrollBar(), size.height(), viewport()->height(), m_origin.y());
-    apply(*horizontalScrollBar(), size.width(), viewport()->width(), m_origin.x());
-    m_settingBars = false;
+    auto const isLong = length() > foldedAtOnce; // shorter texts are folded when they are first looked through
+    auto const isFolded = !isLong || m_document->folded.isComplete();
+    if ((!m_document->layout.isExact() || !isFolded) && !m_idle.isActive())
+        m_idle.start(0, this);
 }
 
-// The bars hold whole points; what the program sets is exact, and only what a person moves is taken from them.
-void ReaderTextView::scrollContentsBy(int, int)
+void ReaderTextView::doIdleWork()
 {
-    if (m_settingBars)
+    auto& layout = m_document->layout;
+    if (layout.isExact()) {
+        m_document->folded.foldSome(foldedAtOnce);
+        if (m_document->folded.isComplete() || length() <= foldedAtOnce)
+            m_idle.stop();
         return;
-    auto const follow = [](double value, QScrollBar const& bar) {
-        return qRound(value) == bar.value() ? value : bar.value();
-    };
-    setScrollOrigin({ follow(m_origin.x(), *horizontalScrollBar()), follow(m_origin.y(), *verticalScrollBar()) });
-}
-
-void ReaderTextView::resizeEvent(QResizeEvent*)
-{
-    reflow();
+    }
+    auto const atEnd = m_origin.y() > 0 && m_origin.y() >= constrained({ 0, contentSize().height() }).y() - 1;
+    auto const result = layout.makeSomeExact(m_origin.y() - inset, idleSlice);
+    auto const origin = m_origin + QPointF(0, result.correction);
+    auto const next = constrained(origin);
+    moveOrigin(next);
+    // What became exact may end sooner than estimated: then lines above come into view.
+    if (next != origin || atEnd)
+        layOut();
+    else
+        Q_EMIT moved();
+    if (result.correction != 0)
+        layoutCodeButtons();
+    if (!result.moreLeft && (length() <= foldedAtOnce || m_document->folded.isComplete()))
+        m_idle.stop();
 }
 
 bool ReaderTextView::event(QEvent* event)
 {
-    if (event->type() == QEvent::ApplicationFontChange && FontSet::ofDesktop() != m_layout.fonts())
-        setRendered(std::exchange(m_rendered, {}));
-    return QAbstractScrollArea::event(event);
+    if (event->type() == QEvent::ApplicationFontChange && FontSet::ofDesktop() != m_document->layout.fonts())
+        setRendered(std::exchange(m_document->rendered, {}));
+    if (event->type() == QEvent::ShortcutOverride && commandOf(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QWidget::event(event);
 }
 
 void ReaderTextView::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::PaletteChange) {
         m_colors = ColorSet::fromPalette(palette());
-        viewport()->update();
+        refreshButtons();
+        update();
     }
-    QAbstractScrollArea::changeEvent(event);
+    QWidget::changeEvent(event);
+}
+
+void ReaderTextView::resizeEvent(QResizeEvent*)
+{
+    layOut();
 }
 
 void ReaderTextView::timerEvent(QTimerEvent* event)
 {
-    if (event->timerId() != m_idle.timerId())
-        return QAbstractScrollArea::timerEvent(event);
-    auto const result = m_layout.makeSomeExact(m_origin.y() - inset, idleSlice);
-    if (!result.moreLeft)
-        m_idle.stop();
-    auto const atEnd = m_origin.y() > 0 && verticalScrollBar()->value() == verticalScrollBar()->maximum();
-    auto const origin = m_origin + QPointF(0, result.correction);
-    auto const moved = constrained(origin);
-    moveOrigin(moved);
-    // What became exact may end sooner than estimated: then lines above come into view.
-    if (moved != origin || atEnd)
-        layOut();
+    if (event->timerId() == m_idle.timerId())
+        doIdleWork();
+    else if (event->timerId() == m_autoScroll.timerId())
+        extendSelection(m_dragPoint);
     else
-        updateScrollBars();
+        QWidget::timerEvent(event);
 }
 
-void ReaderTextView::keyPressEvent(QKeyEvent* event)
+void ReaderTextView::setSelection(TextSelection selection)
 {
-    if (event->key() == Qt::Key_Escape) {
-        if (onDismiss)
-            onDismiss();
+    selection = selection.clamped(length());
+    if (selection == m_selection)
         return;
-    }
-    auto const modifiers = event->modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
-    if (modifiers == Qt::NoModifier && (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right)) {
-        if (onNavigate)
-            onNavigate(event->key() == Qt::Key_Left ? -1 : 1);
-        return;
-    }
-    if (!scrollByKey(*event))
-        event->ignore();
+    m_selection = selection;
+    update();
+    Q_EMIT selectionChanged();
 }
 
-bool ReaderTextView::scrollByKey(QKeyEvent const& event)
+qsizetype ReaderTextView::characterIndexAt(QPointF point) const
 {
-    auto const page = std::max<double>(lineStep, viewport()->height() - lineStep);
-    auto const by = [this](double distance) { setScrollOrigin(m_origin + QPointF(0, distance)); };
-    auto const shift = event.modifiers().testFlag(Qt::ShiftModifier);
-    switch (event.key()) {
-    case Qt::Key_Up:
-        by(-lineStep);
-        return true;
-    case Qt::Key_Down:
-        by(lineStep);
-        return true;
-    case Qt::Key_PageUp:
-        by(-page);
-        return true;
-    case Qt::Key_PageDown:
-        by(page);
-        return true;
-    case Qt::Key_Space:
-        by(shift ? -page : page);
-        return true;
-    case Qt::Key_Home:
-        setScrollOrigin({ m_origin.x(), 0 });
-        return true;
-    case Qt::Key_End:
-        // The last page becomes exact on the way, and the end with it.
-        for (int pass = 0; pass < mostPasses && m_origin.y() < constrained({ 0, contentSize().height() }).y(); ++pass)
-            setScrollOrigin({ m_origin.x(), contentSize().height() });
-        return true;
-    default:
+    return m_document->layout.characterIndexAt(point - QPointF(inset, inset));
+}
+
+QRectF ReaderTextView::boundingRect(TextRange range) const
+{
+    return m_document->layout.boundingRect(range.location, range.length).translated(inset, inset);
+}
+
+// Heights on the way to a place far off become exact only there, which may move it: hence several passes.
+void ReaderTextView::scrollToVisible(TextRange range, ScrollTo where)
+{
+    for (int pass = 0; pass < mostPasses; ++pass) {
+        auto const rect = boundingRect(range);
+        auto origin = m_origin;
+        auto const isBesides = rect.top() < origin.y() || rect.bottom() > origin.y() + height();
+        if (isBesides && where == ScrollTo::middle && pass == 0)
+            origin.setY(rect.center().y() - height() / 2.0);
+        else if (rect.top() < origin.y() || rect.height() > height())
+            origin.setY(rect.top() - inset);
+        else if (rect.bottom() > origin.y() + height())
+            origin.setY(rect.bottom() + inset - height());
+        auto const roomLeft = origin.x() + inset;
+        auto const roomRight = origin.x() + width() - buttonRoom;
+        if (rect.left() < roomLeft)
+            origin.setX(rect.left() - 2 * inset);
+        else if (rect.right() > roomRight)
+            origin.setX(std::min(rect.left() - 2 * inset, rect.right() + buttonRoom - width()));
+        origin = constrained(origin);
+        if (origin == m_origin)
+            return;
+        setScrollOrigin(origin);
+    }
+}
+
+bool ReaderTextView::findNext(QString const& query, bool backwards)
+{
+    using Direction = FoldedText::Direction;
+    auto const folded = foldedForSearch(query);
+    auto& text = m_document->folded;
+    auto const direction = backwards ? Direction::backwards : Direction::forwards;
+    auto match = backwards ? text.find(folded, 0, m_selection.start(), direction)
+                           : text.find(folded, m_selection.end(), length(), direction);
+    if (!match)
+        match = text.find(folded, 0, length(), direction);
+    if (!match)
         return false;
-    }
-}
-
-QRectF ReaderTextView::blockRectangle(qsizetype targetIndex) const
-{
-    if (targetIndex < 0 || targetIndex >= std::ssize(m_rendered.copyTargets))
-        return {};
-    auto const& range = m_rendered.copyTargets[static_cast<std::size_t>(targetIndex)].range;
-    auto const glyphs = m_layout.boundingRect(range.location, range.length);
-    auto const width = std::min(viewport()->width() - 2 * inset, m_layout.width());
-    return { m_origin.x() + inset, glyphs.top() + inset - blockMargin, width,
-        std::max(glyphs.height() + 2 * blockMargin, smallestBlockHeight) };
-}
-
-void ReaderTextView::paintBlocks(QPainter& painter, QRectF const& visible)
-{
-    auto const margin = smallestBlockHeight;
-    auto const shown = m_layout.textRangeFor(visible.top() - inset - margin, visible.bottom() - inset + margin);
-    auto const endOf = [this](qsizetype target) {
-        auto const& range = m_rendered.copyTargets[static_cast<std::size_t>(target)].range;
-        return range.location + range.length;
-    };
-    painter.setPen(QPen(ReaderColors::codeBorder.resolved(m_colors.appearance), blockOutline));
-    painter.setBrush(ReaderColors::codeBackground.resolved(m_colors.appearance));
-    painter.setRenderHint(QPainter::Antialiasing);
-    for (auto block = std::ranges::lower_bound(m_blocks, shown.location, {}, endOf); block != m_blocks.end(); ++block) {
-        if (m_rendered.copyTargets[static_cast<std::size_t>(*block)].range.location >= shown.end())
-            break;
-        auto const rectangle = blockRectangle(*block);
-        if (rectangle.intersects(visible))
-            painter.drawRoundedRect(rectangle, blockRadius, blockRadius);
-    }
-    painter.setRenderHint(QPainter::Antialiasing, false);
-}
-
-void ReaderTextView::paintEvent(QPaintEvent* event)
-{
-    QPainter painter(viewport());
-    painter.fillRect(event->rect(), ReaderColors::surface.resolved(m_colors.appearance));
-    // Whole pixels of the device keep lines and glyphs sharp.
-    auto const scale = viewport()->devicePixelRatioF();
-    QPointF const origin(std::round(m_origin.x() * scale) / scale, std::round(m_origin.y() * scale) / scale);
-    auto const visible = QRectF(event->rect()).translated(origin);
-    painter.translate(-origin);
-    paintBlocks(painter, visible);
-    painter.translate(inset, inset);
-    m_layout.paint(painter, visible.translated(-inset, -inset), m_colors);
+    setSelection({ match->location, match->location + match->length });
+    scrollToVisible({ match->location, match->length }, ScrollTo::middle);
+    return true;
 }
 
 }

@@ -79,9 +79,8 @@ ReaderView::ReaderView(LibraryStore& store, std::function<void()> dismiss, QWidg
     columns->addWidget(makeReadingSide(), 1);
     rows->addLayout(columns, 1);
 
-    m_reader = std::make_unique<NativeReader>(m_store, *m_textView);
-    m_textView->onDismiss = [this] { m_dismiss(); };
-    setFocusProxy(m_textView);
+    textView()->onDismiss = m_dismiss;
+    setFocusProxy(textView());
     applyColors();
     observeStore();
     refresh();
@@ -158,9 +157,8 @@ QWidget* ReaderView::makeReadingSide()
     m_emptyState->setWordWrap(true);
     rows->addWidget(m_emptyState, 1);
 
-    m_textView = new ReaderTextView(side);
-    m_textView->setFrameShape(QFrame::NoFrame);
-    rows->addWidget(m_textView, 1);
+    m_reader = std::make_unique<NativeReader>(m_store, m_dismiss, side);
+    rows->addWidget(&m_reader->scrollView(), 1);
     return side;
 }
 
@@ -172,6 +170,10 @@ void ReaderView::observeStore()
     m_observations.push_back(m_store.folder.addNotifier(later));
     m_observations.push_back(m_store.message.addNotifier(later));
     m_observations.push_back(m_store.textSize.addNotifier(later));
+    m_observations.push_back(m_store.learningModeEnabled.addNotifier(later));
+    m_observations.push_back(m_store.peekModifiers.addNotifier(later));
+    m_observations.push_back(m_store.findQuery.addNotifier(later));
+    m_observations.push_back(m_store.findRequest.addNotifier(later));
 }
 
 void ReaderView::startAfresh()
@@ -201,7 +203,7 @@ void ReaderView::refresh()
     m_title->setText(sheet ? sheet->title : QStringLiteral("Quillory"));
     setWindowTitle(m_title->text());
     refreshBanners(sheet);
-    m_textView->setVisible(sheet != nullptr);
+    m_reader->scrollView().setVisible(sheet != nullptr);
     if (sheet)
         m_reader->update(*sheet);
 }

@@ -26,7 +26,7 @@ public:
 
     // The bar by which the window around it can be dragged.
     QWidget* topBar() const { return m_topBar; }
-    ReaderTextView* textView() const { return m_textView; }
+    ReaderTextView* textView() const { return &m_reader->scrollView().textView(); }
 
     // Leaves what the user did in the view itself, for the next time that it is called up.
     void startAfresh();
@@ -55,7 +55,6 @@ private:
     QLabel* m_message = nullptr;
     QLabel* m_error = nullptr;
     QLabel* m_emptyState = nullptr;
-    ReaderTextView* m_textView = nullptr;
     std::unique_ptr<NativeReader> m_reader;
     std::vector<QPropertyNotifier> m_observations;
     bool m_isRefreshDue = false;

@@ -12,10 +12,10 @@ namespace {
 constexpr qsizetype reach = 1'024;
 
 struct Window {
-    Window(QString const& text, qsizetype position)
-        : start(std::max<qsizetype>(position - reach, 0))
-        , string(text.mid(start, std::min(position + reach, text.size()) - start))
-        , position(position - start)
+    Window(QString const& text, qsizetype place)
+        : start(std::max<qsizetype>(place - reach, 0))
+        , string(text.mid(start, std::min(place + reach, text.size()) - start))
+        , position(place - start)
     {
     }
 
@@ -101,6 +101,22 @@ TextRange TextBoundaries::writtenLineAt(QString const& text, qsizetype position)
     auto const first = std::find_if(
         std::make_reverse_iterator(begin + position), std::make_reverse_iterator(begin), isLineEnd);
     return { first.base() - begin, behind - first.base() };
+}
+
+qsizetype TextBoundaries::previousLine(QString const& text, qsizetype position)
+{
+    return writtenLineAt(text, position > 0 && isLineEnd(text[position - 1]) ? position - 1 : position).location;
+}
+
+qsizetype TextBoundaries::nextLine(QString const& text, qsizetype position)
+{
+    return std::min(writtenLineAt(text, position).end() + 1, text.size());
+}
+
+qsizetype TextBoundaries::lastPlaceOf(QString const& text, TextRange line)
+{
+    auto const wraps = line.length > 0 && line.end() < text.size() && !isLineEnd(text[line.end()]);
+    return wraps && text[line.end() - 1].isSpace() ? line.end() - 1 : line.end();
 }
 
 }

@@ -21,6 +21,11 @@ qsizetype previousWord(QString const& text, qsizetype position);
 
 // From one line feed or U+2028 to the next, which does not belong to it.
 TextRange writtenLineAt(QString const& text, qsizetype position);
+// The start of this written line or the previous one, and of the next.
+qsizetype previousLine(QString const& text, qsizetype position);
+qsizetype nextLine(QString const& text, qsizetype position);
+// Where End goes in a line as laid out: not behind the blank at which it wraps.
+qsizetype lastPlaceOf(QString const& text, TextRange line);
 
 }
 

@@ -35,6 +35,8 @@ public:
     // Makes exact what it can within the budget, wherever it stands.
     IdleResult makeSomeExact(double top, std::chrono::milliseconds budget);
     bool isExact() const { return m_flow->isExact(); }
+    // Drops the lines of what is on screen and keeps the heights.
+    void forgetLines() { m_flow->forgetLines(); }
 
     TextAnchor anchorAt(double y) { return m_flow->anchorAt(y); }
     double positionOf(TextAnchor const& anchor) { return m_flow->positionOf(anchor); }

@@ -1,0 +1,45 @@
+#include "reader/CopyLook.h"
+
+#include <QCoreApplication>
+#include <QTextBoundaryFinder>
+
+namespace Quillory {
+
+namespace {
+
+struct Texts {
+    Q_DECLARE_TR_FUNCTIONS(ReaderTextView)
+};
+
+constexpr qsizetype longestCharacter = 64; // units; a longer one is cut
+
+QString firstCharacters(QString const& text, qsizetype count)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.left(count * longestCharacter));
+    while (count-- > 0 && finder.toNextBoundary() >= 0) { }
+    return finder.position() < 0 ? text : text.left(finder.position());
+}
+
+}
+
+CopyLook CopyLook::of(bool copied, bool learningModeEnabled)
+{
+    auto const symbol = copied ? Symbol::checkmark : Symbol::documents;
+    if (learningModeEnabled)
+        return { symbol, Texts::tr("Copying is disabled in Learning Mode"), {} };
+    if (copied)
+        return { symbol, Texts::tr("Copied"), Texts::tr("Copied") };
+    return { symbol, Texts::tr("Copy command"), {} };
+}
+
+QString CopyLook::label(QString const& text, qsizetype characters)
+{
+    return label(firstCharacters(text, characters));
+}
+
+QString CopyLook::label(QString const& text)
+{
+    return Texts::tr("Copy %1").arg(text);
+}
+
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <utility>
+
+namespace Quillory {
+
+// What a text view shows: two documents with equal keys show the same text.
+struct DocumentKey {
+    QString id; // of the sheet
+    QString source;
+    QList<std::pair<QString, quint64>> images; // reference and fingerprint, in the order of the references
+    double textSize = 0;
+
+    bool operator==(DocumentKey const&) const = default;
+};
+
+}

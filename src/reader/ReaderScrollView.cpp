@@ -1,0 +1,117 @@
+#include "reader/ReaderScrollView.h"
+
+#include "rendering/ShortcutRenderer.h"
+
+#include <QEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <cmath>
+
+namespace Quillory {
+
+namespace {
+
+constexpr double besideText = 2 * ReaderTextView::inset;
+constexpr double narrowestRendering = 100;
+constexpr int scrollStep = 20;
+
+}
+
+ReaderScrollView::ReaderScrollView(Executor& executor, QWidget* parent)
+    : QAbstractScrollArea(parent)
+    , m_textView(new ReaderTextView(executor))
+    , m_measuredFonts(FontSet::ofDesktop())
+{
+    setFrameShape(NoFrame);
+    // A mirrored view would start at the far end of text wider than itself.
+    setLayoutDirection(Qt::LeftToRight);
+    // A bar that comes and goes would change the width and lay everything out twice.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    setViewport(m_textView);
+    m_textView->setFocusProxy(nullptr);
+    setFocusProxy(m_textView);
+    connect(m_textView, &ReaderTextView::moved, this, &ReaderScrollView::updateScrollBars);
+    layOutText();
+}
+
+double ReaderScrollView::structuredWidth() const
+{
+    return std::max(contentWidth() - besideText, narrowestRendering);
+}
+
+double ReaderScrollView::textWidth() const
+{
+    return std::max(contentWidth() - besideText, minimumCodeWidth);
+}
+
+void ReaderScrollView::layOutText()
+{
+    auto const width = textWidth();
+    if (width == m_textView->containerWidth())
+        return;
+    m_textView->setContainerWidth(width);
+    if (shortcuts)
+        m_textView->setRendered(renderedShortcuts());
+}
+
+RenderedMarkdown ReaderScrollView::renderedShortcuts() const
+{
+    if (auto const fonts = FontSet::ofDesktop(); !m_measure || m_measuredFonts != fonts) {
+        m_measuredFonts = fonts;
+        m_measure.emplace(fonts);
+    }
+    return ShortcutRenderer::render(*shortcuts, images, structuredWidth(), textSize, *m_measure);
+}
+
+void ReaderScrollView::updateScrollBars()
+{
+    m_settingBars = true;
+    auto const size = m_textView->contentSize();
+    auto const apply = [](QScrollBar& bar, double content, int page, double value) {
+        bar.setRange(0, std::max(0, static_cast<int>(std::ceil(content)) - page));
+        bar.setPageStep(page);
+        bar.setSingleStep(scrollStep);
+        bar.setValue(qRound(value));
+    };
+    auto const origin = m_textView->scrollOrigin();
+    apply(*verticalScrollBar(), size.height(), viewport()->height(), origin.y());
+    apply(*horizontalScrollBar(), size.width(), viewport()->width(), origin.x());
+    m_settingBars = false;
+}
+
+// The bars hold whole points; what the program sets is exact, and only what a person moves is taken from them.
+void ReaderScrollView::scrollContentsBy(int, int)
+{
+    if (m_settingBars)
+        return;
+    auto const follow = [](double value, QScrollBar const& bar) {
+        return qRound(value) == bar.value() ? value : bar.value();
+    };
+    auto const origin = m_textView->scrollOrigin();
+    m_textView->setScrollOrigin(
+        { follow(origin.x(), *horizontalScrollBar()), follow(origin.y(), *verticalScrollBar()) });
+}
+
+// The text view takes its own events; the wheel turns the bars.
+bool ReaderScrollView::viewportEvent(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Wheel:
+        return QAbstractScrollArea::viewportEvent(event);
+    case QEvent::Resize:
+        layOutText();
+        return false;
+    default:
+        return false;
+    }
+}
+
+void ReaderScrollView::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::FontChange && shortcuts)
+        m_textView->setRendered(renderedShortcuts());
+    QAbstractScrollArea::changeEvent(event);
+}
+
+}

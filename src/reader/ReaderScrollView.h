@@ -1,0 +1,52 @@
+#pragma once
+
+#include "library/PreparedImage.h"
+#include "library/ShortcutSheet.h"
+#include "reader/ReaderTextView.h"
+#include "textlayout/FontTextMeasure.h"
+
+#include <QAbstractScrollArea>
+#include <QMap>
+
+#include <optional>
+
+namespace Quillory {
+
+// Hosts the text view and keeps the text's width right: as wide as there is room, but no narrower than code needs, which
+// then scrolls sideways. A structured sheet is rendered again for each width. GUI thread only.
+class ReaderScrollView : public QAbstractScrollArea {
+    Q_OBJECT
+public:
+    double minimumCodeWidth = 330; // points; the text is never laid out narrower
+    std::optional<ShortcutSheet> shortcuts; // present for a structured sheet
+    QMap<QString, PreparedImage> images; // of that sheet, by the icon as written
+    double textSize = 14; // points
+
+    // The executor outlives the view.
+    explicit ReaderScrollView(Executor& executor, QWidget* parent = nullptr);
+
+    ReaderTextView& textView() const { return *m_textView; }
+    double contentWidth() const { return viewport()->width(); }
+    // The width that a structured sheet is rendered for, and the one that text is laid out for.
+    double structuredWidth() const;
+    double textWidth() const;
+    RenderedMarkdown renderedShortcuts() const;
+
+    // Brings the text's width up to date.
+    void layOutText();
+
+protected:
+    bool viewportEvent(QEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void updateScrollBars();
+
+    ReaderTextView* m_textView;
+    bool m_settingBars = false;
+    mutable std::optional<FontTextMeasure> m_measure; // remembers what it has measured, for a window that is resized
+    mutable FontSet m_measuredFonts;
+};
+
+}

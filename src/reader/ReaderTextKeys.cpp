@@ -1,0 +1,199 @@
+#include "reader/EventModifiers.h"
+#include "reader/ReaderTextView.h"
+#include "reader/TextBoundaries.h"
+
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <array>
+
+// What ReaderTextView does on keys.
+namespace Quillory {
+
+namespace {
+
+constexpr double lineStep = 40;
+constexpr int mostPasses = 8;
+
+}
+
+ModifierFlags ReaderTextView::modifiersWithoutPeek(Qt::KeyboardModifiers modifiers) const
+{
+    return without(modifierFlags(modifiers), peekModifiers);
+}
+
+std::optional<ReaderTextView::Command> ReaderTextView::commandOf(QKeyEvent const& event) const
+{
+    auto const isCommandKey = [&](Qt::Key key) {
+        return event.key() == key && modifiersWithoutPeek(event.modifiers()) == ModifierFlags::command;
+    };
+    if (event.matches(QKeySequence::Copy) || isCommandKey(Qt::Key_C))
+        return Command::copy;
+    if (event.matches(QKeySequence::SelectAll) || isCommandKey(Qt::Key_A))
+        return Command::selectAll;
+    return {};
+}
+
+void ReaderTextView::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Escape) {
+        if (onDismiss)
+            onDismiss();
+        return;
+    }
+    auto const modifiers = modifiersWithoutPeek(event->modifiers());
+    if (m_selection.isEmpty() && modifiers == ModifierFlags::none) {
+        if (event->key() == Qt::Key_Left || event->key() == Qt::Key_Right) {
+            if (onNavigate)
+                onNavigate(event->key() == Qt::Key_Left ? -1 : 1);
+            return;
+        }
+    }
+    if (auto const command = commandOf(*event)) {
+        if (*command == Command::copy)
+            copy();
+        else
+            selectAll();
+        return;
+    }
+    if (auto const move = moveOf(*event))
+        return applyMove(*move);
+    if (!scrollByKey(*event))
+        event->ignore();
+}
+
+// Moves of the selection: with Shift they extend it, without they end it.
+std::optional<ReaderTextView::Move> ReaderTextView::moveOf(QKeyEvent const& event)
+{
+    auto const modifiers = modifiersWithoutPeek(event.modifiers());
+    auto const extends = contains(modifiers, ModifierFlags::shift);
+    auto const others = without(modifiers, ModifierFlags::shift);
+    auto const byWord = others == ModifierFlags::control;
+    if (others != ModifierFlags::none && !byWord)
+        return {};
+    auto const head = m_selection.head;
+    constexpr std::array verticalKeys { Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown };
+    if (std::ranges::find(verticalKeys, event.key()) == verticalKeys.end())
+        m_columnOfMoves.reset();
+    auto const collapses = !extends && !byWord && !m_selection.isEmpty();
+    switch (event.key()) {
+    case Qt::Key_Left:
+        if (collapses)
+            return Move { m_selection.start(), false };
+        return Move { byWord ? TextBoundaries::previousWord(string(), head)
+                             : TextBoundaries::beforeCharacter(string(), head),
+            extends };
+    case Qt::Key_Right:
+        if (collapses)
+            return Move { m_selection.end(), false };
+        return Move {
+            byWord ? TextBoundaries::nextWord(string(), head) : TextBoundaries::behindCharacter(string(), head), extends
+        };
+    default:
+        break;
+    }
+    if (!extends)
+        return {};
+    switch (event.key()) {
+    case Qt::Key_Up:
+        return Move { byWord ? TextBoundaries::previousLine(string(), head) : verticalMove(-1), true };
+    case Qt::Key_Down:
+        return Move { byWord ? TextBoundaries::nextLine(string(), head) : verticalMove(1), true };
+    case Qt::Key_PageUp:
+        return Move { verticalMove(lineStep - height()), true };
+    case Qt::Key_PageDown:
+        return Move { verticalMove(height() - lineStep), true };
+    case Qt::Key_Home:
+        return Move { byWord ? 0 : lineRange(head).location, true };
+    case Qt::Key_End:
+        return Move { byWord ? length() : TextBoundaries::lastPlaceOf(string(), lineRange(head)), true };
+    default:
+        return {};
+    }
+}
+
+// To the nearest place of another line, above or below, in the column where the moves began.
+qsizetype ReaderTextView::verticalMove(double distance)
+{
+    constexpr double step = 4;
+    constexpr double farthest = 2'000; // to the next line: further than any picture or spacing is high
+    auto const head = m_selection.head;
+    auto const box = boundingRect({ head, 0 });
+    if (!m_columnOfMoves)
+        m_columnOfMoves = box.left();
+    auto const column = *m_columnOfMoves;
+    auto const down = distance > 0;
+    auto const own = lineRange(head);
+    auto y = (down ? box.bottom() : box.top()) + distance;
+    for (auto tried = 0.0; tried < farthest; tried += step, y += down ? step : -step) {
+        if (y <= inset || y >= contentSize().height() - inset)
+            return down ? length() : 0;
+        auto const place = insertionIndexAt({ column, y });
+        if (lineRange(characterIndexAt({ column, y })) != own)
+            return place;
+    }
+    return head;
+}
+
+void ReaderTextView::applyMove(Move const& move)
+{
+    setSelection({ move.extends ? m_selection.anchor : move.head, move.head });
+    scrollToVisible({ move.head, 0 });
+    offerPrimarySelection();
+}
+
+void ReaderTextView::selectAll()
+{
+    setSelection({ 0, length() });
+    offerPrimarySelection();
+}
+
+void ReaderTextView::copy()
+{
+    m_pasteboard.write(QClipboard::Clipboard, rendered().text, { m_selection.start(), m_selection.length() });
+}
+
+void ReaderTextView::offerPrimarySelection() const
+{
+    m_pasteboard.write(QClipboard::Selection, rendered().text, { m_selection.start(), m_selection.length() });
+}
+
+bool ReaderTextView::scrollByKey(QKeyEvent const& event)
+{
+    auto const modifiers = modifiersWithoutPeek(event.modifiers());
+    auto const isPlain = modifiers == ModifierFlags::none;
+    auto const isSpace = event.key() == Qt::Key_Space;
+    if (!isPlain && modifiers != (isSpace ? ModifierFlags::shift : ModifierFlags::control))
+        return false;
+    auto const page = std::max<double>(lineStep, height() - lineStep);
+    auto const by = [this](double distance) { setScrollOrigin(m_origin + QPointF(0, distance)); };
+    switch (event.key()) {
+    case Qt::Key_Up:
+        by(-lineStep);
+        return true;
+    case Qt::Key_Down:
+        by(lineStep);
+        return true;
+    case Qt::Key_PageUp:
+        by(-page);
+        return true;
+    case Qt::Key_PageDown:
+        by(page);
+        return true;
+    case Qt::Key_Space:
+        by(isPlain ? page : -page);
+        return true;
+    case Qt::Key_Home:
+        setScrollOrigin({ m_origin.x(), 0 });
+        return true;
+    case Qt::Key_End:
+        // The last page becomes exact on the way, and the end with it.
+        for (int pass = 0; pass < mostPasses && m_origin.y() < constrained({ 0, contentSize().height() }).y(); ++pass)
+            setScrollOrigin({ m_origin.x(), contentSize().height() });
+        return true;
+    default:
+        return false;
+    }
+}
+
+}

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <QAccessibleTextInterface>
+#include <QAccessibleWidget>
+#include <QHash>
+#include <QStringList>
+
+#include <vector>
+
+namespace Quillory {
+
+class ReaderTextView;
+
+// What an assistive program gets of the text view: the text, its attributes and selection, one button for each block and
+// one action for each target, all answered when asked. The text can't be edited.
+class ReaderTextViewAccessible : public QAccessibleWidget, public QAccessibleTextInterface {
+public:
+    // Every text view made from now on has one.
+    static void install();
+
+    explicit ReaderTextViewAccessible(ReaderTextView* view);
+    ~ReaderTextViewAccessible() override;
+
+    void* interface_cast(QAccessible::InterfaceType type) override;
+    QAccessible::State state() const override;
+
+    int childCount() const override;
+    QAccessibleInterface* child(int index) const override;
+    int indexOfChild(QAccessibleInterface const* child) const override;
+    QAccessibleInterface* childAt(int x, int y) const override;
+    QAccessibleInterface* focusChild() const override { return nullptr; }
+
+    QStringList actionNames() const override;
+    QString localizedActionName(QString const& name) const override { return name; }
+    void doAction(QString const& name) override;
+    QStringList keyBindingsForAction(QString const&) const override { return {}; }
+
+    void selection(int index, int* start, int* end) const override;
+    int selectionCount() const override;
+    void addSelection(int start, int end) override;
+    void removeSelection(int index) override;
+    void setSelection(int index, int start, int end) override;
+    int cursorPosition() const override;
+    void setCursorPosition(int position) override;
+    QString text(int start, int end) const override;
+    QString textBeforeOffset(int offset, QAccessible::TextBoundaryType type, int* start, int* end) const override;
+    QString textAfterOffset(int offset, QAccessible::TextBoundaryType type, int* start, int* end) const override;
+    QString textAtOffset(int offset, QAccessible::TextBoundaryType type, int* start, int* end) const override;
+    int characterCount() const override;
+    QRect characterRect(int offset) const override;
+    int offsetAtPoint(QPoint const& point) const override;
+    void scrollToSubstring(int start, int end) override;
+    QString attributes(int offset, int* start, int* end) const override;
+    using QAccessibleWidget::text;
+
+private:
+    struct Span {
+        int start = 0;
+        int end = 0;
+    };
+
+    ReaderTextView& view() const;
+    QString const& string() const;
+    Span spanAt(int offset, QAccessible::TextBoundaryType type) const;
+    QString textOf(Span span, int* start, int* end) const;
+    void forgetButtons();
+    void tellButtonsOfCopy() const;
+
+    std::vector<QMetaObject::Connection> m_connections;
+    mutable QHash<int, QAccessible::Id> m_buttons;
+    mutable QStringList m_actionNames; // one a target; made when first asked for
+};
+
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "rendering/AttributedText.h"
+#include "textlayout/LayoutContext.h"
+
+#include <QMimeData>
+
+namespace Quillory {
+
+// Selected text as plain text, cut out of the whole only when it is asked for. Pictures leave nothing.
+class SelectionData : public QMimeData {
+    Q_OBJECT
+public:
+    SelectionData(AttributedText text, TextRange range);
+
+    QStringList formats() const override;
+    bool hasFormat(QString const& type) const override;
+
+protected:
+    QVariant retrieveData(QString const& type, QMetaType preferredType) const override;
+
+private:
+    AttributedText m_text;
+    TextRange m_range;
+};
+
+}

@@ -1,0 +1,67 @@
+#include "reader/TargetMenu.h"
+
+#include "reader/TargetListModel.h"
+
+#include <QListView>
+#include <QWidgetAction>
+
+#include <memory>
+
+namespace Quillory {
+
+namespace {
+
+constexpr qsizetype mostItems = 40; // as many as a menu shows well
+constexpr int rowsInSight = 16;
+constexpr int listWidth = 360;
+
+void addItems(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> const& title,
+    std::function<void(qsizetype)> const& chosen)
+{
+    for (qsizetype index = 0; index < count; ++index) {
+        auto text = title(index);
+        text.replace(u'&', QStringLiteral("&&"));
+        menu.addAction(text, [chosen, index] { chosen(index); });
+    }
+}
+
+void addList(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> const& title,
+    std::function<void(qsizetype)> const& chosen)
+{
+    auto* const list = new QListView(&menu);
+    list->setModel(new TargetListModel(count, title, list));
+    list->setUniformItemSizes(true);
+    list->setFrameShape(QFrame::NoFrame);
+    list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    list->setMouseTracking(true);
+    list->setTextElideMode(Qt::ElideRight);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list->setFixedSize(listWidth, rowsInSight * list->sizeHintForRow(0));
+    QObject::connect(list, &QListView::entered, list, [list](QModelIndex const& row) { list->setCurrentIndex(row); });
+    // Where a click activates as well, both come.
+    auto const choose = [&menu, chosen, isDone = std::make_shared<bool>(false)](QModelIndex const& row) {
+        if (std::exchange(*isDone, true))
+            return;
+        menu.close();
+        chosen(row.row());
+    };
+    QObject::connect(list, &QListView::clicked, list, choose);
+    QObject::connect(list, &QListView::activated, list, choose);
+    auto* const item = new QWidgetAction(&menu);
+    item->setDefaultWidget(list);
+    menu.addAction(item);
+}
+
+}
+
+void addTargetItems(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> const& title,
+    std::function<void(qsizetype)> const& chosen)
+{
+    auto const inOneLine = [title](qsizetype index) { return title(index).replace(u'\n', u' '); };
+    if (count <= mostItems)
+        addItems(menu, count, inOneLine, chosen);
+    else
+        addList(menu, count, inOneLine, chosen);
+}
+
+}
