@@ -46,6 +46,7 @@ void ReaderPanel::show(PanelPresence presence)
     m_window->didShow();
     makeKeyAndOrderFront();
     focusReader();
+    m_isJustShown = true;
 }
 
 void ReaderPanel::takeFrame()
@@ -76,6 +77,8 @@ std::optional<QRectF> ReaderPanel::visibleFrame() const
 
 void ReaderPanel::makeKeyAndOrderFront()
 {
+    if (std::exchange(m_isJustShown, false))
+        return;
     raise();
     m_services.workspace.activateIgnoringOtherApps(winId());
 }
@@ -88,6 +91,7 @@ void ReaderPanel::orderOut()
 void ReaderPanel::hidePanel()
 {
     m_focusTask.end();
+    m_isJustShown = false;
     hide();
     m_window->didHide();
 }
@@ -102,6 +106,7 @@ void ReaderPanel::savePanelFrame()
 void ReaderPanel::focusReader()
 {
     m_focusTask = m_services.executor.post([this] {
+        m_isJustShown = false;
         if (m_store.librarySearchVisible.value() || m_store.findVisible.value())
             return;
         if (auto* const text = m_view.textView(); text->isVisibleTo(this))

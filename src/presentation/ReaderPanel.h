@@ -69,6 +69,7 @@ private:
     PanelFrameGuard m_restoringPanelFrame;
     Registration m_focusTask;
     bool m_isPlaced = false;
+    bool m_isJustShown = false; // in this turn, with nothing left to do for its place at the front
 };
 
 }

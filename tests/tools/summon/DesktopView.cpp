@@ -4,6 +4,7 @@
 #include "platform/linux/x11/VirtualKeys.h"
 
 #include <span>
+#include <utility>
 
 namespace Quillory {
 
@@ -18,8 +19,9 @@ bool DesktopView::Reader::bearsASheetsTitle() const
     return !title.isEmpty() && title.compare(QStringLiteral("Quillory"), Qt::CaseInsensitive) != 0;
 }
 
-DesktopView::DesktopView(X11Connection& connection)
+DesktopView::DesktopView(X11Connection& connection, QByteArray windowClass)
     : m_connection(connection)
+    , m_windowClass(std::move(windowClass))
 {
 }
 
@@ -42,8 +44,8 @@ void DesktopView::collect(xcb_window_t parent, int depth, std::optional<Reader>&
         xcb_query_tree_children(tree.get()), static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
     for (auto const child : children) {
         auto const windowClass = m_connection.property(child, "WM_CLASS").split('\0');
-        bool const isOurs = windowClass.size() > 1 && windowClass[1].toLower() == "quillory";
-        if (!isOurs) {
+        bool const isWanted = windowClass.size() > 1 && windowClass[1].toLower() == m_windowClass;
+        if (!isWanted) {
             if (depth > 1)
                 collect(child, depth - 1, largest);
             continue;

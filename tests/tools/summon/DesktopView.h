@@ -23,9 +23,10 @@ public:
         bool bearsASheetsTitle() const;
     };
 
-    explicit DesktopView(X11Connection& connection);
+    // `windowClass` in lower case is the class of the windows to look for.
+    explicit DesktopView(X11Connection& connection, QByteArray windowClass = QByteArrayLiteral("quillory"));
 
-    // The largest window of the program's class that is on the screen.
+    // The largest window of the class that is on the screen.
     std::optional<Reader> reader() const;
 
     bool isOnScreen(xcb_window_t window) const;
@@ -41,6 +42,7 @@ private:
     void collect(xcb_window_t parent, int depth, std::optional<Reader>& largest) const;
 
     X11Connection& m_connection;
+    QByteArray m_windowClass;
 };
 
 }

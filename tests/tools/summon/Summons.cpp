@@ -4,6 +4,7 @@
 #include <span>
 #include <thread>
 #include <unordered_map>
+#include <utility>
 
 namespace Quillory {
 
@@ -15,11 +16,11 @@ using namespace std::chrono_literals;
 constexpr auto still = 150ms;
 
 constexpr auto betweenSamples = 300us;
-constexpr auto betweenProbes = 10ms;
+constexpr auto betweenProbes = 1ms;
 
 }
 
-std::expected<std::unique_ptr<Summons>, QString> Summons::open(Shortcut const& toggle, std::chrono::seconds timeout)
+std::expected<std::unique_ptr<Summons>, QString> Summons::open(Call const& call, std::chrono::seconds timeout)
 {
     auto connection = X11Connection::open();
     if (!connection)
@@ -31,15 +32,15 @@ std::expected<std::unique_ptr<Summons>, QString> Summons::open(Shortcut const& t
     if (!keyboard)
         return std::unexpected(keyboard.error());
     return std::unique_ptr<Summons>(
-        new Summons(toggle, timeout, std::move(*connection), std::move(*capture), std::move(*keyboard)));
+        new Summons(call, timeout, std::move(*connection), std::move(*capture), std::move(*keyboard)));
 }
 
-Summons::Summons(Shortcut const& toggle, std::chrono::seconds timeout, std::unique_ptr<X11Connection> connection,
+Summons::Summons(Call call, std::chrono::seconds timeout, std::unique_ptr<X11Connection> connection,
     std::unique_ptr<ScreenCapture> capture, std::unique_ptr<SyntheticKeyboard> keyboard)
-    : m_toggle(toggle)
+    : m_call(std::move(call))
     , m_timeout(timeout)
     , m_connection(std::move(connection))
-    , m_desktop(*m_connection)
+    , m_desktop(*m_connection, m_call.peer.value_or("quillory"))
     , m_capture(std::move(capture))
     , m_keyboard(std::move(keyboard))
 {
@@ -49,55 +50,81 @@ std::expected<void, QString> Summons::waitUntilGrabbed()
 {
     auto const deadline = Clock::now() + m_timeout;
     for (;;) {
-        auto const grabbed = m_desktop.isGrabbed(m_toggle);
+        auto const grabbed = m_desktop.isGrabbed(m_call.shortcut);
         if (!grabbed)
-            return std::unexpected(QStringLiteral("This keyboard has no such keys as the toggle shortcut needs."));
+            return std::unexpected(QStringLiteral("This keyboard has no such keys as the shortcut needs."));
         if (*grabbed)
             return {};
         if (Clock::now() > deadline)
-            return std::unexpected(QStringLiteral("No program held the toggle shortcut within %1.").arg(seconds()));
+            return std::unexpected(QStringLiteral("No program held the shortcut within %1.").arg(seconds()));
         std::this_thread::sleep_for(betweenProbes); // between two looks
     }
 }
 
+QRect Summons::area(DesktopView::Reader const& reader) const
+{
+    constexpr int edge = 24;
+    return m_call.peer ? reader.frame.adjusted(edge, edge, -edge, -edge) : reader.readingArea();
+}
+
+Summons::Clock::time_point Summons::strikeToShow()
+{
+    if (m_call.manner == Manner::toggle)
+        return strike();
+    m_keyboard->pressModifiers(m_call.shortcut.modifiers());
+    auto const pressed = Clock::now();
+    m_keyboard->press(static_cast<std::uint16_t>(m_call.shortcut.carbonKeyCode));
+    return pressed;
+}
+
+Summons::Clock::time_point Summons::strikeToHide()
+{
+    return m_call.manner == Manner::toggle ? strike() : letGo();
+}
+
 Summons::Clock::time_point Summons::strike()
 {
-    auto const key = static_cast<std::uint16_t>(m_toggle.carbonKeyCode);
-    m_keyboard->pressModifiers(m_toggle.modifiers());
-    m_keyboard->press(key);
+    m_keyboard->pressModifiers(m_call.shortcut.modifiers());
+    m_keyboard->press(static_cast<std::uint16_t>(m_call.shortcut.carbonKeyCode));
+    return letGo();
+}
+
+Summons::Clock::time_point Summons::letGo()
+{
     auto const released = Clock::now();
-    m_keyboard->release(key);
-    m_keyboard->releaseModifiers(m_toggle.modifiers());
+    m_keyboard->release(static_cast<std::uint16_t>(m_call.shortcut.carbonKeyCode));
+    m_keyboard->releaseModifiers(m_call.shortcut.modifiers());
     return released;
 }
 
-std::expected<Summons::Shown, QString> Summons::show(std::optional<QRect> area)
+std::expected<Summons::Shown, QString> Summons::show(std::optional<QRect> known)
 {
+    auto watched = known;
     if (m_desktop.reader())
         return std::unexpected(QStringLiteral("The reader is on the screen already."));
-    if (area && !becomesStill(*area))
+    if (watched && !becomesStill(*watched))
         return std::unexpected(QStringLiteral("What is behind the reader did not keep still for %1.").arg(seconds()));
     m_frontBefore = m_desktop.frontWindow();
 
-    auto const released = strike();
-    auto const deadline = released + m_timeout;
+    auto const struck = strikeToShow();
+    auto const deadline = struck + m_timeout;
     std::optional<DesktopView::Reader> reader;
     std::optional<Clock::time_point> first;
-    auto last = released;
+    auto last = struck;
     while (Clock::now() < deadline) {
-        if (!area) {
+        if (!watched) {
             reader = m_desktop.reader();
             if (reader)
-                area = reader->readingArea();
-        } else if (update(*area)) {
+                watched = area(*reader);
+        } else if (update(*watched)) {
             last = Clock::now();
             // Where the area was not known before, the first look at it is no change.
             first = first.value_or(last);
-        } else if (last != released && Clock::now() - last >= still) {
+        } else if (last != struck && Clock::now() - last >= still) {
             reader = m_desktop.reader();
             if (whatIsMissing(reader).isEmpty()) {
-                if (reader->readingArea() == *area)
-                    return Shown { *reader, first ? std::optional(*first - released) : std::nullopt, last - released };
+                if (area(*reader) == *watched)
+                    return Shown { *reader, first ? std::optional(*first - struck) : std::nullopt, last - struck };
                 return std::unexpected(QStringLiteral("The reader came up elsewhere than the time before."));
             }
         }
@@ -114,7 +141,7 @@ QString Summons::whatIsMissing(std::optional<DesktopView::Reader> const& reader)
 {
     if (!reader)
         return QStringLiteral("No window of the reader came up within %1.").arg(seconds());
-    if (!reader->bearsASheetsTitle())
+    if (!m_call.peer && !reader->bearsASheetsTitle())
         return QStringLiteral("The reader's window bore no sheet's title within %1; it was \"%2\".")
             .arg(seconds(), reader->title);
     if (!containsInk())
@@ -124,7 +151,7 @@ QString Summons::whatIsMissing(std::optional<DesktopView::Reader> const& reader)
 
 std::expected<Summons::Hidden, QString> Summons::hide(DesktopView::Reader const& reader)
 {
-    auto const released = strike();
+    auto const released = strikeToHide();
     auto const deadline = released + m_timeout;
     std::optional<Clock::time_point> unmapped;
     while (Clock::now() < deadline) {

@@ -1,6 +1,8 @@
 // quillory-summon: calls the running program's reader with its stored shortcut, from outside, and waits for what must
 // follow. Prints one sentence, or with --times the measured milliseconds as JSON. Exits 1 with a sentence on failure.
+// Other programs that come and go by a shortcut can be measured in the same way.
 
+#include "Starts.h"
 #include "Summons.h"
 
 #include <QCommandLineParser>
@@ -24,6 +26,10 @@ struct Options {
     QString picture;
     bool hides = false;
     int times = 0;
+    bool peeks = false;
+    QString peer;
+    QString shortcut;
+    QString start;
 };
 
 std::expected<Options, QString> readOptions(QCoreApplication const& application)
@@ -40,13 +46,23 @@ std::expected<Options, QString> readOptions(QCoreApplication const& application)
     QCommandLineOption const times(QStringLiteral("times"),
         QStringLiteral("After one call to warm up, call and send away so often, and print the times."),
         QStringLiteral("number"), QStringLiteral("0"));
-    parser.addOptions({ timeout, picture, hide, times });
+    QCommandLineOption const peek(
+        QStringLiteral("peek"), QStringLiteral("Peek with that shortcut instead of toggling."));
+    QCommandLineOption const peer(QStringLiteral("peer"),
+        QStringLiteral("Call another program, by the class of its window; needs --shortcut."), QStringLiteral("class"));
+    QCommandLineOption const shortcut(QStringLiteral("shortcut"),
+        QStringLiteral("A shortcut as the settings store it, instead of the stored one."), QStringLiteral("text"));
+    QCommandLineOption const start(QStringLiteral("start"),
+        QStringLiteral("Measure, --times over, how long this program takes to hold its shortcut."),
+        QStringLiteral("program"));
+    parser.addOptions({ timeout, picture, hide, times, peek, peer, shortcut, start });
     parser.process(application);
 
     bool isSeconds = false;
     bool isNumber = false;
     Options const options { std::chrono::seconds(parser.value(timeout).toInt(&isSeconds)), parser.value(picture),
-        parser.isSet(hide), parser.value(times).toInt(&isNumber) };
+        parser.isSet(hide), parser.value(times).toInt(&isNumber), parser.isSet(peek), parser.value(peer).toLower(),
+        parser.value(shortcut), parser.value(start) };
     if (!isSeconds || options.timeout.count() < 1)
         return std::unexpected(QStringLiteral("--timeout needs a whole number of seconds."));
     if (!isNumber || options.times < 0 || (parser.isSet(times) && options.times == 0))
@@ -57,17 +73,17 @@ std::expected<Options, QString> readOptions(QCoreApplication const& application)
     return options;
 }
 
-std::expected<Shortcut, QString> storedToggle()
+std::expected<Shortcut, QString> storedShortcut(QString const& name)
 {
     auto const folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
     QFile file(folder + QStringLiteral("/quillory/defaults.json"));
     if (!file.open(QIODevice::ReadOnly))
         return std::unexpected(QStringLiteral("The settings %1 can't be read.").arg(file.fileName()));
     auto const settings = QJsonDocument::fromJson(file.readAll()).object();
-    auto const stored = settings[QStringLiteral("KeyboardShortcuts_toggleQuillory")].toString();
+    auto const stored = settings[QStringLiteral("KeyboardShortcuts_") + name].toString();
     auto const shortcut = Shortcut::decode(stored);
     if (!shortcut || !std::in_range<std::uint16_t>(shortcut->carbonKeyCode))
-        return std::unexpected(QStringLiteral("The settings %1 hold no toggle shortcut.").arg(file.fileName()));
+        return std::unexpected(QStringLiteral("The settings %1 hold no shortcut %2.").arg(file.fileName(), name));
     return *shortcut;
 }
 
@@ -78,6 +94,26 @@ QJsonObject medianAndWorst(std::vector<Summons::Milliseconds> values)
     auto const median = values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
     auto const rounded = [](Summons::Milliseconds value) { return std::round(value.count() * 100) / 100; };
     return { { QStringLiteral("median"), rounded(median) }, { QStringLiteral("worst"), rounded(values.back()) } };
+}
+
+std::expected<Summons::Call, QString> callOf(Options const& options)
+{
+    Summons::Call call;
+    if (options.shortcut.isEmpty()) {
+        auto const stored = storedShortcut(
+            options.peeks ? QStringLiteral("peekQuillory") : QStringLiteral("toggleQuillory"));
+        if (!stored)
+            return std::unexpected(stored.error());
+        call.shortcut = *stored;
+    } else if (auto const given = Shortcut::decode(options.shortcut)) {
+        call.shortcut = *given;
+    } else {
+        return std::unexpected(QStringLiteral("\"%1\" is no stored shortcut.").arg(options.shortcut));
+    }
+    call.manner = options.peeks ? Summons::Manner::peek : Summons::Manner::toggle;
+    if (!options.peer.isEmpty())
+        call.peer = options.peer.toUtf8();
+    return call;
 }
 
 // The reader is away when it begins and when it ends. Prints the times.
@@ -110,16 +146,29 @@ std::expected<void, QString> measure(Summons& summons, QRect const& area, int ti
     return {};
 }
 
+std::expected<void, QString> measureStarts(Summons& summons, Options const& options)
+{
+    auto const starts = timeStarts(summons, options.start, std::max(options.times, 1));
+    if (!starts)
+        return std::unexpected(starts.error());
+    QJsonObject const result { { QStringLiteral("times"), options.times },
+        { QStringLiteral("unit"), QStringLiteral("ms") }, { QStringLiteral("ready"), medianAndWorst(*starts) } };
+    std::fputs(QJsonDocument(result).toJson().constData(), stdout);
+    return {};
+}
+
 std::expected<void, QString> run(Options const& options)
 {
-    auto const toggle = storedToggle();
-    if (!toggle)
-        return std::unexpected(toggle.error());
-    auto const opened = Summons::open(*toggle, options.timeout);
+    auto const call = callOf(options);
+    if (!call)
+        return std::unexpected(call.error());
+    auto const opened = Summons::open(*call, options.timeout);
     if (!opened)
         return std::unexpected(opened.error());
     auto& summons = **opened;
 
+    if (!options.start.isEmpty())
+        return measureStarts(summons, options);
     if (auto const grabbed = summons.waitUntilGrabbed(); !grabbed)
         return grabbed;
     auto const shown = summons.show();
@@ -129,12 +178,12 @@ std::expected<void, QString> run(Options const& options)
         if (auto const saved = summons.savePicture(options.picture); !saved)
             return saved;
     }
-    if (options.hides || options.times > 0) {
+    if (options.hides || options.peeks || options.times > 0) {
         if (auto const hidden = summons.hide(shown->reader); !hidden)
             return std::unexpected(hidden.error());
     }
     if (options.times > 0)
-        return measure(summons, shown->reader.readingArea(), options.times);
+        return measure(summons, summons.area(shown->reader), options.times);
 
     auto sentence = QStringLiteral("The reader came up with \"%1\"").arg(shown->reader.title);
     if (!options.picture.isEmpty())
