@@ -1,0 +1,116 @@
+#include "presentation/ReaderPanel.h"
+
+#include "support/FakeLibraryServices.h"
+#include "support/FakePanelWindow.h"
+#include "support/FakeScreens.h"
+
+#include <QTest>
+
+#include <gmock/gmock.h>
+
+namespace Quillory {
+namespace {
+
+using namespace Qt::StringLiterals;
+using testing::ElementsAre;
+
+auto const frameKey = QLatin1StringView(ReaderPanel::frameKey);
+
+class ReaderPanelTest : public testing::Test {
+protected:
+    ReaderPanelTest()
+    {
+        // Also the moves that come before anything is asked for.
+        panel.onMoved = panel.onResized = [this] { panel.savePanelFrame(); };
+        panel.onClosing = [this] { closings.append(panel.isVisible()); };
+    }
+
+    void show(PanelPresence presence = PanelPresence::resident)
+    {
+        panel.show(presence);
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+    }
+
+    std::optional<QString> stored() const { return services.defaults.get<QString>(frameKey); }
+
+    FakeLibraryServices services;
+    LibraryStore library { services.services(), LibraryStore::RestoreFolder::no };
+    FakeScreens screens { { QRect(0, 0, 1280, 900) } };
+    FakePanelWindow* window = nullptr;
+    ReaderPanel panel { library,
+        { services.defaults, services.workspace, screens, services.executor, [this](std::uint64_t) {
+             auto made = std::make_unique<FakePanelWindow>();
+             window = made.get();
+             return made;
+         } } };
+    QList<bool> closings;
+};
+
+TEST_F(ReaderPanelTest, It_stands_where_it_was_stored_and_only_the_user_changes_that)
+{
+    show();
+    EXPECT_EQ(panel.geometry(), QRect(200, 130, 880, 640)) << "in the middle at first";
+    EXPECT_EQ(stored(), std::nullopt);
+
+    panel.move(30, 40);
+    panel.resize(500, 400);
+    EXPECT_EQ(stored(), u"{{30, 40}, {500, 400}}"_s);
+    panel.orderOut();
+    show();
+    EXPECT_EQ(panel.geometry(), QRect(30, 40, 500, 400));
+
+    panel.orderOut();
+    screens.connect({ QRect(2000, 0, 1024, 768) });
+    show();
+    EXPECT_EQ(panel.geometry(), QRect(2000, 40, 500, 400));
+    EXPECT_EQ(stored(), u"{{30, 40}, {500, 400}}"_s);
+
+    panel.orderOut();
+    services.defaults.setValue(frameKey, u"{{30, 40}, {439, 400}}"_s);
+    show();
+    EXPECT_EQ(panel.geometry(), QRect(2000, 40, 880, 640)) << "the default size where it stood last";
+}
+
+TEST_F(ReaderPanelTest, The_window_manager_is_told_before_and_after)
+{
+    show(PanelPresence::peek);
+    EXPECT_TRUE(window->isAbove() && window->isEverywhere());
+    panel.applyPeekLevel(PanelPresence::resident);
+    EXPECT_FALSE(window->isAbove() || window->isEverywhere());
+    panel.orderOut();
+    EXPECT_THAT(window->calls, ElementsAre(u"willShow"_s, u"didShow"_s, u"didHide"_s));
+    EXPECT_EQ(services.workspace.preparations.size(), 1U);
+    EXPECT_EQ(services.workspace.ownActivations.size(), 1U);
+}
+
+TEST_F(ReaderPanelTest, A_close_is_told_once_and_while_it_is_still_up)
+{
+    show();
+    panel.close();
+    EXPECT_THAT(closings, ElementsAre(true));
+    EXPECT_FALSE(panel.isVisible());
+    show();
+    EXPECT_TRUE(panel.isVisible());
+    panel.orderOut();
+    EXPECT_EQ(closings.size(), 1);
+}
+
+TEST_F(ReaderPanelTest, The_keyboard_goes_to_the_text_unless_a_search_field_is_open)
+{
+    services.files.write(u"/library"_s, "a.md", "# Sheet\n");
+    library.connect(u"/library"_s);
+    services.executor.settle();
+    for (bool const isSearching : { true, false }) {
+        library.librarySearchVisible = isSearching;
+        show();
+        panel.setFocus();
+        panel.focusReader();
+        EXPECT_EQ(panel.focusWidget(), &panel) << "not at once";
+        services.executor.runPosted();
+        EXPECT_EQ(panel.focusWidget() == &panel, isSearching);
+        panel.orderOut();
+    }
+}
+
+}
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/PanelWindow.h"
+
+#include <QStringList>
+
+namespace Quillory {
+
+// A window manager's view of a window, and what was asked for it.
+class FakePanelWindow final : public PanelWindow {
+public:
+    void setLevel(WindowLevel asked) override { level = asked; }
+    void setCollectionBehavior(CollectionBehavior asked) override { behavior = asked; }
+    void willShow() override { calls.append(QStringLiteral("willShow")); }
+    void didShow() override
+    {
+        calls.append(QStringLiteral("didShow"));
+        isShown = true;
+    }
+    void didHide() override
+    {
+        calls.append(QStringLiteral("didHide"));
+        isShown = false;
+    }
+
+    bool isAbove() const { return isShown && level == WindowLevel::floating; }
+    bool isEverywhere() const { return isShown && behavior == CollectionBehavior::everywhere; }
+
+    WindowLevel level = WindowLevel::normal;
+    CollectionBehavior behavior = CollectionBehavior::none;
+    bool isShown = false;
+    QStringList calls;
+};
+
+}
