@@ -23,6 +23,14 @@ protected:
         program.save(u"a.md"_s, sheetOf("Sheet"));
     }
 
+    // A program that answers is one that has done all that belongs to its start, and not only taken its keys.
+    void startAndSeeItAnswer()
+    {
+        start();
+        ASSERT_TRUE(comesUp());
+        ASSERT_TRUE(goesAwayTo(terminal.window()));
+    }
+
     void holdPeek()
     {
         desktop.keyboard().pressModifiers(peekModifiers);
@@ -126,7 +134,7 @@ TEST_F(SummoningTest, A_release_while_the_program_does_not_run_is_made_up_for)
 TEST_F(SummoningTest, A_double_tap_and_hold_peeks_and_typing_in_between_does_not)
 {
     program.setSetting(u"modifierGesture"_s, u"shift"_s);
-    start();
+    startAndSeeItAnswer();
     for (auto const side : { leftShift, rightShift }) {
         tap(side);
         desktop.keyboard().press(side);
@@ -146,7 +154,7 @@ TEST_F(SummoningTest, A_double_tap_and_hold_peeks_and_typing_in_between_does_not
 TEST_F(SummoningTest, The_gesture_works_on_either_option_key_also_while_a_menu_has_the_keyboard)
 {
     program.setSetting(u"modifierGesture"_s, u"option"_s);
-    start();
+    startAndSeeItAnswer();
     OtherProgram menu;
     for (bool const isMenuOpen : { false, true }) {
         ASSERT_TRUE(!isMenuOpen || menu.takeKeyboard());
