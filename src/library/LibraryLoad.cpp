@@ -93,6 +93,12 @@ Sheet sheetOfText(QString const& id, QString const& text, QByteArray const& byte
 std::optional<Sheet> loadSheet(OpenFolder const& folder, QByteArray const& name, Sheet const* previous)
 {
     auto const [id, isUtf8] = FileName::fromBytes(name);
+    if (previous && isUtf8) {
+        // Nearly every file of a reload is as it was, and what can be read needs no look before it.
+        auto const read = folder.read(name, sheetSizeLimit + 1);
+        if (auto sheet = read && *read ? reused(previous, **read) : std::nullopt)
+            return sheet;
+    }
     auto const status = folder.status(name);
     if (!status)
         return errorSheet(id, status.error().localizedDescription());

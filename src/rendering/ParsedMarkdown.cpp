@@ -125,6 +125,7 @@ private:
         m_storage->records.back().flags = presence(element);
         m_storage->records.back().second = static_cast<std::uint32_t>(description.size());
         m_storage->pool += description;
+        m_storage->namesImages = true;
         return element.raw().end;
     }
 
@@ -199,6 +200,8 @@ std::optional<QString> ParsedMarkdown::firstHeadingTitle() const
 QSet<QString> ParsedMarkdown::imageSources() const
 {
     QSet<QString> sources;
+    if (!m_storage->namesImages)
+        return sources;
     for (auto const& record : m_storage->records) {
         if (record.kind == Kind::image && (record.flags & hasString))
             sources.insert(m_storage->string(record).toString());

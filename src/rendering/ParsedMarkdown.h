@@ -128,6 +128,7 @@ private:
     struct Storage {
         std::vector<Record> records;
         QString pool;
+        bool namesImages = false; // spares most trees the walk for them
 
         QStringView string(Record const& record) const
         {
