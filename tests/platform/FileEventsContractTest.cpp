@@ -14,6 +14,7 @@
 #include <optional>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -249,6 +250,18 @@ TEST_F(InotifyFileEventsTest, A_folder_that_is_not_there_gives_an_inactive_watch
     EXPECT_FALSE(events.watch(root.filePath(QStringLiteral("missing")), 1ms, [] { }).isActive());
     change(path);
     EXPECT_FALSE(events.watch(path + QStringLiteral("/1.md"), 1ms, [] { }).isActive());
+}
+
+TEST_F(InotifyFileEventsTest, Where_the_system_gives_nothing_the_watch_is_inactive_and_may_be_had_later)
+{
+    rlimit limit {};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    rlimit const none { 0, limit.rlim_max };
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+    auto const refused = events.watch(path, 1ms, [] { });
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    EXPECT_FALSE(refused.isActive());
+    EXPECT_TRUE(isTold(": > library/x.md"));
 }
 
 TEST_F(InotifyFileEventsTest, After_an_overflow_the_folder_at_the_path_is_the_one_that_is_heard)
