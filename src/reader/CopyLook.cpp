@@ -1,7 +1,8 @@
 #include "reader/CopyLook.h"
 
+#include "text/Graphemes.h"
+
 #include <QCoreApplication>
-#include <QTextBoundaryFinder>
 
 namespace Quillory {
 
@@ -12,13 +13,6 @@ struct Texts {
 };
 
 constexpr qsizetype longestCharacter = 64; // units; a longer one is cut
-
-QString firstCharacters(QString const& text, qsizetype count)
-{
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text.left(count * longestCharacter));
-    while (count-- > 0 && finder.toNextBoundary() >= 0) { }
-    return finder.position() < 0 ? text : text.left(finder.position());
-}
 
 }
 
@@ -34,7 +28,7 @@ CopyLook CopyLook::of(bool copied, bool learningModeEnabled)
 
 QString CopyLook::label(QString const& text, qsizetype characters)
 {
-    return label(firstCharacters(text, characters));
+    return label(firstGraphemes(QStringView(text).left(characters * longestCharacter), characters).toString());
 }
 
 QString CopyLook::label(QString const& text)

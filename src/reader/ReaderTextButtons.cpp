@@ -123,7 +123,7 @@ void ReaderTextView::showCopied(std::optional<qsizetype> target)
 
 void ReaderTextView::paintBlocks(QPainter& painter, QRectF const& visible) const
 {
-    painter.setPen(QPen(ReaderColors::codeBorder.resolved(m_colors.appearance), blockOutline));
+    painter.setPen(Qt::NoPen);
     painter.setBrush(ReaderColors::codeBackground.resolved(m_colors.appearance));
     forEachVisibleBlock(visible,
         [&](qsizetype, QRectF const& rectangle) { painter.drawRoundedRect(rectangle, blockRadius, blockRadius); });
@@ -138,6 +138,10 @@ void ReaderTextView::paintStrips(QPainter& painter, QRectF const& visible) const
         QPainterPath strip;
         strip.addRect(QRectF(rectangle.right() - stripWidth, rectangle.top(), stripWidth, rectangle.height()));
         painter.fillPath(block.intersected(strip), ReaderColors::codeBackground.resolved(m_colors.appearance));
+        // Long lines end with the block on either side.
+        QPainterPath row;
+        row.addRect(QRectF(m_origin.x(), rectangle.top(), width(), rectangle.height()));
+        painter.fillPath(row.subtracted(block), ReaderColors::surface.resolved(m_colors.appearance));
         painter.setBrush(Qt::NoBrush);
         painter.drawPath(block);
     });

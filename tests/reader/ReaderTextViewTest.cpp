@@ -1,129 +1,15 @@
-#include "reader/ReaderScrollView.h"
-#include "support/ManualExecutor.h"
+#include "reader/ReaderTextViewFixture.h"
 
-#include <QCoreApplication>
 #include <QImage>
-#include <QMenu>
-#include <QMouseEvent>
-#include <QScrollBar>
-#include <QTest>
 #include <QWheelEvent>
-
-#include <gmock/gmock.h>
 
 #include <string>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-RenderedMarkdown paragraphs(int count)
-{
-    AttributedText::Builder builder;
-    for (int paragraph = 0; paragraph < count; ++paragraph)
-        builder.append(QStringLiteral("%1 é ").arg(paragraph).repeated(1 + paragraph * 13 % 70) + u'\n', {}, {});
-    return { std::move(builder).build(), {} };
-}
-
-// "$code$" is a target within its line, a line that begins with ">" a code block.
-RenderedMarkdown sheet(QString const& source)
-{
-    ParagraphStyle block;
-    block.paragraphSpacingBefore = 8;
-    block.paragraphSpacing = 20;
-    AttributedText::Builder builder;
-    std::vector<CopyTarget> targets;
-    for (auto const& line : source.split(u'\n')) {
-        auto const isBlock = line.startsWith(u'>');
-        auto const parts = isBlock ? QStringList { QString(), line.mid(1) } : line.split(u'$');
-        for (qsizetype part = 0; part < parts.size(); ++part) {
-            if (part % 2 == 1)
-                targets.push_back({ { builder.length(), parts[part].size() }, parts[part], isBlock, {} });
-            builder.append(parts[part], {}, isBlock ? block : ParagraphStyle());
-        }
-        builder.append(u"\n", {}, isBlock ? block : ParagraphStyle());
-    }
-    return { std::move(builder).build(), std::move(targets) };
-}
-
-class ReaderTextViewTest : public testing::Test {
-protected:
-    ReaderTextViewTest()
-    {
-        scroll.resize(500, 400);
-        scroll.show();
-        view.onCopy = [this](QString const& text) {
-            if (isClipboardFull)
-                return false;
-            copied.append(text);
-            return true;
-        };
-    }
-
-    void settle()
-    {
-        ASSERT_TRUE(QTest::qWaitFor([this] { return view.isSettled(); }));
-    }
-    double bottom() const { return scroll.verticalScrollBar()->maximum(); }
-    QImage picture() { return view.grab().toImage(); }
-    QString selected() const
-    {
-        return view.rendered().text.string().mid(view.selection().start(), view.selection().length());
-    }
-    void setMinimumCodeWidth(double width)
-    {
-        scroll.minimumCodeWidth = width;
-        scroll.layOutText();
-    }
-
-    qsizetype positionOf(QString const& text) const { return view.rendered().text.string().indexOf(text); }
-    // The middle of the character's left half, which is where a caret before it stands nearest.
-    QPointF pointAt(qsizetype position) const
-    {
-        auto const box = view.boundingRect({ position, 1 }).translated(-view.scrollOrigin());
-        return { box.left() + box.width() / 4, box.center().y() };
-    }
-    QPointF pointAt(QString const& text) const { return pointAt(positionOf(text)); }
-
-    void mouse(QEvent::Type type, QPointF point, Qt::KeyboardModifiers modifiers = {})
-    {
-        auto const buttons = type == QEvent::MouseButtonRelease ? Qt::NoButton : Qt::LeftButton;
-        QMouseEvent event(type, point, view.mapToGlobal(point),
-            type == QEvent::MouseMove ? Qt::NoButton : Qt::LeftButton, buttons, modifiers);
-        event.setTimestamp(now += 10);
-        QCoreApplication::sendEvent(&view, &event);
-    }
-    void click(QPointF point, Qt::KeyboardModifiers modifiers = {}, QPointF moved = {}, int count = 1)
-    {
-        now += 10'000;
-        for (int number = 0; number < count; ++number) {
-            mouse(number == 1 ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress, point, modifiers);
-            if (!moved.isNull())
-                mouse(QEvent::MouseMove, point + moved, modifiers);
-            mouse(QEvent::MouseButtonRelease, point + moved, modifiers);
-        }
-    }
-    std::vector<qsizetype> copiedButtons() const
-    {
-        std::vector<qsizetype> tags;
-        for (auto const* const button : view.codeButtons()) {
-            if (button->copied())
-                tags.push_back(button->tag());
-        }
-        return tags;
-    }
-
-    ManualExecutor executor;
-    ReaderScrollView scroll { executor };
-    ReaderTextView& view { scroll.textView() };
-    QStringList copied;
-    bool isClipboardFull = false;
-    quint64 now = 1'000'000;
-};
 
 struct KeyStep {
     std::string name;
@@ -219,55 +105,6 @@ TEST_F(ReaderTextViewTest, Keys_navigate_dismiss_and_move_the_selection)
     }
 }
 
-TEST_F(ReaderTextViewTest, A_click_copies_what_lies_under_it_and_nothing_else_does)
-{
-    struct Case {
-        std::string name;
-        QPointF point;
-        Qt::KeyboardModifiers modifiers;
-        QPointF moved;
-        QStringList copied;
-    };
-    view.setRendered(sheet(u"Say $ls -l$ then $mmmm$ and go\n>code in a block"_s));
-    auto const inline1 = pointAt(u"ls -l"_s);
-    auto const inline2 = pointAt(u"mmmm"_s);
-    auto const behindText = pointAt(u"go"_s) + QPointF(120, 0);
-    Case const cases[] {
-        { "inline code", inline1, {}, {}, { u"ls -l"_s } },
-        { "a code block", pointAt(u"code in"_s), {}, {}, { u"code in a block"_s } },
-        { "text", pointAt(u"then"_s), {}, {}, {} },
-        { "the empty part of a line", behindText, {}, {}, {} },
-        { "a hand that trembles", inline2, {}, { 3, 2 }, { u"mmmm"_s } },
-        { "a drag of five points", inline2, {}, { 5, 0 }, {} },
-        { "Shift", inline1, Qt::ShiftModifier, {}, {} },
-        { "Alt", inline1, Qt::AltModifier, {}, {} },
-        { "Super", inline1, Qt::MetaModifier, {}, {} },
-        { "Control doesn't count", inline1, Qt::ControlModifier, {}, { u"ls -l"_s } },
-    };
-    for (auto const& each : cases) {
-        copied.clear();
-        view.setSelection({});
-        click(each.point, each.modifiers, each.moved);
-        EXPECT_EQ(copied, each.copied) << each.name;
-    }
-
-    copied.clear();
-    view.setSelection({});
-    click(inline2, {}, { view.boundingRect({ positionOf(u"mmmm"_s), 2 }).width(), 0 });
-    EXPECT_EQ(selected(), u"mm"_s);
-    click(inline1);
-    EXPECT_THAT(copied, IsEmpty()) << "a selection was there";
-    EXPECT_EQ(selected(), QString());
-    click(inline1);
-    EXPECT_THAT(copied, ElementsAre(u"ls -l"_s));
-
-    view.peekModifiers = ModifierFlags::command;
-    click(inline1, Qt::MetaModifier);
-    EXPECT_EQ(copied.size(), 2) << "what the peek holds is no modifier";
-    click(inline1, Qt::MetaModifier | Qt::ShiftModifier);
-    EXPECT_EQ(copied.size(), 2);
-}
-
 TEST_F(ReaderTextViewTest, Double_and_triple_clicks_select_words_and_lines)
 {
     view.setRendered(sheet(u"git commit --amend\nrun foo_bar, now\n\nlast line"_s));
@@ -299,89 +136,6 @@ TEST_F(ReaderTextViewTest, Double_and_triple_clicks_select_words_and_lines)
         EXPECT_EQ(selected(), expected) << at.toStdString() << " x" << count;
     }
     EXPECT_THAT(copied, IsEmpty());
-}
-
-TEST_F(ReaderTextViewTest, The_copied_look_is_that_of_the_last_copy_and_ends_in_time)
-{
-    view.setRendered(sheet(u">first\n>second"_s));
-    ASSERT_EQ(view.codeButtons().size(), 2U);
-    view.codeButtons()[0]->click();
-    EXPECT_THAT(copiedButtons(), ElementsAre(0));
-    executor.advance(1s);
-    view.codeButtons()[1]->click();
-    EXPECT_THAT(copied, ElementsAre(u"first"_s, u"second"_s));
-    executor.advance(1499ms);
-    EXPECT_THAT(copiedButtons(), ElementsAre(1)) << "the first one's end must not end it";
-    isClipboardFull = true;
-    EXPECT_FALSE(view.copyTarget(0));
-    EXPECT_THAT(copiedButtons(), ElementsAre(1)) << "a failed copy changes nothing";
-    executor.advance(1ms);
-    EXPECT_THAT(copiedButtons(), IsEmpty());
-
-    isClipboardFull = false;
-    EXPECT_FALSE(view.copyTarget(2));
-    EXPECT_FALSE(view.copyTarget(-1));
-    EXPECT_TRUE(view.copyTarget(1));
-    view.setLearningModeEnabled(true);
-    EXPECT_THAT(copiedButtons(), IsEmpty());
-    EXPECT_EQ(executor.pendingTimers(), 0U);
-    EXPECT_FALSE(view.codeButtons()[0]->isEnabled());
-    EXPECT_FALSE(view.copyTarget(1));
-
-    view.setLearningModeEnabled(false);
-    EXPECT_TRUE(view.copyTarget(1));
-    view.setRendered(sheet(u">other\n>text"_s));
-    EXPECT_THAT(copiedButtons(), IsEmpty());
-    EXPECT_EQ(executor.pendingTimers(), 0U);
-}
-
-TEST_F(ReaderTextViewTest, A_hundred_thousand_blocks_have_buttons_where_they_show_alone)
-{
-    view.setRendered(sheet(u">code\n"_s.repeated(100'000)));
-    auto const check = [&] {
-        auto const& buttons = view.codeButtons();
-        ASSERT_FALSE(buttons.empty());
-        EXPECT_LT(buttons.size(), 20U);
-        EXPECT_LT(view.findChildren<CodeCopyButton*>(Qt::FindDirectChildrenOnly).size(), 60);
-        for (auto const* const button : buttons) {
-            auto const block = view.blockRectangle(button->tag()).translated(-view.scrollOrigin());
-            EXPECT_EQ(button->geometry(), QRect(view.width() - 54, qRound(block.top() + 4), 30, 28));
-        }
-    };
-    check();
-    view.setScrollOrigin({ 0, 900'000 });
-    check();
-    auto const tag = view.codeButtons()[1]->tag();
-    view.codeButtons()[1]->click();
-    EXPECT_THAT(copiedButtons(), ElementsAre(tag));
-    view.setScrollOrigin({ 0, 900'020 });
-    EXPECT_THAT(copiedButtons(), ElementsAre(tag)) << "the look stays with its block";
-    EXPECT_EQ(view.makeMenu()->actions().size(), 4) << "one list for all targets";
-}
-
-TEST_F(ReaderTextViewTest, The_menu_has_an_item_for_each_target_in_order)
-{
-    view.setRendered(sheet(u"$a && b$ and $%1$\n>code"_s.arg(u"x"_s.repeated(60))));
-    auto menu = view.makeMenu();
-    QStringList titles;
-    for (auto const* const action : menu->actions())
-        titles.append(action->isSeparator() ? u"-"_s : action->text());
-    EXPECT_THAT(titles,
-        ElementsAre(
-            u"Copy"_s, u"Select All"_s, u"-"_s, u"Copy a &&&& b"_s, u"Copy "_s + u"x"_s.repeated(40), u"Copy code"_s));
-    EXPECT_FALSE(menu->actions()[0]->isEnabled());
-    menu->actions()[4]->trigger();
-    EXPECT_THAT(copied, ElementsAre(u"x"_s.repeated(60)));
-    auto* const stale = menu->actions()[5];
-    view.setRendered(sheet(u"$only$"_s));
-    stale->trigger();
-    EXPECT_EQ(copied.size(), 1);
-
-    view.setLearningModeEnabled(true);
-    menu = view.makeMenu();
-    ASSERT_EQ(menu->actions().size(), 1);
-    EXPECT_EQ(menu->actions()[0]->text(), u"Copying is disabled in Learning Mode"_s);
-    EXPECT_FALSE(menu->actions()[0]->isEnabled());
 }
 
 TEST_F(ReaderTextViewTest, Find_goes_round_in_both_directions_and_brings_matches_into_sight)

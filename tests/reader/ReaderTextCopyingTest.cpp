@@ -1,0 +1,147 @@
+#include "reader/ReaderTextViewFixture.h"
+
+#include <QMenu>
+
+#include <string>
+
+namespace Quillory {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST_F(ReaderTextViewTest, A_click_copies_what_lies_under_it_and_nothing_else_does)
+{
+    struct Case {
+        std::string name;
+        QPointF point;
+        Qt::KeyboardModifiers modifiers;
+        QPointF moved;
+        QStringList copied;
+    };
+    view.setRendered(sheet(u"Say $ls -l$ then $mmmm$ and go\n>code in a block"_s));
+    auto const inline1 = pointAt(u"ls -l"_s);
+    auto const inline2 = pointAt(u"mmmm"_s);
+    auto const behindText = pointAt(u"go"_s) + QPointF(120, 0);
+    Case const cases[] {
+        { "inline code", inline1, {}, {}, { u"ls -l"_s } },
+        { "a code block", pointAt(u"code in"_s), {}, {}, { u"code in a block"_s } },
+        { "text", pointAt(u"then"_s), {}, {}, {} },
+        { "the empty part of a line", behindText, {}, {}, {} },
+        { "a hand that trembles", inline2, {}, { 3, 2 }, { u"mmmm"_s } },
+        { "a drag of five points", inline2, {}, { 5, 0 }, {} },
+        { "Shift", inline1, Qt::ShiftModifier, {}, {} },
+        { "Alt", inline1, Qt::AltModifier, {}, {} },
+        { "Super", inline1, Qt::MetaModifier, {}, {} },
+        { "Control doesn't count", inline1, Qt::ControlModifier, {}, { u"ls -l"_s } },
+    };
+    for (auto const& each : cases) {
+        copied.clear();
+        view.setSelection({});
+        click(each.point, each.modifiers, each.moved);
+        EXPECT_EQ(copied, each.copied) << each.name;
+    }
+
+    copied.clear();
+    view.setSelection({});
+    click(inline2, {}, { view.boundingRect({ positionOf(u"mmmm"_s), 2 }).width(), 0 });
+    EXPECT_EQ(selected(), u"mm"_s);
+    click(inline1);
+    EXPECT_THAT(copied, IsEmpty()) << "a selection was there";
+    EXPECT_EQ(selected(), QString());
+    click(inline1);
+    EXPECT_THAT(copied, ElementsAre(u"ls -l"_s));
+
+    view.peekModifiers = ModifierFlags::command;
+    click(inline1, Qt::MetaModifier);
+    EXPECT_EQ(copied.size(), 2) << "what the peek holds is no modifier";
+    click(inline1, Qt::MetaModifier | Qt::ShiftModifier);
+    EXPECT_EQ(copied.size(), 2);
+}
+
+TEST_F(ReaderTextViewTest, The_copied_look_is_that_of_the_last_copy_and_ends_in_time)
+{
+    view.setRendered(sheet(u">first\n>second"_s));
+    ASSERT_EQ(view.codeButtons().size(), 2U);
+    view.codeButtons()[0]->click();
+    EXPECT_THAT(copiedButtons(), ElementsAre(0));
+    executor.advance(1s);
+    view.codeButtons()[1]->click();
+    EXPECT_THAT(copied, ElementsAre(u"first"_s, u"second"_s));
+    executor.advance(1499ms);
+    EXPECT_THAT(copiedButtons(), ElementsAre(1)) << "the first one's end must not end it";
+    isClipboardFull = true;
+    EXPECT_FALSE(view.copyTarget(0));
+    EXPECT_THAT(copiedButtons(), ElementsAre(1)) << "a failed copy changes nothing";
+    executor.advance(1ms);
+    EXPECT_THAT(copiedButtons(), IsEmpty());
+
+    isClipboardFull = false;
+    EXPECT_FALSE(view.copyTarget(2));
+    EXPECT_FALSE(view.copyTarget(-1));
+    EXPECT_TRUE(view.copyTarget(1));
+    view.setLearningModeEnabled(true);
+    EXPECT_THAT(copiedButtons(), IsEmpty());
+    EXPECT_EQ(executor.pendingTimers(), 0U);
+    EXPECT_FALSE(view.codeButtons()[0]->isEnabled());
+    EXPECT_FALSE(view.copyTarget(1));
+
+    view.setLearningModeEnabled(false);
+    EXPECT_TRUE(view.copyTarget(1));
+    view.setRendered(sheet(u">other\n>text"_s));
+    EXPECT_THAT(copiedButtons(), IsEmpty());
+    EXPECT_EQ(executor.pendingTimers(), 0U);
+}
+
+TEST_F(ReaderTextViewTest, A_hundred_thousand_blocks_have_buttons_where_they_show_alone)
+{
+    view.setRendered(sheet(u">code\n"_s.repeated(100'000)));
+    auto const check = [&] {
+        auto const& buttons = view.codeButtons();
+        ASSERT_FALSE(buttons.empty());
+        EXPECT_LT(buttons.size(), 20U);
+        EXPECT_LT(view.findChildren<CodeCopyButton*>(Qt::FindDirectChildrenOnly).size(), 60);
+        for (auto const* const button : buttons) {
+            auto const block = view.blockRectangle(button->tag()).translated(-view.scrollOrigin());
+            EXPECT_EQ(button->geometry(), QRect(view.width() - 54, qRound(block.top() + 4), 30, 28));
+        }
+    };
+    check();
+    view.setScrollOrigin({ 0, 900'000 });
+    check();
+    auto const tag = view.codeButtons()[1]->tag();
+    view.codeButtons()[1]->click();
+    EXPECT_THAT(copiedButtons(), ElementsAre(tag));
+    view.setScrollOrigin({ 0, 900'020 });
+    EXPECT_THAT(copiedButtons(), ElementsAre(tag)) << "the look stays with its block";
+    EXPECT_EQ(view.makeMenu()->actions().size(), 4) << "one list for all targets";
+}
+
+TEST_F(ReaderTextViewTest, The_menu_has_an_item_for_each_target_in_order)
+{
+    view.setRendered(sheet(u"$a && b$ and $%1$\n>code"_s.arg(u"x"_s.repeated(60))));
+    auto menu = view.makeMenu();
+    QStringList titles;
+    for (auto const* const action : menu->actions())
+        titles.append(action->isSeparator() ? u"-"_s : action->text());
+    EXPECT_THAT(titles,
+        ElementsAre(
+            u"Copy"_s, u"Select All"_s, u"-"_s, u"Copy a &&&& b"_s, u"Copy "_s + u"x"_s.repeated(40), u"Copy code"_s));
+    EXPECT_FALSE(menu->actions()[0]->isEnabled());
+    menu->actions()[4]->trigger();
+    EXPECT_THAT(copied, ElementsAre(u"x"_s.repeated(60)));
+    auto* const stale = menu->actions()[5];
+    view.setRendered(sheet(u"$only$"_s));
+    stale->trigger();
+    EXPECT_EQ(copied.size(), 1);
+
+    view.setLearningModeEnabled(true);
+    menu = view.makeMenu();
+    ASSERT_EQ(menu->actions().size(), 1);
+    EXPECT_EQ(menu->actions()[0]->text(), u"Copying is disabled in Learning Mode"_s);
+    EXPECT_FALSE(menu->actions()[0]->isEnabled());
+}
+
+}
+}
