@@ -99,9 +99,9 @@ public:
         for (int number = 0; number < sheets; ++number)
             save(m_folder.path(), number, 0);
         auto const services = m_fakes.services();
-        m_store.emplace(LibraryStore::Services { services.defaults, services.bookmarks, m_files, m_events, m_executor,
-                            services.clipboard, services.announcements, services.fileOpener, services.openPanels,
-                            services.workspace },
+        m_store.emplace(LibraryStore::Services { services.defaults, services.bookmarks, m_files, services.pictures,
+                            m_events, m_executor, services.clipboard, services.announcements, services.fileOpener,
+                            services.openPanels, services.workspace },
             LibraryStore::RestoreFolder::no);
         m_store->connect(m_folder.path());
         runUntil([&] { return m_store->sheets.value().size() == m_sheets && !m_store->busy.value(); });

@@ -5,6 +5,7 @@
 
 #include "library/LibraryLoad.h"
 #include "platform/linux/files/PosixFileSystem.h"
+#include "platform/linux/qt/QtPictureDecoder.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -114,7 +115,7 @@ double residentMegabytes()
 void report(QString const& folder)
 {
     auto const before = residentMegabytes();
-    auto const sheets = loadLibrary(PosixFileSystem(), folder).value_or(QList<Sheet>());
+    auto const sheets = loadLibrary(PosixFileSystem(), QtPictureDecoder(), folder).value_or(QList<Sheet>());
     auto const after = residentMegabytes();
 
     qsizetype sourceBytes = 0;
@@ -126,8 +127,9 @@ void report(QString const& folder)
     auto const texts = readSheets(folder);
     auto const read = medianMilliseconds([&] { readSheets(folder); });
     auto const bare = medianMilliseconds([&] { std::ranges::for_each(texts, parseBare); });
-    auto const load = medianMilliseconds([&] { (void)loadLibrary(PosixFileSystem(), folder); });
-    auto const reload = medianMilliseconds([&] { (void)loadLibrary(PosixFileSystem(), folder, sheets); });
+    auto const load = medianMilliseconds([&] { (void)loadLibrary(PosixFileSystem(), QtPictureDecoder(), folder); });
+    auto const reload = medianMilliseconds(
+        [&] { (void)loadLibrary(PosixFileSystem(), QtPictureDecoder(), folder, sheets); });
 
     auto const megabytes = static_cast<double>(sourceBytes) / 1e6;
     std::printf("sheets                        %lld, %.1f MB\n", static_cast<long long>(sheets.size()), megabytes);

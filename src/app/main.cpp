@@ -16,6 +16,7 @@
 #include "platform/linux/qt/QtLocalKeyEvents.h"
 #include "platform/linux/qt/QtMenuTracking.h"
 #include "platform/linux/qt/QtOpenPanels.h"
+#include "platform/linux/qt/QtPictureDecoder.h"
 #include "platform/linux/qt/QtScreens.h"
 #include "platform/linux/x11/VirtualKeys.h"
 #include "platform/linux/x11/X11Clock.h"
@@ -101,6 +102,7 @@ int main(int argc, char* argv[])
     TerminationSignals const signals([] { QCoreApplication::exit(); });
     PosixFileSystem files;
     PathBookmarks bookmarks;
+    QtPictureDecoder const pictures;
     QtExecutor executor;
     JsonUserDefaults defaults(JsonUserDefaults::standardPath(), executor);
     InotifyFileEvents events(executor);
@@ -126,8 +128,8 @@ int main(int argc, char* argv[])
     auto const grabbingAgain = session.observeDidWake([&hotKeys] { hotKeys.grabAgain(); });
 
     AppDelegate delegate({
-        .library = { defaults, bookmarks, files, events, executor, clipboard, announcements, fileOpener, openPanels,
-            workspace, startersFolder() },
+        .library = { defaults, bookmarks, files, pictures, events, executor, clipboard, announcements, fileOpener,
+            openPanels, workspace, startersFolder() },
         .hotKeys = hotKeys,
         .localKeyEvents = localKeyEvents,
         .notifications = notifications,

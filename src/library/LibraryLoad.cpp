@@ -58,45 +58,62 @@ Sheet errorSheet(QString const& id, QString const& error)
     return { .id = id, .title = pathStem(id).toString(), .error = error };
 }
 
-Sheet structuredSheet(QString const& id, QString const& text, QByteArray const& bytes)
+Sheet structuredSheet(QString const& id, QString const& text, QByteArray const& bytes, SheetPictures& pictures)
 {
     auto const document = ShortcutSheet::decode(bytes);
     if (!document)
         return errorSheet(id, document.error().description());
-    return { .id = id, .title = document->title, .source = text, .shortcuts = *document };
+    auto icons = pictures.prepareIcons(*document);
+    return { .id = id,
+        .title = document->title,
+        .source = text,
+        .images = std::move(icons.images),
+        .shortcuts = *document,
+        .iconWarnings = std::move(icons.warnings) };
 }
 
-Sheet markdownSheet(QString const& id, QString const& text, QByteArray const& bytes)
+Sheet markdownSheet(QString const& id, QString const& text, QByteArray const& bytes, SheetPictures& pictures)
 {
     auto parsed = ParsedMarkdown::parsingUtf8(bytes);
     auto const title = parsed.firstHeadingTitle().value_or(pathStem(id).toString());
-    return { .id = id, .title = title, .source = text, .parsed = std::move(parsed) };
+    auto images = pictures.prepareMarkdownImages(parsed);
+    return { .id = id, .title = title, .source = text, .parsed = std::move(parsed), .images = std::move(images) };
 }
 
-// The sheet that was made of the same text before, if there was one: also behind the error of a later read.
-std::optional<Sheet> reused(Sheet const* previous, QByteArray const& bytes)
+// The sheet that was made of the same text before, if there was one: also behind the error of a later read. The files
+// that it refers to may have changed all the same.
+std::optional<Sheet> reused(Sheet const* previous, QByteArray const& bytes, SheetPictures& pictures)
 {
     if (!previous || !(previous->parsed || previous->shortcuts) || !isStrictUtf8Of(bytes, previous->source))
         return std::nullopt;
     auto sheet = *previous;
     sheet.error.reset();
+    if (sheet.parsed) {
+        sheet.images = pictures.prepareMarkdownImages(*sheet.parsed);
+    } else {
+        auto icons = pictures.prepareIcons(*sheet.shortcuts);
+        sheet.images = std::move(icons.images);
+        sheet.iconWarnings = std::move(icons.warnings);
+    }
     return sheet;
 }
 
-Sheet sheetOfText(QString const& id, QString const& text, QByteArray const& bytes)
+Sheet sheetOfText(QString const& id, QString const& text, QByteArray const& bytes, SheetPictures& pictures)
 {
-    return isStructuredName(id.toLower()) ? structuredSheet(id, text, bytes) : markdownSheet(id, text, bytes);
+    return isStructuredName(id.toLower()) ? structuredSheet(id, text, bytes, pictures)
+                                          : markdownSheet(id, text, bytes, pictures);
 }
 
 }
 
-std::optional<Sheet> loadSheet(OpenFolder const& folder, QByteArray const& name, Sheet const* previous)
+std::optional<Sheet> loadSheet(
+    OpenFolder const& folder, SheetPictures& pictures, QByteArray const& name, Sheet const* previous)
 {
     auto const [id, isUtf8] = FileName::fromBytes(name);
     if (previous && isUtf8) {
         // Nearly every file of a reload is as it was, and what can be read needs no look before it.
         auto const read = folder.read(name, sheetSizeLimit + 1);
-        if (auto sheet = read && *read ? reused(previous, **read) : std::nullopt)
+        if (auto sheet = read && *read ? reused(previous, **read, pictures) : std::nullopt)
             return sheet;
     }
     auto const status = folder.status(name);
@@ -118,17 +135,17 @@ std::optional<Sheet> loadSheet(OpenFolder const& folder, QByteArray const& name,
     auto const& bytes = **read;
     if (bytes.size() > sheetSizeLimit)
         return errorSheet(id, description(LibraryError::tooLarge));
-    if (auto sheet = reused(previous, bytes))
+    if (auto sheet = reused(previous, bytes, pictures))
         return sheet;
     auto text = decodeStrictUtf8(bytes);
     if (!text)
         return errorSheet(id, description(LibraryError::encoding));
     text->squeeze();
-    return sheetOfText(id, *text, bytes);
+    return sheetOfText(id, *text, bytes, pictures);
 }
 
 std::expected<QList<Sheet>, SystemError> loadLibrary(
-    FileSystem const& files, QString const& folder, QList<Sheet> const& previous)
+    FileSystem const& files, PictureDecoder const& decoder, QString const& folder, QList<Sheet> const& previous)
 {
     auto const open = files.openFolder(folder);
     if (!open)
@@ -141,9 +158,10 @@ std::expected<QList<Sheet>, SystemError> loadLibrary(
     for (auto const& sheet : previous)
         known.insert(sheet.id, &sheet);
 
+    SheetPictures pictures(**open, decoder, previous);
     QList<Sheet> sheets;
     for (auto const& entry : sheetEntries(*names)) {
-        if (auto sheet = loadSheet(**open, entry.bytes, known.value(entry.name)))
+        if (auto sheet = loadSheet(**open, pictures, entry.bytes, known.value(entry.name)))
             sheets.append(*std::move(sheet));
     }
     return sheets;

@@ -124,9 +124,9 @@ void LibraryStore::reload(Debounced debounced)
 
 LibraryInstallation::Load LibraryStore::loading() const
 {
-    return [&files = m_services.files, path = *folder.value(),
+    return [&files = m_services.files, &pictures = m_services.pictures, path = *folder.value(),
                previous = sheets.value()]() -> std::expected<LoadedLibrary, SystemError> {
-        auto loaded = loadLibrary(files, path, previous);
+        auto loaded = loadLibrary(files, pictures, path, previous);
         if (!loaded)
             return std::unexpected(loaded.error());
         auto folders = referencedFolders(*loaded);

@@ -13,6 +13,7 @@
 #include "platform/FileSystem.h"
 #include "platform/ModifierFlags.h"
 #include "platform/OpenPanels.h"
+#include "platform/PictureDecoder.h"
 #include "platform/Workspace.h"
 
 #include <QHash>
@@ -37,7 +38,8 @@ public:
     struct Services {
         UserDefaults& defaults;
         FolderBookmarks& bookmarks;
-        FileSystem const& files; // must outlive the executor's workers
+        FileSystem const& files; // must outlive the executor's workers, as must the decoder
+        PictureDecoder const& pictures;
         FileEvents& events;
         Executor& executor;
         Clipboard& clipboard;

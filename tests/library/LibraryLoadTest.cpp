@@ -2,6 +2,7 @@
 
 #include "library/LibraryError.h"
 #include "support/FakeFileSystem.h"
+#include "support/FakePictureDecoder.h"
 
 #include <gmock/gmock.h>
 
@@ -24,7 +25,10 @@ class LibraryLoadTest : public testing::Test {
 protected:
     LibraryLoadTest() { files.addFolder(folder); }
 
-    QList<Sheet> load(QList<Sheet> const& previous = {}) const { return loadLibrary(files, folder, previous).value(); }
+    QList<Sheet> load(QList<Sheet> const& previous = {}) const
+    {
+        return loadLibrary(files, pictures, folder, previous).value();
+    }
 
     QStringList ids() const
     {
@@ -44,6 +48,7 @@ protected:
     }
 
     FakeFileSystem files;
+    FakePictureDecoder pictures;
 };
 
 QString systemText(int error)
@@ -154,8 +159,8 @@ TEST_F(LibraryLoadTest, A_structured_sheet_has_its_title_as_written_and_an_inval
 TEST_F(LibraryLoadTest, A_folder_that_cannot_be_listed_fails_the_load)
 {
     files.failListing(folder, EIO);
-    EXPECT_EQ(loadLibrary(files, folder).error(), SystemError(EIO));
-    EXPECT_EQ(loadLibrary(files, u"/gone"_s).error(), SystemError(ENOENT));
+    EXPECT_EQ(loadLibrary(files, pictures, folder).error(), SystemError(EIO));
+    EXPECT_EQ(loadLibrary(files, pictures, u"/gone"_s).error(), SystemError(ENOENT));
 }
 
 TEST_F(LibraryLoadTest, What_has_not_changed_is_not_made_again)

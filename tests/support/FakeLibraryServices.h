@@ -8,6 +8,7 @@
 #include "support/FakeFileSystem.h"
 #include "support/FakeFolderBookmarks.h"
 #include "support/FakeOpenPanels.h"
+#include "support/FakePictureDecoder.h"
 #include "support/FakeWorkspace.h"
 #include "support/ManualExecutor.h"
 #include "support/MemoryUserDefaults.h"
@@ -19,6 +20,7 @@ struct FakeLibraryServices {
     MemoryUserDefaults defaults;
     FakeFolderBookmarks bookmarks;
     FakeFileSystem files;
+    FakePictureDecoder pictures;
     ManualExecutor executor;
     FakeFileEvents events { executor };
     FakeClipboard clipboard;
@@ -29,8 +31,8 @@ struct FakeLibraryServices {
 
     LibraryStore::Services services()
     {
-        return { defaults, bookmarks, files, events, executor, clipboard, announcements, fileOpener, openPanels,
-            workspace, QStringLiteral("/starters") };
+        return { defaults, bookmarks, files, pictures, events, executor, clipboard, announcements, fileOpener,
+            openPanels, workspace, QStringLiteral("/starters") };
     }
 };
 

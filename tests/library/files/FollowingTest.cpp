@@ -51,8 +51,8 @@ protected:
     LibraryStore::Services services()
     {
         auto all = fakes.services();
-        return { all.defaults, all.bookmarks, files, events, executor, all.clipboard, all.announcements, all.fileOpener,
-            all.openPanels, all.workspace };
+        return { all.defaults, all.bookmarks, files, all.pictures, events, executor, all.clipboard, all.announcements,
+            all.fileOpener, all.openPanels, all.workspace };
     }
 
     EventLoop loop;

@@ -4,6 +4,7 @@
 #include "library/LibraryLoad.h"
 #include "library/StarterSheets.h"
 #include "platform/linux/files/PosixFileSystem.h"
+#include "platform/linux/qt/QtPictureDecoder.h"
 #include "support/OrdinaryUser.h"
 
 #include <gmock/gmock.h>
@@ -171,7 +172,7 @@ TEST_F(InstallationOnDisk, All_starters_are_there_whole_and_without_fault)
     for (auto const& name : StarterSheets::names())
         installation.targets.append(StarterSheets::targetName(name));
     auto const load = [&]() -> std::expected<LoadedLibrary, SystemError> {
-        return LoadedLibrary { loadLibrary(files, library).value(), {} };
+        return LoadedLibrary { loadLibrary(files, QtPictureDecoder(), library).value(), {} };
     };
     auto const outcome = installation.run(files, load, {});
     QStringList failures;

@@ -2,6 +2,7 @@
 
 #include "library/LibraryLoad.h"
 #include "platform/linux/files/PosixFileSystem.h"
+#include "platform/linux/qt/QtPictureDecoder.h"
 
 #include <QStringList>
 
@@ -78,7 +79,7 @@ int main(int argc, char* argv[])
         std::cerr << usage << '\n';
         return cannotDo;
     }
-    auto const sheets = loadLibrary(PosixFileSystem(), request->folder);
+    auto const sheets = loadLibrary(PosixFileSystem(), QtPictureDecoder(), request->folder);
     if (!sheets) {
         std::cerr << "quillory-inspect: can't list " << request->folder.toStdString() << ": "
                   << sheets.error().localizedDescription().toStdString() << '\n';

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+
+namespace Quillory {
+
+// What the chunks of a PNG tell before any of them is decoded.
+struct PngChunks {
+    int frameCount = 1; // what an animation announces, else 1
+
+    // The file without all that does not make its pixels. Texts in it may grow a thousandfold when they are unpacked,
+    // each up to the decoder's own limit and as many as there are.
+    QByteArray pixelsOnly;
+
+    static PngChunks of(QByteArray const& png);
+};
+
+}
