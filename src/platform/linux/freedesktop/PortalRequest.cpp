@@ -57,12 +57,13 @@ void PortalRequest::start(
 
 void PortalRequest::listen(QString const& path)
 {
+    // By the path alone, which holds a token of ours: a portal that the call itself starts has no owner of its name yet.
     auto const interface = QStringLiteral("org.freedesktop.portal.Request");
     auto const signal = QStringLiteral("Response");
     if (!m_path.isEmpty())
-        m_bus.disconnect(portalName(), m_path, interface, signal, this, SLOT(respond(uint, QVariantMap)));
+        m_bus.disconnect(QString(), m_path, interface, signal, this, SLOT(respond(uint, QVariantMap)));
     m_path = path;
-    m_bus.connect(portalName(), m_path, interface, signal, this, SLOT(respond(uint, QVariantMap)));
+    m_bus.connect(QString(), m_path, interface, signal, this, SLOT(respond(uint, QVariantMap)));
 }
 
 void PortalRequest::send(QString const& method, QString const& file, QString const& token)

@@ -1,0 +1,156 @@
+#include "platform/linux/qt/QtOpenPanels.h"
+#include "support/EventLoop.h"
+#include "support/FakeOpenPanels.h"
+
+#include <gmock/gmock.h>
+
+#include <QAbstractItemModel>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QLabel>
+#include <QListView>
+#include <QPushButton>
+#include <QTemporaryDir>
+
+namespace Quillory {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Response = OpenPanel::Response;
+
+struct InMemory {
+    QTemporaryDir folder;
+    FakeOpenPanels panels;
+
+    InMemory() { panels.showWindow(window()); }
+    std::uint64_t window() const { return 1; }
+    void choose(QString const& path) { panels.choose(path); }
+    void dismiss() { panels.dismiss(); }
+    bool isOnScreen() { return panels.isOpen(); }
+};
+
+struct OnTheDesktop {
+    QTemporaryDir folder;
+    EventLoop loop;
+    QtOpenPanels panels;
+    QWidget reader;
+
+    OnTheDesktop() { reader.show(); }
+    std::uint64_t window() const { return reader.winId(); }
+
+    QFileDialog* dialog() const
+    {
+        for (auto* const widget : QApplication::topLevelWidgets()) {
+            auto* const found = qobject_cast<QFileDialog*>(widget);
+            if (found && found->isVisible())
+                return found;
+        }
+        return nullptr;
+    }
+    void choose(QString const& path)
+    {
+        dialog()->selectFile(path);
+        QMetaObject::invokeMethod(dialog(), "accept");
+    }
+    void dismiss() { dialog()->reject(); }
+    bool isOnScreen() { return dialog() != nullptr; }
+};
+
+OpenPanelSettings folderSettings()
+{
+    return { .canChooseDirectories = true,
+        .canChooseFiles = false,
+        .canCreateDirectories = true,
+        .prompt = u"Choose folder"_s,
+        .message = u"Choose well."_s };
+}
+
+template<typename Harness>
+class OpenPanelsContract : public testing::Test, public Harness { };
+
+using Panels = testing::Types<InMemory, OnTheDesktop>;
+TYPED_TEST_SUITE(OpenPanelsContract, Panels);
+
+TYPED_TEST(OpenPanelsContract, A_window_on_screen_takes_one_panel_at_a_time)
+{
+    EXPECT_FALSE(this->panels.canAttachTo(this->window() + 1));
+    EXPECT_TRUE(this->panels.canAttachTo(this->window()));
+    {
+        auto const panel = this->panels.openPanel();
+        panel->cancel(); // not shown yet
+        panel->beginSheetModal(this->window(), folderSettings(), [](Response) { ADD_FAILURE() << "nobody answered"; });
+        EXPECT_TRUE(this->isOnScreen());
+        EXPECT_FALSE(this->panels.canAttachTo(this->window()));
+    }
+    EXPECT_FALSE(this->isOnScreen());
+    EXPECT_TRUE(this->panels.canAttachTo(this->window()));
+}
+
+TYPED_TEST(OpenPanelsContract, The_answer_comes_once_and_may_destroy_the_panel)
+{
+    using End = std::function<void(OpenPanel&)>;
+    struct Case {
+        End end;
+        Response response;
+        std::optional<QString> chosen;
+    };
+    auto const path = this->folder.path();
+    for (auto const& each : {
+             Case { [&](OpenPanel&) { this->choose(path); }, Response::ok, path },
+             Case { [&](OpenPanel&) { this->dismiss(); }, Response::cancel, std::nullopt },
+             Case { [&](OpenPanel& panel) { panel.cancel(); }, Response::cancel, std::nullopt },
+         }) {
+        auto panel = this->panels.openPanel();
+        std::vector<std::pair<Response, std::optional<QString>>> answers;
+        panel->beginSheetModal(this->window(), folderSettings(), [&](Response response) {
+            answers.emplace_back(response, panel->url());
+            panel->orderOut();
+            panel->cancel();
+            panel.reset();
+        });
+        each.end(*panel);
+        EXPECT_THAT(answers, testing::ElementsAre(std::pair(each.response, each.chosen)));
+        EXPECT_TRUE(this->panels.canAttachTo(this->window()));
+    }
+}
+
+class QtOpenPanelTest : public testing::Test, public OnTheDesktop { };
+
+TEST_F(QtOpenPanelTest, The_texts_stand_on_the_dialog_which_blocks_its_window_alone)
+{
+    auto const panel = panels.openPanel();
+    panel->beginSheetModal(window(), folderSettings(), [](Response) { });
+    EXPECT_EQ(dialog()->windowModality(), Qt::WindowModal);
+    EXPECT_EQ(dialog()->parentWidget(), &reader);
+    EXPECT_EQ(dialog()->fileMode(), QFileDialog::Directory);
+    EXPECT_EQ(dialog()->labelText(QFileDialog::Accept), u"Choose folder"_s);
+    auto const* const message = dialog()->findChild<QLabel*>(u"message"_s);
+    ASSERT_TRUE(message);
+    EXPECT_EQ(message->text(), u"Choose well."_s);
+    EXPECT_TRUE(loop.runUntil([&] { return message->isVisible() && message->height() > 0; }));
+    EXPECT_EQ(message->mapTo(dialog(), QPoint()).y() < dialog()->height() / 4, true);
+
+    QWidget hidden;
+    EXPECT_FALSE(panels.canAttachTo(hidden.winId()));
+}
+
+TEST_F(QtOpenPanelTest, The_chooser_of_applications_shows_their_entries_alone)
+{
+    for (auto const* name : { "a.desktop", "b.txt", "c.desktop" })
+        ASSERT_TRUE(QFile(folder.filePath(QString::fromLatin1(name))).open(QIODevice::WriteOnly));
+    auto const panel = panels.openPanel();
+    panel->beginSheetModal(window(),
+        { .allowedContentType = OpenPanelSettings::ContentType::application,
+            .directoryURL = folder.path(),
+            .prompt = u"Open"_s },
+        [](Response) { });
+    auto const* const list = dialog()->findChild<QListView*>(u"listView"_s);
+    ASSERT_TRUE(list);
+    EXPECT_TRUE(loop.runUntil([&] { return list->model()->rowCount(list->rootIndex()) == 2; }));
+    EXPECT_TRUE(QFileInfo::exists(panels.applicationsFolder()));
+}
+
+}
+}
