@@ -68,7 +68,7 @@ private:
     QTemporaryDir m_folder;
 };
 
-TEST_F(PrepareTest, A_toggle_shortcut_is_stored_only_where_none_is)
+TEST_F(PrepareTest, A_shortcut_is_stored_only_where_none_is)
 {
     auto const ours = u"{\"carbonKeyCode\":40,\"carbonModifiers\":6144}"_s;
     auto const theirs = u"{\"carbonKeyCode\":49,\"carbonModifiers\":512}"_s;
@@ -88,17 +88,24 @@ TEST_F(PrepareTest, A_toggle_shortcut_is_stored_only_where_none_is)
     for (auto const& [description, before, after, sentence] : cases) {
         SCOPED_TRACE(description.toStdString());
         store(QJsonDocument(before).toJson());
-        EXPECT_EQ(prepare({ u"--toggle-if-none"_s }), 0);
+        EXPECT_EQ(prepare({ u"--shortcuts-if-none"_s }), 0);
         EXPECT_EQ(setting(key), after);
         EXPECT_THAT(said, testing::HasSubstr(sentence));
+        EXPECT_THAT(said, testing::HasSubstr("Hold Ctrl+Alt+J to peek"));
     }
+    EXPECT_EQ(prepare({ u"--gesture"_s, u"shift"_s }), 0);
+    EXPECT_EQ(setting(u"modifierGesture"_s), u"shift"_s);
+    EXPECT_NE(prepare({ u"--gesture"_s, u"Shift"_s }), 0);
+    EXPECT_EQ(setting(u"modifierGesture"_s), u"shift"_s);
 }
 
 TEST_F(PrepareTest, What_has_nothing_to_change_leaves_the_file_byte_for_byte)
 {
-    QByteArray const settings = "{ \"KeyboardShortcuts_toggleQuillory\":false,\n\n\"unknown\": [1, {}] }";
+    QByteArray const settings = "{ "
+                                "\"KeyboardShortcuts_toggleQuillory\":false,\n\"KeyboardShortcuts_peekQuillory\":false,"
+                                "\n\"unknown\": [1, {}] }";
     store(settings);
-    EXPECT_EQ(prepare({ u"--toggle-if-none"_s }), 0);
+    EXPECT_EQ(prepare({ u"--shortcuts-if-none"_s }), 0);
     EXPECT_EQ(stored(), settings);
 }
 

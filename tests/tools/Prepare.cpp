@@ -1,5 +1,6 @@
 #include "KeyboardShortcuts/Shortcut.h"
 #include "KeyboardShortcuts/ShortcutName.h"
+#include "input/ModifierGesture.h"
 #include "platform/linux/files/JsonUserDefaults.h"
 #include "platform/linux/files/PathBookmarks.h"
 #include "platform/linux/qt/QtExecutor.h"
@@ -9,6 +10,7 @@
 #include <QDir>
 #include <QTextStream>
 
+#include <array>
 #include <cstdlib>
 
 using namespace Quillory;
@@ -86,25 +88,47 @@ void tellFolder(UserDefaults const& defaults)
             resolved.error().localizedDescription()));
 }
 
-void storeToggleIfNone(UserDefaults& defaults)
+struct Offer {
+    ShortcutName name;
+    std::int64_t keyCode; // with Ctrl and Alt
+    QString sentence; // with the keys for %1
+    QString switchedOff;
+};
+
+std::array<Offer, 2> offers()
 {
-    auto const key = ShortcutName::toggleQuillory().defaultsKey();
+    return { { { ShortcutName::toggleQuillory(), 40, u"Press %1 to call the reader, and again to send it away."_s,
+                   u"No shortcut calls the reader: it is switched off in the settings."_s },
+        { ShortcutName::peekQuillory(), 38, u"Hold %1 to peek: the reader stays while the keys are down."_s,
+            u"No shortcut peeks: it is switched off in the settings."_s } } };
+}
+
+void storeIfNone(UserDefaults& defaults, Offer const& offer)
+{
+    auto const key = offer.name.defaultsKey();
     auto const disabled = defaults.get<bool>(key) == false;
     auto const text = defaults.get<QString>(key);
     if (disabled || (text && Shortcut::decode(*text)))
         return;
-    constexpr std::int64_t keyK = 40;
     auto const modifiers = Shortcut::carbonModifiersOf(ModifierFlags::control | ModifierFlags::option);
-    defaults.setValue(key, Shortcut { keyK, modifiers }.encoded());
+    defaults.setValue(key, Shortcut { offer.keyCode, modifiers }.encoded());
 }
 
-void tellToggle(UserDefaults const& defaults)
+void tell(UserDefaults const& defaults, Offer const& offer)
 {
-    auto const text = defaults.get<QString>(ShortcutName::toggleQuillory().defaultsKey());
+    auto const text = defaults.get<QString>(offer.name.defaultsKey());
     if (auto const shortcut = text ? Shortcut::decode(*text) : std::nullopt)
-        say(u"Press %1 to call the reader, and again to send it away."_s.arg(keysOf(*shortcut)));
+        say(offer.sentence.arg(keysOf(*shortcut)));
     else
-        say(u"No shortcut calls the reader: it is switched off in the settings."_s);
+        say(offer.switchedOff);
+}
+
+void storeGesture(UserDefaults& defaults, QString const& name)
+{
+    auto const gesture = modifierGestureFromRawValue(name);
+    if (!gesture)
+        fail(u"\"%1\" is no gesture: it is off, shift or option."_s.arg(name));
+    defaults.setValue(u"modifierGesture"_s, rawValue(*gesture));
 }
 
 }
@@ -116,12 +140,15 @@ int main(int argc, char** argv)
 
     QCommandLineOption const folder(u"folder"_s, u"Connect this folder."_s, u"path"_s);
     QCommandLineOption const folderIfNone(u"folder-if-none"_s, u"Connect this folder where none is yet."_s, u"path"_s);
-    QCommandLineOption const toggleIfNone(u"toggle-if-none"_s, u"Store Ctrl+Alt+K where no toggle shortcut is yet."_s);
+    QCommandLineOption const shortcutsIfNone(
+        u"shortcuts-if-none"_s, u"Store Ctrl+Alt+K as toggle and Ctrl+Alt+J as peek where none is yet."_s);
+    QCommandLineOption const gesture(
+        u"gesture"_s, u"Peek by tapping this key twice and holding it: shift, option (Alt) or off."_s, u"key"_s);
     QCommandLineParser parser;
     parser.setApplicationDescription(
         u"Prepares the settings for a start, and says how the reader is called. The program must not be running."_s);
     parser.addHelpOption();
-    parser.addOptions({ folder, folderIfNone, toggleIfNone });
+    parser.addOptions({ folder, folderIfNone, shortcutsIfNone, gesture });
     parser.process(application);
     if (!parser.positionalArguments().isEmpty())
         fail(u"\"%1\" is no option."_s.arg(parser.positionalArguments().first()));
@@ -135,14 +162,19 @@ int main(int argc, char** argv)
         connectFolder(defaults, parser.value(folder));
     else if (parser.isSet(folderIfNone) && !defaults.get<QByteArray>(bookmarkKey))
         connectFolder(defaults, parser.value(folderIfNone));
-    if (parser.isSet(toggleIfNone))
-        storeToggleIfNone(defaults);
+    for (auto const& offer : offers()) {
+        if (parser.isSet(shortcutsIfNone))
+            storeIfNone(defaults, offer);
+    }
+    if (parser.isSet(gesture))
+        storeGesture(defaults, parser.value(gesture));
 
     defaults.flush();
     if (auto const error = defaults.lastWriteError())
         fail(u"The settings in %1 can't be written: %2."_s.arg(
             JsonUserDefaults::standardPath(), error->localizedDescription()));
     tellFolder(defaults);
-    tellToggle(defaults);
+    for (auto const& offer : offers())
+        tell(defaults, offer);
     return 0;
 }
