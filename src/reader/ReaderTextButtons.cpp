@@ -29,7 +29,7 @@ QColor selectionWash(QColor const& highlight, ReaderColors::Appearance appearanc
     auto const isColored = highlight.hsvSaturationF() > 0.05F;
     auto const hue = std::max(highlight.hsvHueF(), 0.0F);
     if (appearance == ReaderColors::Appearance::dark)
-        return QColor::fromHsvF(hue, isColored ? 0.65F : 0, 0.50F);
+        return QColor::fromHsvF(hue, isColored ? 0.70F : 0, 0.40F);
     return QColor::fromHsvF(hue, isColored ? 0.30F : 0, isColored ? 1.0F : 0.82F);
 }
 
