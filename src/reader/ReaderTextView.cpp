@@ -16,7 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto idleSlice = 4ms;
-constexpr qsizetype foldedAtOnce = 65'536; // units, in less time than that
+constexpr qsizetype foldedAtOnce = 16'384; // units, in less time than that
 
 // Bottoms settle within a step or two; the bound keeps a faulty height from hanging the program.
 constexpr int mostPasses = 8;

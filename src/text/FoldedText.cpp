@@ -63,9 +63,30 @@ void FoldedText::foldSome(qsizetype units)
         m_folded.squeeze();
 }
 
+// What most texts are made of, without a call for each letter.
+bool FoldedText::foldAscii(qsizetype end)
+{
+    auto const source = QStringView(m_text).sliced(m_read, end - m_read);
+    auto const length = std::ranges::find_if(source, [](QChar unit) { return unit.unicode() >= 0x80; })
+        - source.begin();
+    if (length == 0)
+        return false;
+    begin(Stretch::Kind::aligned, m_read);
+    auto const before = m_folded.size();
+    m_folded.resize(before + length);
+    std::ranges::transform(source.first(length), m_folded.begin() + before, [](QChar unit) {
+        auto const letter = unit.unicode();
+        return QChar(letter >= u'A' && letter <= u'Z' ? static_cast<char16_t>(letter + 0x20) : letter);
+    });
+    m_read += length;
+    return true;
+}
+
 void FoldedText::foldAligned(qsizetype end)
 {
     while (m_read < end) {
+        if (foldAscii(end))
+            continue;
         auto const unit = m_text[m_read].unicode();
         auto const before = m_folded.size();
         begin(Stretch::Kind::aligned, m_read);

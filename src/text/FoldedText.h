@@ -42,6 +42,7 @@ private:
 
     void begin(Stretch::Kind kind, qsizetype source);
     void foldAligned(qsizetype end);
+    bool foldAscii(qsizetype end);
     void foldClusters(qsizetype end);
     void foldCluster(qsizetype end);
     qsizetype sourceEnd(std::size_t stretch) const;
