@@ -23,7 +23,7 @@ public:
         ModifierEvents& modifierEvents;
         InputPermission const& permission;
         KeyState const& keys;
-        Screens const& screens;
+        Screens& screens;
         MakePanelWindow makePanelWindow;
         ApplicationInstance& instance;
         // The server time of a key or click of the user's that another process passed on.

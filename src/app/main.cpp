@@ -118,7 +118,7 @@ int main(int argc, char* argv[])
     X11InputPermission const permission(**listening);
     X11ModifierEvents modifierEvents(**listening, clock, permission);
     X11KeyState const keys(**listening);
-    QtScreens const screens;
+    QtScreens screens;
 
     QtClipboard clipboard;
     AtSpiAnnouncements announcements;

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "platform/Registration.h"
+
 #include <QList>
 #include <QPoint>
 #include <QRect>
+
+#include <functional>
 
 namespace Quillory {
 
@@ -20,6 +24,9 @@ public:
 
     // The main one first. Empty while none is connected.
     virtual QList<Screen> screens() const = 0;
+
+    // Calls `changed` after a screen came, went or took another size or place.
+    virtual Registration observeChanges(std::function<void()> changed) = 0;
 
     // Where the pointer is, in the coordinates of `frame`.
     virtual QPoint pointer() const = 0;

@@ -29,6 +29,12 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     m_window = m_services.makeWindow(winId());
     ensurePolished();
     windowHandle()->installEventFilter(this);
+    m_screenChanges = m_services.screens.observeChanges([this] { comeOnScreen(); });
+    // Window managers may give the front of a dialog that ends to any window; it belongs to the one that had it.
+    m_filePanels = m_store.filePanel.addNotifier([this] {
+        if (!m_store.filePanel.value() && isVisible())
+            makeKeyAndOrderFront();
+    });
     new WindowEdges(*this, [this] { m_restoringPanelFrame.userMoves(); });
 }
 
@@ -58,6 +64,17 @@ void ReaderPanel::takeFrame()
     auto const stored = m_services.defaults.get<QString>(QLatin1StringView(frameKey));
     auto const frame = PanelFrame::forShow(stored, pos(), visibleFrame()).toRect();
     if (isVisible() && frame == geometry())
+        return;
+    m_restoringPanelFrame.begin(frame);
+    setGeometry(frame);
+}
+
+// A panel that is up when its screen goes follows to another one, which is not the user's wish.
+void ReaderPanel::comeOnScreen()
+{
+    auto const visible = isVisible() ? visibleFrame() : std::nullopt;
+    auto const frame = visible ? PanelFrame::clamped(geometry(), *visible).toRect() : geometry();
+    if (frame == geometry())
         return;
     m_restoringPanelFrame.begin(frame);
     setGeometry(frame);

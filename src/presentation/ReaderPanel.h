@@ -10,6 +10,7 @@
 #include "presentation/PanelSurface.h"
 #include "reader/ReaderView.h"
 
+#include <QProperty>
 #include <QWidget>
 
 #include <functional>
@@ -25,7 +26,7 @@ public:
     struct Services {
         UserDefaults& defaults;
         Workspace& workspace;
-        Screens const& screens;
+        Screens& screens;
         Executor& executor;
         MakePanelWindow makeWindow;
     };
@@ -60,6 +61,7 @@ protected:
 private:
     void takeFrame();
     std::optional<QRectF> visibleFrame() const;
+    void comeOnScreen();
     void hidePanel();
 
     LibraryStore& m_store;
@@ -68,6 +70,8 @@ private:
     std::unique_ptr<PanelWindow> m_window;
     PanelFrameGuard m_restoringPanelFrame;
     Registration m_focusTask;
+    Registration m_screenChanges;
+    QPropertyNotifier m_filePanels;
     bool m_isPlaced = false;
     bool m_isJustShown = false; // in this turn, with nothing left to do for its place at the front
 };

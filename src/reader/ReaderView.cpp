@@ -152,14 +152,28 @@ QWidget* ReaderView::makeReadingSide()
     m_error->setContentsMargins(16, 0, 16, 6);
     rows->addWidget(m_error);
 
-    m_emptyState = new QLabel(side);
-    m_emptyState->setAlignment(Qt::AlignCenter);
-    m_emptyState->setWordWrap(true);
-    rows->addWidget(m_emptyState, 1);
+    rows->addWidget(makeEmptyState(side), 1);
 
     m_reader = std::make_unique<NativeReader>(m_store, m_dismiss, side);
     rows->addWidget(&m_reader->scrollView(), 1);
     return side;
+}
+
+QWidget* ReaderView::makeEmptyState(QWidget* parent)
+{
+    m_emptyState = new QWidget(parent);
+    auto* const rows = new QVBoxLayout(m_emptyState);
+    m_emptyText = new QLabel(m_emptyState);
+    m_emptyText->setAlignment(Qt::AlignCenter);
+    m_emptyText->setWordWrap(true);
+    m_chooseFolder = new QPushButton(tr("Choose folder"), m_emptyState);
+    m_chooseFolder->setToolTip(tr("Choose the folder containing your cheat sheets"));
+    connect(m_chooseFolder, &QPushButton::clicked, this, [this] { m_store.chooseFolder(window()->winId()); });
+    rows->addStretch();
+    rows->addWidget(m_emptyText);
+    rows->addWidget(m_chooseFolder, 0, Qt::AlignHCenter);
+    rows->addStretch();
+    return m_emptyState;
 }
 
 void ReaderView::observeStore()
@@ -179,6 +193,7 @@ void ReaderView::observeStore()
 void ReaderView::startAfresh()
 {
     m_list->showSelection();
+    textView()->setSelection({});
 }
 
 void ReaderView::refreshLater()
@@ -221,8 +236,9 @@ void ReaderView::refreshBanners(Sheet const* sheet)
             *sheet->error + (sheet->source.isEmpty() ? QString() : tr(" Showing the last readable version.")));
 
     m_emptyState->setVisible(!sheet);
+    m_chooseFolder->setVisible(!m_store.folder.value());
     if (!sheet)
-        m_emptyState->setText(m_store.folder.value()
+        m_emptyText->setText(m_store.folder.value()
                 ? tr("<h3>No cheat sheets</h3>Add top-level .md or .quillory.json files, or install starter sheets.")
                 : tr("<h3>Your sheets, one click away</h3>Choose a folder to start. Your files stay yours."));
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 class QLabel;
+class QPushButton;
 
 namespace Quillory {
 
@@ -41,6 +42,7 @@ private:
     QWidget* makeTopBar();
     QWidget* makeSidebar();
     QWidget* makeReadingSide();
+    QWidget* makeEmptyState(QWidget* parent);
     void observeStore();
     void refreshLater();
     void refreshBanners(Sheet const* sheet);
@@ -54,7 +56,9 @@ private:
     QWidget* m_messageBar = nullptr;
     QLabel* m_message = nullptr;
     QLabel* m_error = nullptr;
-    QLabel* m_emptyState = nullptr;
+    QWidget* m_emptyState = nullptr;
+    QLabel* m_emptyText = nullptr;
+    QPushButton* m_chooseFolder = nullptr;
     std::unique_ptr<NativeReader> m_reader;
     std::vector<QPropertyNotifier> m_observations;
     bool m_isRefreshDue = false;

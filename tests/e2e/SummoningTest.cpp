@@ -235,7 +235,8 @@ TEST_F(SummoningTest, The_frame_is_stored_when_the_user_moves_it_and_not_by_show
     ASSERT_TRUE(comesUp());
     EXPECT_EQ(desktop.reader().value().frame, resized);
     ASSERT_TRUE(program.terminate());
-    EXPECT_EQ(program.storedSettings()[key].toString(), u"{{%1, %2}, {780, 590}}"_s.arg(resized.x()).arg(resized.y()));
+    EXPECT_EQ(program.storedSettings()[key].toString(),
+        u"{{%1, %2}, {%3, %4}}"_s.arg(resized.x()).arg(resized.y()).arg(resized.width()).arg(resized.height()));
 
     // On a screen that is gone: it comes back, and what is stored stays.
     auto const gone = u"{{3000, 200}, {500, 400}}"_s;
@@ -270,7 +271,8 @@ TEST_F(SummoningTest, With_two_displays_it_comes_to_the_one_that_the_user_is_on)
     setMonitors({ u"--delmonitor"_s, u"right"_s });
     desktop.moveTo(terminal.window(), { 700, 100 });
     ASSERT_TRUE(comesUp());
-    EXPECT_TRUE(QRect(0, 0, 640, 900).contains(desktop.reader().value().frame));
+    EXPECT_TRUE(Desktop::eventually(
+        [&] { return desktop.reader() && QRect(0, 0, 640, 900).contains(desktop.reader()->frame); }));
 }
 
 TEST_F(SummoningTest, A_hundred_peeks_leave_nothing_behind)
@@ -305,6 +307,42 @@ TEST_F(SummoningTest, A_hundred_peeks_leave_nothing_behind)
     desktop.pressAndRelease({ keyA, 0 });
     desktop.pressAndRelease({ keyReturn, 0 });
     EXPECT_TRUE(Desktop::eventually([&] { return terminal.typedLines() == "a\n"; }));
+}
+
+TEST_F(SummoningTest, A_file_dialog_during_a_peek_keeps_the_panel_after_the_keys_are_let_go)
+{
+    program.setHasFolder(false);
+    start();
+    ASSERT_TRUE(isUp()) << "without a folder it comes up by itself";
+    auto const panel = desktop.reader().value();
+    holdPeek();
+    ASSERT_TRUE(isPeekWindow(panel.window));
+    // The button stands somewhere below the middle of the reading side.
+    auto const area = panel.readingArea();
+    int below = 0;
+    ASSERT_TRUE(Desktop::eventually([&] {
+        constexpr int step = 8, reach = 120;
+        below = (below + step) % reach;
+        desktop.click({ area.center().x(), area.center().y() + below });
+        auto const front = desktop.frontWindow();
+        return front != XCB_NONE && front != panel.window;
+    })) << "no dialog came to the front";
+    EXPECT_TRUE(isOrdinaryWindow(panel.window));
+    releasePeek();
+    tap(keyEscape);
+    EXPECT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == panel.window; })) << "it outlasts the dialog";
+    EXPECT_TRUE(goesAwayTo(terminal.window()));
+}
+
+TEST_F(SummoningTest, A_second_start_calls_up_the_one_that_runs)
+{
+    startAndSeeItAnswer();
+    EXPECT_EQ(program.startAgain(), 0);
+    EXPECT_TRUE(isUp());
+    EXPECT_EQ(program.startAgain(), 0);
+    EXPECT_TRUE(isUp()) << "nothing happens while it is up";
+    EXPECT_EQ(program.startAgain({ u"--toggle"_s }), 0);
+    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
 }
 
 TEST_F(SummoningTest, A_lost_display_ends_it_in_order)

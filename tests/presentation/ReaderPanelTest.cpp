@@ -65,7 +65,12 @@ TEST_F(ReaderPanelTest, It_stands_where_it_was_stored_and_only_the_user_changes_
     EXPECT_EQ(panel.geometry(), QRect(2000, 40, 500, 400));
     EXPECT_EQ(stored(), u"{{30, 40}, {500, 400}}"_s);
 
+    screens.connect({ QRect(0, 0, 1280, 900) });
+    EXPECT_EQ(panel.geometry(), QRect(780, 40, 500, 400)) << "its screen went while it was up";
+    EXPECT_EQ(stored(), u"{{30, 40}, {500, 400}}"_s);
+
     panel.orderOut();
+    screens.connect({ QRect(2000, 0, 1024, 768) });
     services.defaults.setValue(frameKey, u"{{30, 40}, {439, 400}}"_s);
     show();
     EXPECT_EQ(panel.geometry(), QRect(2000, 40, 880, 640)) << "the default size where it stood last";

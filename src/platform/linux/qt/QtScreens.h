@@ -8,6 +8,7 @@ namespace Quillory {
 class QtScreens final : public Screens {
 public:
     QList<Screen> screens() const override;
+    Registration observeChanges(std::function<void()> changed) override;
     QPoint pointer() const override;
 };
 
