@@ -9,6 +9,7 @@ ReaderDocument::ReaderDocument(RenderedMarkdown rendering, double width, FontSet
     , layout(rendered.text, width, std::move(fonts), colors)
     , folded(rendered.text.string())
 {
+    rendered.text = layout.text(); // which may be another, and two would be kept
     for (qsizetype index = 0; index < targetCount(); ++index) {
         if (target(index).isBlock)
             blocks.push_back(index);

@@ -50,9 +50,10 @@ void ReaderScrollView::layOutText()
     auto const width = textWidth();
     if (width == m_textView->containerWidth())
         return;
-    m_textView->setContainerWidth(width);
     if (shortcuts)
-        m_textView->setRendered(renderedShortcuts());
+        m_textView->setRendered(renderedShortcuts(), width);
+    else
+        m_textView->setContainerWidth(width);
 }
 
 RenderedMarkdown ReaderScrollView::renderedShortcuts() const

@@ -49,6 +49,17 @@ void ReaderTextView::setRendered(RenderedMarkdown rendered)
     take(std::make_unique<ReaderDocument>(std::move(rendered), m_containerWidth, FontSet::ofDesktop(), m_colors));
 }
 
+void ReaderTextView::setRendered(RenderedMarkdown rendered, double width)
+{
+    auto const anchor = m_document->layout.anchorAt(m_origin.y() - inset);
+    auto document = std::make_unique<ReaderDocument>(std::move(rendered), width, FontSet::ofDesktop(), m_colors);
+    m_containerWidth = width;
+    // At the very top there is nothing above that could push the first line away, spacing and inset included.
+    if (m_origin.y() > 0)
+        m_origin.setY(std::max(0.0, document->layout.positionOf(anchor) + inset));
+    take(std::move(document));
+}
+
 std::unique_ptr<ReaderDocument> ReaderTextView::exchangeDocument(std::unique_ptr<ReaderDocument> document)
 {
     auto old = std::move(m_document);

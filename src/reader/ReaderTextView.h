@@ -54,6 +54,8 @@ public:
     RenderedMarkdown const& rendered() const { return m_document->rendered; }
     // The scroll origin and the selection stay, as far as the new text reaches.
     void setRendered(RenderedMarkdown rendered);
+    // The same text rendered for another width: the line at the top stays there instead.
+    void setRendered(RenderedMarkdown rendered, double width);
     // Shows another document, at the width that it is laid out for, and hands back the one shown now.
     std::unique_ptr<ReaderDocument> exchangeDocument(std::unique_ptr<ReaderDocument> document);
 

@@ -231,6 +231,9 @@ void AttributedText::Builder::appendAttachment(TextAttributes const& attributes,
 AttributedText AttributedText::Builder::build() &&
 {
     m_data->string.squeeze();
+    m_data->runs.shrink_to_fit();
+    m_data->paragraphRuns.shrink_to_fit();
+    m_data->placedStyles.shrink_to_fit();
     return AttributedText(QExplicitlySharedDataPointer<Data const>(m_data.take()));
 }
 

@@ -57,7 +57,7 @@ std::array<float, 95> asciiWidthsOf(QFontMetricsF const& metrics, double kern)
 }
 
 template<typename Cache, typename Make>
-auto const& remembered(Cache& cache, quint32 index, Make make)
+auto& remembered(Cache& cache, quint32 index, Make make)
 {
     if (cache.size() <= index)
         cache.resize(index + 1);
@@ -97,6 +97,19 @@ LayoutContext::Metrics const& LayoutContext::metrics(AttributedText::Run const& 
             .plain = !attributes.background && !attributes.attachment && attributes.baselineOffset == 0,
         };
     });
+}
+
+double LayoutContext::letterWidth(AttributedText::Run const& run, QStringView letter) const
+{
+    if (auto const& attachment = m_text.attributes(run).attachment)
+        return attachment->width;
+    auto const isPair = letter.size() == 2;
+    auto const code = isPair ? QChar::surrogateToUcs4(letter[0], letter[1]) : char32_t(letter[0].unicode());
+    auto& widths = remembered(m_letterWidths, run.index, [] { return QHash<char32_t, double>(); });
+    auto const known = widths.constFind(code);
+    if (known != widths.cend())
+        return *known;
+    return *widths.insert(code, QFontMetricsF(metrics(run).font).horizontalAdvance(letter.toString()));
 }
 
 QTextCharFormat const& LayoutContext::format(AttributedText::Run const& run) const

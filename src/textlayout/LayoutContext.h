@@ -4,6 +4,7 @@
 #include "textlayout/ColorSet.h"
 #include "textlayout/FontSet.h"
 
+#include <QHash>
 #include <QTextCharFormat>
 
 #include <array>
@@ -47,6 +48,8 @@ public:
     void setColors(ColorSet const& colors);
 
     Metrics const& metrics(AttributedText::Run const& run) const;
+    // Of one character, a pair of surrogates perhaps, that stands alone in the run's font.
+    double letterWidth(AttributedText::Run const& run, QStringView letter) const;
     QTextCharFormat const& format(AttributedText::Run const& run) const;
     QColor foreground(TextAttributes const& attributes) const;
 
@@ -59,6 +62,7 @@ private:
     // By the run's index. References into a deque stay valid when it grows.
     mutable std::deque<std::optional<Metrics>> m_metrics;
     mutable std::deque<std::optional<QTextCharFormat>> m_formats;
+    mutable std::deque<std::optional<QHash<char32_t, double>>> m_letterWidths;
 };
 
 }

@@ -19,8 +19,12 @@ constexpr char16_t placeholder = u'\u200B'; // takes the width of a picture as i
 
 bool mayRunRightToLeft(QStringView string)
 {
-    // Right-to-left scripts start here; a false alarm costs time only.
-    return std::ranges::any_of(string, [](QChar character) { return character.unicode() >= 0x0590; });
+    // A false alarm costs time only.
+    return std::ranges::any_of(string, [](QChar character) {
+        auto const code = character.unicode();
+        return (code >= 0x0590 && code < 0x0900) || (code >= 0x200E && code < 0x2070)
+            || (code >= 0xFB1D && code < 0xFF00) || character.isSurrogate();
+    });
 }
 
 }
@@ -55,8 +59,9 @@ void ParagraphLayout::setUp(ParagraphStyle const& style, Breaks breaks)
     option.setWrapMode(
         breaks == Breaks::betweenWords ? QTextOption::WordWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTabStopDistance(tabColumns * QFontMetricsF(m_layout.font()).horizontalAdvance(u' '));
-    if (style.rightTabStop > 0)
-        option.setTabs({ QTextOption::Tab(style.rightTabStop, QTextOption::RightTab) });
+    // What ends at the very edge of a line would wrap. A tab's type is turned round from right to left.
+    if (auto const stop = std::min(style.rightTabStop, m_width - 1) - style.headIndent; stop > 0)
+        option.setTabs({ { stop, m_rightToLeft ? QTextOption::LeftTab : QTextOption::RightTab } });
     m_layout.setTextOption(option);
 }
 

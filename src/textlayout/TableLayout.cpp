@@ -1,20 +1,12 @@
 #include "textlayout/TableLayout.h"
 
-#include "textlayout/ParagraphEstimate.h"
-#include "textlayout/TextUnits.h"
+#include "textlayout/ColumnDemands.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace Quillory {
 
 namespace {
-
-constexpr std::size_t cellsMeasured = 200;        // of the first rows, over all columns
-constexpr std::size_t mostLongestCellsMeasured = 3; // of each column, wherever they stand
-constexpr std::size_t paragraphsMeasured = 16;    // of one cell
-constexpr double unlimited = 1e6;
-constexpr double narrowestColumn = 8; // characters: shorter words aren't broken even where the table gets too wide
 
 // A cell of more paragraphs keeps its flow once made: its heights are too dear to be measured again.
 constexpr qsizetype manyParagraphs = 64;
@@ -42,6 +34,8 @@ void TableLayout::readCells(TextRange range)
 {
     auto const& text = m_context.text();
     auto const runs = text.paragraphRuns();
+    m_isFixed = text.paragraphStyle(runs[static_cast<std::size_t>(text.paragraphRunAt(range.location))]).block->widths
+        == TableBlock::Widths::fixed;
     auto previousRow = -1;
     auto columns = 0;
     for (auto run = static_cast<std::size_t>(text.paragraphRunAt(range.location)); run < runs.size(); ++run) {
@@ -65,69 +59,22 @@ void TableLayout::readCells(TextRange range)
     m_demands.resize(static_cast<std::size_t>(columns));
 }
 
-std::vector<std::size_t> TableLayout::cellsToMeasure() const
-{
-    auto const columns = m_demands.size();
-    auto const perColumn = std::max<std::size_t>(cellsMeasured / columns, 1);
-    auto const longestCellsMeasured = std::min(perColumn, mostLongestCellsMeasured);
-    std::vector<std::size_t> cells;
-    auto const behind = m_rowStarts[std::min(perColumn, m_rowStarts.size() - 1)];
-    for (std::size_t cell = 0; cell < behind; ++cell)
-        cells.push_back(cell);
-
-    std::vector<std::vector<std::size_t>> longest(columns);
-    auto const longer = [this](std::size_t one, std::size_t other) {
-        return cellRange(one).length > cellRange(other).length;
-    };
-    for (auto cell = behind; cell + 1 < m_cells.size(); ++cell) {
-        auto& known = longest[static_cast<std::size_t>(m_cells[cell].column)];
-        if (known.size() == longestCellsMeasured && !longer(cell, known.back()))
-            continue;
-        known.insert(std::ranges::upper_bound(known, cell, longer), cell);
-        if (known.size() > longestCellsMeasured)
-            known.pop_back();
-    }
-    for (auto const& known : longest)
-        cells.insert(cells.end(), known.begin(), known.end());
-    return cells;
-}
-
-ColumnDemand TableLayout::demandOf(std::size_t cell) const
-{
-    auto const range = cellRange(cell);
-    auto const& text = m_context.text();
-    auto const padding = 2 * block(cell).padding;
-    auto const& metrics = m_context.metrics(text.runs()[static_cast<std::size_t>(text.runAt(range.location))]);
-    ColumnDemand demand;
-
-    auto const starts = textUnitStarts(text, range, TableUnits::none);
-    for (std::size_t unit = 0; unit + 1 < starts.size() && unit < paragraphsMeasured; ++unit) {
-        TextRange paragraph { starts[unit], static_cast<qsizetype>(starts[unit + 1]) - starts[unit] };
-        if (text.string()[paragraph.end() - 1] == u'\n')
-            --paragraph.length;
-        ParagraphLayout const lines(m_context, { paragraph }, unlimited, ParagraphLayout::Breaks::betweenWords);
-        // So much wider that cells like the widest are known to fit before they are laid out.
-        auto const roomy = [padding](double width) {
-            return padding + std::ceil(width * LayoutContext::kerningShare + LayoutContext::kerningSlack);
-        };
-        demand.narrowest = std::max(demand.narrowest, roomy(lines.narrowestWidth()));
-        demand.widest = std::max(demand.widest, roomy(lines.widestWidth()));
-    }
-    demand.floor = std::min(demand.narrowest, padding + narrowestColumn * metrics.averageWidth);
-    return demand;
-}
-
 void TableLayout::measureColumns()
 {
-    if (isFixed())
+    if (m_isFixed)
         return;
-    for (auto const cell : cellsToMeasure()) {
-        auto const demand = demandOf(cell);
-        auto& column = m_demands[static_cast<std::size_t>(m_cells[cell].column)];
-        column.narrowest = std::max(column.narrowest, demand.narrowest);
-        column.widest = std::max(column.widest, demand.widest);
-        column.floor = std::max(column.floor, demand.floor);
+    auto const& text = m_context.text();
+    auto const styles = text.paragraphRuns();
+    auto style = static_cast<std::size_t>(text.paragraphRunAt(m_cells.front().start));
+    std::vector<CellToMeasure> cells;
+    cells.reserve(m_cells.size() - 1);
+    for (std::size_t cell = 0; cell + 1 < m_cells.size(); ++cell) {
+        auto const range = cellRange(cell);
+        while (style + 1 < styles.size() && styles[style + 1].location <= range.location)
+            ++style;
+        cells.push_back({ range, m_cells[cell].column, text.paragraphStyle(styles[style]).block->padding });
     }
+    m_demands = columnDemands(m_context, cells, m_demands.size());
 }
 
 void TableLayout::arrange()
@@ -135,7 +82,7 @@ void TableLayout::arrange()
     m_rows.clear();
     auto const columns = m_demands.size();
     m_columnEdges.assign(1, 0);
-    if (isFixed()) {
+    if (m_isFixed) {
         for (std::size_t column = 0; column < columns; ++column)
             m_columnEdges.push_back(m_columnEdges.back() + fixedWidth(column));
         return estimateRows();
@@ -147,15 +94,10 @@ void TableLayout::arrange()
     estimateRows();
 }
 
-bool TableLayout::isFixed() const
-{
-    return block(0).widths == TableBlock::Widths::fixed;
-}
-
 // Every column of a fixed table has a cell in the first row.
 double TableLayout::fixedWidth(std::size_t column) const
 {
-    return block(column).widthPercent / 100 * (m_availableWidth - m_border);
+    return block(column).widthPercent / 100 * m_availableWidth;
 }
 
 void TableLayout::estimateRows()
@@ -178,11 +120,7 @@ void TableLayout::estimateRows()
                 ++styleRun;
             auto const& style = text.paragraphStyle(styles[styleRun]);
             auto const padding = style.block->padding;
-            auto const column = static_cast<std::size_t>(m_cells[cell].column);
-            auto const width = m_columnEdges[column + 1] - m_columnEdges[column] - m_border - 2 * padding;
-            // Further paragraphs are estimated as one with the first, and so is their line feed: it is no printable ASCII.
-            ParagraphStretch const content { { range.location, range.length - 1 } };
-            auto const estimate = estimatedParagraph(m_context, content, runs[run], style, width);
+            auto const estimate = estimateOf(row, cell, runs[run], style);
             highest = std::max(highest, estimate.height + 2 * padding);
             m_exact[row] = m_exact[row] && estimate.exact;
         }
@@ -191,6 +129,21 @@ void TableLayout::estimateRows()
     m_heights = HeightTree(std::move(heights));
     m_inexact = std::ranges::count(m_exact, false);
     m_nextInexact = 0;
+}
+
+ParagraphEstimate TableLayout::estimateOf(
+    std::size_t row, std::size_t cell, AttributedText::Run const& run, ParagraphStyle const& style)
+{
+    auto const range = cellRange(cell);
+    auto const isOneParagraph = m_context.text().string().indexOf(u'\n', range.location) + 1 >= range.end();
+    if (isOneParagraph)
+        return estimatedParagraph(
+            m_context, { { range.location, range.length - 1 } }, run, style, contentWidth(cell, *style.block));
+    auto content = makeFlow(cell);
+    ParagraphEstimate const estimate { content->height(), content->isExact() };
+    if (content->unitCount() > manyParagraphs)
+        keptFlow(static_cast<qsizetype>(row), cell) = std::move(content);
+    return estimate;
 }
 
 TableBlock const& TableLayout::block(std::size_t cell) const
@@ -225,27 +178,39 @@ double TableLayout::rightEdge(qsizetype row) const
 
 QPointF TableLayout::contentTopLeft(std::size_t cell) const
 {
-    auto const padding = block(cell).padding;
-    return { m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)] + m_border + padding,
-        m_rowBorder + padding };
+    auto const& style = block(cell);
+    return { m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)] + leftBorder(style) + style.padding,
+        m_rowBorder + style.padding };
 }
 
-double TableLayout::contentWidth(std::size_t cell) const
+// A grid has lines everywhere; the first of several fixed columns has none.
+double TableLayout::leftBorder(TableBlock const& block) const
+{
+    return m_isFixed ? block.borderWidth : m_border;
+}
+
+double TableLayout::contentWidth(std::size_t cell, TableBlock const& block) const
 {
     auto const column = static_cast<std::size_t>(m_cells[cell].column);
-    return m_columnEdges[column + 1] - m_columnEdges[column] - m_border - 2 * block(cell).padding;
+    return m_columnEdges[column + 1] - m_columnEdges[column] - leftBorder(block) - 2 * block.padding;
 }
 
 std::unique_ptr<TextFlow> TableLayout::makeFlow(std::size_t cell) const
 {
-    return std::make_unique<TextFlow>(m_context, cellRange(cell), contentWidth(cell), TextFlow::Tables::asParagraphs);
+    return std::make_unique<TextFlow>(
+        m_context, cellRange(cell), contentWidth(cell, block(cell)), TextFlow::Tables::asParagraphs);
+}
+
+std::unique_ptr<TextFlow>& TableLayout::keptFlow(qsizetype row, std::size_t cell)
+{
+    auto& flows = m_rows[row];
+    flows.resize(behindLastCell(row) - firstCell(row));
+    return flows[cell - firstCell(row)];
 }
 
 TextFlow& TableLayout::flow(qsizetype row, std::size_t cell)
 {
-    auto& flows = m_rows[row];
-    flows.resize(behindLastCell(row) - firstCell(row));
-    auto& known = flows[cell - firstCell(row)];
+    auto& known = keptFlow(row, cell);
     if (!known)
         known = makeFlow(cell);
     return *known;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "textlayout/ColumnWidths.h"
+#include "textlayout/ParagraphEstimate.h"
 #include "textlayout/TextFlow.h"
 
 #include <map>
@@ -10,9 +11,8 @@
 namespace Quillory {
 
 // A table as a grid: columns as wide as their content asks for and the width allows, rows as high as their highest cell.
-// Borders of neighbours are one line. Columns go by a sample of the cells, the first rows and the longest cells of each
-// column, so that their widths cost the same for any number of rows and never change while one reads. Rows are laid out
-// when asked for. Positions are points from the table's top left corner.
+// Borders of neighbours are one line. Columns go by all cells from the start, so that their widths never change while one
+// reads. Rows are laid out when asked for. Positions are points from the table's top left corner.
 class TableLayout {
 public:
     // The context outlives the table. `range` is the table's own.
@@ -30,7 +30,7 @@ public:
     TextAnchor anchorAt(double y);
     double positionOf(TextAnchor const& anchor);
 
-    double width() const { return m_columnEdges.back() + m_border; }
+    double width() const { return m_columnEdges.back() + (m_isFixed ? 0 : m_border); }
     double height() const { return m_heights.total() + m_rowBorder; }
     qsizetype rowCount() const { return m_heights.size(); }
 
@@ -50,12 +50,11 @@ private:
 
     void readCells(TextRange range);
     void measureColumns();
-    std::vector<std::size_t> cellsToMeasure() const;
-    ColumnDemand demandOf(std::size_t cell) const;
     void arrange();
-    bool isFixed() const;
     double fixedWidth(std::size_t column) const;
     void estimateRows();
+    ParagraphEstimate estimateOf(
+        std::size_t row, std::size_t cell, AttributedText::Run const& run, ParagraphStyle const& style);
 
     TableBlock const& block(std::size_t cell) const;
     TextRange cellRange(std::size_t cell) const;
@@ -67,8 +66,10 @@ private:
 
     // Of a cell's content, from its row's top left corner.
     QPointF contentTopLeft(std::size_t cell) const;
-    double contentWidth(std::size_t cell) const;
+    double leftBorder(TableBlock const& block) const;
+    double contentWidth(std::size_t cell, TableBlock const& block) const;
     std::unique_ptr<TextFlow> makeFlow(std::size_t cell) const;
+    std::unique_ptr<TextFlow>& keptFlow(qsizetype row, std::size_t cell);
     TextFlow& flow(qsizetype row, std::size_t cell);
     template<typename Work>
     auto withFlow(qsizetype row, std::size_t cell, Work work) const;
@@ -80,6 +81,7 @@ private:
 
     LayoutContext const& m_context;
     double m_availableWidth;
+    bool m_isFixed = false; // columns take a fixed share each
     double m_border = 0; // of the lines down
     double m_rowBorder = 0; // of those across
     std::vector<Cell> m_cells; // and one behind the last that says where it ends

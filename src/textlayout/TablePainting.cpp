@@ -37,7 +37,7 @@ void TableLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& clip)
         paintBorders(painter, rowTopLeft, row);
         for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
             auto const content = rowTopLeft + contentTopLeft(cell);
-            if (content.x() < clip.right() && content.x() + contentWidth(cell) > clip.left())
+            if (content.x() < clip.right() && content.x() + contentWidth(cell, block(cell)) > clip.left())
                 flow(row, cell).paint(painter, content, clip);
         }
     }

@@ -52,6 +52,7 @@ void TextFlow::estimate()
     auto const styles = text.paragraphRuns();
     auto run = count > 0 ? static_cast<std::size_t>(text.runAt(m_range.location)) : 0;
     auto styleRun = count > 0 ? static_cast<std::size_t>(text.paragraphRunAt(m_range.location)) : 0;
+    std::vector<qsizetype> fixedTables;
     for (qsizetype unit = 0; unit < count; ++unit) {
         auto const index = static_cast<std::size_t>(unit);
         auto const start = static_cast<qsizetype>(m_starts[index]);
@@ -61,7 +62,10 @@ void TextFlow::estimate()
             ++styleRun;
         auto const& style = text.paragraphStyle(styles[styleRun]);
         if (m_tables == Tables::asGrids && style.block) {
-            heights[index] = estimatedTableHeight(unit);
+            if (style.block->widths == TableBlock::Widths::fixed)
+                fixedTables.push_back(unit);
+            else
+                heights[index] = estimatedTableHeight(unit);
             continue;
         }
         auto const estimate = estimatedParagraph(m_context, stretch(unit), runs[run], style, m_width);
@@ -70,6 +74,11 @@ void TextFlow::estimate()
         m_inexact -= estimate.exact ? 1 : 0;
     }
     m_heights = HeightTree(std::move(heights));
+    // Their columns need no measuring, and a single row may be all there is.
+    for (auto const unit : fixedTables) {
+        auto const& layout = table(unit);
+        setExact(unit, layout.height(), layout.isExact());
+    }
 }
 
 double TextFlow::estimatedTableHeight(qsizetype unit) const

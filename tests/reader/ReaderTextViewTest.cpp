@@ -211,6 +211,34 @@ TEST_F(ReaderTextViewTest, A_new_width_keeps_the_top_line)
     }
 }
 
+TEST_F(ReaderTextViewTest, A_structured_sheet_flows_into_the_columns_of_a_new_width_and_keeps_the_line_at_the_top)
+{
+    ShortcutSheet sheet;
+    for (int section = 0; section < 60; ++section) {
+        ShortcutSheet::Section added { .title = u"Section %1."_s.arg(section) };
+        for (int entry = 0; entry < 20; ++entry)
+            added.entries.append({ .title = u"entry %1.%2"_s.arg(section).arg(entry) });
+        sheet.sections.append(added);
+    }
+    scroll.shortcuts = sheet;
+    scroll.minimumCodeWidth = 100;
+    scroll.resize(550, 400);
+    auto const left = [this](int section) {
+        return view.boundingRect({ positionOf(u"Section %1."_s.arg(section)), 1 }).left();
+    };
+    ASSERT_EQ(left(0), left(59)) << "one column";
+    settle();
+    view.setScrollOrigin({ 0, view.boundingRect({ positionOf(u"entry 40.7"_s), 1 }).top() });
+
+    scroll.resize(1'100, 400);
+    EXPECT_GT(left(59), left(30));
+    EXPECT_GT(left(30), left(0)) << "three columns";
+    EXPECT_NEAR(view.scrollOrigin().y(), view.boundingRect({ positionOf(u"entry 40.7"_s), 1 }).top(), 0.01);
+    auto const guessed = bottom();
+    settle();
+    EXPECT_NEAR(bottom(), guessed, 0.1 * guessed) << "the height is known well before all is laid out";
+}
+
 TEST_F(ReaderTextViewTest, Idle_work_ends_and_leaves_the_text_where_it_was)
 {
     view.setRendered(paragraphs(2000));

@@ -1,8 +1,10 @@
 #include "textlayout/TestTexts.h"
 #include "textlayout/TextUnits.h"
 
+#include <QGlyphRun>
 #include <QImage>
 #include <QPainter>
+#include <QRawFont>
 
 #include <gtest/gtest.h>
 
@@ -72,6 +74,24 @@ INSTANTIATE_TEST_SUITE_P(All, HostileText,
         Case { "Line_feeds_alone", QString(50'000, u'\n') }, Case { "One_character", QStringLiteral("x") },
         Case { "One_line_feed", QStringLiteral("\n") }),
     [](auto const& tested) { return tested.param.name; });
+
+TEST(KeySymbols, Are_drawn_in_every_font_that_is_chosen_for_them)
+{
+    auto const symbols = u"⌃⌥⇧⌘↩⌤⇥⎋⌫⌦⇪←→↑↓↖↘⇞⇟•☑☐│─"_qs;
+    for (auto const family : { FontAttribute::Family::system, FontAttribute::Family::monospaced }) {
+        QTextLayout layout(symbols, FontSet::ofDesktop().font({ .family = family, .size = 20 }));
+        layout.beginLayout();
+        layout.createLine().setLineWidth(10'000);
+        layout.endLayout();
+        for (qsizetype symbol = 0; symbol < symbols.size(); ++symbol) {
+            auto const runs = layout.glyphRuns(static_cast<int>(symbol), 1);
+            ASSERT_EQ(runs.size(), 1) << symbol;
+            ASSERT_EQ(runs[0].glyphIndexes().size(), 1) << symbol;
+            EXPECT_NE(runs[0].glyphIndexes()[0], 0U) << QString(symbols[symbol]).toStdString() << " is missing in "
+                                                     << runs[0].rawFont().familyName().toStdString();
+        }
+    }
+}
 
 TEST(HostileRuns, A_paragraph_of_many_runs_is_cut_where_setting_it_up_would_take_long)
 {

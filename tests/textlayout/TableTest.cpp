@@ -64,6 +64,63 @@ TEST(Table, Too_many_columns_make_it_wider_instead_of_breaking_every_word)
     EXPECT_EQ(layout.height(), 0.5 + 10 + lineHeight() + 0.5);
 }
 
+TEST(Table, A_column_goes_by_its_widest_cell_wherever_it_stands)
+{
+    for (auto const& widest : { u"much wider than all the other cells"_qs, u"ширина 幅広い ⇧⌘ ширина"_qs }) {
+        Rows rows(3'000, { u"iii"_qs, u"x"_qs });
+        rows[2'345][0] = widest;
+        auto layout = layoutOf(tableText(rows), 2'000);
+        layout.layOutVisible(0, 300);
+        auto const column = boxOf(layout, u"x"_qs).left() - boxOf(layout, u"iii"_qs).left();
+        auto const needed = layoutOf(plainText(widest), 2'000).boundingRect(0, widest.size()).width();
+        EXPECT_GE(column, needed + 10.5);
+        EXPECT_LE(column, needed * 1.05 + 13) << "no wider than what the cell asks for";
+        makeAllExact(layout);
+        auto const row = 0.5 + 10 + lineHeight();
+        EXPECT_NEAR(layout.height(), 3'000 * row + 0.5, 10) << "no cell wraps";
+    }
+}
+
+// Columns of a fixed share each, all in one row, as sheets of shortcuts have them.
+AttributedText columnsText(int columns, int paragraphs)
+{
+    AttributedText::Builder builder;
+    for (int column = 0; column < columns; ++column) {
+        TableBlock const block { .columns = columns,
+            .padding = 10,
+            .border = column > 0 ? TableBlock::Border::leftEdge : TableBlock::Border::none,
+            .borderWidth = column > 0 ? 0.5 : 0,
+            .widths = TableBlock::Widths::fixed,
+            .widthPercent = 100.0 / columns };
+        ParagraphStyle const style {
+            .minimumLineHeight = 40, .paragraphSpacing = 6, .lineSpacing = 2, .rightTabStop = 270, .block = block
+        };
+        for (int paragraph = 0; paragraph < paragraphs; ++paragraph)
+            builder.appendKnown(u"title%1\tend%1\n"_qs.arg(column * paragraphs + paragraph),
+                builder.add(TextAttributes()), builder.add(builder.add(style), { .column = column }));
+    }
+    return std::move(builder).build();
+}
+
+TEST(Table, Fixed_columns_stand_side_by_side_and_are_as_high_as_what_they_hold)
+{
+    auto layout = layoutOf(columnsText(3, 500), 900);
+    auto const height = 500 * 48 + 20;
+    EXPECT_EQ(layout.height(), height) << "before anything is laid out";
+    makeAllExact(layout);
+    EXPECT_EQ(layout.height(), height);
+    for (int column = 0; column < 3; ++column) {
+        auto const title = layout.text().string().indexOf(u"title%1\t"_qs.arg(column * 500 + 7));
+        auto const end = layout.text().string().indexOf(u'\n', title) - 1;
+        auto const left = column * 300 + 10 + (column > 0 ? 0.5 : 0);
+        EXPECT_EQ(layout.boundingRect(title, 1).topLeft(), QPointF(left, 10 + 7 * 48));
+        EXPECT_NEAR(layout.boundingRect(end, 1).right(), left + 270, 0.1) << "text behind a tab ends at its stop";
+    }
+    auto narrow = layoutOf(columnsText(3, 500), 600);
+    makeAllExact(narrow);
+    EXPECT_EQ(narrow.height(), height) << "a stop beyond the column's edge wraps nothing";
+}
+
 Rows longTable(int count)
 {
     Rows rows;

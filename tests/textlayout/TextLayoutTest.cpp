@@ -63,6 +63,21 @@ TEST(TextLayout, A_right_to_left_paragraph_begins_at_the_right)
     EXPECT_NEAR(layout.boundingRect(0, 1).right(), 390, 0.1);
 }
 
+TEST(TextLayout, Text_behind_a_tab_ends_at_the_stop_from_the_side_that_the_line_begins_at)
+{
+    for (auto const stop : { 270.0, 299.0, 400.0 }) {
+        auto const reached = std::min(stop, 299.0);
+        auto forwards = layoutOf(plainText(QStringLiteral("title\tend"), { .rightTabStop = stop }), 300);
+        forwards.layOutVisible(0, 100);
+        EXPECT_EQ(forwards.height(), lineHeight());
+        EXPECT_NEAR(forwards.boundingRect(8, 1).right(), reached, 0.1);
+        auto backwards = layoutOf(plainText(QStringLiteral("שלום\tend"), { .rightTabStop = stop }), 300);
+        backwards.layOutVisible(0, 100);
+        EXPECT_NEAR(backwards.boundingRect(5, 1).left(), 300 - reached, 1) << "letters begin a little to the right";
+        EXPECT_EQ(backwards.boundingRect(0, 1).top(), backwards.boundingRect(5, 1).top());
+    }
+}
+
 TEST(TextLayout, A_picture_takes_its_width_and_makes_its_line_high_enough)
 {
     TextAttributes picture;

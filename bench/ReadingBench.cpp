@@ -1,0 +1,281 @@
+// Reading sheets in the real reader: first and second show, pages, the end of the sheet, idle work, live resizing and
+// memory. The stock rich-text view shows the same text beside it; what it can't show within minutes is given at 500 KB.
+// Milliseconds of the main thread, painting included, on the offscreen platform unless QT_QPA_PLATFORM says otherwise.
+//
+//   quillory-bench-reading [WORD...]     only the measures whose names hold one of the words
+
+#include "SampleSheets.h"
+#include "reader/NativeReader.h"
+#include "rendering/MarkdownRenderer.h"
+#include "support/FakeLibraryServices.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QScrollBar>
+#include <QTextBrowser>
+#include <QTextDocument>
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <span>
+
+namespace Quillory {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr QSize window { 880, 640 };
+constexpr qsizetype largestStockSheet = 500 * 1024;
+
+template<typename Work>
+double millisecondsOf(Work work)
+{
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+}
+
+double median(std::vector<double> values)
+{
+    auto const middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::ranges::nth_element(values, middle);
+    return *middle;
+}
+
+// Bytes that the program has asked for and not given back.
+double megabytesInUse()
+{
+    auto const info = mallinfo2();
+    return static_cast<double>(info.uordblks + info.hblkhd) / 1e6;
+}
+
+Sheet markdownSheet(QByteArray const& source, QString const& id)
+{
+    return {
+        .id = id, .title = id, .source = QString::fromUtf8(source), .parsed = ParsedMarkdown::parsingUtf8(source)
+    };
+}
+
+class Reader {
+public:
+    Reader()
+    {
+        scroll().resize(window);
+        scroll().show();
+        QCoreApplication::processEvents();
+    }
+
+    ReaderScrollView& scroll() const { return m_reader.scrollView(); }
+    ReaderTextView& view() const { return scroll().textView(); }
+
+    double show(Sheet const& sheet)
+    {
+        return frame([&] { m_reader.update(sheet); });
+    }
+
+    template<typename Work>
+    double frame(Work work)
+    {
+        return millisecondsOf([&] {
+            work();
+            view().repaint();
+        });
+    }
+
+    // How long each turn of the event loop took until all heights were known.
+    std::vector<double> settle()
+    {
+        std::vector<double> turns { 0 };
+        while (!view().isSettled())
+            turns.push_back(millisecondsOf([] { QCoreApplication::processEvents(); }));
+        return turns;
+    }
+
+private:
+    FakeLibraryServices m_services;
+    LibraryStore m_store { m_services.services(), LibraryStore::RestoreFolder::no };
+    NativeReader m_reader { m_store, [] { } };
+};
+
+double stockFirstFrame(QByteArray const& source)
+{
+    QTextBrowser browser;
+    browser.resize(window);
+    browser.show();
+    QCoreApplication::processEvents();
+    auto* const document = new QTextDocument(&browser);
+    return millisecondsOf([&] {
+        document->setMarkdown(QString::fromUtf8(source));
+        browser.setDocument(document);
+        browser.viewport()->repaint();
+    });
+}
+
+void firstFrames()
+{
+    for (auto const size : { qsizetype(10 * 1024), qsizetype(100 * 1024), largestSheet }) {
+        auto const source = ordinarySheet(size);
+        std::vector<double> first, second;
+        for (int time = 0; time < 5; ++time) {
+            Reader reader;
+            reader.show(markdownSheet("# Other\n\nA sheet before.", u"other"_s));
+            // Parsing is the library's work and done before; the stock view parses as it shows.
+            auto const parsing = millisecondsOf([&] { ParsedMarkdown::parsingUtf8(source); });
+            auto const sheet = markdownSheet(source, u"sheet"_s);
+            first.push_back(parsing + reader.show(sheet));
+            reader.settle();
+            reader.show(markdownSheet("# Other\n\nA sheet before.", u"other"_s));
+            second.push_back(reader.show(sheet));
+        }
+        auto const stockSource = size > largestStockSheet ? ordinarySheet(largestStockSheet) : source;
+        auto const stock = stockFirstFrame(stockSource);
+        std::printf(
+            "first frame %7.1f KB: %8.2f, stock at %5.1f KB %9.1f, ratio %6.1f; second show %6.2f, worst %6.2f\n",
+            static_cast<double>(source.size()) / 1024, median(first), static_cast<double>(stockSource.size()) / 1024,
+            stock, stock / median(first), median(second), std::ranges::max(second));
+    }
+}
+
+void tell(char const* what, std::span<double const> times)
+{
+    std::printf("%s: median %6.2f, worst %6.2f of %zu\n", what, median({ times.begin(), times.end() }),
+        std::ranges::max(times), times.size());
+}
+
+// Pages from the top, then the very end.
+void readThrough(char const* name, Reader& reader)
+{
+    auto& view = reader.view();
+    auto& bar = *reader.scroll().verticalScrollBar();
+    std::vector<double> pages;
+    for (int page = 0; page < 200 && bar.value() < bar.maximum(); ++page)
+        pages.push_back(reader.frame([&] { bar.setValue(bar.value() + bar.pageStep()); }));
+    tell(name, pages);
+
+    auto const toEnd = reader.frame([&] { bar.setValue(bar.maximum()); });
+    auto const text = view.rendered().text.string();
+    auto const last = view.boundingRect({ text.size() - 1, 1 });
+    std::printf("  to the end: %6.2f; the last line ends %.2f above the lower edge, the bar stands %d before its end\n",
+        toEnd, view.scrollOrigin().y() + view.height() - last.bottom(), bar.maximum() - bar.value());
+}
+
+void shown(char const* name, Sheet const& sheet)
+{
+    Reader reader;
+    auto const rendering = sheet.shortcuts
+        ? 0
+        : millisecondsOf([&] { MarkdownRenderer::render(*sheet.parsed, sheet.title, {}, 16); });
+    auto const first = reader.show(sheet);
+    std::printf("%s: first frame %6.2f, of which rendering takes %6.2f\n", name, first, rendering);
+    readThrough("  pages before all heights are known", reader);
+    reader.scroll().verticalScrollBar()->setValue(0);
+    tell("  turns of the event loop until then", reader.settle());
+    auto const height = reader.view().contentSize().height();
+    readThrough("  pages after", reader);
+    std::printf("  height %.2f, after reading through %.2f\n", height, reader.view().contentSize().height());
+
+    std::vector<double> resizes;
+    for (int step = 0; step < 40; ++step)
+        resizes.push_back(reader.frame([&] { reader.scroll().resize(window.width() - 9 * step, window.height()); }));
+    tell("  resize steps at the end", resizes);
+    reader.scroll().verticalScrollBar()->setValue(0);
+    resizes.clear();
+    for (int step = 40; step > 0; --step)
+        resizes.push_back(reader.frame([&] { reader.scroll().resize(window.width() - 9 * step, window.height()); }));
+    tell("  resize steps at the top", resizes);
+}
+
+void ordinaryPages()
+{
+    shown("ordinary 2 MiB", markdownSheet(ordinarySheet(largestSheet), u"ordinary"_s));
+}
+
+void manyLines()
+{
+    shown("700,000 lines", markdownSheet(QByteArray("a\n\n").repeated(largestSheet / 3), u"lines"_s));
+}
+
+void structured()
+{
+    Sheet sheet { .id = u"structured"_s, .title = u"Largest"_s };
+    sheet.shortcuts = largestStructuredSheet();
+    shown("structured, 2,000 entries", sheet);
+}
+
+void longTable()
+{
+    QByteArray source = "| Key | Does | When | Note |\n|---|---|---|---|\n";
+    for (int row = 0; row < 5'000; ++row) {
+        auto const number = QByteArray::number(row);
+        source += "| `Ctrl+" + number + "` | what row " + number + " says"
+            + QByteArray(", and then some more").repeated(row * 7 % 11) + " | in mode " + QByteArray::number(row % 9)
+            + " | see é " + number + " |\n";
+    }
+    shown("table, 5,000 rows of 4", markdownSheet(source, u"table"_s));
+}
+
+void memory()
+{
+    auto const source = ordinarySheet(largestSheet);
+    auto inUse = megabytesInUse();
+    auto const told = [&](char const* what) {
+        auto const now = megabytesInUse();
+        std::printf("  %-52s %7.2f MB\n", what, now - inUse);
+        inUse = now;
+    };
+    std::printf("memory of a sheet of %.2f MB\n", static_cast<double>(source.size()) / 1e6);
+    Reader reader;
+    told("an empty reader");
+    Sheet sheet { .id = u"sheet"_s, .title = u"sheet"_s, .source = QString::fromUtf8(source) };
+    told("source");
+    sheet.parsed = ParsedMarkdown::parsingUtf8(source);
+    told("tree");
+    auto rendered = MarkdownRenderer::render(*sheet.parsed, sheet.title, {}, 16);
+    told("attributed text and targets");
+    {
+        TextLayout layout(rendered.text, 800, FontSet::ofDesktop(), ColorSet::fromPalette(QPalette()));
+        layout.layOutVisible(0, 640);
+        told("its layout");
+        while (layout.makeSomeExact(0, std::chrono::milliseconds(100)).moreLeft) { }
+        told("its layout, once all heights are known, on top");
+    }
+    rendered = {};
+    told("all of that given back");
+    reader.show(sheet);
+    reader.settle();
+    told("shown, settled, with the folded copy for searching");
+    for (int other = 1; other < 10; ++other) {
+        reader.show(markdownSheet(ordinarySheet(largestSheet), QString::number(other)));
+        reader.settle();
+    }
+    told("nine more of that size visited, on top");
+}
+
+struct Measure {
+    char const* name;
+    void (*run)();
+};
+
+constexpr Measure measures[] { { "first", firstFrames }, { "pages", ordinaryPages }, { "lines", manyLines },
+    { "structured", structured }, { "table", longTable }, { "memory", memory } };
+
+}
+}
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication const application(argc, argv);
+    std::span const words(argv + 1, static_cast<std::size_t>(argc - 1));
+    for (auto const& measure : Quillory::measures) {
+        auto const isAsked = [&](char const* word) {
+            return QLatin1StringView(measure.name).contains(QLatin1StringView(word));
+        };
+        if (words.empty() || std::ranges::any_of(words, isAsked))
+            measure.run();
+    }
+}

@@ -1,0 +1,142 @@
+// Draws a sheet as the reader shows it into a picture, or tells a picture's colours along a line, so that borders and
+// columns can be held against the numbers they should have.
+//
+//   quillory-picture SHEET PICTURE [--size 880x640] [--text-size 16] [--dark] [--at POINTS]
+//   quillory-picture --row Y PICTURE        each stretch of one colour: where it begins, its length, the colour
+//   quillory-picture --column X PICTURE
+//
+// QT_SCALE_FACTOR=2 gives a picture at 200 %. With --at -1 the end of the sheet is shown.
+
+#include "library/ShortcutSheet.h"
+#include "reader/NativeReader.h"
+#include "support/FakeLibraryServices.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QFile>
+#include <QFileInfo>
+#include <QPalette>
+#include <QScrollBar>
+#include <QStyleFactory>
+#include <QTextStream>
+
+#include <cstdlib>
+
+using namespace Quillory;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+[[noreturn]] void fail(QString const& sentence)
+{
+    QTextStream(stderr) << "quillory-picture: " << sentence << '\n';
+    std::exit(1);
+}
+
+QPalette darkPalette()
+{
+    QPalette palette(QColor(0x2C2D30), QColor(0x232426));
+    for (auto const role : { QPalette::Text, QPalette::WindowText, QPalette::ButtonText })
+        palette.setColor(role, Qt::white);
+    palette.setColor(QPalette::Base, QColor(0x232426));
+    return palette;
+}
+
+Sheet sheetFrom(QString const& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        fail(u"\"%1\" can't be read: %2."_s.arg(path, file.errorString()));
+    auto const source = file.readAll();
+    Sheet sheet { .id = path, .title = QFileInfo(path).baseName(), .source = QString::fromUtf8(source) };
+    if (path.endsWith(u".json")) {
+        auto shortcuts = ShortcutSheet::decode(source);
+        if (!shortcuts)
+            fail(u"\"%1\" is no structured sheet."_s.arg(path));
+        sheet.shortcuts = *std::move(shortcuts);
+    } else {
+        sheet.parsed = ParsedMarkdown::parsingUtf8(source);
+    }
+    return sheet;
+}
+
+void draw(Sheet const& sheet, QString const& path, QCommandLineParser const& options)
+{
+    FakeLibraryServices services;
+    LibraryStore store(services.services(), LibraryStore::RestoreFolder::no);
+    store.setTextSize(options.value(u"text-size"_s).toDouble());
+    auto const size = options.value(u"size"_s).split(u'x');
+    if (size.size() != 2)
+        fail(u"--size needs a size such as 880x640."_s);
+    NativeReader reader(store, [] { });
+    auto& scroll = reader.scrollView();
+    scroll.resize(size[0].toInt(), size[1].toInt());
+    scroll.show();
+    reader.update(sheet);
+    auto const settle = [&] {
+        do {
+            QCoreApplication::processEvents();
+        } while (!scroll.textView().isSettled());
+    };
+    settle();
+    auto& bar = *scroll.verticalScrollBar();
+    auto const at = options.value(u"at"_s).toInt();
+    bar.setValue(at < 0 ? bar.maximum() : at);
+    settle();
+    if (!scroll.grab().save(path))
+        fail(u"\"%1\" can't be written."_s.arg(path));
+    QTextStream(stdout) << "content " << scroll.textView().contentSize().width() << " x "
+                        << scroll.textView().contentSize().height() << ", text " << scroll.textWidth() << " wide\n";
+}
+
+void tellRuns(QString const& path, int line, Qt::Orientation orientation)
+{
+    QImage const picture(path);
+    auto const across = orientation == Qt::Horizontal;
+    auto const length = across ? picture.width() : picture.height();
+    if (line < 0 || line >= (across ? picture.height() : picture.width()))
+        fail(u"\"%1\" has no such line."_s.arg(path));
+    auto const colorAt = [&](int position) {
+        return across ? picture.pixel(position, line) : picture.pixel(line, position);
+    };
+    QTextStream out(stdout);
+    for (int start = 0, end = 0; start < length; start = end) {
+        while (end < length && colorAt(end) == colorAt(start))
+            ++end;
+        out << start << ' ' << end - start << ' ' << QColor(colorAt(start)).name() << '\n';
+    }
+}
+
+}
+
+int main(int argc, char** argv)
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication const application(argc, argv);
+    QCommandLineParser parser;
+    parser.addHelpOption();
+    parser.addOptions({ { u"size"_s, u"Of the reader."_s, u"WxH"_s, u"880x640"_s },
+        { u"text-size"_s, u"In points."_s, u"points"_s, u"16"_s }, { u"dark"_s, u"On dark."_s },
+        { u"at"_s, u"Scrolled to there."_s, u"points"_s, u"0"_s }, { u"row"_s, u"Colours along it."_s, u"y"_s },
+        { u"column"_s, u"Colours along it."_s, u"x"_s } });
+    parser.process(application);
+    auto const names = parser.positionalArguments();
+    if (names.isEmpty())
+        fail(u"Name a sheet and a picture, or a picture and a line of it."_s);
+    if (parser.isSet(u"row"_s)) {
+        tellRuns(names[0], parser.value(u"row"_s).toInt(), Qt::Horizontal);
+        return 0;
+    }
+    if (parser.isSet(u"column"_s)) {
+        tellRuns(names[0], parser.value(u"column"_s).toInt(), Qt::Vertical);
+        return 0;
+    }
+    if (names.size() != 2)
+        fail(u"Name a sheet and a picture."_s);
+    QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
+    if (parser.isSet(u"dark"_s))
+        QApplication::setPalette(darkPalette());
+    draw(sheetFrom(names[0]), names[1], parser);
+    return 0;
+}
