@@ -70,11 +70,11 @@ TEST_F(BusApplicationInstanceTest, The_name_is_free_again_after_the_end)
     EXPECT_EQ(startAnother(Wish::open), Role::first);
 }
 
-TEST_F(BusApplicationInstanceTest, A_first_start_that_should_toggle_asks_itself)
+TEST_F(BusApplicationInstanceTest, A_first_start_that_should_toggle_opens)
 {
     EXPECT_EQ(first->start(Wish::toggle), Role::first);
     auto const observation = record();
-    EXPECT_THAT(requests, ElementsAre(Request { .wish = Wish::toggle, .userTime = 77 }));
+    EXPECT_THAT(requests, ElementsAre(Request { .wish = Wish::open, .userTime = 77 }));
 }
 
 TEST_F(BusApplicationInstanceTest, Desktops_call_it_by_the_common_interface)
@@ -104,7 +104,7 @@ TEST(BusApplicationInstance, Without_a_session_bus_the_program_stands_alone)
     EXPECT_EQ(alone.start(Wish::toggle), Role::alone);
     std::vector<Request> requests;
     auto const observation = alone.observeRequests([&](Request const& request) { requests.push_back(request); });
-    EXPECT_THAT(requests, ElementsAre(toggle));
+    EXPECT_THAT(requests, ElementsAre(open));
 }
 
 }

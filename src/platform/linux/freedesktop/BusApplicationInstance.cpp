@@ -49,8 +49,9 @@ ApplicationInstance::Role BusApplicationInstance::start(Wish wish)
             return Role::handedOver;
         if (claimed == Claim::ownedByAnother)
             continue;
+        // Nothing is shown yet, unless the program opens by itself at its start.
         if (wish == Wish::toggle)
-            receive({ .wish = wish, .userTime = ApplicationInterface::userTime(m_startupId) });
+            receive({ .wish = Wish::open, .userTime = ApplicationInterface::userTime(m_startupId) });
         return claimed == Claim::owned ? Role::first : Role::alone;
     }
     return Role::alone;
