@@ -136,7 +136,7 @@ TEST(QtPictureDecoder, A_small_file_that_unpacks_to_a_huge_picture_is_refused_wi
     // A thousand texts of eight megabytes each, packed to as many KB.
     auto const text = pngChunk("zTXt", QByteArray("Title\0\0", 7) + qCompress(QByteArray(7'900'000, 'x'), 9).sliced(4));
     auto const chatty = withChunks(encodedPicture("png", { 9, 9 }), text.repeated(100));
-    auto huge = gifOf({ 65'535, 65'535 }, 1);
+    auto const huge = gifOf({ 65'535, 65'535 }, 1);
     auto const before = peakKilobytes();
     ASSERT_GT(before, 0);
     for (auto const& bytes : { promising, huge }) {

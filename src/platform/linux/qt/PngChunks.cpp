@@ -44,7 +44,7 @@ PngChunks PngChunks::of(QByteArray const& png)
         else
             rest = rest.sliced(size);
     }
-    keep(rest.size()); // a torn end is the decoder's to refuse
+    // A torn end is left out: a decoder would make room for all that it promises before finding it missing.
     return chunks;
 }
 

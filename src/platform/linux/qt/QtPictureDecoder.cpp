@@ -6,6 +6,7 @@
 #include <QBuffer>
 #include <QColorSpace>
 #include <QImageReader>
+#include <QtEndian>
 
 #include <algorithm>
 
@@ -34,7 +35,7 @@ public:
         m_reader.setFormat(formatName(container));
     }
 
-    QSize size() const { return m_reader.size(); }
+    QSize size() const { return m_container == Container::gif ? screenOfGif() : m_reader.size(); }
 
     int frameCount() const { return m_container == Container::png ? m_pngFrames : m_reader.imageCount(); }
 
@@ -48,10 +49,9 @@ public:
 
     void scaleTo(int longestSide)
     {
-        auto const stored = size();
-        if (std::max(stored.width(), stored.height()) > longestSide)
-            m_reader.setScaledSize(
-                QSizeF(stored).scaled(longestSide, longestSide, Qt::KeepAspectRatio).toSize().expandedTo({ 1, 1 }));
+        m_longestSide = longestSide;
+        if (exceeds(size()))
+            m_reader.setScaledSize(bounded(size()));
     }
 
     std::optional<QImage> decoded()
@@ -59,10 +59,30 @@ public:
         QImage picture;
         if (!m_reader.read(&picture) || picture.isNull())
             return std::nullopt;
+        // Not every decoder keeps to what it said of the size.
+        if (exceeds(picture.size()))
+            picture = picture.scaled(bounded(picture.size()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
         return readyToDraw(std::move(picture));
     }
 
 private:
+    // The decoder tells the size of the first frame, and decodes the whole screen that it stands on.
+    QSize screenOfGif() const
+    {
+        constexpr qsizetype place = 6;
+        if (m_bytes.size() < place + 4)
+            return {};
+        auto const* const bytes = m_bytes.constData() + place;
+        return { qFromLittleEndian<quint16>(bytes), qFromLittleEndian<quint16>(bytes + 2) };
+    }
+
+    bool exceeds(QSize size) const { return m_longestSide && std::max(size.width(), size.height()) > *m_longestSide; }
+
+    QSize bounded(QSize size) const
+    {
+        return QSizeF(size).scaled(*m_longestSide, *m_longestSide, Qt::KeepAspectRatio).toSize().expandedTo({ 1, 1 });
+    }
+
     // In the colours and the layout that painting needs, and without the texts that a file may carry along.
     static std::optional<QImage> readyToDraw(QImage picture)
     {
@@ -80,6 +100,7 @@ private:
     Container m_container;
     QByteArray m_bytes;
     int m_pngFrames = 1;
+    std::optional<int> m_longestSide;
     QBuffer m_buffer;
     QImageReader m_reader;
 };
