@@ -37,11 +37,20 @@
 
 namespace {
 
-// The panel talks to the window manager by X11, on Wayland through its X server.
-void chooseWindowSystem()
-{
-    setenv("QT_QPA_PLATFORM", "xcb", 0);
-}
+// The panel talks to the window manager by X11, on Wayland through its X server. The choice is ours alone: programs that
+// are started from here must not inherit it.
+class WindowSystemChoice {
+public:
+    WindowSystemChoice() { setenv("QT_QPA_PLATFORM", "xcb", 0); }
+    void forget() const
+    {
+        if (m_isOurs)
+            unsetenv("QT_QPA_PLATFORM");
+    }
+
+private:
+    bool m_isOurs = !qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+};
 
 void configure(QApplication& application)
 {
@@ -80,13 +89,14 @@ int main(int argc, char* argv[])
 {
     using namespace Quillory;
 
-    chooseWindowSystem();
+    WindowSystemChoice const choice;
     // A sentence instead of the toolkit's own end, which is an abort.
     if (auto const probe = X11Connection::open(); !probe)
         return fail(probe.error());
     TerminationSignals::block(); // before anything starts a thread
     auto const startupId = BusApplicationInstance::startupId();
     QApplication application(argc, argv);
+    choice.forget();
     configure(application);
     BusApplicationInstance instance(QDBusConnection::sessionBus(), startupId);
     if (instance.start(wish()) == ApplicationInstance::Role::handedOver)

@@ -61,6 +61,7 @@ void apply(OpenPanelSettings const& settings, QFileDialog& dialog)
         dialog.setDirectory(*settings.directoryURL);
     if (settings.allowedContentType == OpenPanelSettings::ContentType::application)
         restrictToApplications(dialog);
+    dialog.setWindowTitle(settings.prompt);
     dialog.setLabelText(QFileDialog::Accept, settings.prompt);
     addMessage(dialog, settings.message);
 }
