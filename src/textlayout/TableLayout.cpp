@@ -8,6 +8,9 @@ namespace Quillory {
 
 namespace {
 
+constexpr std::size_t cellsOfShortTable = 64;
+constexpr quint32 charactersOfShortTable = 2'048;
+
 // A cell of more paragraphs keeps its flow once made: its heights are too dear to be measured again.
 constexpr qsizetype manyParagraphs = 64;
 
@@ -20,6 +23,12 @@ TableLayout::TableLayout(LayoutContext const& context, TextRange range, double a
     readCells(range);
     measureColumns();
     arrange();
+}
+
+bool TableLayout::isShort() const
+{
+    return m_cells.size() <= cellsOfShortTable
+        && m_cells.back().start - m_cells.front().start <= charactersOfShortTable;
 }
 
 void TableLayout::setAvailableWidth(double width)
@@ -139,7 +148,8 @@ ParagraphEstimate TableLayout::estimateOf(
     if (isOneParagraph)
         return estimatedParagraph(
             m_context, { { range.location, range.length - 1 } }, run, style, contentWidth(cell, *style.block));
-    auto content = makeFlow(cell);
+    auto content = std::make_unique<TextFlow>(
+        m_context, range, contentWidth(cell, *style.block), TextFlow::Tables::asParagraphs);
     ParagraphEstimate const estimate { content->height(), content->isExact() };
     if (content->unitCount() > manyParagraphs)
         keptFlow(static_cast<qsizetype>(row), cell) = std::move(content);
@@ -195,10 +205,18 @@ double TableLayout::contentWidth(std::size_t cell, TableBlock const& block) cons
     return m_columnEdges[column + 1] - m_columnEdges[column] - leftBorder(block) - 2 * block.padding;
 }
 
-std::unique_ptr<TextFlow> TableLayout::makeFlow(std::size_t cell) const
+std::unique_ptr<TextFlow> TableLayout::makeFlow(qsizetype row, std::size_t cell) const
 {
-    return std::make_unique<TextFlow>(
+    auto content = std::make_unique<TextFlow>(
         m_context, cellRange(cell), contentWidth(cell, block(cell)), TextFlow::Tables::asParagraphs);
+    // A height that is known is no estimate any more, and so must be where the lines stand within it.
+    if (m_exact[static_cast<std::size_t>(row)]) {
+        if (content->unitCount() == 1)
+            content->layOut(0, 0);
+        else
+            content->makeSomeExact(QDeadlineTimer(QDeadlineTimer::Forever));
+    }
+    return content;
 }
 
 std::unique_ptr<TextFlow>& TableLayout::keptFlow(qsizetype row, std::size_t cell)
@@ -212,7 +230,7 @@ TextFlow& TableLayout::flow(qsizetype row, std::size_t cell)
 {
     auto& known = keptFlow(row, cell);
     if (!known)
-        known = makeFlow(cell);
+        known = makeFlow(row, cell);
     return *known;
 }
 
@@ -222,7 +240,7 @@ auto TableLayout::withFlow(qsizetype row, std::size_t cell, Work work) const
     auto const known = m_rows.find(row);
     if (known != m_rows.end() && known->second[cell - firstCell(row)])
         return work(*known->second[cell - firstCell(row)]);
-    return work(*makeFlow(cell));
+    return work(*makeFlow(row, cell));
 }
 
 void TableLayout::measureRow(qsizetype row)

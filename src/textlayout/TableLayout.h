@@ -32,6 +32,8 @@ public:
 
     double width() const { return m_columnEdges.back() + (m_isFixed ? 0 : m_border); }
     double height() const { return m_heights.total() + m_rowBorder; }
+    // Laying it out anew costs less than keeping it would.
+    bool isShort() const;
     qsizetype rowCount() const { return m_heights.size(); }
 
     void paint(QPainter& painter, QPointF topLeft, QRectF const& clip);
@@ -68,7 +70,7 @@ private:
     QPointF contentTopLeft(std::size_t cell) const;
     double leftBorder(TableBlock const& block) const;
     double contentWidth(std::size_t cell, TableBlock const& block) const;
-    std::unique_ptr<TextFlow> makeFlow(std::size_t cell) const;
+    std::unique_ptr<TextFlow> makeFlow(qsizetype row, std::size_t cell) const;
     std::unique_ptr<TextFlow>& keptFlow(qsizetype row, std::size_t cell);
     TextFlow& flow(qsizetype row, std::size_t cell);
     template<typename Work>

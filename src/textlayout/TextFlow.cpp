@@ -28,6 +28,7 @@ void TextFlow::setWidth(double width)
         return;
     m_width = width;
     m_lines.clear();
+    m_widestTable = 0;
     estimate(); // tables follow when they are next asked for
 }
 
@@ -139,6 +140,17 @@ TableLayout* TextFlow::tableIfMade(qsizetype unit) const
     return known == m_tableLayouts.end() || known->second->availableWidth() != m_width ? nullptr : known->second.get();
 }
 
+std::shared_ptr<TableLayout const> TextFlow::tableToRead(qsizetype unit) const
+{
+    if (auto const* made = tableIfMade(unit))
+        return { std::shared_ptr<void>(), made };
+    if (!m_exact[static_cast<std::size_t>(unit)])
+        return nullptr;
+    auto layout = std::make_shared<TableLayout>(m_context, unitRange(unit), m_width);
+    layout->makeSomeExact(QDeadlineTimer(QDeadlineTimer::Forever));
+    return layout;
+}
+
 TableLayout& TextFlow::table(qsizetype unit)
 {
     auto& layout = m_tableLayouts[unit];
@@ -148,6 +160,9 @@ TableLayout& TextFlow::table(qsizetype unit)
         layout->setAvailableWidth(m_width);
     else
         layout = std::make_unique<TableLayout>(m_context, unitRange(unit), m_width);
+    if (m_exact[static_cast<std::size_t>(unit)])
+        layout->makeSomeExact(QDeadlineTimer(QDeadlineTimer::Forever));
+    m_widestTable = std::max(m_widestTable, layout->width());
     m_heights.set(unit, layout->height());
     return *layout;
 }
@@ -199,8 +214,16 @@ void TextFlow::layOut(double top, double bottom)
     }
     m_lines.erase(m_lines.begin(), m_lines.lower_bound(first));
     m_lines.erase(m_lines.lower_bound(unit), m_lines.end());
-    for (auto& [position, layout] : m_tableLayouts) {
-        if (position < first || position >= unit)
+    m_firstShown = first;
+    m_behindShown = unit;
+    dropTables();
+}
+
+void TextFlow::dropTables()
+{
+    std::erase_if(m_tableLayouts, [this](auto const& made) { return !isShown(made.first) && made.second->isShort(); });
+    for (auto const& [unit, layout] : m_tableLayouts) {
+        if (!isShown(unit))
             layout->forgetLines();
     }
 }
@@ -217,6 +240,8 @@ bool TextFlow::makeSomeExact(QDeadlineTimer const& deadline)
             setExact(unit, layout.height(), layout.isExact());
             if (more)
                 return true;
+            if (!isShown(unit) && layout.isShort())
+                m_tableLayouts.erase(unit);
         } else {
             setExact(unit, paragraph(unit)->height(), true);
         }
@@ -263,16 +288,6 @@ double TextFlow::positionOf(TextAnchor const& anchor)
     return top + layOutParagraph(unit)->lineHolding(anchor.location).top + anchor.offset;
 }
 
-double TextFlow::usedWidth() const
-{
-    auto used = m_width;
-    for (auto const& [unit, layout] : m_tableLayouts) {
-        if (layout->availableWidth() == m_width)
-            used = std::max(used, layout->width());
-    }
-    return used;
-}
-
 void TextFlow::paint(QPainter& painter, QPointF topLeft, QRectF const& clip)
 {
     if (unitCount() == 0)
@@ -296,7 +311,7 @@ qsizetype TextFlow::characterIndexAt(QPointF point) const
     QPointF const local(point.x(), point.y() - m_heights.top(unit));
     if (!isTable(unit))
         return paragraph(unit)->characterIndexAt(local);
-    auto const* layout = tableIfMade(unit);
+    auto const layout = tableToRead(unit);
     return layout ? layout->characterIndexAt(local) : unitRange(unit).location;
 }
 
@@ -308,7 +323,7 @@ QRectF TextFlow::boundingRect(TextRange range) const
         auto const top = m_heights.top(unit);
         if (!isTable(unit))
             return paragraph(unit)->boundingRect(range).translated(0, top);
-        auto const* layout = tableIfMade(unit);
+        auto const layout = tableToRead(unit);
         return layout ? layout->boundingRect(range).translated(0, top)
                       : QRectF(0, top, m_width, m_heights.height(unit));
     };
@@ -329,7 +344,7 @@ TextRange TextFlow::lineRange(qsizetype location) const
     auto const unit = unitHolding(location);
     if (!isTable(unit))
         return paragraph(unit)->lineRange(location);
-    auto const* layout = tableIfMade(unit);
+    auto const layout = tableToRead(unit);
     return layout ? layout->lineRange(location) : unitRange(unit);
 }
 

@@ -7,6 +7,7 @@
 #include <QDeadlineTimer>
 #include <QRectF>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <vector>
@@ -53,7 +54,7 @@ public:
     double width() const { return m_width; }
     double height() const { return m_heights.total(); }
     // The width of the widest table laid out, which may be more than the flow's; at least the flow's.
-    double usedWidth() const;
+    double usedWidth() const { return std::max(m_width, m_widestTable); }
     qsizetype unitCount() const { return m_heights.size(); }
     qsizetype unitAt(double y) const { return m_heights.indexAt(y); }
     TextRange unitRange(qsizetype unit) const; // with its line feed
@@ -76,10 +77,14 @@ private:
     ParagraphStretch stretch(qsizetype unit) const;
     Paragraph paragraph(qsizetype unit) const;
     TableLayout* tableIfMade(qsizetype unit) const;
+    // The table as laid out, or as it was before it was dropped. Null for one whose height is an estimate yet.
+    std::shared_ptr<TableLayout const> tableToRead(qsizetype unit) const;
     TableLayout& table(qsizetype unit);
     Paragraph keptParagraph(qsizetype unit);
     Paragraph layOutParagraph(qsizetype unit);
     void layOutUnit(qsizetype unit, double top, double bottom);
+    void dropTables();
+    bool isShown(qsizetype unit) const { return unit >= m_firstShown && unit < m_behindShown; }
     void setExact(qsizetype unit, double height, bool exact);
 
     LayoutContext const& m_context;
@@ -91,6 +96,9 @@ private:
     std::vector<bool> m_exact;
     qsizetype m_inexact = 0;
     qsizetype m_nextInexact = 0; // no unit before this one is inexact
+    qsizetype m_firstShown = 0; // by the last layOut()
+    qsizetype m_behindShown = 0;
+    double m_widestTable = 0; // of those laid out at this width
     std::map<qsizetype, Paragraph> m_lines;
     std::map<qsizetype, std::unique_ptr<TableLayout>> m_tableLayouts;
 };

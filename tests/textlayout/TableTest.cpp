@@ -159,5 +159,24 @@ TEST(Table, The_top_line_stays_while_its_other_rows_become_exact)
     EXPECT_EQ(layout.height(), inOrder.height());
 }
 
+TEST(Table, Places_stay_when_lines_whose_heights_are_known_are_laid_out_anew)
+{
+    for (auto const& text : { tableText(longTable(40)), tableText(longTable(8)), columnsText(2, 20) }) {
+        auto atOnce = layoutOf(text, 300);
+        atOnce.layOutVisible(0, 1e6);
+        auto layout = layoutOf(text, 300);
+        makeAllExact(layout);
+        ASSERT_EQ(layout.height(), atOnce.height());
+        for (double y = 0; y < layout.height(); y += 7) {
+            layout.forgetLines();
+            ASSERT_NEAR(layout.positionOf(layout.anchorAt(y)), y, 1e-6);
+        }
+        for (qsizetype position = 0; position < text.length(); position += 11) {
+            layout.forgetLines();
+            ASSERT_EQ(layout.boundingRect(position, 1), atOnce.boundingRect(position, 1)) << position;
+        }
+    }
+}
+
 }
 }
