@@ -57,7 +57,7 @@ public:
 
     QList<Sheet> load(QList<Sheet> const& previous) const
     {
-        return loadLibrary(m_services.files, folder(), previous).value_or(QList<Sheet>());
+        return loadLibrary(m_services.files, m_services.pictures, folder(), previous).value_or(QList<Sheet>());
     }
 
     // `prepare` makes the file system what it is to be before each load.

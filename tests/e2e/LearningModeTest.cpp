@@ -82,6 +82,13 @@ protected:
     QPoint inlineCode() const { return at(static_cast<int>(client.text(*text).indexOf(u"inline"_s)) + 2); }
     AssistiveClient::Object button() const { return client.children(*text).constFirst(); }
 
+    // What the screen shows where a menu of that point opens.
+    QImage below(QPoint point)
+    {
+        auto const place = point - desktop.reader().value().frame.topLeft();
+        return desktop.picture().copy(QRect(place, QSize(80, 20)));
+    }
+
     void chord(ModifierFlags modifiers, std::uint16_t key)
     {
         desktop.keyboard().pressModifiers(modifiers);
@@ -119,8 +126,11 @@ protected:
             { "the menu",
                 [this] {
                     auto const point = inlineCode();
+                    auto const before = below(point);
                     desktop.keyboard().movePointer(point.x(), point.y());
                     desktop.keyboard().clickButton(3);
+                    // The window manager holds the press back for a moment, and keys would overtake it.
+                    EXPECT_TRUE(Desktop::eventually([=, this] { return below(point) != before; }));
                     press(keyUp);
                     press(keyReturn);
                 },
@@ -168,6 +178,8 @@ TEST_F(LearningModeTest, With_the_mode_off_every_road_copies)
         ASSERT_TRUE(road.isUntouched());
         road.take();
         EXPECT_TRUE(Desktop::eventually([&] { return !road.isUntouched(); })) << road.name;
+        // The program looks whether its copy took. Its answer says that it has done so.
+        EXPECT_FALSE(client.text(*text).isEmpty());
     }
 }
 
