@@ -4,6 +4,8 @@
 //
 //   quillory-bench-folder
 
+#include "Measure.h"
+
 #include "library/LibraryLoad.h"
 #include "library/LibraryStore.h"
 #include "platform/linux/files/PosixFileSystem.h"
@@ -12,11 +14,8 @@
 #include "support/FakeLibraryServices.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
-
-#include <malloc.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -48,24 +47,6 @@ void makeFolder(QTemporaryDir const& folder)
             qFatal("can't write %s", qPrintable(file.fileName()));
         file.write(madeSheet(number));
     }
-}
-
-template<typename Function>
-double milliseconds(Function function)
-{
-    QElapsedTimer timer;
-    timer.start();
-    function();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
-
-double residentMegabytes()
-{
-    malloc_trim(0);
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toDouble() * 4096 / 1e6;
 }
 
 struct Held {

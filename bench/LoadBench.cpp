@@ -3,19 +3,18 @@
 //
 //   quillory-bench-load [FOLDER]     without a folder: 1,000 made sheets, 10 MB together
 
+#include "Measure.h"
+
 #include "library/LibraryLoad.h"
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/qt/QtPictureDecoder.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <cmark-gfm-core-extensions.h>
 #include <cmark-gfm.h>
-
-#include <malloc.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -33,12 +32,8 @@ template<typename Function>
 double medianMilliseconds(Function function)
 {
     std::vector<double> times;
-    for (int repetition = 0; repetition < repetitions; ++repetition) {
-        QElapsedTimer timer;
-        timer.start();
-        function();
-        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
-    }
+    for (int repetition = 0; repetition < repetitions; ++repetition)
+        times.push_back(milliseconds(function));
     std::ranges::sort(times);
     return (times[repetitions / 2 - 1] + times[repetitions / 2]) / 2;
 }
@@ -101,15 +96,6 @@ void parseBare(QByteArray const& text)
     auto* const root = cmark_parser_finish(parser);
     cmark_parser_free(parser);
     cmark_node_free(root);
-}
-
-double residentMegabytes()
-{
-    malloc_trim(0);
-    QFile file(QStringLiteral("/proc/self/statm"));
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    return file.readAll().split(' ').value(1).toDouble() * 4096 / 1e6;
 }
 
 void report(QString const& folder)

@@ -4,11 +4,12 @@
 //
 //   quillory-bench-pictures
 
+#include "Measure.h"
+
 #include "library/LibraryLoad.h"
 #include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/qt/QtPictureDecoder.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
@@ -80,15 +81,6 @@ double megabytesOf(char const* entry)
             return line.simplified().split(' ').value(1).toDouble() * 1024 / 1e6;
     }
     return 0;
-}
-
-template<typename Function>
-double milliseconds(Function function)
-{
-    QElapsedTimer timer;
-    timer.start();
-    function();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
 }
 
 // What the decoder itself needs, file by file.

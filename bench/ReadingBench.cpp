@@ -4,13 +4,13 @@
 //
 //   quillory-bench-reading [WORD...]     only the measures whose names hold one of the words
 
+#include "Measure.h"
 #include "SampleSheets.h"
 #include "reader/NativeReader.h"
 #include "rendering/MarkdownRenderer.h"
 #include "support/FakeLibraryServices.h"
 
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QScrollBar>
 #include <QTextBrowser>
 #include <QTextDocument>
@@ -28,15 +28,6 @@ using namespace Qt::StringLiterals;
 
 constexpr QSize window { 880, 640 };
 constexpr qsizetype largestStockSheet = 500 * 1024;
-
-template<typename Work>
-double millisecondsOf(Work work)
-{
-    QElapsedTimer timer;
-    timer.start();
-    work();
-    return static_cast<double>(timer.nsecsElapsed()) / 1e6;
-}
 
 double median(std::vector<double> values)
 {
@@ -79,7 +70,7 @@ public:
     template<typename Work>
     double frame(Work work)
     {
-        return millisecondsOf([&] {
+        return milliseconds([&] {
             work();
             view().repaint();
         });
@@ -90,7 +81,7 @@ public:
     {
         std::vector<double> turns { 0 };
         while (!view().isSettled())
-            turns.push_back(millisecondsOf([] { QCoreApplication::processEvents(); }));
+            turns.push_back(milliseconds([] { QCoreApplication::processEvents(); }));
         return turns;
     }
 
@@ -107,7 +98,7 @@ double stockFirstFrame(QByteArray const& source)
     browser.show();
     QCoreApplication::processEvents();
     auto* const document = new QTextDocument(&browser);
-    return millisecondsOf([&] {
+    return milliseconds([&] {
         document->setMarkdown(QString::fromUtf8(source));
         browser.setDocument(document);
         browser.viewport()->repaint();
@@ -123,7 +114,7 @@ void firstFrames()
             Reader reader;
             reader.show(markdownSheet("# Other\n\nA sheet before.", u"other"_s));
             // Parsing is the library's work and done before; the stock view parses as it shows.
-            auto const parsing = millisecondsOf([&] { ParsedMarkdown::parsingUtf8(source); });
+            auto const parsing = milliseconds([&] { ParsedMarkdown::parsingUtf8(source); });
             auto const sheet = markdownSheet(source, u"sheet"_s);
             first.push_back(parsing + reader.show(sheet));
             reader.settle();
@@ -167,7 +158,7 @@ void shown(char const* name, Sheet const& sheet)
     Reader reader;
     auto const rendering = sheet.shortcuts
         ? 0
-        : millisecondsOf([&] { MarkdownRenderer::render(*sheet.parsed, sheet.title, {}, 16); });
+        : milliseconds([&] { MarkdownRenderer::render(*sheet.parsed, sheet.title, {}, 16); });
     auto const first = reader.show(sheet);
     std::printf("%s: first frame %6.2f, of which rendering takes %6.2f\n", name, first, rendering);
     readThrough("  pages before all heights are known", reader);
