@@ -110,10 +110,12 @@ std::optional<Sheet> loadSheet(
     OpenFolder const& folder, SheetPictures& pictures, QByteArray const& name, Sheet const* previous)
 {
     auto const [id, isUtf8] = FileName::fromBytes(name);
+    auto const readAll = [&] { return folder.read(name, sheetSizeLimit + 1); };
+    std::optional<decltype(readAll())> early;
     if (previous && isUtf8) {
         // Nearly every file of a reload is as it was, and what can be read needs no look before it.
-        auto const read = folder.read(name, sheetSizeLimit + 1);
-        if (auto sheet = read && *read ? reused(previous, **read, pictures) : std::nullopt)
+        early = readAll();
+        if (auto sheet = *early && **early ? reused(previous, ***early, pictures) : std::nullopt)
             return sheet;
     }
     auto const status = folder.status(name);
@@ -127,7 +129,7 @@ std::optional<Sheet> loadSheet(
     if (status->size > sheetSizeLimit)
         return errorSheet(id, description(LibraryError::tooLarge));
 
-    auto const read = folder.read(name, sheetSizeLimit + 1);
+    auto const read = early ? *std::move(early) : readAll();
     if (!read)
         return errorSheet(id, read.error().localizedDescription());
     if (!*read)
@@ -135,8 +137,6 @@ std::optional<Sheet> loadSheet(
     auto const& bytes = **read;
     if (bytes.size() > sheetSizeLimit)
         return errorSheet(id, description(LibraryError::tooLarge));
-    if (auto sheet = reused(previous, bytes, pictures))
-        return sheet;
     auto text = decodeStrictUtf8(bytes);
     if (!text)
         return errorSheet(id, description(LibraryError::encoding));
