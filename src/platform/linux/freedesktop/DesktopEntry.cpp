@@ -12,6 +12,8 @@ using Values = QHash<QString, QString>;
 // The escapes that every text of such a file may have.
 QString unescaped(QStringView text)
 {
+    constexpr QStringView names = u"sntr\\";
+    constexpr QStringView meanings = u" \n\t\r\\";
     QString result;
     for (qsizetype index = 0; index < text.size(); ++index) {
         if (text[index] != u'\\' || index + 1 == text.size()) {
@@ -19,26 +21,10 @@ QString unescaped(QStringView text)
             continue;
         }
         auto const escaped = text[++index];
-        switch (escaped.unicode()) {
-        case u's':
-            result += u' ';
-            break;
-        case u'n':
-            result += u'\n';
-            break;
-        case u't':
-            result += u'\t';
-            break;
-        case u'r':
-            result += u'\r';
-            break;
-        case u'\\':
-            result += u'\\';
-            break;
-        default:
-            result += u'\\';
-            result += escaped;
-        }
+        if (auto const known = names.indexOf(escaped); known >= 0)
+            result += meanings[known];
+        else
+            result.append(u'\\').append(escaped);
     }
     return result;
 }
