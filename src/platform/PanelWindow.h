@@ -28,7 +28,8 @@ public:
     virtual void setLevel(WindowLevel level) = 0;
     virtual void setCollectionBehavior(CollectionBehavior behavior) = 0;
 
-    // To be called right before the window is shown, and right after.
+    // To be called right before the window is shown, and as soon as it stands on the screen. Until then nothing of it is
+    // changed that would hold its first picture up.
     virtual void willShow() = 0;
     virtual void didShow() = 0;
     virtual void didHide() = 0;

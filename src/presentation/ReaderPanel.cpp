@@ -14,6 +14,13 @@
 
 namespace Quillory {
 
+namespace {
+
+// How long the window system may take over the first picture before the panel goes on without it.
+constexpr std::chrono::milliseconds longestUntilExposed { 200 };
+
+}
+
 ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
     , m_store(store)
@@ -48,8 +55,12 @@ void ReaderPanel::show(PanelPresence presence)
     applyPeekLevel(presence);
     m_services.workspace.prepareToShow(winId());
     m_window->willShow();
+    bool const wasVisible = isVisible();
     QWidget::show();
-    m_window->didShow();
+    if (wasVisible)
+        m_window->didShow();
+    else
+        m_levelTask = m_services.executor.after(longestUntilExposed, [this] { tellLevel(); });
     makeKeyAndOrderFront();
     focusReader();
     m_isJustShown = true;
@@ -67,6 +78,13 @@ void ReaderPanel::takeFrame()
         return;
     m_restoringPanelFrame.begin(frame);
     setGeometry(frame);
+}
+
+void ReaderPanel::didComeUp()
+{
+    m_restoringPanelFrame.frameIs(geometry(), true);
+    if (isVisible() && !m_isLevelTold)
+        m_levelTask = m_services.executor.post([this] { tellLevel(); });
 }
 
 // A panel that is up when its screen goes follows to another one, which is not the user's wish.
@@ -108,9 +126,12 @@ void ReaderPanel::orderOut()
 void ReaderPanel::hidePanel()
 {
     m_focusTask.end();
+    m_levelTask.end();
     m_isJustShown = false;
+    m_isLevelTold = false;
     hide();
     m_window->didHide();
+    takeLevel();
 }
 
 void ReaderPanel::savePanelFrame()
@@ -133,8 +154,28 @@ void ReaderPanel::focusReader()
 
 void ReaderPanel::applyPeekLevel(PanelPresence presence)
 {
-    m_window->setLevel(levelOf(presence));
-    m_window->setCollectionBehavior(collectionBehaviorOf(presence));
+    m_presence = presence;
+    if (!isVisible())
+        takeLevel();
+    else if (presence == PanelPresence::peek && m_isLevelTold)
+        tellLevel();
+    else if (m_isLevelTold)
+        m_levelTask = m_services.executor.post([this] { tellLevel(); });
+}
+
+void ReaderPanel::takeLevel()
+{
+    m_window->setLevel(levelOf(m_presence));
+    m_window->setCollectionBehavior(collectionBehaviorOf(m_presence));
+}
+
+// Window managers take their time over it, and neither the picture of a panel that comes nor the focus of the one that
+// goes should wait for that.
+void ReaderPanel::tellLevel()
+{
+    takeLevel();
+    if (!std::exchange(m_isLevelTold, true))
+        m_window->didShow();
 }
 
 void ReaderPanel::dismissTooltips()
@@ -179,8 +220,8 @@ void ReaderPanel::keyPressEvent(QKeyEvent* event)
 bool ReaderPanel::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == windowHandle()) {
-        if (event->type() == QEvent::Expose)
-            m_restoringPanelFrame.frameIs(geometry(), windowHandle()->isExposed());
+        if (event->type() == QEvent::Expose && windowHandle()->isExposed())
+            didComeUp();
         return false;
     }
     if (event->type() == QEvent::MouseButtonPress && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {

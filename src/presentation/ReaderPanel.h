@@ -62,6 +62,9 @@ private:
     void takeFrame();
     std::optional<QRectF> visibleFrame() const;
     void comeOnScreen();
+    void didComeUp();
+    void takeLevel();
+    void tellLevel();
     void hidePanel();
 
     LibraryStore& m_store;
@@ -70,8 +73,11 @@ private:
     std::unique_ptr<PanelWindow> m_window;
     PanelFrameGuard m_restoringPanelFrame;
     Registration m_focusTask;
+    Registration m_levelTask;
     Registration m_screenChanges;
     QPropertyNotifier m_filePanels;
+    PanelPresence m_presence = PanelPresence::resident;
+    bool m_isLevelTold = false; // to the window manager, since it has come up
     bool m_isPlaced = false;
     bool m_isJustShown = false; // in this turn, with nothing left to do for its place at the front
 };

@@ -76,16 +76,28 @@ TEST_F(ReaderPanelTest, It_stands_where_it_was_stored_and_only_the_user_changes_
     EXPECT_EQ(panel.geometry(), QRect(2000, 40, 880, 640)) << "the default size where it stood last";
 }
 
-TEST_F(ReaderPanelTest, The_window_manager_is_told_before_and_after)
+TEST_F(ReaderPanelTest, What_the_window_manager_has_to_do_holds_up_neither_the_first_picture_nor_the_end)
 {
-    show(PanelPresence::peek);
+    panel.show(PanelPresence::peek);
+    EXPECT_THAT(window->calls, ElementsAre(u"willShow"_s));
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+    services.executor.runPosted();
     EXPECT_TRUE(window->isAbove() && window->isEverywhere());
     panel.applyPeekLevel(PanelPresence::resident);
-    EXPECT_FALSE(window->isAbove() || window->isEverywhere());
     panel.orderOut();
-    EXPECT_THAT(window->calls, ElementsAre(u"willShow"_s, u"didShow"_s, u"didHide"_s));
+    services.executor.runPosted();
+    EXPECT_THAT(window->calls, ElementsAre(u"willShow"_s, u"didShow"_s, u"didHide"_s)) << "no level while it is up";
     EXPECT_EQ(services.workspace.preparations.size(), 1U);
     EXPECT_EQ(services.workspace.ownActivations.size(), 1U);
+
+    panel.show(PanelPresence::resident);
+    services.executor.advance(std::chrono::seconds(1)); // a window system that shows no picture
+    EXPECT_FALSE(window->isAbove());
+    panel.applyPeekLevel(PanelPresence::peek);
+    EXPECT_TRUE(window->isAbove() && window->isEverywhere()) << "a peek at once";
+    panel.applyPeekLevel(PanelPresence::resident);
+    services.executor.runPosted();
+    EXPECT_FALSE(window->isAbove() || window->isEverywhere());
 }
 
 TEST_F(ReaderPanelTest, A_close_is_told_once_and_while_it_is_still_up)

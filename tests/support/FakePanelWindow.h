@@ -4,12 +4,18 @@
 
 #include <QStringList>
 
+#include <utility>
+
 namespace Quillory {
 
 // A window manager's view of a window, and what was asked for it.
 class FakePanelWindow final : public PanelWindow {
 public:
-    void setLevel(WindowLevel asked) override { level = asked; }
+    void setLevel(WindowLevel asked) override
+    {
+        if (std::exchange(level, asked) != asked && isShown)
+            calls.append(QStringLiteral("setLevel"));
+    }
     void setCollectionBehavior(CollectionBehavior asked) override { behavior = asked; }
     void willShow() override { calls.append(QStringLiteral("willShow")); }
     void didShow() override

@@ -2,9 +2,11 @@
 
 #include "platform/linux/x11/X11Connection.h"
 
+#include <poll.h>
 #include <sys/ipc.h>
 #include <sys/shm.h>
 
+#include <xcb/damage.h>
 #include <xcb/shm.h>
 
 namespace Quillory {
@@ -23,7 +25,7 @@ bool hasWholePixels(xcb_connection_t* connection, std::uint8_t depth)
 
 }
 
-std::expected<std::unique_ptr<ScreenCapture>, QString> ScreenCapture::open()
+std::expected<std::unique_ptr<ScreenCapture>, QString> ScreenCapture::open(Notices notices)
 {
     auto* connection = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(connection)) {
@@ -36,6 +38,8 @@ std::expected<std::unique_ptr<ScreenCapture>, QString> ScreenCapture::open()
         return std::unexpected(QStringLiteral("The screen does not have 32 bits for each pixel."));
     if (!capture->shareMemory())
         return std::unexpected(QStringLiteral("The X server shares no memory with this program."));
+    if (notices == Notices::ofDrawing && !capture->followDrawing())
+        return std::unexpected(QStringLiteral("The X server doesn't tell what is drawn."));
     return capture;
 }
 
@@ -71,6 +75,36 @@ bool ScreenCapture::shareMemory()
         return false;
     m_memory = memory;
     return isAttached;
+}
+
+bool ScreenCapture::followDrawing()
+{
+    auto const* extension = xcb_get_extension_data(m_connection, &xcb_damage_id);
+    if (!extension || !extension->present)
+        return false;
+    XcbOwned<xcb_damage_query_version_reply_t> const version(
+        xcb_damage_query_version_reply(m_connection, xcb_damage_query_version(m_connection, 1, 1), nullptr));
+    auto const request = xcb_damage_create_checked(
+        m_connection, xcb_generate_id(m_connection), m_screen->root, XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
+    return version && !XcbOwned<xcb_generic_error_t>(xcb_request_check(m_connection, request));
+}
+
+bool ScreenCapture::waitForDrawing(std::chrono::milliseconds timeout)
+{
+    if (takeNotices())
+        return true;
+    pollfd socket { xcb_get_file_descriptor(m_connection), POLLIN, 0 };
+    poll(&socket, 1, static_cast<int>(timeout.count()));
+    return takeNotices();
+}
+
+// All that are here: they are the only events that this connection gets.
+bool ScreenCapture::takeNotices()
+{
+    bool wasAny = false;
+    while (XcbOwned<xcb_generic_event_t> event { xcb_poll_for_event(m_connection) })
+        wasAny = true;
+    return wasAny;
 }
 
 QRect ScreenCapture::screen() const

@@ -6,6 +6,7 @@
 
 #include <xcb/xcb.h>
 
+#include <chrono>
 #include <cstdint>
 #include <expected>
 #include <memory>
@@ -17,7 +18,10 @@ namespace Quillory {
 // under a millisecond. Needs a screen with 32 bits for each pixel.
 class ScreenCapture {
 public:
-    static std::expected<std::unique_ptr<ScreenCapture>, QString> open();
+    enum class Notices { none, ofDrawing };
+
+    // `waitForDrawing` needs notices of it.
+    static std::expected<std::unique_ptr<ScreenCapture>, QString> open(Notices notices = Notices::none);
     ~ScreenCapture();
     ScreenCapture(ScreenCapture const&) = delete;
     ScreenCapture& operator=(ScreenCapture const&) = delete;
@@ -28,12 +32,18 @@ public:
     // next call. Empty when the server is gone.
     std::span<std::uint32_t const> pixels(QRect const& area);
 
+    // Waits until something was drawn on the screen since the last call, no longer than `timeout`. Nothing is asked of
+    // the server meanwhile, so that the wait doesn't hold up what it waits for. False too when the server is gone.
+    bool waitForDrawing(std::chrono::milliseconds timeout);
+
     // A copy that stands by itself. Null when the server is gone.
     QImage picture(QRect const& area);
 
 private:
     ScreenCapture(xcb_connection_t* connection, xcb_screen_t const* screen);
     bool shareMemory();
+    bool followDrawing();
+    bool takeNotices();
 
     xcb_connection_t* m_connection;
     xcb_screen_t const* m_screen;

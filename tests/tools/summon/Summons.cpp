@@ -18,6 +18,9 @@ constexpr auto still = 150ms;
 constexpr auto betweenSamples = 300us;
 constexpr auto betweenProbes = 1ms;
 
+// How long a look waits for something to be drawn before it asks whether all has been.
+constexpr auto betweenLooks = 10ms;
+
 }
 
 std::expected<std::unique_ptr<Summons>, QString> Summons::open(Call const& call, std::chrono::seconds timeout)
@@ -25,7 +28,7 @@ std::expected<std::unique_ptr<Summons>, QString> Summons::open(Call const& call,
     auto connection = X11Connection::open();
     if (!connection)
         return std::unexpected(connection.error());
-    auto capture = ScreenCapture::open();
+    auto capture = ScreenCapture::open(ScreenCapture::Notices::ofDrawing);
     if (!capture)
         return std::unexpected(capture.error());
     auto keyboard = SyntheticKeyboard::open();
@@ -112,15 +115,21 @@ std::expected<Summons::Shown, QString> Summons::show(std::optional<QRect> known)
     std::optional<Clock::time_point> first;
     auto last = struck;
     while (Clock::now() < deadline) {
+        bool const wasKnown = watched.has_value();
+        bool const isDrawn = m_capture->waitForDrawing(betweenLooks);
+        auto const now = Clock::now();
         if (!watched) {
             reader = m_desktop.reader();
             if (reader)
                 watched = area(*reader);
-        } else if (update(*watched)) {
-            last = Clock::now();
+        }
+        if (!watched)
+            continue;
+        if ((isDrawn || !wasKnown) && update(*watched)) {
+            last = now;
             // Where the area was not known before, the first look at it is no change.
             first = first.value_or(last);
-        } else if (last != struck && Clock::now() - last >= still) {
+        } else if (last != struck && now - last >= still) {
             reader = m_desktop.reader();
             if (whatIsMissing(reader).isEmpty()) {
                 if (area(*reader) == *watched)
@@ -128,7 +137,6 @@ std::expected<Summons::Shown, QString> Summons::show(std::optional<QRect> known)
                 return std::unexpected(QStringLiteral("The reader came up elsewhere than the time before."));
             }
         }
-        std::this_thread::sleep_for(betweenSamples); // between two looks
     }
     reader = m_desktop.reader();
     auto const missing = whatIsMissing(reader);
@@ -190,13 +198,13 @@ bool Summons::update(QRect const& area)
 bool Summons::becomesStill(QRect const& area)
 {
     auto const deadline = Clock::now() + m_timeout;
+    update(area);
     auto last = Clock::now();
     while (Clock::now() < deadline) {
-        if (update(area))
+        if (m_capture->waitForDrawing(betweenLooks) && update(area))
             last = Clock::now();
         else if (Clock::now() - last >= still)
             return true;
-        std::this_thread::sleep_for(betweenSamples); // between two looks
     }
     return false;
 }
