@@ -1,6 +1,6 @@
 // From a file's save to the list that is applied, in a library of made sheets, over the real store, files, events and
-// clock: the latency of the events, the pause before the load, and the work, which is held against reading the files.
-// Medians, warm cache.
+// clock: the latency of the events, the pause before the load, and the work, which is held against reading the files in
+// one thread as a first load does: a look at each, its opening, its bytes. Medians, warm cache.
 //
 //   quillory-bench-follow [SHEETS] [REPETITIONS]     1,000 sheets of 10 KB and 15 saves unless told otherwise
 
@@ -80,7 +80,7 @@ double median(std::vector<double> values)
     return values.empty() ? 0 : values[values.size() / 2];
 }
 
-// As a load reads them: every sheet, in the order of a listing, and nothing made of them.
+// As a first load reads them: every sheet, in the order of a listing, and nothing made of them.
 void readFiles(QString const& folder)
 {
     auto const open = PosixFileSystem().openFolder(folder).value();

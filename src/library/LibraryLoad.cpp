@@ -9,6 +9,8 @@
 #include <QHash>
 
 #include <algorithm>
+#include <atomic>
+#include <future>
 #include <vector>
 
 namespace Quillory {
@@ -19,6 +21,8 @@ struct Entry {
     QByteArray bytes;
     QString name;
     QString lowered;
+    Sheet const* previous = nullptr;
+    bool isUnchanged = false; // its bytes are the text of the previous sheet
 };
 
 bool isStructuredName(QStringView lowered)
@@ -40,14 +44,20 @@ bool comesBefore(Entry const& a, Entry const& b)
     return a.bytes < b.bytes; // canonically equal names can stand side by side
 }
 
-std::vector<Entry> sheetEntries(std::vector<QByteArray> const& names)
+std::vector<Entry> sheetEntries(std::vector<QByteArray> const& names, QList<Sheet> const& previous)
 {
+    QHash<QString, Sheet const*> known;
+    for (auto const& sheet : previous) {
+        if (sheet.parsed || sheet.shortcuts)
+            known.insert(sheet.id, &sheet);
+    }
     std::vector<Entry> entries;
+    entries.reserve(names.size());
     for (auto const& bytes : names) {
-        auto const name = FileName::fromBytes(bytes).text;
+        auto const [name, isUtf8] = FileName::fromBytes(bytes);
         auto const lowered = name.toLower();
         if (isSheetName(lowered))
-            entries.push_back({ bytes, name, lowered });
+            entries.push_back({ bytes, name, lowered, isUtf8 ? known.value(name) : nullptr });
     }
     std::ranges::sort(entries, comesBefore);
     return entries;
@@ -80,13 +90,11 @@ Sheet markdownSheet(QString const& id, QString const& text, QByteArray const& by
     return { .id = id, .title = title, .source = text, .parsed = std::move(parsed), .images = std::move(images) };
 }
 
-// The sheet that was made of the same text before, if there was one: also behind the error of a later read. The files
-// that it refers to may have changed all the same.
-std::optional<Sheet> reused(Sheet const* previous, QByteArray const& bytes, SheetPictures& pictures)
+// The sheet that was made of the same text before, also behind the error of a later read. The files that it refers to
+// may have changed all the same.
+Sheet reused(Sheet const& previous, SheetPictures& pictures)
 {
-    if (!previous || !(previous->parsed || previous->shortcuts) || !isStrictUtf8Of(bytes, previous->source))
-        return std::nullopt;
-    auto sheet = *previous;
+    auto sheet = previous;
     sheet.error.reset();
     if (sheet.parsed) {
         sheet.images = pictures.prepareMarkdownImages(*sheet.parsed);
@@ -98,6 +106,34 @@ std::optional<Sheet> reused(Sheet const* previous, QByteArray const& bytes, Shee
     return sheet;
 }
 
+bool isUnchanged(OpenFolder const& folder, Entry const& entry)
+{
+    if (!entry.previous)
+        return false;
+    // No look before it: what is no regular file any more is not read either.
+    auto const bytes = folder.read(entry.bytes, sheetSizeLimit + 1);
+    return bytes && *bytes && isStrictUtf8Of(**bytes, entry.previous->source);
+}
+
+// Nearly every file of a reload is as it was, so that reading them is most of its cost: two threads share it.
+void findUnchanged(OpenFolder const& folder, std::vector<Entry>& entries)
+{
+    constexpr std::size_t batch = 16; // files
+    std::atomic<std::size_t> next = 0;
+    auto const look = [&] {
+        for (auto start = next.fetch_add(batch); start < entries.size(); start = next.fetch_add(batch)) {
+            for (auto index = start; index < std::min(start + batch, entries.size()); ++index)
+                entries[index].isUnchanged = isUnchanged(folder, entries[index]);
+        }
+    };
+    // Where no thread can be had the second look is deferred, and finds nothing left to do.
+    constexpr auto inAnyWay = std::launch::async | std::launch::deferred;
+    auto const second = entries.size() > batch ? std::async(inAnyWay, look) : std::future<void>();
+    look();
+    if (second.valid())
+        second.wait();
+}
+
 Sheet sheetOfText(QString const& id, QString const& text, QByteArray const& bytes, SheetPictures& pictures)
 {
     return isStructuredName(id.toLower()) ? structuredSheet(id, text, bytes, pictures)
@@ -106,18 +142,9 @@ Sheet sheetOfText(QString const& id, QString const& text, QByteArray const& byte
 
 }
 
-std::optional<Sheet> loadSheet(
-    OpenFolder const& folder, SheetPictures& pictures, QByteArray const& name, Sheet const* previous)
+std::optional<Sheet> loadSheet(OpenFolder const& folder, SheetPictures& pictures, QByteArray const& name)
 {
     auto const [id, isUtf8] = FileName::fromBytes(name);
-    auto const readAll = [&] { return folder.read(name, sheetSizeLimit + 1); };
-    std::optional<decltype(readAll())> early;
-    if (previous && isUtf8) {
-        // Nearly every file of a reload is as it was, and what can be read needs no look before it.
-        early = readAll();
-        if (auto sheet = *early && **early ? reused(previous, ***early, pictures) : std::nullopt)
-            return sheet;
-    }
     auto const status = folder.status(name);
     if (!status)
         return errorSheet(id, status.error().localizedDescription());
@@ -129,7 +156,7 @@ std::optional<Sheet> loadSheet(
     if (status->size > sheetSizeLimit)
         return errorSheet(id, description(LibraryError::tooLarge));
 
-    auto const read = early ? *std::move(early) : readAll();
+    auto const read = folder.read(name, sheetSizeLimit + 1);
     if (!read)
         return errorSheet(id, read.error().localizedDescription());
     if (!*read)
@@ -153,15 +180,16 @@ std::expected<QList<Sheet>, SystemError> loadLibrary(
     auto const names = (*open)->names();
     if (!names)
         return std::unexpected(names.error());
-
-    QHash<QString, Sheet const*> known;
-    for (auto const& sheet : previous)
-        known.insert(sheet.id, &sheet);
+    auto entries = sheetEntries(*names, previous);
+    findUnchanged(**open, entries);
 
     SheetPictures pictures(**open, decoder, previous);
     QList<Sheet> sheets;
-    for (auto const& entry : sheetEntries(*names)) {
-        if (auto sheet = loadSheet(**open, pictures, entry.bytes, known.value(entry.name)))
+    sheets.reserve(static_cast<qsizetype>(entries.size()));
+    for (auto const& entry : entries) {
+        if (entry.isUnchanged)
+            sheets.append(reused(*entry.previous, pictures));
+        else if (auto sheet = loadSheet(**open, pictures, entry.bytes))
             sheets.append(*std::move(sheet));
     }
     return sheets;

@@ -24,7 +24,6 @@ std::expected<QList<Sheet>, SystemError> loadLibrary(
     FileSystem const& files, PictureDecoder const& decoder, QString const& folder, QList<Sheet> const& previous = {});
 
 // One entry of a folder. Absent for what is no regular file.
-std::optional<Sheet> loadSheet(
-    OpenFolder const& folder, SheetPictures& pictures, QByteArray const& name, Sheet const* previous = nullptr);
+std::optional<Sheet> loadSheet(OpenFolder const& folder, SheetPictures& pictures, QByteArray const& name);
 
 }

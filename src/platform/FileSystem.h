@@ -15,7 +15,7 @@
 namespace Quillory {
 
 // One folder, held open: what is read through it stays in that folder even when paths change meanwhile.
-// Names are the bytes that the file system has. Usable from one thread at a time, whichever.
+// Names are the bytes that the file system has. Usable from one thread at a time, whichever; `read` from many at once.
 class OpenFolder {
 public:
     struct EntryStatus {

@@ -13,7 +13,8 @@ std::expected<QByteArray, SystemError> readDescriptor(int descriptor, qint64 exp
     // One byte more than expected, so that the end of the file shows without growing the buffer.
     QByteArray bytes(std::min(std::max<qint64>(expectedSize, 0), limit - 1) + 1, Qt::Uninitialized);
     qint64 count = 0;
-    while (count < limit) {
+    bool isAtEnd = false;
+    while (count < limit && !isAtEnd) {
         if (count == bytes.size())
             bytes.resize(std::min(std::max<qint64>(2 * count, 4096), limit));
         auto const got = read(descriptor, bytes.data() + count, static_cast<std::size_t>(bytes.size() - count));
@@ -21,9 +22,9 @@ std::expected<QByteArray, SystemError> readDescriptor(int descriptor, qint64 exp
             continue;
         if (got < 0)
             return std::unexpected(SystemError::last());
-        if (got == 0)
-            break;
         count += got;
+        // Less than asked for, and as much as expected: the file ends here, and need not be asked again.
+        isAtEnd = got == 0 || (count == expectedSize && count < bytes.size());
     }
     bytes.resize(count);
     return bytes;
