@@ -251,22 +251,6 @@ TEST_F(StarterInstallationTest, One_that_is_overtaken_keeps_its_files_and_shows_
     EXPECT_EQ(
         message(), u"Installed brave.quillory.json\nMissing or invalid bundled icon: ../x.png\nInstalled a.png"_s);
     EXPECT_FALSE(store.busy.value());
-
-    files.setInstallHook(nullptr);
-    store.installStarters({ u"vim"_s });
-    executor.runWork();
-    store.connect(u"/other"_s);
-    EXPECT_FALSE(executor.finishWork());
-    EXPECT_EQ(message(), u"(none)"_s);
-    EXPECT_TRUE(files.entry(library, "vim.md"));
-}
-
-TEST_F(StarterInstallationTest, Without_a_folder_nothing_is_installed)
-{
-    LibraryStore other(services(), LibraryStore::RestoreFolder::no);
-    other.installStarters({ u"git"_s });
-    EXPECT_FALSE(other.busy.value());
-    EXPECT_EQ(executor.queuedWork(), 0U);
 }
 
 TEST(StarterSheets, Each_has_its_target_its_label_and_whether_it_starts_selected)

@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 
-#include <cerrno>
 #include <memory>
 
 namespace Quillory {
@@ -55,8 +54,6 @@ protected:
         return all;
     }
 
-    std::optional<QString> lastSheet() const { return defaults.get<QString>(u"lastSheet"_s); }
-
     FakeLibraryServices services;
     MemoryUserDefaults& defaults = services.defaults;
     FakeFolderBookmarks& bookmarks = services.bookmarks;
@@ -84,26 +81,6 @@ TEST_F(LibraryStoreTest, A_restored_folder_loads_with_the_last_sheet_selected)
     start(LibraryStore::RestoreFolder::yes);
     EXPECT_EQ(store->folder.value(), std::nullopt);
     EXPECT_EQ(store->message.value(), u"Folder access needs to be restored. Choose the folder again."_s);
-}
-
-TEST_F(LibraryStoreTest, The_selection_moves_to_the_first_sheet_when_its_own_is_gone)
-{
-    connect();
-    EXPECT_EQ(lastSheet(), u"a.md"_s);
-    store->select(u"b.md"_s);
-    EXPECT_EQ(lastSheet(), u"b.md"_s);
-
-    files.remove(folder, "b.md");
-    saveAndFollow("c.md", "# C");
-    EXPECT_EQ(store->selectedID.value(), u"a.md"_s);
-    EXPECT_EQ(lastSheet(), u"a.md"_s);
-
-    files.remove(folder, "a.md");
-    files.remove(folder, "c.md");
-    store->refresh();
-    executor.settle();
-    EXPECT_EQ(store->selectedID.value(), std::nullopt);
-    EXPECT_EQ(lastSheet(), std::nullopt);
 }
 
 TEST_F(LibraryStoreTest, The_adjacent_sheet_is_never_past_an_end)
@@ -160,90 +137,17 @@ TEST_F(LibraryStoreTest, Observers_are_told_of_real_changes_only)
     EXPECT_EQ(sheetChanges, 1);
 }
 
-TEST_F(LibraryStoreTest, A_burst_of_events_costs_one_load)
+TEST_F(LibraryStoreTest, A_change_of_folder_forgets_the_positions_and_takes_nothing_of_the_old_one)
 {
     connect();
-    auto const before = files.opens(folder);
-    for (int event = 0; event < 10; ++event) {
-        events.fire(folder);
-        executor.advance(10ms);
-    }
-    executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
-    executor.settle();
-    EXPECT_EQ(files.opens(folder), before + 1);
-    EXPECT_EQ(events.latency(), LibraryWatcher::latency);
-}
-
-TEST_F(LibraryStoreTest, A_load_that_was_overtaken_is_dropped_and_stays_busy_until_the_other_ends)
-{
-    connect();
-    store->refresh();
-    executor.runPosted();
-    ASSERT_TRUE(executor.runWork()); // it has read the old text
-    files.write(folder, "a.md", "# New");
-    store->refresh();
-    executor.runPosted();
-    EXPECT_FALSE(executor.finishWork());
-    EXPECT_TRUE(store->busy);
-    EXPECT_EQ(titles()[0], u"A"_s);
-    executor.settle();
-    EXPECT_FALSE(store->busy);
-    EXPECT_EQ(titles()[0], u"New"_s);
-}
-
-TEST_F(LibraryStoreTest, A_change_of_folder_empties_the_list_and_drops_what_the_old_one_owes)
-{
-    connect();
-    QString const other = u"/other"_s;
-    files.write(other, "z.md", "# Z");
     store->scrollPositions.insert(u"a.md"_s, { 0, 5 });
-    store->refresh();
-    executor.runPosted();
-    ASSERT_TRUE(executor.runWork());
-    store->connect(other);
-    EXPECT_TRUE(store->sheets.value().isEmpty());
+    files.write(u"/other"_s, "z.md", "# Z");
+    store->connect(u"/other"_s);
     EXPECT_TRUE(store->scrollPositions.isEmpty());
-    EXPECT_EQ(store->generation.value(), 2);
-    EXPECT_THAT(events.watchedFolders(), ElementsAre(other));
-    EXPECT_EQ(store->selectedID.value(), u"a.md"_s);
+    EXPECT_THAT(events.watchedFolders(), ElementsAre(u"/other"_s));
     executor.settle();
-    EXPECT_THAT(titles(), ElementsAre(u"Z"_s));
-    EXPECT_EQ(store->selectedID.value(), u"z.md"_s);
-
     store->applyLoadedSheets({}, 1);
     EXPECT_THAT(titles(), ElementsAre(u"Z"_s));
-}
-
-TEST_F(LibraryStoreTest, A_folder_that_cannot_be_read_leaves_the_sheets_and_says_so)
-{
-    connect();
-    files.removeFolder(folder);
-    events.fire(folder);
-    executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
-    executor.settle();
-    EXPECT_EQ(store->message.value(),
-        u"Could not read the folder. Choose it again or refresh. "_s + SystemError(ENOENT).localizedDescription());
-    EXPECT_FALSE(store->busy);
-    EXPECT_EQ(store->sheets.value().size(), 3);
-
-    files.write(folder, "a.md", "# A");
-    store->refresh();
-    executor.settle();
-    EXPECT_EQ(store->message.value(), std::nullopt);
-}
-
-TEST_F(LibraryStoreTest, Without_a_folder_a_reload_does_nothing_and_after_a_shutdown_nothing_is_left)
-{
-    store->reload();
-    EXPECT_EQ(executor.pendingTimers(), 0U);
-    connect();
-    store->refresh();
-    executor.runPosted();
-    store->shutdown();
-    EXPECT_FALSE(store->busy);
-    EXPECT_THAT(events.watchedFolders(), ElementsAre());
-    ASSERT_TRUE(executor.runWork());
-    EXPECT_FALSE(executor.finishWork());
 }
 
 }
