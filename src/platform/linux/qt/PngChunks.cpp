@@ -38,6 +38,8 @@ PngChunks PngChunks::of(QByteArray const& png)
             constexpr quint32 most = std::numeric_limits<int>::max();
             chunks.frameCount = static_cast<int>(std::min(qFromBigEndian<quint32>(rest.data() + 8), most));
         }
+        if (type == "eXIf" && chunks.exif.isEmpty())
+            chunks.exif = rest.sliced(8, static_cast<qsizetype>(length)).toByteArray();
         auto const size = static_cast<qsizetype>(length) + chunkFrame;
         if (std::ranges::find(pixelChunks, type) != std::ranges::end(pixelChunks))
             keep(size);

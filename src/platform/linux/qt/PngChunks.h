@@ -12,6 +12,8 @@ struct PngChunks {
     // each up to the decoder's own limit and as many as there are.
     QByteArray pixelsOnly;
 
+    QByteArray exif; // of the camera, empty without
+
     static PngChunks of(QByteArray const& png);
 };
 

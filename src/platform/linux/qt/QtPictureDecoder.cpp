@@ -1,5 +1,6 @@
 #include "platform/linux/qt/QtPictureDecoder.h"
 
+#include "platform/linux/qt/ExifOrientation.h"
 #include "platform/linux/qt/PictureContainers.h"
 #include "platform/linux/qt/PngChunks.h"
 
@@ -27,6 +28,9 @@ public:
             auto const chunks = PngChunks::of(bytes);
             m_bytes = chunks.pixelsOnly;
             m_pngFrames = chunks.frameCount;
+            m_orientation = ExifOrientation::of(chunks.exif);
+        } else if (container == Container::webp) {
+            m_orientation = ExifOrientation::ofWebp(bytes);
         }
         m_buffer.setBuffer(&m_bytes);
         m_buffer.open(QIODevice::ReadOnly);
@@ -45,7 +49,11 @@ public:
         return !stored.isEmpty() && qint64 { stored.width() } * stored.height() <= QtPictureDecoder::mostPixels;
     }
 
-    void turnUpright() { m_reader.setAutoTransform(true); }
+    void turnUpright()
+    {
+        m_isUpright = true;
+        m_reader.setAutoTransform(true);
+    }
 
     void scaleTo(int longestSide)
     {
@@ -62,6 +70,8 @@ public:
         // Not every decoder keeps to what it said of the size.
         if (exceeds(picture.size()))
             picture = picture.scaled(bounded(picture.size()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        if (m_isUpright && m_reader.transformation() == QImageIOHandler::TransformationNone)
+            picture = m_orientation.upright(picture);
         return readyToDraw(std::move(picture));
     }
 
@@ -100,6 +110,8 @@ private:
     Container m_container;
     QByteArray m_bytes;
     int m_pngFrames = 1;
+    ExifOrientation m_orientation; // where the reader knows none
+    bool m_isUpright = false;
     std::optional<int> m_longestSide;
     QBuffer m_buffer;
     QImageReader m_reader;
