@@ -57,40 +57,6 @@ protected:
     FakePictureDecoder decoder;
 };
 
-TEST_F(SheetPicturesTest, An_icon_is_a_static_png_of_256_pixels_square_within_the_limit)
-{
-    struct Case {
-        QByteArray name;
-        QByteArray contents;
-        bool isGood;
-    };
-    auto const picture = [](PictureDecoder::Properties const& properties, Damage damage = Damage::none) {
-        return FakePictureDecoder::picture(properties, 0, damage);
-    };
-    for (auto const& [name, contents, isGood] : {
-             Case { "good.png", goodIcon, true },
-             Case { "icon.PNG", goodIcon, true },
-             Case { "largest.png", padded(goodIcon, 262'144), true },
-             Case { "too large.png", padded(goodIcon, 262'145), false },
-             Case { "icon.gif", goodIcon, false },
-             Case { "png", goodIcon, false },
-             Case { "renamed.png", picture({ Container::jpeg, 1, { 256, 256 } }), false },
-             Case { "animated.png", picture({ Container::png, 2, { 256, 256 } }), false },
-             Case { "low.png", picture({ Container::png, 1, { 256, 255 } }), false },
-             Case { "narrow.png", picture({ Container::png, 1, { 255, 256 } }), false },
-             Case { "torn.png", picture(iconProperties, Damage::cannotBeDecoded), false },
-             Case { "lies.png", picture(iconProperties, Damage::decodesToAnotherSize), false },
-             Case { "text.png", "no picture", false },
-             Case { "empty.png", "", false },
-         }) {
-        files.write(library, name, contents);
-        auto const reference = QString::fromUtf8(name);
-        auto const [images, warnings] = icons({ reference });
-        EXPECT_EQ(images.contains(reference), isGood) << name.toStdString();
-        EXPECT_EQ(warnings, isGood ? QStringList() : QStringList(warning(reference))) << name.toStdString();
-    }
-}
-
 TEST_F(SheetPicturesTest, Warnings_come_once_a_reference_in_order_and_show_a_hundred_characters)
 {
     files.write(library, "a.png", goodIcon);

@@ -54,11 +54,6 @@ protected:
 using Bookmarks = testing::Types<InMemory, OnDisk>;
 TYPED_TEST_SUITE(FolderBookmarksContract, Bookmarks);
 
-TYPED_TEST(FolderBookmarksContract, A_bookmark_leads_to_its_folder)
-{
-    EXPECT_EQ(this->bookmarks.resolve(this->m_token).value(), (Resolved { this->m_path, false }));
-}
-
 TYPED_TEST(FolderBookmarksContract, A_renamed_folder_is_found_beside_its_old_place_and_stale)
 {
     auto const renamed = this->sibling(QStringLiteral("renamed"));

@@ -134,16 +134,6 @@ TEST_F(JsonUserDefaultsTest, Members_that_nobody_asks_for_stay)
     EXPECT_THAT(contentsOf(m_path).toStdString(), testing::HasSubstr("9007199254740993"));
 }
 
-TEST_F(JsonUserDefaultsTest, The_end_and_a_flush_write_what_is_owed)
-{
-    start().setValue(m_a, 1.0);
-    m_defaults->flush();
-    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 } }));
-    m_defaults->setValue(m_a, 2.0);
-    m_defaults.reset();
-    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 2 } }));
-}
-
 TEST_F(JsonUserDefaultsTest, A_worker_that_comes_late_does_not_undo_a_newer_write)
 {
     auto& defaults = start();

@@ -57,17 +57,5 @@ TYPED_TEST(UserDefaultsContract, A_value_is_absent_under_another_type_another_ke
     EXPECT_EQ(this->defaults.value(this->m_key), std::nullopt);
 }
 
-TEST(MemoryUserDefaults, Every_call_is_remembered_in_order)
-{
-    MemoryUserDefaults defaults;
-    auto const key = QStringLiteral("key");
-    defaults.setValue(key, 1.0);
-    defaults.setValue(key, 1.0);
-    defaults.removeValue(key);
-    using Write = MemoryUserDefaults::Write;
-    EXPECT_THAT(
-        defaults.writes(), testing::ElementsAre(Write { key, 1.0 }, Write { key, 1.0 }, Write { key, std::nullopt }));
-}
-
 }
 }

@@ -48,8 +48,7 @@ std::optional<QImage> FakePictureDecoder::image(QByteArray const& bytes) const
     ++m_decodes;
     if (contents->damage == Damage::cannotBeDecoded)
         return std::nullopt;
-    auto const excess = contents->damage == Damage::decodesToAnotherSize ? 1 : 0;
-    return QImage(contents->properties.size + QSize(excess, 0), QImage::Format_RGB32);
+    return QImage(contents->properties.size, QImage::Format_RGB32);
 }
 
 std::optional<QImage> FakePictureDecoder::thumbnail(QByteArray const& bytes, int longestSide) const

@@ -9,7 +9,7 @@ namespace Quillory {
 // Decodes pictures that say what they are: `picture` makes their bytes. Counts what it decodes. Safe on any thread.
 class FakePictureDecoder final : public PictureDecoder {
 public:
-    enum class Damage { none, cannotBeDecoded, decodesToAnotherSize };
+    enum class Damage { none, cannotBeDecoded };
 
     // `mark` tells pictures of the same properties apart.
     static QByteArray picture(Properties const& properties, int mark = 0, Damage damage = Damage::none);

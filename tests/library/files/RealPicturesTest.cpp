@@ -76,6 +76,9 @@ TEST_F(RealPicturesTest, Icons_that_are_no_static_png_of_the_one_size_are_warned
     write("library/animated.png", withChunks(good, animationChunk(2)));
     write("library/still.png", withChunks(good, animationChunk(1)));
     write("library/torn.png", good.first(good.size() / 2));
+    write("library/icon.gif", good);
+    write("library/png", good);
+    write("library/empty.png", "");
     auto const padding = [&](qsizetype size) {
         return withChunks(good, pngChunk("tEXt", QByteArray(size - good.size() - 12, 'x')));
     };
@@ -83,7 +86,7 @@ TEST_F(RealPicturesTest, Icons_that_are_no_static_png_of_the_one_size_are_warned
     write("library/too large.png", padding(262'145));
     QByteArray sections;
     for (auto const* name : { "GOOD.PNG", "low.png", "renamed.png", "animated.png", "still.png", "torn.png",
-             "largest.png", "too large.png" })
+             "largest.png", "too large.png", "icon.gif", "png", "empty.png" })
         sections += QByteArray(sections.isEmpty() ? "" : ",") + R"({"id":")" + name + R"(","title":"S","icon":")" + name
             + R"(","entries":[]})";
     write("library/k.quillory.json", R"({"schemaVersion":1,"title":"K","sections":[)" + sections + "]}");
@@ -94,8 +97,8 @@ TEST_F(RealPicturesTest, Icons_that_are_no_static_png_of_the_one_size_are_warned
     for (auto const& warning : sheet.iconWarnings)
         warned.append(warning.section(u": use a readable"_s, 0, 0));
     EXPECT_THAT(warned,
-        ElementsAre(u"Icon animated.png"_s, u"Icon low.png"_s, u"Icon renamed.png"_s, u"Icon too large.png"_s,
-            u"Icon torn.png"_s));
+        ElementsAre(u"Icon animated.png"_s, u"Icon empty.png"_s, u"Icon icon.gif"_s, u"Icon low.png"_s, u"Icon png"_s,
+            u"Icon renamed.png"_s, u"Icon too large.png"_s, u"Icon torn.png"_s));
 }
 
 }
