@@ -152,49 +152,35 @@ TEST(ShortcutSheetReader, A_number_is_an_integer_by_its_value)
 TEST(ShortcutSheetReader, What_is_no_json_is_told_by_line_and_column)
 {
     QByteArray const good = SheetJson {};
+    std::string const end = "unexpected end of input; expected '[', '{', or a literal";
+    auto const at = [](qsizetype line, qsizetype column, std::string const& what) {
+        return "document: not valid JSON at line " + std::to_string(line) + ", column " + std::to_string(column) + ": "
+            + what;
+    };
     expectMessages({
-        { "nothing", "",
-            "document: not valid JSON at line 1, column 1: unexpected end of input; expected '[', '{', or a literal" },
-        { "blank", " \n ",
-            "document: not valid JSON at line 2, column 2: unexpected end of input; expected '[', '{', or a literal" },
-        { "cut off", "{\"a\":",
-            "document: not valid JSON at line 1, column 6: unexpected end of input; expected '[', '{', or a literal" },
-        { "a comma too many", "{\n  \"é\": 1,\r\n  }",
-            "document: not valid JSON at line 3, column 3: unexpected '}'; expected string literal" },
-        { "a comma too many in a list", "[1,]",
-            "document: not valid JSON at line 1, column 4: unexpected ']'; expected '[', '{', or a literal" },
-        { "columns count characters", "{\"é\xF0\x9F\x98\x80\" ]",
-            "document: not valid JSON at line 1, column 7: unexpected ']'; expected ':'" },
-        { "a second value", good + "\n{}",
-            "document: not valid JSON at line 2, column 1: unexpected '{'; expected end of input" },
-        { "a comment", "{} // x", "document: not valid JSON at line 1, column 4: invalid literal" },
-        { "no number", "[1.]",
-            "document: not valid JSON at line 1, column 4: invalid number; expected digit after '.'" },
-        { "a leading zero", "[01]",
-            "document: not valid JSON at line 1, column 3: unexpected number literal; expected ']'" },
-        { "NaN", "[NaN]", "document: not valid JSON at line 1, column 2: invalid literal" },
+        { "nothing", "", at(1, 1, end) },
+        { "blank", " \n ", at(2, 2, end) },
+        { "cut off", "{\"a\":", at(1, 6, end) },
+        { "a comma too many", "{\n  \"é\": 1,\r\n  }", at(3, 3, "unexpected '}'; expected string literal") },
+        { "a comma too many in a list", "[1,]", at(1, 4, "unexpected ']'; expected '[', '{', or a literal") },
+        { "columns count characters", "{\"é\xF0\x9F\x98\x80\" ]", at(1, 7, "unexpected ']'; expected ':'") },
+        { "a second value", good + "\n{}", at(2, 1, "unexpected '{'; expected end of input") },
+        { "a comment", "{} // x", at(1, 4, "invalid literal") },
+        { "no number", "[1.]", at(1, 4, "invalid number; expected digit after '.'") },
+        { "a leading zero", "[01]", at(1, 3, "unexpected number literal; expected ']'") },
+        { "NaN", "[NaN]", at(1, 2, "invalid literal") },
         { "a raw newline in a text", "[\"a\nb\"]",
-            "document: not valid JSON at line 1, column 4: invalid string: control character U+000A (LF) must be "
-            "escaped to \\u000A or \\n" },
-        { "an unknown escape", R"(["\q"])",
-            "document: not valid JSON at line 1, column 4: invalid string: forbidden character after backslash" },
+            at(1, 4, "invalid string: control character U+000A (LF) must be escaped to \\u000A or \\n") },
+        { "an unknown escape", R"(["\q"])", at(1, 4, "invalid string: forbidden character after backslash") },
         { "half a pair", R"(["\ud83d"])",
-            "document: not valid JSON at line 1, column 9: invalid string: surrogate U+D800..U+DBFF must be followed "
-            "by U+DC00..U+DFFF" },
-        { "no UTF-8", "[\"\xFF\"]",
-            "document: not valid JSON at line 1, column 3: invalid string: ill-formed UTF-8 byte" },
-        { "NUL at the end", good + QByteArray(1, '\0'),
-            "document: not valid JSON at line 1, column " + std::to_string(good.size() + 1)
-                + ": unexpected character U+0000" },
-        { "NUL within", QByteArray("[\n\0]", 4),
-            "document: not valid JSON at line 2, column 1: unexpected character U+0000" },
+            at(1, 9, "invalid string: surrogate U+D800..U+DBFF must be followed by U+DC00..U+DFFF") },
+        { "no UTF-8", "[\"\xFF\"]", at(1, 3, "invalid string: ill-formed UTF-8 byte") },
+        { "NUL at the end", good + QByteArray(1, '\0'), at(1, good.size() + 1, "unexpected character U+0000") },
+        { "NUL within", QByteArray("[\n\0]", 4), at(2, 1, "unexpected character U+0000") },
         { "a mark", "\xEF\xBB\xBF" + good, "" },
-        { "a mark before an error", "\xEF\xBB\xBF[}",
-            "document: not valid JSON at line 1, column 2: unexpected '}'; expected '[', '{', or a literal" },
-        { "half a mark", "\xEF\xBB{}",
-            "document: not valid JSON at line 1, column 3: invalid BOM; must be 0xEF 0xBB 0xBF if given" },
-        { "two marks", "\xEF\xBB\xBF\xEF\xBB\xBF" + good,
-            "document: not valid JSON at line 1, column 1: invalid literal" },
+        { "a mark before an error", "\xEF\xBB\xBF[}", at(1, 2, "unexpected '}'; expected '[', '{', or a literal") },
+        { "half a mark", "\xEF\xBB{}", at(1, 3, "invalid BOM; must be 0xEF 0xBB 0xBF if given") },
+        { "two marks", "\xEF\xBB\xBF\xEF\xBB\xBF" + good, at(1, 1, "invalid literal") },
     });
 }
 
