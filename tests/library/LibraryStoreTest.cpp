@@ -1,10 +1,10 @@
 #include "library/LibraryStore.h"
 
-#include "library/LibraryLoad.h"
 #include "support/FakeLibraryServices.h"
 
 #include <gmock/gmock.h>
 
+#include <cerrno>
 #include <memory>
 
 namespace Quillory {
@@ -13,17 +13,21 @@ namespace {
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 QString const folder = u"/library"_s;
+constexpr std::uint64_t window = 7;
 
 class LibraryStoreTest : public testing::Test {
 protected:
     LibraryStoreTest()
     {
-        files.addFolder(folder);
-        files.write(folder, "a.md", "# A");
-        files.write(folder, "b.md", "# B");
-        files.write(folder, "c.md", "# C");
+        for (auto const& path : { folder, u"/other"_s }) {
+            services.bookmarks.addFolder(path);
+            for (auto const* title : { "A", "B", "C" })
+                services.files.write(path, QByteArray(title).toLower() + ".md", "# " + QByteArray(title));
+        }
+        services.openPanels.showWindow(window);
         start();
     }
 
@@ -31,21 +35,18 @@ protected:
     {
         store = std::make_unique<LibraryStore>(services.services(), restore);
     }
-
-    void connect()
+    void connect(QString const& path = folder)
     {
-        store->connect(folder);
-        executor.settle();
+        store->connect(path);
+        services.executor.settle();
     }
-
     void saveAndFollow(QByteArray const& name, QByteArray const& text)
     {
-        files.write(folder, name, text);
-        events.fire(folder);
-        executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
-        executor.settle();
+        services.files.write(folder, name, text);
+        services.events.fire(folder);
+        services.executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
+        services.executor.settle();
     }
-
     QStringList titles() const
     {
         QStringList all;
@@ -53,31 +54,258 @@ protected:
             all.append(sheet.title);
         return all;
     }
+    QJsonObject storedPins() const { return *services.defaults.get<QJsonObject>(u"pinnedSheets"_s); }
 
     FakeLibraryServices services;
-    MemoryUserDefaults& defaults = services.defaults;
-    FakeFolderBookmarks& bookmarks = services.bookmarks;
-    FakeFileSystem& files = services.files;
-    ManualExecutor& executor = services.executor;
-    FakeFileEvents& events = services.events;
     std::unique_ptr<LibraryStore> store;
 };
 
+TEST_F(LibraryStoreTest, Stored_preferences_are_read_and_what_is_damaged_counts_as_missing)
+{
+    struct Case {
+        UserDefaults::Value size, learning, gesture;
+        double expectedSize;
+        bool expectedLearning;
+        ModifierGesture expectedGesture;
+    };
+    for (auto const& each : {
+             Case { 0.0, true, u"shift"_s, 16, true, ModifierGesture::shift },
+             Case { 40.0, false, u"option"_s, 32, false, ModifierGesture::option },
+             Case { 5.0, u"true"_s, u"Shift"_s, 11, false, ModifierGesture::off },
+             Case { u"20"_s, 1.0, true, 16, false, ModifierGesture::off },
+             Case { 20.5, true, u"off"_s, 20.5, true, ModifierGesture::off },
+         }) {
+        services.defaults.setValue(u"textSize"_s, each.size);
+        services.defaults.setValue(u"learningModeEnabled"_s, each.learning);
+        services.defaults.setValue(u"modifierGesture"_s, each.gesture);
+        start();
+        EXPECT_EQ(store->textSize.value(), each.expectedSize);
+        EXPECT_EQ(store->learningModeEnabled.value(), each.expectedLearning);
+        EXPECT_EQ(store->modifierGesture.value(), each.expectedGesture);
+    }
+}
+
+TEST_F(LibraryStoreTest, Each_setter_writes_as_often_as_it_should)
+{
+    QStringList gestures;
+    store->modifierGestureChanged = [&] {
+        gestures << rawValue(store->modifierGesture) << *services.defaults.get<QString>(u"modifierGesture"_s);
+    };
+    for (int repeat = 0; repeat < 2; ++repeat) {
+        store->setTextSize(40);
+        store->setLearningModeEnabled(true);
+        store->setModifierGesture(ModifierGesture::option);
+    }
+    EXPECT_EQ(store->textSize.value(), 40);
+    EXPECT_THAT(gestures, ElementsAre(u"option"_s, u"option"_s, u"option"_s, u"option"_s));
+    QStringList keys;
+    for (auto const& write : services.defaults.writes())
+        keys << write.key;
+    EXPECT_THAT(keys,
+        ElementsAre(
+            u"textSize"_s, u"learningModeEnabled"_s, u"modifierGesture"_s, u"textSize"_s, u"modifierGesture"_s));
+}
+
+TEST_F(LibraryStoreTest, A_copy_says_so_for_a_while_and_only_when_it_took)
+{
+    auto const& onClipboard = [&] { return services.clipboard.text(Clipboard::Pasteboard::general); };
+    EXPECT_TRUE(store->copy(u"ls"_s));
+    EXPECT_EQ(onClipboard(), u"ls"_s);
+    EXPECT_EQ(store->copyFeedback.value(), u"Copied"_s);
+    services.executor.advance(1499ms);
+    EXPECT_EQ(store->copyFeedback.value(), u"Copied"_s);
+    services.executor.advance(1ms);
+    EXPECT_EQ(store->copyFeedback.value(), QString());
+
+    services.clipboard.setRefuses(true);
+    EXPECT_FALSE(store->copy(u"cd"_s));
+    services.executor.advance(1h);
+    EXPECT_EQ(store->copyFeedback.value(), u"Copy failed"_s);
+    EXPECT_THAT(services.announcements.announced, ElementsAre(std::pair(u"Copied"_s, Announcements::Priority::medium)));
+
+    services.clipboard.setRefuses(false);
+    store->copy(u"rm"_s);
+    store->setLearningModeEnabled(true);
+    EXPECT_EQ(store->copyFeedback.value(), QString());
+    EXPECT_FALSE(store->copy(u"mv"_s));
+    EXPECT_EQ(store->copyFeedback.value(), QString());
+    EXPECT_EQ(onClipboard(), u"rm"_s);
+    services.executor.settle();
+    store.reset(); // with a feedback that is still to go
+    EXPECT_EQ(services.executor.pendingTimers(), 0U);
+}
+
+TEST_F(LibraryStoreTest, A_request_to_find_counts_also_when_it_is_repeated)
+{
+    for (auto const direction : { LibraryStore::FindDirection::backwards, LibraryStore::FindDirection::backwards,
+             LibraryStore::FindDirection::forwards }) {
+        auto const before = store->findRequest.value();
+        bool backwardsWhenRaised = false;
+        auto const raised = store->findRequest.addNotifier([&] { backwardsWhenRaised = store->findBackwards.value(); });
+        store->requestFind(direction);
+        EXPECT_EQ(store->findRequest.value(), before + 1);
+        EXPECT_EQ(backwardsWhenRaised, direction == LibraryStore::FindDirection::backwards);
+    }
+}
+
+TEST_F(LibraryStoreTest, Pins_are_kept_per_folder_and_come_back_with_their_files)
+{
+    store->togglePin(u"a.md"_s); // without a folder there is nothing to pin
+    EXPECT_THAT(services.defaults.writes(), IsEmpty());
+    connect();
+    services.defaults.forgetWrites();
+    store->togglePin(u"missing.md"_s);
+    EXPECT_THAT(services.defaults.writes(), IsEmpty());
+    int calls = 0;
+    store->pinsChanged = [&] { ++calls; };
+    for (auto const& id : { u"c.md"_s, u"a.md"_s, u"b.md"_s, u"a.md"_s, u"a.md"_s })
+        store->togglePin(id);
+    EXPECT_EQ(calls, 5);
+    EXPECT_THAT(store->pinnedIDs.value(), ElementsAre(u"c.md"_s, u"b.md"_s, u"a.md"_s));
+
+    services.files.remove(folder, "b.md");
+    connect(u"/other"_s);
+    EXPECT_THAT(store->pinnedIDs.value(), IsEmpty());
+    store->togglePin(u"b.md"_s);
+    connect(u"/x/../other/"_s);
+    EXPECT_THAT(store->pinnedIDs.value(), ElementsAre(u"b.md"_s));
+    connect();
+    EXPECT_THAT(store->pinnedIDs.value(), ElementsAre(u"c.md"_s, u"b.md"_s, u"a.md"_s));
+    QStringList shown;
+    for (auto const& sheet : store->pinnedSheets())
+        shown << sheet.id;
+    EXPECT_THAT(shown, ElementsAre(u"c.md"_s, u"a.md"_s));
+    EXPECT_EQ(storedPins(),
+        (QJsonObject {
+            { folder, QJsonArray { u"c.md"_s, u"b.md"_s, u"a.md"_s } }, { u"/other"_s, QJsonArray { u"b.md"_s } } }));
+}
+
+TEST_F(LibraryStoreTest, A_damaged_list_of_pins_never_stops_the_others)
+{
+    services.defaults.setValue(u"pinnedSheets"_s,
+        QJsonObject { { folder, QJsonArray { u"a.md"_s, u"b.md"_s, u"a.md"_s } }, { u"/1"_s, 3 },
+            { u"/2"_s, QJsonArray { u"x"_s, 1 } }, { u"/3"_s, u"x"_s }, { u"/4"_s, QJsonArray { u"y"_s } } });
+    connect();
+    store->togglePin(u"a.md"_s); // every one of it goes
+    EXPECT_THAT(store->pinnedIDs.value(), ElementsAre(u"b.md"_s));
+    EXPECT_EQ(storedPins(), (QJsonObject { { folder, QJsonArray { u"b.md"_s } }, { u"/4"_s, QJsonArray { u"y"_s } } }));
+    for (auto const& damaged : { UserDefaults::Value(3.0), UserDefaults::Value(QByteArray("x")) }) {
+        services.defaults.setValue(u"pinnedSheets"_s, damaged);
+        connect();
+        EXPECT_THAT(store->pinnedIDs.value(), IsEmpty());
+    }
+}
+
+TEST_F(LibraryStoreTest, A_chosen_folder_is_remembered_and_connected)
+{
+    bool wasOpenBefore = true;
+    store->filePickerWillPresent = [&] { wasOpenBefore = services.openPanels.isOpen(); };
+    store->chooseFolder(window);
+    EXPECT_FALSE(wasOpenBefore);
+    EXPECT_TRUE(store->filePanel.value());
+    EXPECT_THAT(services.workspace.ownActivations, ElementsAre(window));
+    EXPECT_EQ(services.openPanels.settings(),
+        (OpenPanelSettings { .canChooseDirectories = true,
+            .canChooseFiles = false,
+            .canCreateDirectories = true,
+            .prompt = u"Choose folder"_s,
+            .message = u"Choose a folder containing your cheat sheets."_s }));
+    services.openPanels.choose(folder);
+    EXPECT_FALSE(store->filePanel.value());
+    EXPECT_EQ(store->folder.value(), folder);
+    EXPECT_TRUE(services.defaults.get<QByteArray>(u"libraryBookmark"_s));
+
+    services.bookmarks.failBookmark(SystemError(EIO));
+    store->chooseFolder(window, services.openPanels.openPanel());
+    services.openPanels.choose(u"/other"_s);
+    EXPECT_EQ(store->folder.value(), folder);
+    EXPECT_EQ(
+        store->message.value(), u"Could not remember folder access: "_s + SystemError(EIO).localizedDescription());
+    store->chooseFolder(window);
+    services.openPanels.dismiss();
+    EXPECT_THAT(services.openPanels.calls,
+        ElementsAre(u"begin"_s, u"orderOut"_s, u"begin"_s, u"orderOut"_s, u"begin"_s, u"orderOut"_s));
+}
+
+TEST_F(LibraryStoreTest, One_panel_at_a_time_over_a_window_that_can_have_one)
+{
+    connect();
+    store->chooseFolder(std::nullopt);
+    store->chooseFolder(window + 1);
+    store->openSheetWith(u"a.md"_s, window + 1);
+    store->openSheetWith(u"missing.md"_s, window);
+    EXPECT_FALSE(store->filePanel.value());
+    store->chooseFolder(window);
+    store->chooseFolder(window);
+    store->openSheetWith(u"a.md"_s, window);
+    EXPECT_THAT(services.openPanels.calls, ElementsAre(u"begin"_s));
+    store->shutdown();
+    EXPECT_FALSE(store->filePanel.value());
+    EXPECT_THAT(services.openPanels.calls, ElementsAre(u"begin"_s, u"cancel"_s, u"orderOut"_s));
+}
+
+TEST_F(LibraryStoreTest, Files_are_handed_out_and_a_refusal_is_told_in_its_own_library_only)
+{
+    auto& opener = services.fileOpener;
+    store->openSheet(u"a.md"_s); // without a folder
+    connect();
+    store->openSheet(u"missing.md"_s);
+    store->openSheet();
+    store->revealSheet(u"b.md"_s);
+    EXPECT_THAT(opener.calls, ElementsAre(u"open /library/a.md"_s, u"reveal /library/b.md"_s));
+    opener.answer(std::unexpected(FileOpener::Failure { u"no"_s }));
+    EXPECT_EQ(store->message.value(), u"Could not open a.md in its default application."_s);
+
+    auto const chooseApplication = [&] {
+        store->openSheetWith(u"c.md"_s, window);
+        services.openPanels.choose(u"/applications/vim.desktop"_s);
+    };
+    chooseApplication();
+    EXPECT_EQ(services.openPanels.settings(),
+        (OpenPanelSettings { .allowedContentType = OpenPanelSettings::ContentType::application,
+            .directoryURL = u"/applications"_s,
+            .prompt = u"Open"_s,
+            .message = u"Choose an application to open c.md."_s }));
+    EXPECT_EQ(opener.calls.last(), u"open /library/c.md with /applications/vim.desktop"_s);
+    opener.answer(std::unexpected(FileOpener::Failure { u"No such program"_s }));
+    EXPECT_EQ(store->message.value(), u"Could not open c.md: No such program"_s);
+    chooseApplication();
+    store->openSheet(u"a.md"_s);
+    connect(u"/other"_s);
+    opener.answer(std::unexpected(FileOpener::Failure { u"late"_s }));
+    EXPECT_EQ(store->message.value(), std::nullopt);
+    store.reset();
+    opener.answer(std::unexpected(FileOpener::Failure { u"too late"_s }));
+}
+
+TEST_F(LibraryStoreTest, An_application_that_was_chosen_too_late_is_not_started)
+{
+    connect();
+    store->openSheetWith(u"a.md"_s, window);
+    connect(u"/other"_s);
+    services.openPanels.choose(u"/applications/vim.desktop"_s);
+    store->openSheetWith(u"a.md"_s, window);
+    services.files.remove(u"/other"_s, "a.md");
+    store->refresh();
+    services.executor.settle();
+    services.openPanels.choose(u"/applications/vim.desktop"_s);
+    EXPECT_THAT(services.fileOpener.calls, IsEmpty());
+}
+
 TEST_F(LibraryStoreTest, A_restored_folder_loads_with_the_last_sheet_selected)
 {
-    bookmarks.addFolder(folder);
-    ASSERT_TRUE(FolderAccess(defaults, bookmarks).remember(folder));
-    defaults.setValue(u"lastSheet"_s, u"b.md"_s);
-    defaults.forgetWrites();
+    ASSERT_TRUE(FolderAccess(services.defaults, services.bookmarks).remember(folder));
+    services.defaults.setValue(u"lastSheet"_s, u"b.md"_s);
+    services.defaults.forgetWrites();
     start(LibraryStore::RestoreFolder::yes);
     EXPECT_EQ(store->folder.value(), folder);
     EXPECT_FALSE(store->busy);
-    executor.settle();
+    services.executor.settle();
     EXPECT_THAT(titles(), ElementsAre(u"A"_s, u"B"_s, u"C"_s));
     EXPECT_EQ(store->selectedSheet()->title, u"B"_s);
-    EXPECT_TRUE(defaults.writes().empty());
+    EXPECT_TRUE(services.defaults.writes().empty());
 
-    bookmarks.removeFolder(folder);
+    services.bookmarks.removeFolder(folder);
     start(LibraryStore::RestoreFolder::yes);
     EXPECT_EQ(store->folder.value(), std::nullopt);
     EXPECT_EQ(store->message.value(), u"Folder access needs to be restored. Choose the folder again."_s);
@@ -141,13 +369,13 @@ TEST_F(LibraryStoreTest, A_change_of_folder_forgets_the_positions_and_takes_noth
 {
     connect();
     store->scrollPositions.insert(u"a.md"_s, { 0, 5 });
-    files.write(u"/other"_s, "z.md", "# Z");
+    services.files.write(u"/other"_s, "z.md", "# Z");
     store->connect(u"/other"_s);
     EXPECT_TRUE(store->scrollPositions.isEmpty());
-    EXPECT_THAT(events.watchedFolders(), ElementsAre(u"/other"_s));
-    executor.settle();
+    EXPECT_THAT(services.events.watchedFolders(), ElementsAre(u"/other"_s));
+    services.executor.settle();
     store->applyLoadedSheets({}, 1);
-    EXPECT_THAT(titles(), ElementsAre(u"Z"_s));
+    EXPECT_THAT(titles(), ElementsAre(u"A"_s, u"B"_s, u"C"_s, u"Z"_s));
 }
 
 }

@@ -4,9 +4,26 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <numeric>
+#include <ranges>
 #include <utility>
 
 namespace Quillory {
+
+namespace {
+
+// What `ask` says of a folder while nobody else has it; nothing of one that is not there.
+template<typename Folder, typename Ask>
+auto locked(std::shared_ptr<Folder> const& folder, Ask ask)
+{
+    using Answer = decltype(ask(*folder));
+    if (!folder)
+        return Answer();
+    std::lock_guard const lock(folder->mutex);
+    return ask(*folder);
+}
+
+}
 
 class FakeFileSystem::File final : public OpenFile {
 public:
@@ -233,78 +250,56 @@ void FakeFileSystem::removeFolder(QString const& path)
 
 void FakeFileSystem::failFolder(QString const& path, int error)
 {
-    auto const failing = folder(path);
-    std::lock_guard const lock(failing->mutex);
-    failing->openError = error;
+    locked(folder(path), [&](auto& failing) { failing.openError = error; });
 }
 
 void FakeFileSystem::failListing(QString const& path, int error)
 {
-    auto const failing = folder(path);
-    std::lock_guard const lock(failing->mutex);
-    failing->listingError = error;
+    locked(folder(path), [&](auto& failing) { failing.listingError = error; });
 }
 
 void FakeFileSystem::put(QString const& path, QByteArray const& name, Entry entry)
 {
-    auto const changed = folder(path);
-    std::lock_guard const lock(changed->mutex);
-    changed->entries.insert_or_assign(name, std::move(entry));
+    locked(folder(path), [&](auto& changed) { changed.entries.insert_or_assign(name, std::move(entry)); });
 }
 
 void FakeFileSystem::write(QString const& path, QByteArray const& name, QByteArray const& contents)
 {
-    Entry entry;
-    entry.contents = contents;
-    put(path, name, std::move(entry));
+    put(path, name, { .contents = contents });
 }
 
 void FakeFileSystem::remove(QString const& path, QByteArray const& name)
 {
-    auto const changed = folder(path);
-    std::lock_guard const lock(changed->mutex);
-    changed->entries.erase(name);
+    locked(folder(path), [&](auto& changed) { changed.entries.erase(name); });
 }
 
 std::optional<FakeFileSystem::Entry> FakeFileSystem::entry(QString const& path, QByteArray const& name) const
 {
-    auto const asked = existing(path);
-    if (!asked)
-        return std::nullopt;
-    std::lock_guard const lock(asked->mutex);
-    auto const found = asked->entries.find(name);
-    return found == asked->entries.end() ? std::nullopt : std::optional(found->second);
+    return locked(existing(path), [&](auto const& asked) {
+        auto const found = asked.entries.find(name);
+        return found == asked.entries.end() ? std::nullopt : std::optional(found->second);
+    });
 }
 
 int FakeFileSystem::opens(QString const& path) const
 {
-    auto const asked = existing(path);
-    if (!asked)
-        return 0;
-    std::lock_guard const lock(asked->mutex);
-    return asked->opens;
+    return locked(existing(path), [](auto const& asked) { return asked.opens; });
 }
 
 int FakeFileSystem::reads(QString const& path) const
 {
-    auto const asked = existing(path);
-    if (!asked)
-        return 0;
-    std::lock_guard const lock(asked->mutex);
-    int sum = 0;
-    for (auto const& [name, count] : asked->reads)
-        sum += count;
-    return sum;
+    return locked(existing(path), [](auto const& asked) {
+        auto const counts = asked.reads | std::views::values;
+        return std::accumulate(counts.begin(), counts.end(), 0);
+    });
 }
 
 int FakeFileSystem::reads(QString const& path, QByteArray const& name) const
 {
-    auto const asked = existing(path);
-    if (!asked)
-        return 0;
-    std::lock_guard const lock(asked->mutex);
-    auto const found = asked->reads.find(name);
-    return found == asked->reads.end() ? 0 : found->second;
+    return locked(existing(path), [&](auto const& asked) {
+        auto const found = asked.reads.find(name);
+        return found == asked.reads.end() ? 0 : found->second;
+    });
 }
 
 std::expected<FakeFileSystem::Place, SystemError> FakeFileSystem::place(QString const& path) const

@@ -14,6 +14,8 @@
 
 #include <cerrno>
 #include <csignal>
+#include <functional>
+#include <numeric>
 #include <random>
 
 #include <sched.h>
@@ -186,6 +188,11 @@ TEST_F(InstallationOnDisk, All_starters_are_there_whole_and_without_fault)
     for (auto const& sheet : outcome.library->sheets) {
         EXPECT_FALSE(sheet.error) << qPrintable(sheet.id + u": "_s + *sheet.error);
         EXPECT_THAT(sheet.iconWarnings, IsEmpty()) << qPrintable(sheet.id);
+        qsizetype entries = 30; // those of a structured sheet are counted
+        if (sheet.shortcuts)
+            entries = std::transform_reduce(sheet.shortcuts->sections.begin(), sheet.shortcuts->sections.end(),
+                qsizetype {}, std::plus(), [](auto const& section) { return section.entries.size(); });
+        EXPECT_GE(entries, 30) << qPrintable(sheet.id);
     }
 }
 
