@@ -26,13 +26,21 @@ bool sameImages(QMap<QString, PreparedImage> const& a, QMap<QString, PreparedIma
     });
 }
 
+// Of sheets with the same text. What a text was made to follows from it, so that the trees of thousands of sheets, loaded
+// twice at the same time, don't hold the main thread. A sheet without a text has next to none.
+template<typename Made>
+bool sameMade(QString const& source, std::optional<Made> const& a, std::optional<Made> const& b)
+{
+    return a.has_value() == b.has_value() && (!a || !source.isEmpty() || *a == *b);
+}
+
 }
 
 bool Sheet::operator==(Sheet const& other) const
 {
     return canonicallyEqual(id, other.id) && canonicallyEqual(title, other.title) && sameText(source, other.source)
-        && error == other.error && parsed == other.parsed && sameImages(images, other.images)
-        && shortcuts == other.shortcuts && iconWarnings == other.iconWarnings;
+        && error == other.error && sameMade(source, parsed, other.parsed) && sameImages(images, other.images)
+        && sameMade(source, shortcuts, other.shortcuts) && iconWarnings == other.iconWarnings;
 }
 
 Sheet const* findSheet(QList<Sheet> const& sheets, QString const& id)

@@ -19,9 +19,9 @@ struct Sheet {
     QString title;                            // shown to the user
     QString source;                           // the whole text; empty after a failed read
     std::optional<QString> error;             // why the last read of the file failed
-    std::optional<ParsedMarkdown> parsed;     // of a Markdown sheet
+    std::optional<ParsedMarkdown> parsed;     // of a Markdown sheet: what its source is parsed to
     QMap<QString, PreparedImage> images;      // by the reference as written
-    std::optional<ShortcutSheet> shortcuts;   // of a structured sheet
+    std::optional<ShortcutSheet> shortcuts;   // of a structured sheet, likewise
     QStringList iconWarnings;
 
     // Ids, titles and image references are compared canonically, all else exactly.
