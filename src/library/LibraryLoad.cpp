@@ -181,7 +181,8 @@ std::expected<QList<Sheet>, SystemError> loadLibrary(
     if (!names)
         return std::unexpected(names.error());
     auto entries = sheetEntries(*names, previous);
-    findUnchanged(**open, entries);
+    if (!previous.isEmpty())
+        findUnchanged(**open, entries);
 
     SheetPictures pictures(**open, decoder, previous);
     QList<Sheet> sheets;
