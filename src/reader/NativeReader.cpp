@@ -154,8 +154,8 @@ double NativeReader::minimumWidth(Sheet const& sheet, RenderedMarkdown const& re
     if (sheet.shortcuts)
         return smallestStructuredWidth;
     qsizetype longest = 0;
-    for (auto const& target : rendered.copyTargets)
-        longest = longestLine(target.text, longest);
+    for (qsizetype target = 0; target < std::ssize(rendered.copyTargets); ++target)
+        longest = longestLine(rendered.copyTargets.text(target), longest);
     auto const width = static_cast<double>(longest) * m_store.textSize * widthOfCharacter + widthBesideCode;
     return std::clamp(width, smallestWidth, largestWidth);
 }

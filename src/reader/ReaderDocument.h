@@ -14,7 +14,7 @@ namespace Quillory {
 struct ReaderDocument {
     ReaderDocument(RenderedMarkdown rendering, double width, FontSet fonts, ColorSet const& colors);
 
-    CopyTarget const& target(qsizetype index) const { return rendered.copyTargets[static_cast<std::size_t>(index)]; }
+    CopyTarget target(qsizetype index) const { return rendered.copyTargets[static_cast<std::size_t>(index)]; }
     qsizetype targetCount() const { return std::ssize(rendered.copyTargets); }
     // The first target that holds the character.
     std::optional<qsizetype> targetAt(qsizetype character) const;

@@ -53,7 +53,7 @@ QRectF ReaderTextView::blockRectangle(qsizetype targetIndex) const
 {
     if (targetIndex < 0 || targetIndex >= m_document->targetCount())
         return {};
-    auto const& range = m_document->target(targetIndex).range;
+    auto const range = m_document->rendered.copyTargets.range(targetIndex);
     auto const glyphs = boundingRect({ range.location, range.length });
     auto const width = std::min(this->width() - 2 * inset, m_containerWidth);
     return { m_origin.x() + inset, glyphs.top() - blockMargin, width,

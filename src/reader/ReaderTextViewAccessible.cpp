@@ -325,7 +325,7 @@ QString ReaderTextViewAccessible::attributes(int offset, int* start, int* end) c
     auto const& rendered = view().rendered().text;
     if (offset < 0 || offset >= rendered.length())
         return {};
-    auto const& run = rendered.runs()[static_cast<std::size_t>(rendered.runAt(offset))];
+    auto const run = rendered.runs()[static_cast<std::size_t>(rendered.runAt(offset))];
     *start = static_cast<int>(run.location);
     *end = static_cast<int>(run.location + run.length);
     return described(rendered.attributes(run), view().fonts(), view().colors());

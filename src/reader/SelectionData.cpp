@@ -11,7 +11,7 @@ QString withoutPictures(AttributedText const& text, TextRange range)
     QString result;
     result.reserve(range.length);
     for (auto run = text.runAt(range.location); run < std::ssize(text.runs()); ++run) {
-        auto const& part = text.runs()[static_cast<std::size_t>(run)];
+        auto const part = text.runs()[static_cast<std::size_t>(run)];
         if (part.location >= range.end())
             break;
         auto const start = std::max(part.location, range.location);

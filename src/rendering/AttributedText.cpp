@@ -1,8 +1,15 @@
 #include "rendering/AttributedText.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace Quillory {
+
+namespace {
+
+constexpr std::ptrdiff_t stylesLookedAt = 16;
+
+}
 
 struct AttributedText::PlacedStyle {
     quint32 style = 0;
@@ -14,31 +21,23 @@ struct AttributedText::Data : QSharedData {
     std::vector<TextAttributes> attributes;
     std::vector<ParagraphStyle> styles;
     std::vector<PlacedStyle> placedStyles; // styles by their cells, of which there may be very many
-    std::vector<Run> runs;
-    std::vector<Run> paragraphRuns;
-};
+    std::vector<HeldRun> runs;
+    std::vector<HeldRun> paragraphRuns;
 
-namespace {
-
-using Run = AttributedText::Run;
-
-void extend(std::vector<Run>& runs, qsizetype length, quint32 index)
-{
-    if (!runs.empty() && runs.back().index == index) {
-        runs.back().length += length;
-        return;
+    static void extend(std::vector<HeldRun>& runs, qsizetype end, quint32 index)
+    {
+        if (!runs.empty() && runs.back().index == index)
+            runs.back().end = static_cast<quint32>(end);
+        else
+            runs.push_back({ static_cast<quint32>(end), index });
     }
-    auto const location = runs.empty() ? 0 : runs.back().location + runs.back().length;
-    runs.push_back({ location, length, index });
-}
 
-qsizetype runHolding(std::vector<Run> const& runs, qsizetype location)
-{
-    auto const behind = std::ranges::upper_bound(runs, location, {}, &Run::location);
-    return std::distance(runs.begin(), behind) - 1;
-}
-
-}
+    static qsizetype runHolding(std::vector<HeldRun> const& runs, qsizetype location)
+    {
+        auto const holding = std::ranges::upper_bound(runs, static_cast<quint32>(location), {}, &HeldRun::end);
+        return std::distance(runs.begin(), holding);
+    }
+};
 
 AttributedText::AttributedText()
     : m_data(new Data)
@@ -61,14 +60,14 @@ QString const& AttributedText::string() const
     return m_data->string;
 }
 
-std::span<Run const> AttributedText::runs() const
+AttributedText::Runs AttributedText::runs() const
 {
-    return m_data->runs;
+    return Runs(m_data->runs);
 }
 
-std::span<Run const> AttributedText::paragraphRuns() const
+AttributedText::Runs AttributedText::paragraphRuns() const
 {
-    return m_data->paragraphRuns;
+    return Runs(m_data->paragraphRuns);
 }
 
 TextAttributes const& AttributedText::attributes(Run const& run) const
@@ -88,21 +87,23 @@ TableCell AttributedText::tableCell(Run const& run) const
 
 qsizetype AttributedText::runAt(qsizetype location) const
 {
-    return runHolding(m_data->runs, location);
+    return Data::runHolding(m_data->runs, location);
 }
 
 qsizetype AttributedText::paragraphRunAt(qsizetype location) const
 {
-    return runHolding(m_data->paragraphRuns, location);
+    return Data::runHolding(m_data->paragraphRuns, location);
 }
 
 namespace {
 
 // Whether two lists of runs have equal lengths and mean the same.
-bool sameRuns(std::span<Run const> ours, std::span<Run const> theirs, auto meanTheSame)
+bool sameRuns(AttributedText::Runs ours, AttributedText::Runs theirs, auto meanTheSame)
 {
+    using Run = AttributedText::Run;
     auto checked = std::pair<quint32, quint32>(quint32(-1), quint32(-1));
-    return std::ranges::equal(ours, theirs, [&](Run const& one, Run const& other) {
+    auto const isSameSize = ours.size() == theirs.size();
+    return isSameSize && std::equal(ours.begin(), ours.end(), theirs.begin(), [&](Run const& one, Run const& other) {
         if (one.location != other.location || one.length != other.length)
             return false;
         std::pair const indices(one.index, other.index);
@@ -131,27 +132,26 @@ bool AttributedText::operator==(AttributedText const& other) const
 
 AttributedText AttributedText::withWholeParagraphs() const
 {
-    auto const startsInside = [this](
-                                  Run const& run) { return run.location > 0 && string()[run.location - 1] != u'\n'; };
-    if (std::ranges::none_of(paragraphRuns(), startsInside))
+    auto const& held = m_data->paragraphRuns;
+    auto const endsInside = [this](HeldRun const& run) {
+        return run.end < string().size() && string()[run.end - 1] != u'\n';
+    };
+    if (std::ranges::none_of(held, endsInside))
         return *this;
 
     auto* const data = new Data(*m_data);
     auto& runs = data->paragraphRuns;
     runs.clear();
-    auto end = length();
-    // From the end on: each style reaches back to the start of the paragraph that it begins in.
-    for (auto run = m_data->paragraphRuns.rbegin(); run != m_data->paragraphRuns.rend(); ++run) {
-        if (run->location >= end)
-            continue;
-        auto const start = startsInside(*run) ? string().lastIndexOf(u'\n', run->location - 1) + 1 : run->location;
-        if (!runs.empty() && runs.back().index == run->index)
-            runs.back() = { start, runs.back().length + end - start, run->index };
-        else
-            runs.push_back({ start, end - start, run->index });
-        end = start;
+    qsizetype read = 0;
+    qsizetype paragraph = 0; // where the one begins that a style ends in
+    for (auto const& run : held) {
+        auto const feed = QStringView(string()).sliced(read, run.end - read).lastIndexOf(u'\n');
+        paragraph = feed < 0 ? paragraph : read + feed + 1;
+        read = run.end;
+        auto const end = endsInside(run) ? paragraph : read;
+        if (runs.empty() ? end > 0 : end > runs.back().end)
+            Data::extend(runs, end, run.index);
     }
-    std::ranges::reverse(runs);
     return AttributedText(QExplicitlySharedDataPointer<Data const>(data));
 }
 
@@ -178,11 +178,6 @@ AttributedText::Builder::AttributesId AttributedText::Builder::add(TextAttribute
     return AttributesId { next };
 }
 
-QString AttributedText::Builder::textFrom(qsizetype location) const
-{
-    return m_data->string.sliced(location);
-}
-
 void AttributedText::Builder::reserve(qsizetype length)
 {
     m_data->string.reserve(length);
@@ -190,11 +185,15 @@ void AttributedText::Builder::reserve(qsizetype length)
 
 AttributedText::Builder::StyleId AttributedText::Builder::add(ParagraphStyle const& style)
 {
-    // There are few, but for the columns of a sheet and the tables; and those come one after the other.
-    auto& known = m_data->styles;
-    if (known.empty() || known.back() != style)
-        known.push_back(style);
-    auto const index = static_cast<quint32>(known.size() - 1);
+    // There are few, but for tables of ever other widths; then what comes again is most often one of the last.
+    auto& styles = m_data->styles;
+    auto const recent = styles.rbegin() + std::min<std::ptrdiff_t>(std::ssize(styles), stylesLookedAt);
+    auto const known = std::find(styles.rbegin(), recent, style);
+    auto index = static_cast<quint32>(std::distance(known, styles.rend()) - 1);
+    if (known == recent) {
+        index = static_cast<quint32>(styles.size());
+        styles.push_back(style);
+    }
     auto& placed = m_data->placedStyles;
     if (placed.empty() || placed.back().style != index || placed.back().cell != TableCell())
         placed.push_back({ index, {} });
@@ -213,8 +212,8 @@ void AttributedText::Builder::appendKnown(QStringView text, AttributesId attribu
     if (text.isEmpty())
         return;
     m_data->string += text;
-    extend(m_data->runs, text.size(), static_cast<quint32>(attributes));
-    extend(m_data->paragraphRuns, text.size(), static_cast<quint32>(style));
+    Data::extend(m_data->runs, length(), static_cast<quint32>(attributes));
+    Data::extend(m_data->paragraphRuns, length(), static_cast<quint32>(style));
 }
 
 void AttributedText::Builder::append(QStringView text, TextAttributes const& attributes, ParagraphStyle const& style)
@@ -234,7 +233,7 @@ AttributedText AttributedText::Builder::build() &&
     m_data->runs.shrink_to_fit();
     m_data->paragraphRuns.shrink_to_fit();
     m_data->placedStyles.shrink_to_fit();
-    return AttributedText(QExplicitlySharedDataPointer<Data const>(m_data.take()));
+    return AttributedText(QExplicitlySharedDataPointer<Data const>(m_data.data()));
 }
 
 }

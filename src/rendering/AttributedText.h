@@ -7,8 +7,9 @@
 #include <QSharedDataPointer>
 #include <QString>
 
+#include <cstddef>
+#include <iterator>
 #include <span>
-#include <vector>
 
 namespace Quillory {
 
@@ -21,9 +22,11 @@ public:
         qsizetype location = 0;
         qsizetype length = 0;
         quint32 index = 0; // tells apart what the text has for it
+        qsizetype end() const { return location + length; }
         bool operator==(Run const&) const = default;
     };
 
+    class Runs;
     class Builder;
 
     AttributedText();
@@ -37,8 +40,8 @@ public:
     qsizetype length() const { return string().size(); }
     bool isEmpty() const { return string().isEmpty(); }
 
-    std::span<Run const> runs() const;
-    std::span<Run const> paragraphRuns() const;
+    Runs runs() const;
+    Runs paragraphRuns() const;
 
     TextAttributes const& attributes(Run const& run) const;
     ParagraphStyle const& paragraphStyle(Run const& run) const;
@@ -57,9 +60,63 @@ public:
 
 private:
     struct PlacedStyle;
+    // A run as it is held, of which a long text has hundreds of thousands: it begins where the one before it ends.
+    struct HeldRun {
+        quint32 end = 0;
+        quint32 index = 0;
+    };
     struct Data;
     explicit AttributedText(QExplicitlySharedDataPointer<Data const> data);
     QExplicitlySharedDataPointer<Data const> m_data;
+};
+
+// Neighbouring runs, each made when it is looked at. Valid for as long as the text.
+class AttributedText::Runs {
+public:
+    class Iterator {
+    public:
+        using difference_type = std::ptrdiff_t;
+        using value_type = Run;
+
+        Iterator() = default;
+        Iterator(Runs const& runs, std::size_t position)
+            : m_held(runs.m_held)
+            , m_position(position)
+        {
+        }
+        Run operator*() const { return Runs(m_held)[m_position]; }
+        Iterator& operator++()
+        {
+            ++m_position;
+            return *this;
+        }
+        Iterator operator++(int) { return Iterator(Runs(m_held), m_position++); }
+        bool operator==(Iterator const& other) const { return m_position == other.m_position; }
+
+    private:
+        std::span<HeldRun const> m_held;
+        std::size_t m_position = 0;
+    };
+
+    std::size_t size() const { return m_held.size(); }
+    bool empty() const { return m_held.empty(); }
+    Run operator[](std::size_t position) const
+    {
+        qsizetype const location = position > 0 ? m_held[position - 1].end : 0;
+        return { location, m_held[position].end - location, m_held[position].index };
+    }
+    Run front() const { return operator[](0); }
+    Run back() const { return operator[](size() - 1); }
+    Iterator begin() const { return Iterator(*this, 0); }
+    Iterator end() const { return Iterator(*this, size()); }
+
+private:
+    friend class AttributedText;
+    explicit Runs(std::span<HeldRun const> held)
+        : m_held(held)
+    {
+    }
+    std::span<HeldRun const> m_held;
 };
 
 // Makes an attributed text from its start to its end.
@@ -73,7 +130,6 @@ public:
     ~Builder();
 
     qsizetype length() const;
-    QString textFrom(qsizetype location) const;
     void reserve(qsizetype length);
     AttributesId add(TextAttributes const& attributes);
     StyleId add(ParagraphStyle const& style);

@@ -11,6 +11,7 @@ struct CopyTarget {
     struct Range {
         qsizetype location = 0; // UTF-16 units
         qsizetype length = 0;
+        qsizetype end() const { return location + length; }
         bool contains(qsizetype index) const { return index >= location && index - location < length; }
         bool operator==(Range const&) const = default;
     };

@@ -75,7 +75,8 @@ public:
         m_open.push_back({ .look = { .style = m_plainStyle }, .content = OpenNodes { first, nodes.end(), {} } });
         while (!m_open.empty())
             std::visit([this](auto& content) { step(content); }, m_open.back().content);
-        return { std::move(m_text).build(), std::move(m_targets) };
+        auto text = std::move(m_text).build();
+        return { text, CopyTargets(text.string(), std::move(m_targets)) };
     }
 
 private:
@@ -205,9 +206,8 @@ private:
     {
         auto changed = with(Look::Font::code);
         changed.shaded = true;
-        auto const location = m_text.length();
+        m_targets.append(CopyTargets::Place::inLine(m_text.length(), code.string.size()));
         appendText(code.string, changed);
-        m_targets.push_back({ .range = { location, code.string.size() }, .text = code.string.toString() });
     }
 
     void append(ParsedMarkdown::CodeBlock const& code)
@@ -215,7 +215,8 @@ private:
         auto shown = code.string;
         if (shown.endsWith(u'\n'))
             shown.chop(1);
-        if (shown.isEmpty())
+        auto const isBlank = shown.isEmpty();
+        if (isBlank)
             shown = u" ";
 
         auto const location = m_text.length();
@@ -231,7 +232,9 @@ private:
         changed.style = codeStyle(firstFeed < 0, true);
         appendText(shown.sliced(lastFeed + 1), changed);
         appendText(u"\n", changed);
-        m_targets.push_back({ .range = { location, shown.size() }, .text = code.string.toString(), .isBlock = true });
+        // What is copied stands in the text as well, with the line feed that it may end in.
+        auto const copied = location + (isBlank ? 1 : 0);
+        m_targets.append(CopyTargets::Place::block(location, shown.size(), copied, code.string.size()));
     }
 
     Builder::StyleId codeStyle(bool isFirst, bool isLast)
@@ -320,7 +323,6 @@ private:
     void append(ParsedMarkdown::Table const& table)
     {
         TableBlock block {
-            .table = m_tables++,
             .columns = columnCount(table),
             .padding = cellPadding,
             .borderWidth = cellBorder,
@@ -332,6 +334,7 @@ private:
             .lastRow = table.rows.end(),
             .headStyle = m_text.add(ParagraphStyle { .block = block }),
             .bodyStyle = bodyStyle,
+            .place = { .table = m_tables++ },
         };
         beginRow(content); // a table has its head at least
         m_open.push_back({ .look = look(), .content = content });
@@ -363,7 +366,7 @@ private:
     MarkdownRenderer::Images const& m_images;
     double m_textSize;
     Builder m_text;
-    std::vector<CopyTarget> m_targets;
+    QList<CopyTargets::Place> m_targets;
     std::vector<Open> m_open;
     std::array<std::optional<Builder::AttributesId>, Look::count> m_attributes;
     std::array<std::optional<Builder::StyleId>, 4> m_codeStyles;

@@ -6,25 +6,24 @@
 
 namespace Quillory {
 
-// Where in its table a cell is.
+// The place of a cell: its table's position among the tables of the text, and where in that table it is.
 struct TableCell {
+    int table = 0;
     int row = 0;
     int column = 0;
 
     bool operator==(TableCell const&) const = default;
 };
 
-// The cell of a table that a paragraph lies in, but for its place. Cells of one table bear the same `table`, its
-// position among the tables of the text; their paragraphs follow one another, row by row and column by column. Content
-// stands at the top.
+// The cell of a table that a paragraph lies in, but for its place. The paragraphs of a table follow one another, row by
+// row and column by column. Content stands at the top.
 struct TableBlock {
     // A column is as wide as its content asks for, or as `widthPercent` says.
     enum class Widths { automatic, fixed };
     enum class Border { none, leftEdge, allEdges };
 
-    int table = 0;
     int columns = 1; // of the whole table
-    double padding = 0;     // points, all four sides
+    double padding = 0; // points, all four sides
     Border border = Border::allEdges;
     double borderWidth = 0; // points; borders of neighbours collapse into one
     Color borderColor { ColorRole::separator };
@@ -43,8 +42,8 @@ struct ParagraphStyle {
     double minimumLineHeight = 0;
     double paragraphSpacingBefore = 0;
     double paragraphSpacing = 0; // behind the paragraph
-    double lineSpacing = 0;           // between lines
-    double rightTabStop = 0;          // where text behind a tab ends, from the paragraph's left edge; 0 for none
+    double lineSpacing = 0; // between lines
+    double rightTabStop = 0; // where text behind a tab ends, from the paragraph's left edge; 0 for none
     std::optional<TableBlock> block;
 
     bool operator==(ParagraphStyle const&) const = default;

@@ -1,16 +1,14 @@
 #pragma once
 
 #include "rendering/AttributedText.h"
-#include "rendering/CopyTarget.h"
-
-#include <vector>
+#include "rendering/CopyTargets.h"
 
 namespace Quillory {
 
 // What both renderers make of a sheet: text, and its targets in the order of the text.
 struct RenderedMarkdown {
     AttributedText text;
-    std::vector<CopyTarget> copyTargets;
+    CopyTargets copyTargets;
 
     bool operator==(RenderedMarkdown const&) const = default;
 };

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "library/ShortcutSheet.h"
+#include "rendering/SectionExtent.h"
 
+#include <span>
 #include <vector>
 
 namespace Quillory {
@@ -12,7 +13,7 @@ struct ShortcutColumns {
     std::vector<qsizetype> sectionCounts; // of each column, in order
 
     // At most six columns, never more than there are sections, and one at least.
-    static ShortcutColumns arrange(ShortcutSheet const& sheet, double width, double textSize);
+    static ShortcutColumns arrange(std::span<SectionExtent const> sections, double width, double textSize);
 
     int count() const { return static_cast<int>(sectionCounts.size()); }
 

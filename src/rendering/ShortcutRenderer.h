@@ -1,12 +1,6 @@
 #pragma once
 
-#include "library/PreparedImage.h"
-#include "library/ShortcutSheet.h"
-#include "rendering/RenderedMarkdown.h"
-#include "rendering/TextMeasure.h"
-
-#include <QMap>
-#include <QString>
+#include "rendering/PreparedShortcuts.h"
 
 namespace Quillory {
 
@@ -14,7 +8,7 @@ namespace Quillory {
 // Stateless; any thread that `measure` may be used on.
 namespace ShortcutRenderer {
 
-using Images = QMap<QString, PreparedImage>; // by the icon as written
+using Images = PreparedShortcuts::Images;
 
 // `width` is what the text has, `textSize` the reader's; both in points. The sheet's title is not drawn.
 RenderedMarkdown render(

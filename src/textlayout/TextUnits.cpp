@@ -68,17 +68,27 @@ public:
         return m_text.paragraphStyle(runs[m_run]).block;
     }
 
-    // The end of the table that begins at `location`.
+    // The end of the table around a place that isn't its start; the place itself when there is none.
+    qsizetype tableEndAround(qsizetype location)
+    {
+        if (!blockAt(location - 1))
+            return location;
+        auto const end = tableEnd(location - 1);
+        return std::max(end, location);
+    }
+
+    // The end of the table that `location` lies in.
     qsizetype tableEnd(qsizetype location)
     {
         auto const runs = m_text.paragraphRuns();
-        auto const table = blockAt(location)->table;
+        blockAt(location);
+        auto const table = m_text.tableCell(runs[m_run]).table;
         auto end = location;
         for (; m_run < runs.size(); ++m_run) {
-            auto const& block = m_text.paragraphStyle(runs[m_run]).block;
-            if (!block || block->table != table)
+            auto const run = runs[m_run];
+            if (!m_text.paragraphStyle(run).block || m_text.tableCell(run).table != table)
                 break;
-            end = runs[m_run].location + runs[m_run].length;
+            end = run.end();
         }
         m_run = std::min(m_run, runs.size() - 1);
         return end;
@@ -111,6 +121,19 @@ void cutIntoStretches(AttributedText const& text, TextRange paragraph, std::vect
     }
 }
 
+}
+
+std::vector<quint32> chapterStarts(AttributedText const& text, qsizetype characters)
+{
+    std::vector<quint32> starts;
+    StyleCursor styles(text, 0);
+    for (qsizetype position = 0; position < text.length();) {
+        starts.push_back(static_cast<quint32>(position));
+        auto const feed = text.string().indexOf(u'\n', position + characters - 1);
+        position = feed < 0 ? text.length() : styles.tableEndAround(feed + 1);
+    }
+    starts.push_back(static_cast<quint32>(text.length()));
+    return starts;
 }
 
 std::vector<quint32> textUnitStarts(AttributedText const& text, TextRange range, TableUnits tables)

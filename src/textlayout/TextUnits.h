@@ -15,4 +15,7 @@ enum class TableUnits { whole, none };
 // paragraphs, cut between words where there are any, and whole tables.
 std::vector<quint32> textUnitStarts(AttributedText const& text, TextRange range, TableUnits tables);
 
+// Where chapters of about so many characters begin, and at last the end of the text: at paragraphs, outside of tables.
+std::vector<quint32> chapterStarts(AttributedText const& text, qsizetype characters);
+
 }

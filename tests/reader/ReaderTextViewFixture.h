@@ -29,18 +29,22 @@ inline RenderedMarkdown sheet(QString const& source)
     block.paragraphSpacingBefore = 8;
     block.paragraphSpacing = 20;
     AttributedText::Builder builder;
-    std::vector<CopyTarget> targets;
+    QList<CopyTargets::Place> targets;
     for (auto const& line : source.split(u'\n')) {
         auto const isBlock = line.startsWith(u'>');
         auto const parts = isBlock ? QStringList { QString(), line.mid(1) } : line.split(u'$');
         for (qsizetype part = 0; part < parts.size(); ++part) {
+            auto const location = builder.length();
+            auto const length = parts[part].size();
             if (part % 2 == 1)
-                targets.push_back({ { builder.length(), parts[part].size() }, parts[part], isBlock, {} });
+                targets.append(isBlock ? CopyTargets::Place::block(location, length, location, length)
+                                       : CopyTargets::Place::inLine(location, length));
             builder.append(parts[part], {}, isBlock ? block : ParagraphStyle());
         }
         builder.append(u"\n", {}, isBlock ? block : ParagraphStyle());
     }
-    return { std::move(builder).build(), std::move(targets) };
+    auto text = std::move(builder).build();
+    return { text, CopyTargets(text.string(), std::move(targets)) };
 }
 
 class ReaderTextViewTest : public testing::Test {

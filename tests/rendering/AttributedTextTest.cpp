@@ -42,6 +42,18 @@ TEST(AttributedText, A_paragraph_takes_the_style_of_its_end)
     }
 }
 
+TEST(AttributedText, Lets_go_of_its_pictures_with_its_last_copy)
+{
+    PreparedImage const picture { .cgImage = QImage(1, 1, QImage::Format_RGB32) };
+    {
+        AttributedText::Builder builder;
+        builder.appendAttachment({ .attachment = Attachment { picture, 1, 1 } }, {});
+        auto const text = std::move(builder).build();
+        EXPECT_FALSE(picture.cgImage.isDetached());
+    }
+    EXPECT_TRUE(picture.cgImage.isDetached());
+}
+
 TEST(AttributedText, Texts_are_equal_however_their_attributes_were_added)
 {
     auto const made = [](bool unusedFirst, QStringView last) {

@@ -48,7 +48,7 @@ TEST(ShortcutColumns, Sections_are_shared_out_by_what_is_left)
              Case { 900, 10, { 1, 1, 1, 1, 20 }, { 3, 1, 1 }, 270 },
              Case { 600, 10, { 0, 0, 0, 9 }, { 3, 1 }, 270 },
          }) {
-        auto const arranged = ShortcutColumns::arrange(sheetOf(entries), width, textSize);
+        auto const arranged = ShortcutColumns::arrange(SectionExtent::ofAll(sheetOf(entries)), width, textSize);
         EXPECT_THAT(arranged.sectionCounts, ElementsAreArray(columns)) << width << " at " << textSize;
         EXPECT_EQ(arranged.contentWidth, contentWidth);
     }
@@ -64,7 +64,8 @@ TEST(ShortcutColumns, No_column_is_empty_and_no_section_is_lost)
         std::vector<int> entries(static_cast<std::size_t>(anyCount(random)));
         for (auto& count : entries)
             count = anyEntries(random);
-        auto const counts = ShortcutColumns::arrange(sheetOf(entries), anyWidth(random), 16).sectionCounts;
+        auto const counts = ShortcutColumns::arrange(SectionExtent::ofAll(sheetOf(entries)), anyWidth(random), 16)
+                                .sectionCounts;
         EXPECT_LE(counts.size(), 6U);
         EXPECT_THAT(counts, Each(Ge(1)));
         EXPECT_EQ(std::accumulate(counts.begin(), counts.end(), qsizetype(0)), std::ssize(entries));

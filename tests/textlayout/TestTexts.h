@@ -33,14 +33,13 @@ inline AttributedText tableText(std::vector<std::vector<QString>> const& rows, i
     for (std::size_t row = 0; row < rows.size(); ++row) {
         for (std::size_t column = 0; column < rows[row].size(); ++column) {
             TableBlock block;
-            block.table = table;
             block.columns = static_cast<int>(columns);
             block.padding = 5;
             block.borderWidth = 0.5;
             ParagraphStyle style;
             style.block = block;
             builder.appendKnown(rows[row][column] + u'\n', builder.add(TextAttributes()),
-                builder.add(builder.add(style), { static_cast<int>(row), static_cast<int>(column) }));
+                builder.add(builder.add(style), { table, static_cast<int>(row), static_cast<int>(column) }));
         }
     }
     return std::move(builder).build();

@@ -90,7 +90,7 @@ void writeBlock(JsonWriter& json, TableBlock const& block, TableCell cell)
 {
     json.key(u"block");
     json.beginObject();
-    json.integerMember(u"table", block.table);
+    json.integerMember(u"table", cell.table);
     json.integerMember(u"columns", block.columns);
     json.integerMember(u"row", cell.row);
     json.integerMember(u"column", cell.column);
@@ -131,12 +131,11 @@ void writeRuns(JsonWriter& json, AttributedText const& text)
 {
     auto const runs = text.runs();
     auto const paragraphs = text.paragraphRuns();
-    auto const endOf = [](AttributedText::Run const& run) { return run.location + run.length; };
     json.beginArray();
     std::size_t run = 0;
     std::size_t paragraph = 0;
     for (qsizetype location = 0; location < text.length();) {
-        auto const end = std::min(endOf(runs[run]), endOf(paragraphs[paragraph]));
+        auto const end = std::min(runs[run].end(), paragraphs[paragraph].end());
         json.beginLine();
         json.beginObject();
         json.integerMember(u"location", location);
@@ -144,8 +143,8 @@ void writeRuns(JsonWriter& json, AttributedText const& text)
         writeAttributes(json, text.attributes(runs[run]));
         writeParagraph(json, text.paragraphStyle(paragraphs[paragraph]), text.tableCell(paragraphs[paragraph]));
         json.endObject();
-        run += endOf(runs[run]) == end ? 1U : 0U;
-        paragraph += endOf(paragraphs[paragraph]) == end ? 1U : 0U;
+        run += runs[run].end() == end ? 1U : 0U;
+        paragraph += paragraphs[paragraph].end() == end ? 1U : 0U;
         location = end;
     }
     json.endArray();
