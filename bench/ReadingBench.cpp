@@ -58,6 +58,7 @@ public:
         scroll().show();
         QCoreApplication::processEvents();
     }
+    ~Reader() { delete &scroll(); } // it would go on working while others are measured
 
     ReaderScrollView& scroll() const { return m_reader.scrollView(); }
     ReaderTextView& view() const { return scroll().textView(); }

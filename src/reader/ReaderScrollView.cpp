@@ -1,6 +1,6 @@
 #include "reader/ReaderScrollView.h"
 
-#include "rendering/ShortcutRenderer.h"
+#include "textlayout/FontTextMeasure.h"
 
 #include <QEvent>
 #include <QScrollBar>
@@ -21,7 +21,6 @@ constexpr int scrollStep = 20;
 ReaderScrollView::ReaderScrollView(Executor& executor, QWidget* parent)
     : QAbstractScrollArea(parent)
     , m_textView(new ReaderTextView(executor))
-    , m_measuredFonts(FontSet::ofDesktop())
 {
     setFrameShape(NoFrame);
     // A mirrored view would start at the far end of text wider than itself.
@@ -56,13 +55,15 @@ void ReaderScrollView::layOutText()
         m_textView->setContainerWidth(width);
 }
 
-RenderedMarkdown ReaderScrollView::renderedShortcuts() const
+RenderedMarkdown ReaderScrollView::renderedShortcuts()
 {
-    if (auto const fonts = FontSet::ofDesktop(); !m_measure || m_measuredFonts != fonts) {
-        m_measuredFonts = fonts;
-        m_measure.emplace(fonts);
-    }
-    return ShortcutRenderer::render(*shortcuts, images, structuredWidth(), textSize, *m_measure);
+    auto const fonts = FontSet::ofDesktop();
+    auto const isPrepared = m_prepared && m_prepared->sheet == *shortcuts && m_prepared->images == images
+        && m_prepared->textSize == textSize && m_prepared->fonts == fonts;
+    if (!isPrepared)
+        m_prepared.emplace(*shortcuts, images, textSize, fonts,
+            PreparedShortcuts(*shortcuts, images, textSize, FontTextMeasure(fonts)));
+    return m_prepared->shortcuts.render(structuredWidth());
 }
 
 void ReaderScrollView::updateScrollBars()
@@ -82,10 +83,12 @@ void ReaderScrollView::updateScrollBars()
 }
 
 // The bars hold whole points; what the program sets is exact, and only what a person moves is taken from them.
-void ReaderScrollView::scrollContentsBy(int, int)
+void ReaderScrollView::scrollContentsBy(int dx, int dy)
 {
     if (m_settingBars)
         return;
+    if (dx == 0 && dy < 0 && verticalScrollBar()->value() == verticalScrollBar()->maximum())
+        return m_textView->scrollToEnd();
     auto const follow = [](double value, QScrollBar const& bar) {
         return qRound(value) == bar.value() ? value : bar.value();
     };

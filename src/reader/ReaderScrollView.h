@@ -3,7 +3,7 @@
 #include "library/PreparedImage.h"
 #include "library/ShortcutSheet.h"
 #include "reader/ReaderTextView.h"
-#include "textlayout/FontTextMeasure.h"
+#include "rendering/PreparedShortcuts.h"
 
 #include <QAbstractScrollArea>
 #include <QMap>
@@ -30,7 +30,7 @@ public:
     // The width that a structured sheet is rendered for, and the one that text is laid out for.
     double structuredWidth() const;
     double textWidth() const;
-    RenderedMarkdown renderedShortcuts() const;
+    RenderedMarkdown renderedShortcuts();
 
     // Brings the text's width up to date.
     void layOutText();
@@ -45,8 +45,15 @@ private:
 
     ReaderTextView* m_textView;
     bool m_settingBars = false;
-    mutable std::optional<FontTextMeasure> m_measure; // remembers what it has measured, for a window that is resized
-    mutable FontSet m_measuredFonts;
+    // What a window that is resized renders at every step.
+    struct Prepared {
+        ShortcutSheet sheet;
+        QMap<QString, PreparedImage> images;
+        double textSize = 0;
+        FontSet fonts;
+        PreparedShortcuts shortcuts;
+    };
+    std::optional<Prepared> m_prepared;
 };
 
 }

@@ -16,7 +16,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto idleSlice = 4ms;
-constexpr qsizetype foldedAtOnce = 16'384; // units, in less time than that
+constexpr qsizetype foldedAtOnce = 2'048; // units, of which several steps fit into that time
 
 // Bottoms settle within a step or two; the bound keeps a faulty height from hanging the program.
 constexpr int mostPasses = 8;
@@ -118,6 +118,16 @@ void ReaderTextView::setScrollOrigin(QPointF origin)
     layOut();
 }
 
+void ReaderTextView::scrollToEnd()
+{
+    auto const start = m_origin.y();
+    auto const end = [this] { return constrained({ 0, contentSize().height() }).y(); };
+    auto const isNear = end() - start <= height();
+    auto const target = [&] { return isNear ? std::min(end(), start + height()) : end(); };
+    for (int pass = 0; pass < mostPasses && m_origin.y() < target(); ++pass)
+        setScrollOrigin({ m_origin.x(), target() });
+}
+
 TextAnchor ReaderTextView::scrollAnchor()
 {
     return m_document->layout.anchorAt(m_origin.y() - inset);
@@ -170,21 +180,15 @@ void ReaderTextView::moveOrigin(QPointF origin)
 
 void ReaderTextView::startIdleWork()
 {
-    auto const isLong = length() > foldedAtOnce; // shorter texts are folded when they are first looked through
-    auto const isFolded = !isLong || m_document->folded.isComplete();
-    if ((!m_document->layout.isExact() || !isFolded) && !m_idle.isActive())
+    if ((!m_document->layout.isExact() || !m_document->folded.isComplete()) && !m_idle.isActive())
         m_idle.start(0, this);
 }
 
 void ReaderTextView::doIdleWork()
 {
     auto& layout = m_document->layout;
-    if (layout.isExact()) {
-        m_document->folded.foldSome(foldedAtOnce);
-        if (m_document->folded.isComplete() || length() <= foldedAtOnce)
-            m_idle.stop();
-        return;
-    }
+    if (layout.isExact())
+        return foldSome();
     auto const atEnd = m_origin.y() > 0 && m_origin.y() >= constrained({ 0, contentSize().height() }).y() - 1;
     auto const result = layout.makeSomeExact(m_origin.y() - inset, idleSlice);
     auto const origin = m_origin + QPointF(0, result.correction);
@@ -197,7 +201,17 @@ void ReaderTextView::doIdleWork()
         Q_EMIT moved();
     if (result.correction != 0)
         layoutCodeButtons();
-    if (!result.moreLeft && (length() <= foldedAtOnce || m_document->folded.isComplete()))
+    if (!result.moreLeft && m_document->folded.isComplete())
+        m_idle.stop();
+}
+
+void ReaderTextView::foldSome()
+{
+    QDeadlineTimer const deadline(idleSlice, Qt::PreciseTimer);
+    do
+        m_document->folded.foldSome(foldedAtOnce);
+    while (!m_document->folded.isComplete() && !deadline.hasExpired());
+    if (m_document->folded.isComplete())
         m_idle.stop();
 }
 

@@ -68,6 +68,8 @@ public:
     // The point of the content that stands at the view's top left corner, always within what can be scrolled to.
     QPointF scrollOrigin() const { return m_origin; }
     void setScrollOrigin(QPointF origin);
+    // Down to the end, wherever it turns out to be once it is laid out; past no more than one page when it seemed near.
+    void scrollToEnd();
     QPointF constrained(QPointF origin) const;
     QSizeF contentSize() const;
     // The line at the top, which heights that change don't move.
@@ -159,6 +161,7 @@ private:
     void moveOrigin(QPointF origin);
     void startIdleWork();
     void doIdleWork();
+    void foldSome();
 
     void layoutCodeButtons();
     void updateCopyActions();

@@ -56,16 +56,6 @@ std::array<float, 95> asciiWidthsOf(QFontMetricsF const& metrics, double kern)
     return widths;
 }
 
-template<typename Cache, typename Make>
-auto& remembered(Cache& cache, quint32 index, Make make)
-{
-    if (cache.size() <= index)
-        cache.resize(index + 1);
-    if (!cache[index])
-        cache[index] = make();
-    return *cache[index];
-}
-
 }
 
 LayoutContext::LayoutContext(AttributedText const& text, FontSet fonts, ColorSet colors)
@@ -78,25 +68,48 @@ LayoutContext::LayoutContext(AttributedText const& text, FontSet fonts, ColorSet
 void LayoutContext::setColors(ColorSet const& colors)
 {
     m_colors = colors;
-    m_formats.clear();
+    for (auto& look : m_looks)
+        look.format.reset();
+}
+
+LayoutContext::Look& LayoutContext::look(AttributedText::Run const& run) const
+{
+    if (m_lookOfRun.size() <= run.index)
+        m_lookOfRun.resize(run.index + 1);
+    auto*& known = m_lookOfRun[run.index];
+    if (!known)
+        known = lookOf(m_text.attributes(run));
+    return *known;
+}
+
+LayoutContext::Look* LayoutContext::lookOf(TextAttributes attributes) const
+{
+    if (!attributes.link.isEmpty())
+        attributes.link = QStringLiteral("anywhere");
+    auto*& known = m_lookOfAttributes[attributes];
+    if (!known)
+        known = &m_looks.emplace_back(Look { .metrics = makeMetrics(attributes), .format = {}, .letterWidths = {} });
+    return known;
 }
 
 LayoutContext::Metrics const& LayoutContext::metrics(AttributedText::Run const& run) const
 {
-    return remembered(m_metrics, run.index, [&] {
-        auto const& attributes = m_text.attributes(run);
-        auto const font = fontOf(m_fonts, attributes);
-        QFontMetricsF const metrics(font);
-        auto const extent = lineExtentOf(font);
-        return Metrics {
-            .font = font,
-            .lineHeight = extent.height,
-            .ascent = extent.ascent,
-            .averageWidth = std::max(1.0, averageWidthOf(metrics) + attributes.kern),
-            .asciiWidths = asciiWidthsOf(metrics, attributes.kern),
-            .plain = !attributes.background && !attributes.attachment && attributes.baselineOffset == 0,
-        };
-    });
+    return look(run).metrics;
+}
+
+LayoutContext::Metrics LayoutContext::makeMetrics(TextAttributes const& attributes) const
+{
+    auto const font = fontOf(m_fonts, attributes);
+    QFontMetricsF const metrics(font);
+    auto const extent = lineExtentOf(font);
+    return {
+        .font = font,
+        .lineHeight = extent.height,
+        .ascent = extent.ascent,
+        .averageWidth = std::max(1.0, averageWidthOf(metrics) + attributes.kern),
+        .asciiWidths = asciiWidthsOf(metrics, attributes.kern),
+        .plain = !attributes.background && !attributes.attachment && attributes.baselineOffset == 0,
+    };
 }
 
 double LayoutContext::letterWidth(AttributedText::Run const& run, QStringView letter) const
@@ -105,7 +118,7 @@ double LayoutContext::letterWidth(AttributedText::Run const& run, QStringView le
         return attachment->width;
     auto const isPair = letter.size() == 2;
     auto const code = isPair ? QChar::surrogateToUcs4(letter[0], letter[1]) : char32_t(letter[0].unicode());
-    auto& widths = remembered(m_letterWidths, run.index, [] { return QHash<char32_t, double>(); });
+    auto& widths = look(run).letterWidths;
     auto const known = widths.constFind(code);
     if (known != widths.cend())
         return *known;
@@ -114,7 +127,10 @@ double LayoutContext::letterWidth(AttributedText::Run const& run, QStringView le
 
 QTextCharFormat const& LayoutContext::format(AttributedText::Run const& run) const
 {
-    return remembered(m_formats, run.index, [&] { return makeFormat(m_text.attributes(run)); });
+    auto& format = look(run).format;
+    if (!format)
+        format = makeFormat(m_text.attributes(run));
+    return *format;
 }
 
 QColor LayoutContext::foreground(TextAttributes const& attributes) const

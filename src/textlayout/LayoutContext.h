@@ -10,6 +10,7 @@
 #include <array>
 #include <deque>
 #include <optional>
+#include <vector>
 
 namespace Quillory {
 
@@ -54,15 +55,24 @@ public:
     QColor foreground(TextAttributes const& attributes) const;
 
 private:
+    // What runs have in common that look the same: those of a thousand links differ only in where they lead.
+    struct Look {
+        Metrics metrics;
+        std::optional<QTextCharFormat> format;
+        QHash<char32_t, double> letterWidths;
+    };
+
+    Look& look(AttributedText::Run const& run) const;
+    Look* lookOf(TextAttributes attributes) const;
+    Metrics makeMetrics(TextAttributes const& attributes) const;
     QTextCharFormat makeFormat(TextAttributes const& attributes) const;
 
     AttributedText m_text;
     FontSet m_fonts;
     ColorSet m_colors;
-    // By the run's index. References into a deque stay valid when it grows.
-    mutable std::deque<std::optional<Metrics>> m_metrics;
-    mutable std::deque<std::optional<QTextCharFormat>> m_formats;
-    mutable std::deque<std::optional<QHash<char32_t, double>>> m_letterWidths;
+    mutable std::deque<Look> m_looks; // references into it stay valid when it grows
+    mutable QHash<TextAttributes, Look*> m_lookOfAttributes;
+    mutable std::vector<Look*> m_lookOfRun; // by the run's index
 };
 
 }

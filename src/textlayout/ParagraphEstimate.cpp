@@ -45,4 +45,22 @@ ParagraphEstimate estimatedParagraph(LayoutContext const& context, ParagraphStre
     return { lines * lineHeight + spacing, fits };
 }
 
+double estimatedLines(QStringView string, double lettersOfLine)
+{
+    double lines = 0;
+    qsizetype start = 0;
+    auto const add = [&](qsizetype end) {
+        auto const length = static_cast<double>(end - start);
+        lines += length <= lettersOfLine ? 1 : std::ceil(length / lettersOfLine);
+        start = end + 1;
+    };
+    for (qsizetype position = 0; position < string.size(); ++position) {
+        if (string[position] == u'\n')
+            add(position);
+    }
+    if (start < string.size())
+        add(string.size());
+    return lines;
+}
+
 }

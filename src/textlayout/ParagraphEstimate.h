@@ -15,4 +15,7 @@ struct ParagraphEstimate {
 ParagraphEstimate estimatedParagraph(LayoutContext const& context, ParagraphStretch const& stretch,
     AttributedText::Run const& run, ParagraphStyle const& style, double width);
 
+// How many lines of so many letters each the paragraphs of a text are likely to take.
+double estimatedLines(QStringView string, double lettersOfLine);
+
 }

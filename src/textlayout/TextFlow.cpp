@@ -39,6 +39,13 @@ void TextFlow::forgetLines()
         layout->forgetLines();
 }
 
+void TextFlow::leave()
+{
+    m_lines.clear();
+    m_firstShown = m_behindShown = 0;
+    dropTables();
+}
+
 // One pass over units and runs.
 void TextFlow::estimate()
 {

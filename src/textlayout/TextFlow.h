@@ -41,6 +41,8 @@ public:
     void setWidth(double width);
     // Drops the lines and keeps the heights.
     void forgetLines();
+    // Nothing of it is shown any more: keeps only what would be dear to make again.
+    void leave();
 
     // Makes what lies from top to bottom exact. What lies above keeps its place.
     void layOut(double top, double bottom);
@@ -69,7 +71,6 @@ public:
 private:
     using Paragraph = std::shared_ptr<ParagraphLayout const>;
 
-    void splitIntoUnits();
     void estimate();
     double estimatedTableHeight(qsizetype unit) const;
     bool isTable(qsizetype unit) const;

@@ -3,7 +3,7 @@
 #include "textlayout/ColorSet.h"
 #include "textlayout/FontSet.h"
 #include "textlayout/LayoutContext.h"
-#include "textlayout/TextFlow.h"
+#include "textlayout/TextChapters.h"
 
 #include <chrono>
 #include <memory>
@@ -26,47 +26,46 @@ public:
 
     AttributedText const& text() const { return m_context->text(); }
     FontSet const& fonts() const { return m_context->fonts(); }
-    double width() const { return m_flow->width(); }
+    double width() const { return m_chapters->width(); }
     // All heights are estimates again. Take the anchor of the top line before, and ask for its position after.
-    void setWidth(double width) { m_flow->setWidth(width); }
+    void setWidth(double width) { m_chapters->setWidth(width); }
 
     // Makes exact what is on screen when the top of the view is at `top`. Call before painting and before hit tests.
     ScrollCorrection layOutVisible(double top, double height);
     // Makes exact what it can within the budget, wherever it stands.
     IdleResult makeSomeExact(double top, std::chrono::milliseconds budget);
-    bool isExact() const { return m_flow->isExact(); }
+    bool isExact() const { return m_chapters->isExact(); }
     // Drops the lines of what is on screen and keeps the heights.
-    void forgetLines() { m_flow->forgetLines(); }
+    void forgetLines() { m_chapters->forgetLines(); }
 
-    TextAnchor anchorAt(double y) { return m_flow->anchorAt(y); }
-    double positionOf(TextAnchor const& anchor) { return m_flow->positionOf(anchor); }
+    TextAnchor anchorAt(double y) { return m_chapters->anchorAt(y); }
+    double positionOf(TextAnchor const& anchor) { return m_chapters->positionOf(anchor); }
 
-    double height() const { return m_flow->height(); }
+    double height() const { return m_chapters->height(); }
     // The width that the widest table laid out so far really takes; at least width().
-    double usedWidth() const { return m_flow->usedWidth(); }
+    double usedWidth() const { return m_chapters->usedWidth(); }
 
-    // The units (paragraphs and whole tables) that meet y0 to y1, as first and behind last.
-    std::pair<qsizetype, qsizetype> unitRangeFor(double y0, double y1) const;
-    TextRange textRangeFor(double y0, double y1) const;
+    // The paragraphs and whole tables that meet y0 to y1.
+    TextRange textRangeFor(double y0, double y1) const { return m_chapters->textRangeFor(y0, y1); }
 
     // `visible` is in points of the text, whose top left corner the painter has at its origin.
     void paint(QPainter& painter, QRectF const& visible, ColorSet const& colors);
     // The character at the point or the nearest of its line; the text's length is never exceeded.
-    qsizetype characterIndexAt(QPointF point) const { return m_flow->characterIndexAt(point); }
+    qsizetype characterIndexAt(QPointF point) const { return m_chapters->characterIndexAt(point); }
     // The line boxes of the range. One of several paragraphs is taken to fill the width.
     QRectF boundingRect(qsizetype location, qsizetype length) const
     {
-        return m_flow->boundingRect({ location, length });
+        return m_chapters->boundingRect({ location, length });
     }
 
     // What the line that holds the character takes of the text, without its line feed.
-    TextRange lineRange(qsizetype location) const { return m_flow->lineRange(location); }
+    TextRange lineRange(qsizetype location) const { return m_chapters->lineRange(location); }
     // What a selection covers of what is visible, in rectangles that don't overlap, line by line.
     std::vector<QRectF> selectionRects(TextRange range, QRectF const& visible) const;
 
 private:
-    std::unique_ptr<LayoutContext> m_context; // the flow refers to it
-    std::unique_ptr<TextFlow> m_flow;
+    std::unique_ptr<LayoutContext> m_context; // the chapters refer to it
+    std::unique_ptr<TextChapters> m_chapters;
 };
 
 }

@@ -122,7 +122,7 @@ TEST(TextLayout, What_is_taken_as_exact_without_laying_out_really_is)
         TextAttributes attributes;
         attributes.font.family = family;
         QString string;
-        for (int line = 0; line < 300; ++line) {
+        for (int line = 0; line < 200; ++line) {
             for (auto length = anyLength(random); length > 0; --length)
                 string += QChar(anyCharacter(random));
             string += u'\n';

@@ -1,0 +1,242 @@
+#include "textlayout/TextChapters.h"
+
+#include "textlayout/ParagraphEstimate.h"
+#include "textlayout/TextUnits.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace Quillory {
+
+namespace {
+
+// Looking at that many characters takes well under a millisecond.
+constexpr qsizetype charactersOfChapter = 8'192;
+
+}
+
+TextChapters::TextChapters(LayoutContext const& context, double width)
+    : m_context(context)
+    , m_width(width)
+    , m_starts(chapterStarts(context.text(), charactersOfChapter))
+    , m_flows(m_starts.size() - 1)
+{
+    estimate();
+}
+
+TextChapters::~TextChapters() = default;
+
+void TextChapters::setWidth(double width)
+{
+    if (width == m_width)
+        return;
+    m_width = width;
+    estimate(); // chapters follow when they are next asked for
+}
+
+void TextChapters::estimate()
+{
+    std::vector<double> heights(m_flows.size());
+    for (std::size_t chapter = 0; chapter < heights.size(); ++chapter)
+        heights[chapter] = estimatedHeight(range(static_cast<qsizetype>(chapter)));
+    m_heights = HeightTree(std::move(heights));
+    m_nextInexact = 0;
+    // A short text need not wait for anything.
+    if (count() == 1)
+        opened(0);
+}
+
+// As if all of it looked like the character in its middle.
+double TextChapters::estimatedHeight(TextRange range) const
+{
+    auto const& text = m_context.text();
+    auto const middle = text.runAt(range.location + range.length / 2);
+    auto const& metrics = m_context.metrics(text.runs()[static_cast<std::size_t>(middle)]);
+    auto const lines = estimatedLines(
+        QStringView(text.string()).sliced(range.location, range.length), m_width / metrics.averageWidth);
+    return lines * metrics.lineHeight;
+}
+
+TextRange TextChapters::range(qsizetype chapter) const
+{
+    auto const index = static_cast<std::size_t>(chapter);
+    return { m_starts[index], static_cast<qsizetype>(m_starts[index + 1]) - m_starts[index] };
+}
+
+qsizetype TextChapters::chapterHolding(qsizetype location) const
+{
+    auto const behind = std::ranges::upper_bound(
+        m_starts.begin(), m_starts.end() - 1, static_cast<quint32>(std::max<qsizetype>(location, 0)));
+    return std::max<qsizetype>(std::distance(m_starts.begin(), behind) - 1, 0);
+}
+
+TextFlow& TextChapters::flow(qsizetype chapter) const
+{
+    auto& flow = m_flows[static_cast<std::size_t>(chapter)];
+    if (flow)
+        flow->setWidth(m_width);
+    else
+        flow = std::make_unique<TextFlow>(m_context, range(chapter), m_width, TextFlow::Tables::asGrids);
+    return *flow;
+}
+
+TextFlow& TextChapters::opened(qsizetype chapter)
+{
+    auto& flow = this->flow(chapter);
+    noteHeight(chapter);
+    return flow;
+}
+
+void TextChapters::noteHeight(qsizetype chapter)
+{
+    m_heights.set(chapter, m_flows[static_cast<std::size_t>(chapter)]->height());
+}
+
+double TextChapters::usedWidth() const
+{
+    auto widest = m_width;
+    for (auto const& flow : m_flows) {
+        if (flow && flow->width() == m_width)
+            widest = std::max(widest, flow->usedWidth());
+    }
+    return widest;
+}
+
+void TextChapters::forgetLines()
+{
+    for (auto const& flow : m_flows) {
+        if (flow)
+            flow->forgetLines();
+    }
+}
+
+void TextChapters::layOut(double top, double bottom)
+{
+    if (count() == 0)
+        return;
+    auto const first = m_heights.indexAt(top);
+    auto chapter = first;
+    for (auto y = m_heights.top(first); chapter < count() && (y < bottom || chapter == first); ++chapter) {
+        flow(chapter).layOut(top - y, bottom - y);
+        noteHeight(chapter);
+        y += m_heights.height(chapter);
+    }
+    for (auto shown = m_firstShown; shown < m_behindShown; ++shown) {
+        if (shown < first || shown >= chapter)
+            flow(shown).leave();
+    }
+    m_firstShown = first;
+    m_behindShown = chapter;
+}
+
+bool TextChapters::makeSomeExact(QDeadlineTimer const& deadline)
+{
+    for (; m_nextInexact < count(); ++m_nextInexact) {
+        auto const more = opened(m_nextInexact).makeSomeExact(deadline);
+        noteHeight(m_nextInexact);
+        if (more)
+            return true;
+        if (deadline.hasExpired()) {
+            ++m_nextInexact;
+            return !isExact();
+        }
+    }
+    return false;
+}
+
+bool TextChapters::isExact() const
+{
+    auto const isDone = [this](std::unique_ptr<TextFlow> const& flow) {
+        return flow && flow->width() == m_width && flow->isExact();
+    };
+    return std::all_of(m_flows.begin() + m_nextInexact, m_flows.end(), isDone);
+}
+
+TextAnchor TextChapters::anchorAt(double y)
+{
+    if (count() == 0)
+        return { 0, y };
+    auto const chapter = m_heights.indexAt(y);
+    auto const top = m_heights.top(chapter);
+    auto const estimated = m_heights.height(chapter);
+    auto& flow = opened(chapter);
+    // What was a place in an estimate is the same share of what it really comes to.
+    auto const share = y > top && estimated > 0 ? flow.height() / estimated : 1;
+    auto const anchor = flow.anchorAt((y - top) * share);
+    noteHeight(chapter);
+    return anchor;
+}
+
+double TextChapters::positionOf(TextAnchor const& anchor)
+{
+    if (count() == 0)
+        return anchor.offset;
+    auto const chapter = chapterHolding(anchor.location);
+    auto const position = flow(chapter).positionOf(anchor);
+    noteHeight(chapter);
+    return m_heights.top(chapter) + position;
+}
+
+TextRange TextChapters::textRangeFor(double y0, double y1) const
+{
+    if (count() == 0)
+        return {};
+    auto const unitAt = [this](double y) {
+        auto const chapter = m_heights.indexAt(y);
+        return flow(chapter).unitRange(flow(chapter).unitAt(y - m_heights.top(chapter)));
+    };
+    auto const start = unitAt(y0).location;
+    return { start, unitAt(y1).end() - start };
+}
+
+void TextChapters::paint(QPainter& painter, QRectF const& clip)
+{
+    if (count() == 0)
+        return;
+    auto chapter = m_heights.indexAt(clip.top());
+    for (auto y = m_heights.top(chapter); chapter < count() && y < clip.bottom(); ++chapter) {
+        flow(chapter).paint(painter, { 0, y }, clip);
+        y += m_heights.height(chapter);
+    }
+}
+
+qsizetype TextChapters::characterIndexAt(QPointF point) const
+{
+    if (count() == 0)
+        return 0;
+    auto const chapter = m_heights.indexAt(point.y());
+    return flow(chapter).characterIndexAt(point - QPointF(0, m_heights.top(chapter)));
+}
+
+QRectF TextChapters::boundingRect(TextRange range) const
+{
+    if (count() == 0)
+        return {};
+    auto const first = chapterHolding(range.location);
+    auto const last = chapterHolding(std::max(range.location, range.end() - 1));
+    auto const above = flow(first).boundingRect(range).translated(0, m_heights.top(first));
+    if (first == last)
+        return above;
+    auto const below = flow(last).boundingRect(range).translated(0, m_heights.top(last));
+    return { 0, above.top(), std::max({ m_width, above.right(), below.right() }), below.bottom() - above.top() };
+}
+
+TextRange TextChapters::lineRange(qsizetype location) const
+{
+    return count() == 0 ? TextRange {} : flow(chapterHolding(location)).lineRange(location);
+}
+
+void TextChapters::addSelection(std::vector<QRectF>& covered, TextRange range, QRectF const& clip) const
+{
+    if (count() == 0)
+        return;
+    auto chapter = std::max(m_heights.indexAt(clip.top()), chapterHolding(range.location));
+    for (auto y = m_heights.top(chapter); chapter < count() && y < clip.bottom(); ++chapter) {
+        if (this->range(chapter).location >= range.end())
+            break;
+        flow(chapter).addSelection(covered, range, { 0, y }, clip);
+        y += m_heights.height(chapter);
+    }
+}
+
+}
