@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Quillory {
@@ -13,26 +14,57 @@ namespace Quillory {
 // File events that the test makes. They are delivered on `executor`, after the latency that was asked for.
 class FakeFileEvents final : public FileEvents {
 public:
-    explicit FakeFileEvents(Executor& executor);
+    explicit FakeFileEvents(Executor& executor)
+        : m_executor(executor)
+    {
+    }
 
     // Something changed in the folder, or with the folder.
-    void fire(QString const& folder);
+    void fire(QString const& folder)
+    {
+        for (auto const& watch : m_watches) {
+            if (watch->folder != folder || watch->delivery.isActive())
+                continue;
+            watch->delivery = m_executor.after(watch->latency, [owner = std::weak_ptr(watch)] {
+                auto const living = owner.lock();
+                living->delivery.end();
+                living->changed();
+            });
+        }
+    }
 
     // Without it every watch is inactive.
     void setAvailable(bool isAvailable) { m_isAvailable = isAvailable; }
 
-    QStringList watchedFolders() const;
+    QStringList watchedFolders() const
+    {
+        QStringList folders;
+        for (auto const& watch : m_watches)
+            folders << watch->folder;
+        return folders;
+    }
+
     // Of the latest watch.
     std::chrono::nanoseconds latency() const { return m_latency; }
 
-    Registration watch(QString const& folder, std::chrono::nanoseconds latency, std::function<void()> changed) override;
+    Registration watch(QString const& folder, std::chrono::nanoseconds latency, std::function<void()> changed) override
+    {
+        if (!m_isAvailable)
+            return {};
+        m_latency = latency;
+        auto watch = std::make_shared<Watch>(folder, latency, std::move(changed));
+        m_watches.push_back(watch);
+        return Registration([this, watch] {
+            watch->delivery.end();
+            std::erase(m_watches, watch);
+        });
+    }
 
 private:
     struct Watch {
         QString folder;
         std::chrono::nanoseconds latency;
         std::function<void()> changed;
-        bool isDue = false;
         Registration delivery;
     };
 

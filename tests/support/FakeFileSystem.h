@@ -5,11 +5,10 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 
 namespace Quillory {
 
-// Folders in memory, with the faults that a test asks for. Safe on any thread, as the real one is.
+// Folders in memory, with the faults that a test asks for. For one thread, but for reading.
 class FakeFileSystem final : public FileSystem {
 public:
     enum class Kind { regular, folder, symbolicLink, fifo, socket };
@@ -33,22 +32,23 @@ public:
     using InstallHook = std::function<int(InstallStep, QByteArray const& name)>;
     void setInstallHook(InstallHook hook) { m_installHook = std::move(hook); }
 
-    void addFolder(QString const& path);
+    void addFolder(QString const& path) { folder(path); }
     void removeFolder(QString const& path);
-    void failFolder(QString const& path, int error); // opening it; 0 makes it well again
     void failListing(QString const& path, int error);
 
     // The folder is made where it is missing. A name with "/" stands below the folder; the folders between are there.
     void put(QString const& folder, QByteArray const& name, Entry entry);
-    void write(QString const& folder, QByteArray const& name, QByteArray const& contents);
+    void write(QString const& folder, QByteArray const& name, QByteArray const& contents)
+    {
+        put(folder, name, { .contents = contents });
+    }
     void remove(QString const& folder, QByteArray const& name);
 
     // What is at the path, absent when nothing is.
     std::optional<Entry> entry(QString const& folder, QByteArray const& name) const;
 
     int opens(QString const& folder) const;
-    int reads(QString const& folder) const;
-    int reads(QString const& folder, QByteArray const& name) const;
+    int reads(QString const& folder, QByteArray const& name = {}) const; // of all names, without one
 
     std::expected<std::unique_ptr<OpenFolder>, SystemError> openFolder(QString const& path) const override;
     std::expected<std::vector<QByteArray>, SystemError> everyName(QString const& path) const override;
@@ -65,13 +65,11 @@ private:
     class Install;
     class NewFile;
 
-    std::shared_ptr<Folder> folder(QString const& path); // made where it is missing
+    Folder& folder(QString const& path); // made where it is missing
     std::shared_ptr<Folder> existing(QString const& path) const;
     std::expected<void, SystemError> step(InstallStep step, QByteArray const& name) const;
-    std::expected<Place, SystemError> place(QString const& path) const;
     std::expected<Place, SystemError> open(QString const& path) const;
 
-    mutable std::mutex m_mutex;
     std::map<QString, std::shared_ptr<Folder>> m_folders;
     InstallHook m_installHook;
 };

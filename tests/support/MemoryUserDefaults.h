@@ -17,9 +17,23 @@ public:
         bool operator==(Write const&) const = default;
     };
 
-    std::optional<Value> value(QString const& key) const override;
-    void setValue(QString const& key, Value value) override;
-    void removeValue(QString const& key) override;
+    std::optional<Value> value(QString const& key) const override
+    {
+        auto const found = m_values.find(key);
+        return found == m_values.end() ? std::nullopt : std::optional(*found);
+    }
+
+    void setValue(QString const& key, Value value) override
+    {
+        m_writes.push_back({ key, value });
+        m_values.insert(key, std::move(value));
+    }
+
+    void removeValue(QString const& key) override
+    {
+        m_writes.push_back({ key, std::nullopt });
+        m_values.remove(key);
+    }
 
     // In order, those that set an equal value among them.
     std::vector<Write> const& writes() const { return m_writes; }

@@ -72,9 +72,8 @@ void SyntheticKeyboard::clickButton(std::uint8_t button)
 
 void SyntheticKeyboard::click(std::int16_t x, std::int16_t y)
 {
-    send(XCB_MOTION_NOTIFY, 0, x, y);
-    send(XCB_BUTTON_PRESS, 1);
-    send(XCB_BUTTON_RELEASE, 1);
+    pressButton(x, y);
+    releaseButton();
 }
 
 void SyntheticKeyboard::movePointer(int x, int y)
