@@ -213,8 +213,6 @@ TEST(ParsedMarkdown, Its_tree_is_what_the_parsers_tree_says)
         texts.push_back(MarkdownSamples::random(seed));
         texts.push_back(MarkdownSamples::randomTables(seed));
     }
-    auto const corpus = MarkdownSamples::corpus();
-    texts.insert(texts.end(), corpus.begin(), corpus.end());
     for (auto const& text : texts) {
         auto const tree = parsed(text);
         auto const expected = expectedDump(text);

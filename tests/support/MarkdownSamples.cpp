@@ -1,9 +1,5 @@
 #include "support/MarkdownSamples.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 
 using namespace std::literals;
@@ -106,21 +102,6 @@ std::string MarkdownSamples::randomTables(std::uint32_t seed)
             text += end;
     }
     return text;
-}
-
-std::vector<std::string> MarkdownSamples::corpus()
-{
-    std::vector<std::string> texts;
-    auto const* const folder = std::getenv("QUILLORY_CORPUS");
-    if (!folder)
-        return texts;
-    for (auto const& entry : std::filesystem::recursive_directory_iterator(folder)) {
-        if (entry.path().extension() != ".md")
-            continue;
-        std::ifstream file(entry.path(), std::ios::binary);
-        texts.emplace_back(std::istreambuf_iterator(file), std::istreambuf_iterator<char>());
-    }
-    return texts;
 }
 
 std::string MarkdownSamples::repeated(std::string_view piece, std::size_t count)

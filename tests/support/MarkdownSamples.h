@@ -18,9 +18,6 @@ struct MarkdownSamples {
     // The same with tables: rows of any width, hidden pipes and markers, odd blanks, containers around them.
     static std::string randomTables(std::uint32_t seed);
 
-    // The .md files in the folder that QUILLORY_CORPUS names, if it names one.
-    static std::vector<std::string> corpus();
-
     static std::string repeated(std::string_view piece, std::size_t count);
 };
 
