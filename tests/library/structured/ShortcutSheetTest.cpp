@@ -148,7 +148,8 @@ TEST(ShortcutSheet, The_first_field_that_is_missing_or_of_a_wrong_kind_is_named)
 TEST(ShortcutSheet, The_first_of_several_elements_the_last_of_equal_keys_and_kinds_before_limits_are_told)
 {
     auto const twice = [](Bytes const& first, Bytes const& last) {
-        return R"({"schemaVersion":1,"title":)" + first + R"(,"sections":[{},3],"\u0074itle":)" + last
+        return R"({"schemaVersion":1,"title":)" + first
+            + R"(,"sections":[{"id":"z","title":"z","entries":[]},3],"\u0074itle":)" + last
             + R"(,"sections":[{"id":"a","title":"a","entries":[]}]})";
     };
     expectMessages({
@@ -162,7 +163,9 @@ TEST(ShortcutSheet, The_first_of_several_elements_the_last_of_equal_keys_and_kin
         { twice("7", "\"t\""), valid },
         { twice("\"t\"", "7"), "title: expected a string but found a number" },
     });
-    EXPECT_EQ(ShortcutSheet::decode(twice("\"a\"", "\"b\""))->title, u"b"_s);
+    auto const last = ShortcutSheet::decode(twice("\"a\"", "\"b\"")).value();
+    EXPECT_EQ(last.title, u"b"_s);
+    EXPECT_EQ(last.sections.size(), 1);
 }
 
 TEST(ShortcutSheet, A_number_is_an_integer_by_its_value)
