@@ -2,6 +2,7 @@
 
 #include "platform/KeyState.h"
 
+#include <map>
 #include <set>
 
 namespace Quillory {
@@ -11,22 +12,11 @@ class FakeKeyState final : public KeyState {
 public:
     static ModifierFlags flag(std::uint16_t keyCode)
     {
-        switch (keyCode) {
-        case 56:
-        case 60:
-            return ModifierFlags::shift;
-        case 59:
-        case 62:
-            return ModifierFlags::control;
-        case 58:
-        case 61:
-            return ModifierFlags::option;
-        case 55:
-        case 54:
-            return ModifierFlags::command;
-        default:
-            return ModifierFlags::none;
-        }
+        using enum ModifierFlags;
+        static std::map<std::uint16_t, ModifierFlags> const flags { { 56, shift }, { 60, shift }, { 59, control },
+            { 62, control }, { 58, option }, { 61, option }, { 55, command }, { 54, command } };
+        auto const found = flags.find(keyCode);
+        return found == flags.end() ? none : found->second;
     }
 
     static bool isModifier(std::uint16_t keyCode)
