@@ -1,8 +1,11 @@
 #pragma once
 
 #include <QByteArray>
-#include <QStringView>
+#include <QString>
 
+#include <concepts>
+#include <optional>
+#include <utility>
 #include <vector>
 
 namespace Quillory {
@@ -14,31 +17,113 @@ public:
     void endObject() { end('}'); }
     void beginArray() { begin('['); }
     void endArray() { end(']'); }
-    void key(QStringView name);
 
-    void string(QStringView text);
-    void number(double value);
-    void integer(qint64 value);
-    void boolean(bool value);
-    void null();
+    // What `write` writes in between. It is given each element of the list.
+    template<typename Write>
+    void object(Write write)
+    {
+        beginObject();
+        write();
+        endObject();
+    }
+    template<typename List, typename Write>
+    void array(List const& list, Write write)
+    {
+        beginArray();
+        for (auto const& element : list)
+            write(element);
+        endArray();
+    }
+
+    void key(QStringView name)
+    {
+        separate();
+        quote(name);
+        m_bytes += ':';
+        m_isBehindKey = true;
+    }
+
+    void value(QStringView text)
+    {
+        separate();
+        quote(text);
+    }
+    void value(double number) { literal(QByteArray::number(number, 'g', 17)); }
+    void value(std::integral auto number)
+    {
+        if constexpr (std::same_as<decltype(number), bool>)
+            literal(number ? "true" : "false");
+        else
+            literal(QByteArray::number(static_cast<qint64>(number)));
+    }
+    void null() { literal("null"); }
+
+    // A key with its value; null for what is absent.
+    template<typename Value>
+    void member(QStringView name, Value const& content)
+    {
+        key(name);
+        value(content);
+    }
+    template<typename Value>
+    void member(QStringView name, std::optional<Value> const& content)
+    {
+        key(name);
+        content ? value(*content) : null();
+    }
 
     // Begins a line before the next value. Means nothing to JSON, and much to whoever compares two files.
     void beginLine() { m_beginsLine = true; }
 
-    // A key with its value.
-    void member(QStringView name, QStringView text);
-    void numberMember(QStringView name, double value);
-    void integerMember(QStringView name, qint64 value);
-    void booleanMember(QStringView name, bool value);
-    void nullMember(QStringView name);
-
     QByteArray const& bytes() const { return m_bytes; }
 
 private:
-    void begin(char bracket);
-    void end(char bracket);
-    void separate();
-    void write(QStringView text);
+    void begin(char bracket)
+    {
+        separate();
+        m_bytes += bracket;
+        m_isFirst.push_back(true);
+    }
+
+    void end(char bracket)
+    {
+        m_isFirst.pop_back();
+        m_bytes += bracket;
+    }
+
+    void literal(QByteArray const& text)
+    {
+        separate();
+        m_bytes += text;
+    }
+
+    void separate()
+    {
+        if (std::exchange(m_isBehindKey, false))
+            return;
+        if (!m_isFirst.back())
+            m_bytes += ',';
+        m_isFirst.back() = false;
+        if (std::exchange(m_beginsLine, false))
+            m_bytes += '\n';
+    }
+
+    void quote(QStringView text)
+    {
+        m_bytes += '"';
+        for (char const byte : text.toUtf8()) {
+            auto const code = static_cast<unsigned char>(byte);
+            if (byte == '"' || byte == '\\')
+                m_bytes += '\\';
+            if (code >= 0x20)
+                m_bytes += byte;
+            else if (byte == '\n' || byte == '\t')
+                m_bytes += byte == '\n' ? "\\n" : "\\t";
+            else
+                m_bytes += "\\u" + QByteArray::number(code, 16).rightJustified(4, '0');
+        }
+        m_bytes += '"';
+    }
 
     QByteArray m_bytes;
     bool m_beginsLine = false;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace Quillory {
 
 namespace {
@@ -10,41 +12,28 @@ void writeColor(JsonWriter& json, QStringView name, QStringView alphaName, Color
 {
     json.member(name, QString(colorRoleName(color.role)));
     if (color.alpha != 1)
-        json.numberMember(alphaName, color.alpha);
-}
-
-QStringView weightName(FontAttribute::Weight weight)
-{
-    switch (weight) {
-    case FontAttribute::Weight::regular:
-        return u"regular";
-    case FontAttribute::Weight::medium:
-        return u"medium";
-    case FontAttribute::Weight::semibold:
-        return u"semibold";
-    case FontAttribute::Weight::bold:
-        return u"bold";
-    }
-    Q_UNREACHABLE();
+        json.member(alphaName, color.alpha);
 }
 
 void writeFont(JsonWriter& json, FontAttribute const& font)
 {
+    auto const weight = static_cast<std::size_t>(font.weight) / 100;
+    static constexpr QStringView weights[] { {}, {}, {}, {}, u"regular", u"medium", u"semibold", u"bold" };
     json.key(u"font");
-    json.beginObject();
-    json.member(u"family", font.family == FontAttribute::Family::system ? u"system" : u"monospaced");
-    json.numberMember(u"size", font.size);
-    json.member(u"weight", weightName(font.weight));
-    json.booleanMember(u"italic", font.italic);
-    json.endObject();
+    json.object([&] {
+        json.member(u"family", font.family == FontAttribute::Family::system ? u"system"_s : u"monospaced"_s);
+        json.member(u"size", font.size);
+        json.member(u"weight", weights[weight]);
+        json.member(u"italic", font.italic);
+    });
 }
 
 void writeAttachment(JsonWriter& json, Attachment const& attachment)
 {
     json.key(u"attachment");
     json.beginObject();
-    json.numberMember(u"width", attachment.width);
-    json.numberMember(u"height", attachment.height);
+    json.member(u"width", attachment.width);
+    json.member(u"height", attachment.height);
     if (auto const* symbol = std::get_if<Symbol>(&attachment.picture)) {
         json.member(u"symbol", symbol->name);
         writeColor(json, u"color", u"colorAlpha", symbol->color);
@@ -66,44 +55,32 @@ void writeAttributes(JsonWriter& json, TextAttributes const& attributes)
     if (!attributes.link.isEmpty())
         json.member(u"link", attributes.link);
     if (attributes.strikethrough)
-        json.booleanMember(u"strikethrough", true);
+        json.member(u"strikethrough", true);
     if (attributes.kern != 0)
-        json.numberMember(u"kern", attributes.kern);
+        json.member(u"kern", attributes.kern);
     if (attributes.baselineOffset != 0)
-        json.numberMember(u"baselineOffset", attributes.baselineOffset);
-}
-
-QStringView borderName(TableBlock::Border border)
-{
-    switch (border) {
-    case TableBlock::Border::none:
-        return u"none";
-    case TableBlock::Border::leftEdge:
-        return u"left";
-    case TableBlock::Border::allEdges:
-        return u"all";
-    }
-    Q_UNREACHABLE();
+        json.member(u"baselineOffset", attributes.baselineOffset);
 }
 
 void writeBlock(JsonWriter& json, TableBlock const& block, TableCell cell)
 {
+    static constexpr QStringView borders[] { u"none", u"left", u"all" };
     json.key(u"block");
     json.beginObject();
-    json.integerMember(u"table", cell.table);
-    json.integerMember(u"columns", block.columns);
-    json.integerMember(u"row", cell.row);
-    json.integerMember(u"column", cell.column);
-    json.integerMember(u"rowSpan", 1);
-    json.integerMember(u"columnSpan", 1);
-    json.numberMember(u"padding", block.padding);
-    json.member(u"border", borderName(block.border));
-    json.numberMember(u"borderWidth", block.borderWidth);
+    json.member(u"table", cell.table);
+    json.member(u"columns", block.columns);
+    json.member(u"row", cell.row);
+    json.member(u"column", cell.column);
+    json.member(u"rowSpan", 1);
+    json.member(u"columnSpan", 1);
+    json.member(u"padding", block.padding);
+    json.member(u"border", borders[static_cast<std::size_t>(block.border)]);
+    json.member(u"borderWidth", block.borderWidth);
     writeColor(json, u"borderColor", u"borderColorAlpha", block.borderColor);
     if (block.background)
         writeColor(json, u"background", u"backgroundAlpha", *block.background);
     if (block.widths == TableBlock::Widths::fixed)
-        json.numberMember(u"widthPercent", block.widthPercent);
+        json.member(u"widthPercent", block.widthPercent);
     json.endObject();
 }
 
@@ -113,14 +90,14 @@ void writeParagraph(JsonWriter& json, ParagraphStyle const& style, TableCell cel
         return;
     json.key(u"paragraph");
     json.beginObject();
-    json.numberMember(u"firstLineHeadIndent", style.firstLineHeadIndent);
-    json.numberMember(u"headIndent", style.headIndent);
-    json.numberMember(u"tailIndent", style.tailIndent);
-    json.numberMember(u"minimumLineHeight", style.minimumLineHeight);
-    json.numberMember(u"paragraphSpacingBefore", style.paragraphSpacingBefore);
-    json.numberMember(u"paragraphSpacing", style.paragraphSpacing);
-    json.numberMember(u"lineSpacing", style.lineSpacing);
-    json.numberMember(u"rightTabStop", style.rightTabStop);
+    json.member(u"firstLineHeadIndent", style.firstLineHeadIndent);
+    json.member(u"headIndent", style.headIndent);
+    json.member(u"tailIndent", style.tailIndent);
+    json.member(u"minimumLineHeight", style.minimumLineHeight);
+    json.member(u"paragraphSpacingBefore", style.paragraphSpacingBefore);
+    json.member(u"paragraphSpacing", style.paragraphSpacing);
+    json.member(u"lineSpacing", style.lineSpacing);
+    json.member(u"rightTabStop", style.rightTabStop);
     if (style.block)
         writeBlock(json, *style.block, cell);
     json.endObject();
@@ -138,8 +115,8 @@ void writeRuns(JsonWriter& json, AttributedText const& text)
         auto const end = std::min(runs[run].end(), paragraphs[paragraph].end());
         json.beginLine();
         json.beginObject();
-        json.integerMember(u"location", location);
-        json.integerMember(u"length", end - location);
+        json.member(u"location", location);
+        json.member(u"length", end - location);
         writeAttributes(json, text.attributes(runs[run]));
         writeParagraph(json, text.paragraphStyle(paragraphs[paragraph]), text.tableCell(paragraphs[paragraph]));
         json.endObject();
@@ -152,16 +129,13 @@ void writeRuns(JsonWriter& json, AttributedText const& text)
 
 void writeTarget(JsonWriter& json, CopyTarget const& target)
 {
-    json.beginObject();
-    json.integerMember(u"location", target.range.location);
-    json.integerMember(u"length", target.range.length);
-    json.member(u"text", target.text);
-    json.booleanMember(u"isBlock", target.isBlock);
-    if (target.accessibilityLabel)
-        json.member(u"accessibilityLabel", *target.accessibilityLabel);
-    else
-        json.nullMember(u"accessibilityLabel");
-    json.endObject();
+    json.object([&] {
+        json.member(u"location", target.range.location);
+        json.member(u"length", target.range.length);
+        json.member(u"text", target.text);
+        json.member(u"isBlock", target.isBlock);
+        json.member(u"accessibilityLabel", target.accessibilityLabel);
+    });
 }
 
 }
@@ -173,12 +147,10 @@ void writeRendered(JsonWriter& json, RenderedMarkdown const& rendered)
     json.key(u"runs");
     writeRuns(json, rendered.text);
     json.key(u"copyTargets");
-    json.beginArray();
-    for (auto const& target : rendered.copyTargets) {
+    json.array(rendered.copyTargets, [&](CopyTarget const& target) {
         json.beginLine();
         writeTarget(json, target);
-    }
-    json.endArray();
+    });
     json.endObject();
 }
 

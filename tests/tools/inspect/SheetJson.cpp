@@ -6,6 +6,7 @@
 #include "rendering/ShortcutRenderer.h"
 #include "support/FixedTextMeasure.h"
 
+#include <array>
 #include <variant>
 #include <vector>
 
@@ -93,14 +94,6 @@ private:
         children(nodes);
     }
 
-    void optionalMember(QStringView name, std::optional<QStringView> text)
-    {
-        if (text)
-            m_json.member(name, *text);
-        else
-            m_json.nullMember(name);
-    }
-
     void write(ParsedMarkdown::Text const& text) { leaf(u"text", text.string); }
     void write(ParsedMarkdown::InlineCode const& code) { leaf(u"inlineCode", code.string); }
     void write(ParsedMarkdown::CodeBlock const& code) { leaf(u"codeBlock", code.string); }
@@ -108,7 +101,7 @@ private:
     void write(ParsedMarkdown::Heading const& heading)
     {
         m_json.member(u"kind", u"heading");
-        m_json.integerMember(u"level", heading.level);
+        m_json.member(u"level", heading.level);
         m_json.member(u"text", heading.text);
         children(heading.children);
     }
@@ -121,14 +114,14 @@ private:
     void write(ParsedMarkdown::Link const& link)
     {
         m_json.member(u"kind", u"link");
-        optionalMember(u"destination", link.destination);
+        m_json.member(u"destination", link.destination);
         children(link.children);
     }
 
     void write(ParsedMarkdown::Image const& image)
     {
         m_json.member(u"kind", u"image");
-        optionalMember(u"source", image.source);
+        m_json.member(u"source", image.source);
         m_json.member(u"description", image.description);
         m_json.endObject();
     }
@@ -136,10 +129,7 @@ private:
     void write(ParsedMarkdown::ListItem const& item)
     {
         m_json.member(u"kind", u"listItem");
-        if (item.checked)
-            m_json.booleanMember(u"checked", *item.checked);
-        else
-            m_json.nullMember(u"checked");
+        m_json.member(u"checked", item.checked);
         children(item.children);
     }
 
@@ -157,7 +147,7 @@ private:
     {
         m_json.member(u"kind", u"html");
         m_json.member(u"string", html.string);
-        m_json.booleanMember(u"block", html.block);
+        m_json.member(u"block", html.block);
         m_json.endObject();
     }
 
@@ -176,7 +166,8 @@ private:
     std::vector<std::variant<OpenNodes, OpenCells, OpenRows>> m_open;
 };
 
-void writeOptional(JsonWriter& json, QStringView name, std::optional<QString> const& text)
+// What a sheet may leave out is left out here.
+void writeIfAny(JsonWriter& json, QStringView name, std::optional<QString> const& text)
 {
     if (text)
         json.member(name, *text);
@@ -184,61 +175,51 @@ void writeOptional(JsonWriter& json, QStringView name, std::optional<QString> co
 
 void writeStep(JsonWriter& json, ShortcutSheet::Step const& step)
 {
-    json.beginObject();
-    json.key(u"modifiers");
-    json.beginArray();
-    for (auto const& modifier : step.modifiers)
-        json.string(modifier);
-    json.endArray();
-    json.member(u"key", step.key);
-    json.endObject();
+    json.object([&] {
+        json.key(u"modifiers");
+        json.array(step.modifiers, [&](QString const& modifier) { json.value(modifier); });
+        json.member(u"key", step.key);
+    });
 }
 
 void writeEntry(JsonWriter& json, ShortcutSheet::Entry const& entry)
 {
-    json.beginObject();
-    json.member(u"id", entry.id);
-    json.member(u"title", entry.title);
-    writeOptional(json, u"text", entry.text);
-    json.key(u"shortcuts");
-    json.beginArray();
-    for (auto const& shortcut : entry.shortcuts) {
-        json.beginObject();
-        json.key(u"steps");
-        json.beginArray();
-        for (auto const& step : shortcut.steps)
-            writeStep(json, step);
-        json.endArray();
-        json.endObject();
-    }
-    json.endArray();
-    json.endObject();
+    json.object([&] {
+        json.member(u"id", entry.id);
+        json.member(u"title", entry.title);
+        writeIfAny(json, u"text", entry.text);
+        json.key(u"shortcuts");
+        json.array(entry.shortcuts, [&](ShortcutSheet::Shortcut const& shortcut) {
+            json.object([&] {
+                json.key(u"steps");
+                json.array(shortcut.steps, [&](ShortcutSheet::Step const& step) { writeStep(json, step); });
+            });
+        });
+    });
+}
+
+void writeSection(JsonWriter& json, ShortcutSheet::Section const& section)
+{
+    json.object([&] {
+        json.member(u"id", section.id);
+        json.member(u"title", section.title);
+        writeIfAny(json, u"description", section.description);
+        json.key(u"entries");
+        json.array(section.entries, [&](ShortcutSheet::Entry const& entry) { writeEntry(json, entry); });
+        writeIfAny(json, u"icon", section.icon);
+    });
 }
 
 void writeShortcuts(JsonWriter& json, ShortcutSheet const& sheet)
 {
-    json.beginObject();
-    json.integerMember(u"schemaVersion", sheet.schemaVersion);
-    json.member(u"title", sheet.title);
-    writeOptional(json, u"description", sheet.description);
-    json.key(u"sections");
-    json.beginArray();
-    for (auto const& section : sheet.sections) {
-        json.beginObject();
-        json.member(u"id", section.id);
-        json.member(u"title", section.title);
-        writeOptional(json, u"description", section.description);
-        json.key(u"entries");
-        json.beginArray();
-        for (auto const& entry : section.entries)
-            writeEntry(json, entry);
-        json.endArray();
-        writeOptional(json, u"icon", section.icon);
-        json.endObject();
-    }
-    json.endArray();
-    writeOptional(json, u"icon", sheet.icon);
-    json.endObject();
+    json.object([&] {
+        json.member(u"schemaVersion", sheet.schemaVersion);
+        json.member(u"title", sheet.title);
+        writeIfAny(json, u"description", sheet.description);
+        json.key(u"sections");
+        json.array(sheet.sections, [&](ShortcutSheet::Section const& section) { writeSection(json, section); });
+        writeIfAny(json, u"icon", sheet.icon);
+    });
 }
 
 QStringView kindOf(Sheet const& sheet)
@@ -265,9 +246,8 @@ void writeSheet(JsonWriter& json, Sheet const& sheet, std::optional<Page> const&
     json.member(u"id", sheet.id);
     json.member(u"title", sheet.title);
     json.member(u"kind", kindOf(sheet));
-    json.integerMember(u"sourceBytes", sheet.source.toUtf8().size());
-    json.key(u"error");
-    sheet.error ? json.string(*sheet.error) : json.null();
+    json.member(u"sourceBytes", sheet.source.toUtf8().size());
+    json.member(u"error", sheet.error);
     json.key(u"nodes");
     sheet.parsed ? NodeWriter(json).write(sheet.parsed->nodes()) : json.null();
     json.key(u"shortcuts");
@@ -276,17 +256,11 @@ void writeSheet(JsonWriter& json, Sheet const& sheet, std::optional<Page> const&
     json.beginObject();
     for (auto const& [reference, image] : sheet.images.asKeyValueRange()) {
         json.key(reference);
-        json.beginArray();
-        json.integer(image.cgImage.width());
-        json.integer(image.cgImage.height());
-        json.endArray();
+        json.array(std::array { image.cgImage.width(), image.cgImage.height() }, [&](int side) { json.value(side); });
     }
     json.endObject();
     json.key(u"iconWarnings");
-    json.beginArray();
-    for (auto const& warning : sheet.iconWarnings)
-        json.string(warning);
-    json.endArray();
+    json.array(sheet.iconWarnings, [&](QString const& warning) { json.value(warning); });
     if (page) {
         json.key(u"rendered");
         writeRendering(json, sheet, *page);
