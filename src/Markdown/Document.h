@@ -20,7 +20,7 @@ public:
     // Of the text's UTF-8 bytes, which must be well-formed.
     static Document parsingUtf8(QByteArrayView utf8, ParseOptions options = ParseOptions::none);
 
-    Element root() const { return Element(*m_storage, 0); }
+    Element root() const { return { *m_storage, 0 }; }
     ElementChildren children() const { return root().children(); }
     qsizetype childCount() const { return root().childCount(); }
 
@@ -29,7 +29,7 @@ public:
 
     // All elements in document order, the root first.
     std::vector<RawMarkup> const& elements() const { return m_storage->elements; }
-    Element element(std::uint32_t index) const { return Element(*m_storage, index); }
+    Element element(std::uint32_t index) const { return { *m_storage, index }; }
 
 private:
     explicit Document(RawMarkupStorage storage);

@@ -57,7 +57,7 @@ QStringView Element::secondString() const
 
 ElementChildren Element::children() const
 {
-    return ElementChildren(*m_storage, m_index + 1, raw().end);
+    return { *m_storage, m_index + 1, raw().end };
 }
 
 qsizetype Element::childCount() const

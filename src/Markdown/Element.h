@@ -122,7 +122,7 @@ public:
             , m_index(index)
         {
         }
-        Element operator*() const { return Element(*m_storage, m_index); }
+        Element operator*() const { return { *m_storage, m_index }; }
         Iterator& operator++()
         {
             m_index = m_storage->elements[m_index].end;
@@ -142,8 +142,8 @@ public:
     {
     }
 
-    Iterator begin() const { return Iterator(*m_storage, m_first); }
-    Iterator end() const { return Iterator(*m_storage, m_end); }
+    Iterator begin() const { return { *m_storage, m_first }; }
+    Iterator end() const { return { *m_storage, m_end }; }
     bool isEmpty() const { return m_first == m_end; }
 
 private:

@@ -93,7 +93,7 @@ qsizetype paddedCellBound(QByteArrayView utf8)
         }
         if (columns > 0)
             bound += std::max<qsizetype>(0, columns - cellCount(content));
-        if (auto const delimiters = delimiterColumns(content); delimiters > columns) {
+        if (auto const delimiters = delimiterColumns(content); delimiters && *delimiters > columns) {
             // Before the head, a list marker can look like one more cell, and a ">" that is text can hide one.
             auto const headCells = cellCount(previous);
             if (headCells >= *delimiters - 1 && headCells <= *delimiters + 1)

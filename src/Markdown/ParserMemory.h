@@ -35,7 +35,7 @@ private:
 
     static constexpr std::size_t granule = 16;
     static constexpr std::size_t smallLimit = 1024;
-    static constexpr std::size_t slabSize = 64 * 1024;
+    static constexpr std::size_t slabSize = std::size_t { 64 } * 1024;
 
     static ParserMemory& ofThisThread();
     static void* callocate(std::size_t count, std::size_t size);

@@ -41,12 +41,12 @@ bool hasScheme(QStringView reference)
 // The reference without its percent escapes; as it is when one of them is malformed or they yield no UTF-8.
 QByteArray withoutEscapes(QString const& reference)
 {
-    auto const escaped = reference.toUtf8();
+    auto escaped = reference.toUtf8();
     QByteArray bytes;
     bytes.reserve(escaped.size());
     for (qsizetype at = 0; at < escaped.size(); ++at) {
-        if (escaped[at] != '%') {
-            bytes += escaped[at];
+        if (escaped.at(at) != '%') {
+            bytes += escaped.at(at);
             continue;
         }
         auto const digits = escaped.mid(at + 1, 2);

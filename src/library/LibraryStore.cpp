@@ -56,6 +56,7 @@ QString translated(char const* text)
 void keepLastReadable(QList<Sheet>& loaded, QList<Sheet> const& current)
 {
     QHash<QString, Sheet const*> known; // made only where it is needed
+    // NOLINTNEXTLINE(modernize-loop-convert): a range of references would copy a list that nothing is changed in
     for (qsizetype index = 0; index < loaded.size(); ++index) {
         if (!loaded.at(index).error)
             continue;

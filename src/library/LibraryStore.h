@@ -47,7 +47,7 @@ public:
         FileOpener& fileOpener;
         OpenPanels& openPanels;
         Workspace& workspace;
-        QString starters {}; // the folder that the program brings its starter sheets in
+        QString starters; // the folder that the program brings its starter sheets in
     };
 
     enum class RestoreFolder { no, yes };
@@ -165,7 +165,7 @@ private:
     void tellPinsChanged() const;
 
     bool canPresent(std::optional<std::uint64_t> window) const;
-    void present(std::shared_ptr<OpenPanel> panel, OpenPanelSettings const& settings, std::uint64_t window,
+    void present(std::shared_ptr<OpenPanel> const& panel, OpenPanelSettings const& settings, std::uint64_t window,
         std::function<void(QString const& chosen)> accepted);
     void takeFolder(QString const& chosen);
     std::optional<SheetFile> fileOfSheet(std::optional<QString> const& id) const;

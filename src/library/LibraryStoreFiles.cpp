@@ -41,8 +41,8 @@ bool LibraryStore::canPresent(std::optional<std::uint64_t> window) const
     return window && !filePanel.value() && m_services.openPanels.canAttachTo(*window);
 }
 
-void LibraryStore::present(std::shared_ptr<OpenPanel> panel, OpenPanelSettings const& settings, std::uint64_t window,
-    std::function<void(QString const& chosen)> accepted)
+void LibraryStore::present(std::shared_ptr<OpenPanel> const& panel, OpenPanelSettings const& settings,
+    std::uint64_t window, std::function<void(QString const& chosen)> accepted)
 {
     filePanel.setValue(panel);
     if (filePickerWillPresent)

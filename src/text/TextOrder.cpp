@@ -89,7 +89,7 @@ qsizetype pieceEnd(QStringView text, qsizetype start)
     bool mayEnd = false;
     for (auto end = start; end < text.size();) {
         auto const scalar = scalarAt(text, end);
-        bool const leans = leansOnPrevious(scalar.value) && !(end - start >= longPiece && isFreeMark(scalar.value));
+        bool const leans = leansOnPrevious(scalar.value) && (end - start < longPiece || !isFreeMark(scalar.value));
         if (mayEnd && !leans)
             return end;
         end += scalar.length;
