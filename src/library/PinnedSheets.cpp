@@ -40,7 +40,7 @@ QJsonObject storedFolders(UserDefaults const& defaults)
 // The key under which the folder stands: its own path, else one that is only canonically equal.
 QString keyOf(QJsonObject const& folders, QString const& folder)
 {
-    auto const path = QDir::cleanPath(folder);
+    auto path = QDir::cleanPath(folder);
     if (folders.contains(path))
         return path;
     auto const keys = folders.keys();

@@ -7,10 +7,8 @@
 #include <bitset>
 #include <span>
 
-namespace Quillory {
-
 // What a shortcut of a structured sheet is called, to the eye and to the ear.
-namespace ShortcutText {
+namespace Quillory::ShortcutText {
 
 struct Modifier {
     QStringView name;
@@ -32,7 +30,5 @@ QString shown(ShortcutSheet::Shortcut const& shortcut);
 
 // Its steps as spoken: "shift command p, then k".
 QString spoken(ShortcutSheet::Shortcut const& shortcut);
-
-}
 
 }

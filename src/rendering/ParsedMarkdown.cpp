@@ -184,7 +184,7 @@ ParsedMarkdown ParsedMarkdown::parsingUtf8(QByteArrayView utf8)
 
 ParsedMarkdown::Nodes ParsedMarkdown::nodes() const
 {
-    return Nodes(*m_storage, 0, static_cast<std::uint32_t>(m_storage->records.size()));
+    return { *m_storage, 0, static_cast<std::uint32_t>(m_storage->records.size()) };
 }
 
 std::optional<QString> ParsedMarkdown::firstHeadingTitle() const

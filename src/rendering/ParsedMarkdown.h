@@ -290,7 +290,7 @@ inline typename ParsedMarkdown::Siblings<Element>::Iterator& ParsedMarkdown::Sib
 template<>
 inline ParsedMarkdown::Node ParsedMarkdown::Siblings<ParsedMarkdown::Node>::Iterator::operator*() const
 {
-    return Node(*m_storage, m_index);
+    return { *m_storage, m_index };
 }
 
 template<>
@@ -308,7 +308,7 @@ inline ParsedMarkdown::Row ParsedMarkdown::Siblings<ParsedMarkdown::Row>::Iterat
 inline ParsedMarkdown::Nodes ParsedMarkdown::Node::children() const
 {
     auto const hasChildren = kind() != Kind::table;
-    return Nodes(*m_storage, hasChildren ? m_index + 1 : record().end, record().end);
+    return { *m_storage, hasChildren ? m_index + 1 : record().end, record().end };
 }
 
 template<typename Visitor>

@@ -13,7 +13,9 @@ qsizetype sequenceLength(uchar lead)
         return 1;
     if (lead < 0xC2 || lead > 0xF4)
         return 0;
-    return lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (lead < 0xE0)
+        return 2;
+    return lead < 0xF0 ? 3 : 4;
 }
 
 void appendEscaped(QString& text, char byte)

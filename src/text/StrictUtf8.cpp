@@ -3,6 +3,7 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <limits>
 
@@ -33,7 +34,7 @@ struct Encoded {
         char32_t scalar = *unit;
         if (QChar::isSurrogate(scalar)) {
             if (!QChar::isHighSurrogate(scalar) || unit + 1 == lastUnit || !QChar::isLowSurrogate(unit[1])) {
-                byteCount = std::numeric_limits<int>::max();
+                byteCount = std::numeric_limits<std::size_t>::max();
                 return;
             }
             scalar = QChar::surrogateToUcs4(*unit, unit[1]);
@@ -48,15 +49,15 @@ struct Encoded {
             bytes[0] = static_cast<unsigned char>(scalar);
             return;
         }
-        byteCount = scalar < 0x800 ? 2 : scalar < 0x10000 ? 3 : 4;
-        for (int index = byteCount - 1; index > 0; --index, scalar >>= 6U)
+        byteCount = std::size_t { 2 } + (scalar >= 0x800 ? 1 : 0) + (scalar >= 0x10000 ? 1 : 0);
+        for (auto index = byteCount - 1; index > 0; --index, scalar >>= 6U)
             bytes[index] = static_cast<unsigned char>(0x80U | (scalar & 0x3FU));
-        constexpr unsigned char leads[] = { 0, 0, 0xC0, 0xE0, 0xF0 };
+        constexpr std::array<unsigned char, 5> leads { 0, 0, 0xC0, 0xE0, 0xF0 };
         bytes[0] = static_cast<unsigned char>(leads[byteCount] | scalar);
     }
 
-    unsigned char bytes[4] {};
-    int byteCount = 1;
+    std::array<unsigned char, 4> bytes {};
+    std::size_t byteCount = 1;
     int unitCount = 1;
 };
 
@@ -103,7 +104,8 @@ bool isStrictUtf8Of(QByteArrayView bytes, QStringView text)
         if (byte == lastByte || unit == lastUnit)
             break;
         Encoded const encoded(unit, lastUnit);
-        if (lastByte - byte < encoded.byteCount || !std::equal(encoded.bytes, encoded.bytes + encoded.byteCount, byte))
+        if (static_cast<std::size_t>(lastByte - byte) < encoded.byteCount
+            || !std::equal(byte, byte + encoded.byteCount, encoded.bytes.begin()))
             return false;
         byte += encoded.byteCount;
         unit += encoded.unitCount;
