@@ -76,22 +76,23 @@ void NativeReader::rebuild(Sheet const& sheet, DocumentKey key)
         storePlace();
     view.onScroll = nullptr;
     auto old = std::exchange(view.documentKey, key);
-    auto const oldWidth = m_shownWidth;
     view.currentID = sheet.id;
     auto shown = view.exchangeDocument(documentFor(sheet, key));
     view.setSelection({});
     restorePlace(sheet.id);
     // A sheet that is only shown anew will not come back as it was.
     if (old && old->id != sheet.id)
-        keep({ std::move(*old), oldWidth, std::move(shown) });
+        keep({ std::move(*old), std::move(shown) });
 }
 
 std::unique_ptr<ReaderDocument> NativeReader::documentFor(Sheet const& sheet, DocumentKey const& key)
 {
-    m_shownWidth = sheet.shortcuts ? m_scrollView->structuredWidth() : 0;
     auto const fonts = FontSet::ofDesktop();
+    // A structured sheet is rendered for the width that it is laid out at, others for any.
     auto const isSame = [&](Kept const& kept) {
-        return kept.key == key && kept.renderedWidth == m_shownWidth && kept.document->layout.fonts() == fonts;
+        auto const& layout = kept.document->layout;
+        auto const fits = !sheet.shortcuts || layout.width() == m_scrollView->structuredWidth();
+        return kept.key == key && fits && layout.fonts() == fonts;
     };
     std::unique_ptr<ReaderDocument> document;
     if (auto const known = std::ranges::find_if(m_kept, isSame); known != m_kept.end()) {

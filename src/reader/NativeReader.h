@@ -33,10 +33,9 @@ public:
     void update(Sheet const& sheet);
 
 private:
-    // A document that isn't shown now, with what it was rendered and laid out for.
+    // A document that isn't shown now.
     struct Kept {
         DocumentKey key;
-        double renderedWidth = 0; // of a structured sheet
         std::unique_ptr<ReaderDocument> document;
     };
     // What stood at the top when a position was stored: exact where a point is only as exact as estimated heights.
@@ -61,7 +60,6 @@ private:
     LibraryStore& m_store;
     std::function<void()> m_dismiss;
     ReaderScrollView* m_scrollView;
-    double m_shownWidth = 0; // that the sheet shown was rendered for, when it is a structured one
     std::deque<Kept> m_kept; // the latest first
     QHash<QString, Place> m_places; // by sheet id
     Registration m_statusTask;

@@ -68,6 +68,11 @@ RenderedMarkdown ReaderScrollView::renderedShortcuts()
 
 void ReaderScrollView::updateScrollBars()
 {
+    // The toolkit shows a bar that is needed in a later turn only, too late for a place at the end that comes back.
+    auto const isWide = m_textView->contentSize().width() > viewport()->width();
+    auto const policy = isWide ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff;
+    if (policy != horizontalScrollBarPolicy())
+        setHorizontalScrollBarPolicy(policy);
     m_settingBars = true;
     auto const size = m_textView->contentSize();
     auto const apply = [](QScrollBar& bar, double content, int page, double value) {

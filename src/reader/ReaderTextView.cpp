@@ -135,7 +135,14 @@ TextAnchor ReaderTextView::scrollAnchor()
 
 void ReaderTextView::setScrollAnchor(TextAnchor const& anchor, double x)
 {
-    setScrollOrigin({ x, m_document->layout.positionOf(anchor) + inset });
+    // What lies below the line becomes exact on the way, and only then is it known how far the text reaches.
+    for (int pass = 0; pass < mostPasses; ++pass) {
+        auto const before = m_origin;
+        QPointF const wanted(x, m_document->layout.positionOf(anchor) + inset);
+        setScrollOrigin(wanted);
+        if (m_origin == wanted || m_origin == before)
+            return;
+    }
 }
 
 QSizeF ReaderTextView::contentSize() const
@@ -170,9 +177,9 @@ void ReaderTextView::layOut()
 
 void ReaderTextView::moveOrigin(QPointF origin)
 {
-    if (origin == m_origin)
+    if (origin == m_origin && origin == m_toldOrigin)
         return;
-    m_origin = origin;
+    m_origin = m_toldOrigin = origin;
     update();
     if (onScroll)
         onScroll(m_origin);

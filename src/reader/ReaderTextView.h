@@ -195,6 +195,7 @@ private:
     std::unique_ptr<ReaderDocument> m_document;
     double m_containerWidth = 440;
     QPointF m_origin;
+    QPointF m_toldOrigin; // which a change of width leaves behind until all is laid out
     TextSelection m_selection;
     SelectionPasteboard m_pasteboard;
     bool m_learningModeEnabled = false;

@@ -183,18 +183,6 @@ TEST_F(ReaderTextViewTest, The_wheel_scrolls_and_the_origin_is_told)
     EXPECT_THAT(told, ElementsAre(view.scrollOrigin()));
 }
 
-TEST_F(ReaderTextViewTest, An_origin_outside_is_brought_inside)
-{
-    view.setRendered(paragraphs(300));
-    settle();
-    view.setScrollOrigin({ 900, -50 });
-    EXPECT_EQ(view.scrollOrigin(), QPointF(0, 0));
-    view.setScrollOrigin({ 0, 1e9 });
-    EXPECT_NEAR(view.scrollOrigin().y(), bottom(), 1);
-    view.setRendered(paragraphs(2));
-    EXPECT_EQ(view.scrollOrigin(), QPointF(0, 0));
-}
-
 TEST_F(ReaderTextViewTest, A_new_width_keeps_the_top_line)
 {
     auto const filler = QStringLiteral(
@@ -237,16 +225,6 @@ TEST_F(ReaderTextViewTest, A_structured_sheet_flows_into_the_columns_of_a_new_wi
     auto const guessed = bottom();
     settle();
     EXPECT_NEAR(bottom(), guessed, 0.1 * guessed) << "the height is known well before all is laid out";
-}
-
-TEST_F(ReaderTextViewTest, Idle_work_ends_and_leaves_the_text_where_it_was)
-{
-    view.setRendered(paragraphs(2000));
-    view.setScrollOrigin({ 0, 9000 });
-    auto const before = picture();
-    EXPECT_FALSE(view.isSettled());
-    settle();
-    EXPECT_EQ(picture(), before);
 }
 
 TEST_F(ReaderTextViewTest, A_minimum_code_width_brings_a_horizontal_bar)
