@@ -39,6 +39,8 @@ QString described(TextAttributes const& attributes, FontSet const& fonts, ColorS
                          .arg(static_cast<int>(attributes.font.weight))
                          .arg(attributes.font.italic ? QStringLiteral("italic") : QStringLiteral("normal"),
                              rgb(attributes.link.isEmpty() ? colors.resolved(attributes.color) : colors.link));
+    if (attributes.background)
+        result += QStringLiteral("background-color:%1;").arg(rgb(colors.resolved(*attributes.background)));
     if (attributes.strikethrough)
         result += QStringLiteral("text-line-through-style:solid;");
     if (!attributes.link.isEmpty())
@@ -59,13 +61,7 @@ ReaderTextViewAccessible::ReaderTextViewAccessible(ReaderTextView* view)
 {
     m_connections.push_back(QObject::connect(view, &ReaderTextView::targetsChanged, [this] { forgetButtons(); }));
     m_connections.push_back(QObject::connect(view, &ReaderTextView::copiedChanged, [this] { tellButtonsOfCopy(); }));
-    QObject::connect(view, &ReaderTextView::selectionChanged, [view] {
-        auto const selection = view->selection();
-        QAccessibleTextSelectionEvent event(
-            view, static_cast<int>(selection.start()), static_cast<int>(selection.end()));
-        event.setCursorPosition(static_cast<int>(selection.head));
-        QAccessible::updateAccessibility(&event);
-    });
+    m_connections.push_back(QObject::connect(view, &ReaderTextView::selectionChanged, [this] { tellOfSelection(); }));
 }
 
 ReaderTextViewAccessible::~ReaderTextViewAccessible()
@@ -107,6 +103,14 @@ void ReaderTextViewAccessible::forgetButtons()
     for (auto const button : std::exchange(m_buttons, {}))
         QAccessible::deleteAccessibleInterface(button);
     m_actionNames.clear();
+}
+
+void ReaderTextViewAccessible::tellOfSelection() const
+{
+    auto const selection = view().selection();
+    QAccessibleTextSelectionEvent event(&view(), offsetOf(selection.start()), offsetOf(selection.end()));
+    event.setCursorPosition(offsetOf(selection.head));
+    QAccessible::updateAccessibility(&event);
 }
 
 void ReaderTextViewAccessible::tellButtonsOfCopy() const
@@ -187,11 +191,25 @@ void ReaderTextViewAccessible::doAction(QString const& name)
         view().copyTarget(index);
 }
 
+ScalarOffsets const& ReaderTextViewAccessible::offsets() const
+{
+    if (!m_counted.isSharedWith(string())) {
+        m_counted = string();
+        m_offsets = ScalarOffsets(m_counted);
+    }
+    return m_offsets;
+}
+
+qsizetype ReaderTextViewAccessible::unitOf(int offset) const
+{
+    return std::clamp<qsizetype>(offsets().unitAt(offset), 0, string().size());
+}
+
 void ReaderTextViewAccessible::selection(int index, int* start, int* end) const
 {
     auto const selection = view().selection();
-    *start = index == 0 ? static_cast<int>(selection.start()) : 0;
-    *end = index == 0 ? static_cast<int>(selection.end()) : 0;
+    *start = index == 0 ? offsetOf(selection.start()) : 0;
+    *end = index == 0 ? offsetOf(selection.end()) : 0;
 }
 
 int ReaderTextViewAccessible::selectionCount() const
@@ -201,7 +219,7 @@ int ReaderTextViewAccessible::selectionCount() const
 
 void ReaderTextViewAccessible::addSelection(int start, int end)
 {
-    view().setSelection({ start, end });
+    view().setSelection({ unitOf(start), unitOf(end) });
 }
 
 void ReaderTextViewAccessible::removeSelection(int)
@@ -212,97 +230,96 @@ void ReaderTextViewAccessible::removeSelection(int)
 
 void ReaderTextViewAccessible::setSelection(int, int start, int end)
 {
-    view().setSelection({ start, end });
+    addSelection(start, end);
 }
 
 int ReaderTextViewAccessible::cursorPosition() const
 {
-    return static_cast<int>(view().selection().head);
+    return offsetOf(view().selection().head);
 }
 
 void ReaderTextViewAccessible::setCursorPosition(int position)
 {
-    view().setSelection({ position, position });
+    addSelection(position, position);
     view().scrollToVisible({ view().selection().head, 0 });
 }
 
 int ReaderTextViewAccessible::characterCount() const
 {
-    return static_cast<int>(string().size());
+    return offsetOf(string().size());
 }
 
 QString ReaderTextViewAccessible::text(int start, int end) const
 {
-    auto const last = end < 0 ? characterCount() : std::min(end, characterCount());
-    return start < 0 || start >= last ? QString() : string().mid(start, last - start);
+    auto const first = unitOf(start);
+    auto const last = end < 0 ? string().size() : unitOf(end);
+    return start < 0 || first >= last ? QString() : string().sliced(first, last - first);
 }
 
-ReaderTextViewAccessible::Span ReaderTextViewAccessible::spanAt(int offset, QAccessible::TextBoundaryType type) const
+ReaderTextViewAccessible::Span ReaderTextViewAccessible::spanAt(
+    qsizetype unit, QAccessible::TextBoundaryType type) const
 {
-    auto const span = [](qsizetype start, qsizetype end) {
-        return Span { static_cast<int>(start), static_cast<int>(end) };
-    };
+    auto const& text = string();
     auto const withLineEnd = [&](TextRange range) {
-        return span(range.location, std::min(range.end() + 1, string().size()));
+        return Span { range.location, std::min(range.end() + 1, text.size()) };
     };
-    if (offset < 0 || offset > characterCount())
-        return {};
-    if (offset == characterCount() && type == QAccessible::CharBoundary)
-        return { offset, offset };
+    if (unit == text.size() && type == QAccessible::CharBoundary)
+        return { unit, unit };
     switch (type) {
     case QAccessible::CharBoundary: {
-        auto const start = TextBoundaries::beforeCharacter(string(), offset + 1);
-        return span(start, TextBoundaries::behindCharacter(string(), start));
+        auto const start = TextBoundaries::beforeCharacter(text, unit + 1);
+        return { start, TextBoundaries::behindCharacter(text, start) };
     }
     case QAccessible::WordBoundary: {
-        auto const word = TextBoundaries::wordAt(string(), offset);
-        return span(word.location, std::max(word.end(), TextBoundaries::nextWord(string(), offset)));
+        auto const word = TextBoundaries::wordAt(text, unit);
+        return { word.location, std::max(word.end(), TextBoundaries::nextWord(text, unit)) };
     }
     case QAccessible::LineBoundary: {
-        auto const line = view().lineRange(offset);
+        auto const line = view().lineRange(unit);
         auto const end = line.end();
-        return span(line.location, end < string().size() && string()[end] == u'\n' ? end + 1 : end);
+        return { line.location, end < text.size() && text[end] == u'\n' ? end + 1 : end };
     }
     case QAccessible::SentenceBoundary:
     case QAccessible::ParagraphBoundary:
-        return withLineEnd(TextBoundaries::writtenLineAt(string(), offset));
+        return withLineEnd(TextBoundaries::writtenLineAt(text, unit));
     case QAccessible::NoBoundary:
         break;
     }
-    return { 0, characterCount() };
+    return { 0, text.size() };
 }
 
 QString ReaderTextViewAccessible::textOf(Span span, int* start, int* end) const
 {
-    *start = span.start;
-    *end = span.end;
-    return text(span.start, span.end);
+    *start = offsetOf(span.start);
+    *end = offsetOf(span.end);
+    return string().sliced(span.start, span.end - span.start);
 }
 
 QString ReaderTextViewAccessible::textAtOffset(
     int offset, QAccessible::TextBoundaryType type, int* start, int* end) const
 {
-    return textOf(spanAt(offset, type), start, end);
+    return textOf(isInText(offset) ? spanAt(unitOf(offset), type) : Span {}, start, end);
 }
 
 QString ReaderTextViewAccessible::textBeforeOffset(
     int offset, QAccessible::TextBoundaryType type, int* start, int* end) const
 {
-    auto const at = spanAt(offset, type);
+    auto const at = isInText(offset) ? spanAt(unitOf(offset), type) : Span {};
     return textOf(at.start > 0 ? spanAt(at.start - 1, type) : Span {}, start, end);
 }
 
 QString ReaderTextViewAccessible::textAfterOffset(
     int offset, QAccessible::TextBoundaryType type, int* start, int* end) const
 {
-    auto const at = spanAt(offset, type);
-    auto const isLast = at.end >= characterCount();
-    return textOf(isLast ? Span { characterCount(), characterCount() } : spanAt(at.end, type), start, end);
+    auto const last = string().size();
+    auto const at = isInText(offset) ? spanAt(unitOf(offset), type) : Span { last, last };
+    return textOf(at.end < last ? spanAt(at.end, type) : Span { last, last }, start, end);
 }
 
 QRect ReaderTextViewAccessible::characterRect(int offset) const
 {
-    auto const box = view().boundingRect({ offset, 1 }).translated(-view().scrollOrigin());
+    auto const unit = unitOf(offset);
+    auto const box = view().boundingRect({ unit, unitOf(offset + 1) - unit }).translated(-view().scrollOrigin());
     return { view().mapToGlobal(box.topLeft().toPoint()), box.size().toSize() };
 }
 
@@ -311,23 +328,23 @@ int ReaderTextViewAccessible::offsetAtPoint(QPoint const& point) const
     auto const local = view().mapFromGlobal(QPointF(point));
     if (!QRectF(view().rect()).contains(local))
         return -1;
-    return static_cast<int>(view().characterIndexAt(local + view().scrollOrigin()));
+    return offsetOf(view().characterIndexAt(local + view().scrollOrigin()));
 }
 
 void ReaderTextViewAccessible::scrollToSubstring(int start, int end)
 {
-    view().scrollToVisible({ start, std::max(end - start, 0) });
+    view().scrollToVisible({ unitOf(start), std::max<qsizetype>(unitOf(end) - unitOf(start), 0) });
 }
 
 QString ReaderTextViewAccessible::attributes(int offset, int* start, int* end) const
 {
     *start = *end = offset;
     auto const& rendered = view().rendered().text;
-    if (offset < 0 || offset >= rendered.length())
+    if (offset < 0 || offset >= characterCount())
         return {};
-    auto const run = rendered.runs()[static_cast<std::size_t>(rendered.runAt(offset))];
-    *start = static_cast<int>(run.location);
-    *end = static_cast<int>(run.location + run.length);
+    auto const run = rendered.runs()[static_cast<std::size_t>(rendered.runAt(unitOf(offset)))];
+    *start = offsetOf(run.location);
+    *end = offsetOf(run.location + run.length);
     return described(rendered.attributes(run), view().fonts(), view().colors());
 }
 

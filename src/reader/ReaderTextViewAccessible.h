@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/ScalarOffsets.h"
+
 #include <QAccessibleTextInterface>
 #include <QAccessibleWidget>
 #include <QHash>
@@ -12,7 +14,8 @@ namespace Quillory {
 class ReaderTextView;
 
 // What an assistive program gets of the text view: the text, its attributes and selection, one button for each block and
-// one action for each target, all answered when asked. The text can't be edited.
+// one action for each target, all answered when asked. The text can't be edited. Offsets count Unicode scalars, as
+// assistive programs do on this desktop.
 class ReaderTextViewAccessible : public QAccessibleWidget, public QAccessibleTextInterface {
 public:
     // Every text view made from now on has one.
@@ -54,20 +57,29 @@ public:
     using QAccessibleWidget::text;
 
 private:
+    // In UTF-16 units.
     struct Span {
-        int start = 0;
-        int end = 0;
+        qsizetype start = 0;
+        qsizetype end = 0;
     };
 
     ReaderTextView& view() const;
     QString const& string() const;
-    Span spanAt(int offset, QAccessible::TextBoundaryType type) const;
+    ScalarOffsets const& offsets() const;
+    int offsetOf(qsizetype unit) const { return static_cast<int>(offsets().scalarAt(unit)); }
+    // An offset outside the text is brought to its nearer end.
+    qsizetype unitOf(int offset) const;
+    bool isInText(int offset) const { return offset >= 0 && offset <= characterCount(); }
+    Span spanAt(qsizetype unit, QAccessible::TextBoundaryType type) const;
     QString textOf(Span span, int* start, int* end) const;
     void forgetButtons();
+    void tellOfSelection() const;
     void tellButtonsOfCopy() const;
 
     std::vector<QMetaObject::Connection> m_connections;
     mutable QHash<int, QAccessible::Id> m_buttons;
+    mutable QString m_counted; // the text that the offsets are those of
+    mutable ScalarOffsets m_offsets;
     mutable QStringList m_actionNames; // one a target; made when first asked for
 };
 

@@ -25,21 +25,6 @@ QDBusConnection connected()
     return QDBusConnection::connectToBus(address.value(), connectionName);
 }
 
-QDBusMessage call(QDBusConnection const& bus, AssistiveClient::Object const& object, QString const& interface,
-    char const* method, QVariantList const& arguments = {})
-{
-    auto message = QDBusMessage::createMethodCall(object.service, object.path, interface, QLatin1StringView(method));
-    message.setArguments(arguments);
-    return bus.call(message);
-}
-
-QRect rectangle(QVariantList const& numbers)
-{
-    if (numbers.size() < 4)
-        return {};
-    return { numbers[0].toInt(), numbers[1].toInt(), numbers[2].toInt(), numbers[3].toInt() };
-}
-
 }
 
 AssistiveClient::AssistiveClient()
@@ -52,13 +37,37 @@ AssistiveClient::~AssistiveClient()
     QDBusConnection::disconnectFromBus(connectionName);
 }
 
+QVariantList AssistiveClient::ask(
+    Object const& object, char const* interface, char const* method, QVariantList const& arguments) const
+{
+    auto message = QDBusMessage::createMethodCall(
+        object.service, object.path, interfaceOf(interface), QLatin1StringView(method));
+    message.setArguments(arguments);
+    return m_bus.call(message).arguments();
+}
+
+QMap<QString, QString> AssistiveClient::attributes(Object const& object, int offset, int& start, int& end) const
+{
+    auto const answer = ask(object, "Text", "GetAttributes", { offset });
+    start = answer.value(1).toInt();
+    end = answer.value(2).toInt();
+    QMap<QString, QString> attributes;
+    answer.value(0).value<QDBusArgument>() >> attributes;
+    return attributes;
+}
+
+bool AssistiveClient::hear(char const* event, QObject* listener, char const* slot)
+{
+    return m_bus.connect(QString(), QString(), interfaceOf("Event.Object"), QLatin1StringView(event), listener, slot);
+}
+
 QList<AssistiveClient::Object> AssistiveClient::children(Object const& object) const
 {
-    auto const reply = call(m_bus, object, interfaceOf("Accessible"), "GetChildren");
+    auto const answer = ask(object, "Accessible", "GetChildren");
     QList<Object> children;
-    if (reply.arguments().isEmpty())
+    if (answer.isEmpty())
         return children;
-    auto const list = reply.arguments().constFirst().value<QDBusArgument>();
+    auto const list = answer.constFirst().value<QDBusArgument>();
     list.beginArray();
     while (!list.atEnd()) {
         Object child;
@@ -93,57 +102,58 @@ std::optional<AssistiveClient::Object> AssistiveClient::find(
     return {};
 }
 
-QVariant AssistiveClient::property(Object const& object, QString const& interface, QString const& name) const
+QVariant AssistiveClient::property(Object const& object, char const* interface, char const* name) const
 {
-    auto const reply = call(
-        m_bus, object, QStringLiteral("org.freedesktop.DBus.Properties"), "Get", { interface, name });
-    return reply.arguments().isEmpty() ? QVariant() : reply.arguments().constFirst().value<QDBusVariant>().variant();
+    auto message = QDBusMessage::createMethodCall(
+        object.service, object.path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
+    message.setArguments({ interfaceOf(interface), QLatin1StringView(name) });
+    return m_bus.call(message).arguments().value(0).value<QDBusVariant>().variant();
 }
 
 QString AssistiveClient::name(Object const& object) const
 {
-    return property(object, interfaceOf("Accessible"), QStringLiteral("Name")).toString();
+    return property(object, "Accessible", "Name").toString();
 }
 
 QString AssistiveClient::description(Object const& object) const
 {
-    return property(object, interfaceOf("Accessible"), QStringLiteral("Description")).toString();
+    return property(object, "Accessible", "Description").toString();
 }
 
-QString AssistiveClient::text(Object const& object) const
+QString AssistiveClient::text(Object const& object, int start, int end) const
 {
-    return call(m_bus, object, interfaceOf("Text"), "GetText", { 0, -1 }).arguments().value(0).toString();
+    return ask(object, "Text", "GetText", { start, end }).value(0).toString();
 }
 
 QStringList AssistiveClient::interfaces(Object const& object) const
 {
-    return call(m_bus, object, interfaceOf("Accessible"), "GetInterfaces").arguments().value(0).toStringList();
+    return ask(object, "Accessible", "GetInterfaces").value(0).toStringList();
 }
 
 QStringList AssistiveClient::actions(Object const& object) const
 {
     QStringList names;
-    auto const count = property(object, interfaceOf("Action"), QStringLiteral("NActions")).toInt();
+    auto const count = property(object, "Action", "NActions").toInt();
     for (int index = 0; index < count; ++index)
-        names.append(call(m_bus, object, interfaceOf("Action"), "GetName", { index }).arguments().value(0).toString());
+        names.append(ask(object, "Action", "GetName", { index }).value(0).toString());
     return names;
 }
 
 bool AssistiveClient::doAction(Object const& object, int index) const
 {
-    return call(m_bus, object, interfaceOf("Action"), "DoAction", { index }).arguments().value(0).toBool();
+    return ask(object, "Action", "DoAction", { index }).value(0).toBool();
 }
 
 QRect AssistiveClient::extents(Object const& object) const
 {
-    auto const reply = call(m_bus, object, interfaceOf("Component"), "GetExtents", { 0U });
-    if (reply.arguments().isEmpty())
+    auto const answer = ask(object, "Component", "GetExtents", { 0U });
+    if (answer.isEmpty())
         return {};
-    auto const argument = reply.arguments().constFirst().value<QDBusArgument>();
     int x = 0;
     int y = 0;
     int width = 0;
     int height = 0;
+    auto const argument = answer.constFirst().value<QDBusArgument>();
     argument.beginStructure();
     argument >> x >> y >> width >> height;
     argument.endStructure();
@@ -152,7 +162,8 @@ QRect AssistiveClient::extents(Object const& object) const
 
 QRect AssistiveClient::characterExtents(Object const& object, int offset) const
 {
-    return rectangle(call(m_bus, object, interfaceOf("Text"), "GetCharacterExtents", { offset, 0U }).arguments());
+    auto const numbers = ask(object, "Text", "GetCharacterExtents", { offset, 0U });
+    return { numbers.value(0).toInt(), numbers.value(1).toInt(), numbers.value(2).toInt(), numbers.value(3).toInt() };
 }
 
 }

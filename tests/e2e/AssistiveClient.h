@@ -2,11 +2,11 @@
 
 #include <QDBusConnection>
 #include <QList>
+#include <QMap>
 #include <QRect>
 #include <QString>
 #include <QStringList>
 
-#include <functional>
 #include <optional>
 
 namespace Quillory {
@@ -29,7 +29,9 @@ public:
     QList<Object> children(Object const& object) const;
     QString name(Object const& object) const;
     QString description(Object const& object) const;
-    QString text(Object const& object) const;
+    QString text(Object const& object, int start = 0, int end = -1) const;
+    // Of the character, and which run of characters they hold for.
+    QMap<QString, QString> attributes(Object const& object, int offset, int& start, int& end) const;
     QStringList interfaces(Object const& object) const;
     QStringList actions(Object const& object) const;
     bool doAction(Object const& object, int index) const;
@@ -37,9 +39,15 @@ public:
     QRect extents(Object const& object) const;
     QRect characterExtents(Object const& object, int offset) const;
 
+    // What an interface of the bus, by its last name, answers.
+    QVariantList ask(
+        Object const& object, char const* interface, char const* method, QVariantList const& arguments = {}) const;
+    QVariant property(Object const& object, char const* interface, char const* name) const;
+    // The slot takes a QDBusMessage for every such event of any program.
+    bool hear(char const* event, QObject* listener, char const* slot);
+
 private:
     std::optional<Object> find(Object const& below, QString const& name, int depth) const;
-    QVariant property(Object const& object, QString const& interface, QString const& name) const;
 
     QDBusConnection m_bus;
 };

@@ -60,16 +60,6 @@ TEST_F(ReaderTest, It_comes_up_over_the_terminal_with_the_first_sheet_painted)
     EXPECT_EQ(desktop.topmostWindow(), desktop.reader().value().window);
 }
 
-TEST_F(ReaderTest, The_sheet_that_was_read_last_comes_back)
-{
-    program.save(u"a.md"_s, sheetOf("First"));
-    program.save(u"b.md"_s, sheetOf("Second"));
-    program.setSetting(u"lastSheet"_s, u"b.md"_s);
-    start();
-    ASSERT_TRUE(comesUp());
-    EXPECT_TRUE(shows(u"Second"_s));
-}
-
 TEST_F(ReaderTest, A_saved_change_is_followed_while_it_is_up)
 {
     program.save(u"a.md"_s, "# Short\n");
@@ -125,16 +115,6 @@ TEST_F(ReaderTest, The_keyboard_goes_back_to_the_very_window_that_had_it)
     EXPECT_TRUE(Desktop::eventually([&] { return !terminal.typedLines().isEmpty(); }));
     EXPECT_EQ(terminal.typedLines(), "k\n");
     EXPECT_EQ(second.typedLines(), "");
-}
-
-TEST_F(ReaderTest, Ten_calls_in_a_row_come_and_go_alike)
-{
-    program.save(u"a.md"_s, sheetOf("Sheet"));
-    start();
-    for (int call = 0; call < 10; ++call) {
-        ASSERT_TRUE(comesUp()) << "call " << call;
-        ASSERT_TRUE(goesAwayTo(terminal.window())) << "call " << call;
-    }
 }
 
 TEST_F(ReaderTest, Without_a_folder_it_comes_up_by_itself)

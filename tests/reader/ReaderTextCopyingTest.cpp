@@ -1,5 +1,6 @@
 #include "reader/ReaderTextViewFixture.h"
 
+#include <QClipboard>
 #include <QMenu>
 
 #include <string>
@@ -116,6 +117,25 @@ TEST_F(ReaderTextViewTest, A_hundred_thousand_blocks_have_buttons_where_they_sho
     view.setScrollOrigin(view.scrollOrigin() + QPointF(0, 20));
     EXPECT_THAT(copiedButtons(), ElementsAre(tag)) << "the look stays with its block";
     EXPECT_EQ(view.makeMenu()->actions().size(), 4) << "one list for all targets";
+}
+
+TEST_F(ReaderTextViewTest, Selected_text_is_copied_without_its_pictures_and_not_in_Learning_Mode)
+{
+    AttributedText::Builder builder;
+    TextAttributes picture;
+    picture.attachment = Attachment { Symbol { u"square.dashed"_s, {} }, 20, 20 };
+    builder.append(u"object \uFFFC, picture "_s, {}, {});
+    builder.append(u"\uFFFC"_s, picture, {});
+    builder.append(u"\nend"_s, {}, {});
+    view.setRendered({ std::move(builder).build(), {} });
+    auto* const clipboard = QGuiApplication::clipboard();
+    clipboard->setText(u"before"_s);
+    for (auto const isLearning : { true, false }) {
+        view.setLearningModeEnabled(isLearning);
+        QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+        EXPECT_EQ(clipboard->text(), isLearning ? u"before"_s : u"object \uFFFC, picture \nend"_s);
+    }
 }
 
 TEST_F(ReaderTextViewTest, The_menu_has_an_item_for_each_target_in_order)
