@@ -3,6 +3,7 @@
 #include "reader/TargetListModel.h"
 
 #include <QListView>
+#include <QVBoxLayout>
 #include <QWidgetAction>
 
 #include <memory>
@@ -14,6 +15,7 @@ namespace {
 constexpr qsizetype mostItems = 40; // as many as a menu shows well
 constexpr int rowsInSight = 16;
 constexpr int listWidth = 360;
+constexpr int outline = 2;
 
 void addItems(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> const& title,
     std::function<void(qsizetype)> const& chosen)
@@ -28,7 +30,11 @@ void addItems(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> co
 void addList(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> const& title,
     std::function<void(qsizetype)> const& chosen)
 {
-    auto* const list = new QListView(&menu);
+    auto* const frame = new QWidget(&menu); // what keeps the list off the menu's own outline
+    auto* const rows = new QVBoxLayout(frame);
+    rows->setContentsMargins(outline, 0, outline, outline);
+    auto* const list = new QListView(frame);
+    rows->addWidget(list);
     list->setModel(new TargetListModel(count, title, list));
     list->setUniformItemSizes(true);
     list->setFrameShape(QFrame::NoFrame);
@@ -36,6 +42,11 @@ void addList(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> con
     list->setMouseTracking(true);
     list->setTextElideMode(Qt::ElideRight);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // Rows like the items above them.
+    list->setStyleSheet(QStringLiteral(
+        "QListView { background: transparent; }"
+        "QListView::item { padding: 4px 24px; }"
+        "QListView::item:selected { background: palette(highlight); color: palette(highlighted-text); }"));
     list->setFixedSize(listWidth, rowsInSight * list->sizeHintForRow(0));
     QObject::connect(list, &QListView::entered, list, [list](QModelIndex const& row) { list->setCurrentIndex(row); });
     // Where a click activates as well, both come.
@@ -48,7 +59,7 @@ void addList(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> con
     QObject::connect(list, &QListView::clicked, list, choose);
     QObject::connect(list, &QListView::activated, list, choose);
     auto* const item = new QWidgetAction(&menu);
-    item->setDefaultWidget(list);
+    item->setDefaultWidget(frame);
     menu.addAction(item);
 }
 
