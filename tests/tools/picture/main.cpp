@@ -7,13 +7,14 @@
 //
 // QT_SCALE_FACTOR=2 gives a picture at 200 %. With --at -1 the end of the sheet is shown.
 
-#include "library/ShortcutSheet.h"
+#include "library/LibraryLoad.h"
+#include "platform/linux/files/PosixFileSystem.h"
+#include "platform/linux/qt/QtPictureDecoder.h"
 #include "reader/NativeReader.h"
 #include "support/FakeLibraryServices.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QFile>
 #include <QFileInfo>
 #include <QPalette>
 #include <QScrollBar>
@@ -42,22 +43,19 @@ QPalette darkPalette()
     return palette;
 }
 
+// As the program would load it, with the pictures and icons beside it.
 Sheet sheetFrom(QString const& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        fail(u"\"%1\" can't be read: %2."_s.arg(path, file.errorString()));
-    auto const source = file.readAll();
-    Sheet sheet { .id = path, .title = QFileInfo(path).baseName(), .source = QString::fromUtf8(source) };
-    if (path.endsWith(u".json")) {
-        auto shortcuts = ShortcutSheet::decode(source);
-        if (!shortcuts)
-            fail(u"\"%1\" is no structured sheet."_s.arg(path));
-        sheet.shortcuts = *std::move(shortcuts);
-    } else {
-        sheet.parsed = ParsedMarkdown::parsingUtf8(source);
-    }
-    return sheet;
+    QFileInfo const file(path);
+    auto const sheets = loadLibrary(PosixFileSystem(), QtPictureDecoder(), file.absolutePath());
+    if (!sheets)
+        fail(u"\"%1\" can't be listed: %2"_s.arg(file.absolutePath(), sheets.error().localizedDescription()));
+    auto const* const sheet = findSheet(*sheets, file.fileName());
+    if (!sheet)
+        fail(u"\"%1\" is no sheet."_s.arg(path));
+    if (sheet->error)
+        fail(u"\"%1\": %2"_s.arg(path, *sheet->error));
+    return *sheet;
 }
 
 void draw(Sheet const& sheet, QString const& path, QCommandLineParser const& options)
