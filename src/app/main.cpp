@@ -31,7 +31,9 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDir>
+#include <QWindow>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 
@@ -63,6 +65,12 @@ void flushWindows(QApplication const& application)
 {
     if (auto* const x11 = application.nativeInterface<QNativeInterface::QX11Application>())
         xcb_flush(x11->connection());
+}
+
+bool isOwnWindow(std::uint32_t number)
+{
+    auto const isIt = [&](QWindow const* window) { return window->handle() && window->winId() == number; };
+    return std::ranges::any_of(QGuiApplication::topLevelWindows(), isIt);
 }
 
 Quillory::ApplicationInstance::Wish wish()
@@ -120,6 +128,7 @@ int main(int argc, char* argv[])
     X11Clock clock;
     UserTimes const userTimes(clock);
     X11HotKeys hotKeys(**connection, clock);
+    hotKeys.isOwnWindow = isOwnWindow;
     NotificationCenter notifications;
     QtMenuTracking const menuTracking(notifications);
     QtLocalKeyEvents localKeyEvents(

@@ -9,6 +9,12 @@
 
 namespace Quillory {
 
+namespace {
+
+constexpr std::uint8_t sentEventBit = 0x80;
+
+}
+
 OtherProgram::OtherProgram()
     : m_connection(xcb_connect(nullptr, nullptr))
 {
@@ -137,7 +143,7 @@ std::vector<std::uint8_t> OtherProgram::pressedKeys()
 {
     sync();
     while (XcbOwned<xcb_generic_event_t> event { xcb_poll_for_event(m_connection) }) {
-        if (event->response_type == XCB_KEY_PRESS)
+        if ((event->response_type & ~sentEventBit) == XCB_KEY_PRESS)
             m_pressedKeys.push_back(reinterpret_cast<xcb_key_press_event_t const&>(*event).detail);
     }
     return m_pressedKeys;

@@ -73,6 +73,10 @@ public:
         act([&] { xcb_ungrab_keyboard(m_connection->handle(), XCB_CURRENT_TIME); });
     }
     void wake() { m_hotKeys.grabAgain(); }
+    void setOwnWindow(xcb_window_t own)
+    {
+        m_hotKeys.isOwnWindow = [own](xcb_window_t window) { return window == own; };
+    }
 
 private:
     void setRepeat(std::uint32_t mode)
@@ -171,6 +175,30 @@ TEST_F(HotKeysOnX11, The_key_reaches_the_window_in_front_before_and_after_but_no
     hotKey->end();
     strike();
     EXPECT_EQ(kPresses(), 2);
+}
+
+TEST_F(HotKeysOnX11, Other_keys_that_go_down_meanwhile_reach_the_window_in_front_if_it_is_ours)
+{
+    constexpr std::uint16_t keyJ = 38;
+    auto& other = desk.other();
+    auto const window = other.open({ .windowClass = "Quillory", .process = {} });
+    other.focus(window);
+    auto const presses = [&](std::uint16_t key) {
+        return std::ranges::count(other.pressedKeys(), VirtualKeys::serverKeyCode(key));
+    };
+    auto const hotKey = registerControlOptionK();
+    desk.pressModifiers(controlOption);
+    desk.holdKeyUntilItRepeats(keyK);
+    for (auto const& [own, expected] : { std::pair { xcb_window_t { XCB_WINDOW_NONE }, 0 }, { window, 1 } }) {
+        desk.setOwnWindow(own);
+        desk.pressKey(keyJ);
+        desk.releaseKey(keyJ);
+        EXPECT_EQ(presses(keyJ), expected);
+    }
+    EXPECT_EQ(presses(keyK), 0);
+    desk.releaseKey(keyK);
+    desk.releaseModifiers(controlOption);
+    EXPECT_EQ(phases, once);
 }
 
 TEST_F(HotKeysOnX11, Keys_that_change_places_are_followed)

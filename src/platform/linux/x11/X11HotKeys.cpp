@@ -217,7 +217,8 @@ void X11HotKeys::handle(xcb_generic_event_t const& event)
     } else if (type == XCB_KEY_RELEASE) {
         auto const& key = reinterpret_cast<xcb_key_release_event_t const&>(event);
         m_clock.note(key.time);
-        release(key.detail, key.time);
+        if (!release(key.detail, key.time))
+            passOn(key);
     } else if (tellsOfNewKeyboardMap(event) && !m_followKeyboardMap.isActive()) {
         m_followKeyboardMap.start();
     }
@@ -246,8 +247,10 @@ void X11HotKeys::press(xcb_key_press_event_t const& event)
     auto const pressed = std::ranges::find_if(m_hotKeys, [&](auto const& each) {
         return !each->grabbed.empty() && isSameKey(each) && ((each->serverMask ^ event.state) & withoutLocks) == 0;
     });
-    if (pressed == m_hotKeys.end())
+    if (pressed == m_hotKeys.end()) {
+        passOn(event);
         return;
+    }
     // The server's own grab ends with the key that began it, and would leave the release of this one to others.
     if (isAnyDown())
         takeKeyboard(event.time);
@@ -258,12 +261,12 @@ void X11HotKeys::press(xcb_key_press_event_t const& event)
 }
 
 // The modifiers may have been let go before the key: the key alone tells which hot key ends.
-void X11HotKeys::release(std::uint8_t serverKeyCode, X11Clock::Time time)
+bool X11HotKeys::release(std::uint8_t serverKeyCode, X11Clock::Time time)
 {
     auto const released = std::ranges::find_if(
         m_hotKeys, [&](auto const& each) { return each->press && each->serverKeyCode == serverKeyCode; });
     if (released == m_hotKeys.end())
-        return;
+        return false;
     auto const hotKey = *released;
     hotKey->press = 0;
     if (!isAnyDown()) {
@@ -272,6 +275,21 @@ void X11HotKeys::release(std::uint8_t serverKeyCode, X11Clock::Time time)
             letKeyboardGo(time);
     }
     hotKey->handler(Phase::released);
+    return true;
+}
+
+// Sent to whoever made the window, as it would have come without the grab.
+void X11HotKeys::passOn(xcb_key_press_event_t const& event)
+{
+    auto* const xcb = m_connection.handle();
+    XcbOwned<xcb_get_input_focus_reply_t> const focus(
+        xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+    if (!isAnyDown() || !focus || !isOwnWindow(focus->focus))
+        return;
+    auto passed = event;
+    passed.event = focus->focus;
+    passed.child = XCB_WINDOW_NONE;
+    xcb_send_event(xcb, 0, focus->focus, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<char const*>(&passed));
 }
 
 // Asks the server which keys are down. What it has told of meanwhile comes first, and a press among it is no longer

@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -30,6 +31,10 @@ public:
         std::uint16_t keyCode, ModifierFlags modifiers, Handler handler) override;
     std::expected<void, Refusal> probe(std::uint16_t keyCode, ModifierFlags modifiers) override;
 
+    // Knows a window of this program by its number. While a hot key is down the server gives every key to its holder;
+    // the others are passed on to the window that has the focus, if it is one of these.
+    std::function<bool(xcb_window_t)> isOwnWindow = [](auto) { return false; };
+
     // Asks for every grab anew, those that were refused among them: for when the computer comes out of sleep.
     void grabAgain();
 
@@ -40,7 +45,7 @@ private:
         Handler handler;
         std::uint16_t serverMask = 0;
         std::vector<std::uint16_t> grabbed; // the mask with each set of locks; empty while it rests
-        std::uint64_t press = 0;            // which press holds it down; 0 while it is up
+        std::uint64_t press = 0; // which press holds it down; 0 while it is up
     };
 
     bool startExtension();
@@ -54,8 +59,9 @@ private:
     void handle(xcb_generic_event_t const& event);
     bool tellsOfNewKeyboardMap(xcb_generic_event_t const& event) const;
     void press(xcb_key_press_event_t const& event);
-    void release(std::uint8_t serverKeyCode, X11Clock::Time time);
+    bool release(std::uint8_t serverKeyCode, X11Clock::Time time);
     void releaseWhatWasLost();
+    void passOn(xcb_key_press_event_t const& event);
     void takeKeyboard(X11Clock::Time time);
     void letKeyboardGo(X11Clock::Time time);
     std::uint16_t locks() const { return m_modifierMap.lockCombinations().back(); }
