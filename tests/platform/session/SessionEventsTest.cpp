@@ -1,6 +1,7 @@
 #include "PrivateBus.h"
 
 #include "platform/linux/freedesktop/LogindSessionEvents.h"
+#include "support/Desks.h"
 #include "support/EventLoop.h"
 #include "support/FakeSessionEvents.h"
 
@@ -163,12 +164,7 @@ private:
     Registration m_signs;
 };
 
-struct NamedSessionDesk {
-    std::string name;
-    std::function<std::unique_ptr<SessionDesk>()> make;
-};
-
-class SessionEventsContract : public testing::TestWithParam<NamedSessionDesk> {
+class SessionEventsContract : public ContractOn<SessionDesk> {
 protected:
     SessionEvents::Action note(std::string what)
     {
@@ -202,10 +198,8 @@ TEST_P(SessionEventsContract, Each_event_is_told_in_order_to_those_who_observe_i
     EXPECT_THAT(told, ElementsAre("sleep", "resign"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Fake, SessionEventsContract,
-    testing::Values(NamedSessionDesk { "fake", [] { return std::make_unique<FakeDesk>(); } }));
-INSTANTIATE_TEST_SUITE_P(Logind, SessionEventsContract,
-    testing::Values(NamedSessionDesk { "logind", [] { return std::make_unique<LogindDesk>(); } }));
+INSTANTIATE_TEST_SUITE_P(Fake, SessionEventsContract, deskOf<FakeDesk>("fake"));
+INSTANTIATE_TEST_SUITE_P(Logind, SessionEventsContract, deskOf<LogindDesk>("logind"));
 
 TEST(LogindSessionEvents, Sleep_waits_until_all_have_been_told_and_again_the_next_time)
 {

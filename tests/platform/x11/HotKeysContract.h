@@ -2,6 +2,8 @@
 
 #include "platform/HotKeys.h"
 
+#include "support/Desks.h"
+
 #include <gmock/gmock.h>
 
 #include <functional>
@@ -37,12 +39,7 @@ public:
     virtual void letAnotherProgramHave(std::uint16_t keyCode, ModifierFlags modifiers) = 0;
 };
 
-struct NamedHotKeysDesk {
-    std::string name;
-    std::function<std::unique_ptr<HotKeysDesk>()> make;
-};
-
-class HotKeysContract : public testing::TestWithParam<NamedHotKeysDesk> {
+class HotKeysContract : public ContractOn<HotKeysDesk> {
 protected:
     static constexpr std::uint16_t keyK = 40;
     static constexpr std::uint16_t keyJ = 38;

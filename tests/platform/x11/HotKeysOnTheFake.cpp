@@ -35,8 +35,7 @@ private:
     ModifierFlags m_modifiers = ModifierFlags::none;
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    Fake, HotKeysContract, testing::Values(NamedHotKeysDesk { "fake", [] { return std::make_unique<FakeDesk>(); } }));
+INSTANTIATE_TEST_SUITE_P(Fake, HotKeysContract, deskOf<FakeDesk>("fake"));
 
 }
 }

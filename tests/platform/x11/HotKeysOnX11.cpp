@@ -110,8 +110,7 @@ private:
     std::unique_ptr<SyntheticKeyboard> m_keyboard = SyntheticKeyboard::open().value();
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    X11, HotKeysContract, testing::Values(NamedHotKeysDesk { "x11", [] { return std::make_unique<X11Desk>(); } }));
+INSTANTIATE_TEST_SUITE_P(X11, HotKeysContract, deskOf<X11Desk>("x11"));
 
 class HotKeysOnX11 : public testing::Test {
 protected:

@@ -1,3 +1,5 @@
+#include "KeyboardLayoutContract.h"
+
 #include "platform/linux/x11/XkbKeyboardLayout.h"
 
 #include "platform/linux/x11/XcbXkb.h"
@@ -12,31 +14,40 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-class KeyboardLayoutOnX11 : public testing::Test {
-protected:
-    static constexpr std::uint16_t keyA = 0, keyQ = 12, keyY = 16, keyMinus = 27, keyGrave = 50, escape = 53;
-
-    ~KeyboardLayoutOnX11() override
+class X11KeyboardLayoutDesk : public KeyboardLayoutDesk {
+public:
+    ~X11KeyboardLayoutDesk() override
     {
         switchTo(0);
-        choose({ u"us"_s });
+        choose(u"us"_s);
     }
 
-    static void choose(QStringList const& arguments)
-    {
-        EXPECT_EQ(QProcess::execute(u"setxkbmap"_s, arguments), 0) << arguments.join(u' ').toStdString();
-    }
+    KeyboardLayout& layout() override { return m_layout; }
+    void choose(QString const& name) override { EXPECT_EQ(QProcess::execute(u"setxkbmap"_s, { name }), 0); }
+    bool comesTrue(std::function<bool()> const& condition) override { return loop.runUntil(condition); }
 
     void switchTo(std::uint8_t group)
     {
-        auto* const xcb = connection->handle();
+        auto* const xcb = m_connection->handle();
         xcb_xkb_latch_lock_state(xcb, XCB_XKB_ID_USE_CORE_KBD, 0, 0, true, group, 0, false, 0);
         XcbOwned<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
     }
 
     EventLoop loop;
-    std::unique_ptr<X11Connection> connection = std::move(X11Connection::open().value());
-    XkbKeyboardLayout layout { *connection };
+
+private:
+    std::unique_ptr<X11Connection> m_connection = std::move(X11Connection::open().value());
+    XkbKeyboardLayout m_layout { *m_connection };
+};
+
+INSTANTIATE_TEST_SUITE_P(X11, KeyboardLayoutContract, deskOf<X11KeyboardLayoutDesk>("x11"));
+
+class KeyboardLayoutOnX11 : public testing::Test {
+protected:
+    static constexpr std::uint16_t keyA = 0, keyQ = 12, keyY = 16, keyMinus = 27, keyGrave = 50, escape = 53;
+
+    X11KeyboardLayoutDesk desk;
+    KeyboardLayout& layout = desk.layout();
 };
 
 TEST_F(KeyboardLayoutOnX11, Keys_give_what_the_layout_in_use_writes)
@@ -47,10 +58,10 @@ TEST_F(KeyboardLayoutOnX11, Keys_give_what_the_layout_in_use_writes)
         char const* character; // none where null
     };
     for (auto const& [name, key, character] : std::initializer_list<Case> { { "us", keyA, "a" }, { "us", keyY, "y" },
-             { "us", escape, nullptr }, { "us", 63, nullptr }, { "de", keyY, "z" }, { "de", keyMinus, "ß" },
-             { "de", keyGrave, "^" }, { "fr", keyA, "q" }, { "ru", keyA, "ф" }, { "ru,us", keyA, "a" } }) {
+             { "de", keyY, "z" }, { "de", keyMinus, "ß" }, { "de", keyGrave, "^" }, { "fr", keyA, "q" },
+             { "ru", keyA, "ф" }, { "ru,us", keyA, "a" } }) {
         SCOPED_TRACE(testing::Message() << name << " " << key);
-        choose({ QString::fromUtf8(name) });
+        desk.choose(QString::fromUtf8(name));
         auto const given = layout.character(key);
         EXPECT_EQ(given.value_or(QString()), QString::fromUtf8(character));
     }
@@ -58,16 +69,16 @@ TEST_F(KeyboardLayoutOnX11, Keys_give_what_the_layout_in_use_writes)
 
 TEST_F(KeyboardLayoutOnX11, The_layout_that_is_switched_to_counts_as_long_as_it_writes_ascii)
 {
-    choose({ u"us,ru,fr"_s });
+    desk.choose(u"us,ru,fr"_s);
     for (auto const& [group, character] : { std::pair { 0, u"a"_s }, { 1, u"a"_s }, { 2, u"q"_s }, { 0, u"a"_s } }) {
-        switchTo(static_cast<std::uint8_t>(group));
+        desk.switchTo(static_cast<std::uint8_t>(group));
         EXPECT_EQ(layout.character(keyA), character) << group;
     }
 }
 
 TEST_F(KeyboardLayoutOnX11, Symbols_are_found_on_the_key_that_gives_them_by_itself)
 {
-    choose({ u"fr"_s });
+    desk.choose(u"fr"_s);
     for (auto const& [name, key] : std::initializer_list<std::pair<QString, std::optional<std::uint16_t>>> {
              { u"a"_s, keyQ }, { u"A"_s, keyQ }, { u"Escape"_s, escape }, { u"Page_Up"_s, 116 }, { u"page_up"_s, 116 },
              { u"no such key"_s, std::nullopt }, { u"1"_s, std::nullopt } })
@@ -76,14 +87,14 @@ TEST_F(KeyboardLayoutOnX11, Symbols_are_found_on_the_key_that_gives_them_by_itse
 
 TEST_F(KeyboardLayoutOnX11, A_change_is_told_once_and_typing_is_none)
 {
-    choose({ u"us,de"_s });
+    desk.choose(u"us,de"_s);
     int changes = 0;
     auto const observation = layout.observeChanges([&] { ++changes; });
     EXPECT_EQ(layout.character(keyY), u"y"_s);
-    loop.runUntil([&] { return changes > 0; }, std::chrono::milliseconds(100));
+    desk.loop.runUntil([&] { return changes > 0; }, std::chrono::milliseconds(100));
     changes = 0;
-    switchTo(1);
-    EXPECT_TRUE(loop.runUntil([&] { return changes == 1; }));
+    desk.switchTo(1);
+    EXPECT_TRUE(desk.loop.runUntil([&] { return changes == 1; }));
     EXPECT_EQ(layout.character(keyY), u"z"_s);
 }
 

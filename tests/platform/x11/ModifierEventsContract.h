@@ -2,22 +2,18 @@
 
 #include "ModifierEventsDesk.h"
 
+#include "support/Desks.h"
+
 #include <gmock/gmock.h>
 
 #include <functional>
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace Quillory {
 
 // What every source of the session's events, and every state of its keys, must do.
-struct NamedModifierEventsDesk {
-    std::string name;
-    std::function<std::unique_ptr<ModifierEventsDesk>()> make;
-};
-
-class ModifierEventsContract : public testing::TestWithParam<NamedModifierEventsDesk> {
+class ModifierEventsContract : public ContractOn<ModifierEventsDesk> {
 protected:
     static constexpr std::uint16_t leftShift = 56, rightShift = 60, leftControl = 59, rightControl = 62;
     static constexpr std::uint16_t leftOption = 58, rightOption = 61, leftCommand = 55, rightCommand = 54;

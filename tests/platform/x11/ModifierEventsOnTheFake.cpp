@@ -28,8 +28,7 @@ private:
     FakeModifierEvents m_events { m_executor, m_keys, permission };
 };
 
-INSTANTIATE_TEST_SUITE_P(Fake, ModifierEventsContract,
-    testing::Values(NamedModifierEventsDesk { "fake", [] { return std::make_unique<FakeDesk>(); } }));
+INSTANTIATE_TEST_SUITE_P(Fake, ModifierEventsContract, deskOf<FakeDesk>("fake"));
 
 }
 }

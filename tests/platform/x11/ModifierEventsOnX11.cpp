@@ -4,8 +4,7 @@
 namespace Quillory {
 namespace {
 
-INSTANTIATE_TEST_SUITE_P(X11, ModifierEventsContract,
-    testing::Values(NamedModifierEventsDesk { "x11", [] { return std::make_unique<X11ModifierEventsDesk>(); } }));
+INSTANTIATE_TEST_SUITE_P(X11, ModifierEventsContract, deskOf<X11ModifierEventsDesk>("x11"));
 
 }
 

@@ -2,6 +2,8 @@
 
 #include "platform/PanelWindow.h"
 
+#include "support/Desks.h"
+
 #include <gmock/gmock.h>
 
 #include <functional>
@@ -28,17 +30,7 @@ public:
     virtual bool comesTrue(std::function<bool()> const& condition) = 0;
 };
 
-struct NamedPanelWindowDesk {
-    std::string name;
-    std::function<std::unique_ptr<PanelWindowDesk>()> make;
-};
-
-inline void PrintTo(NamedPanelWindowDesk const& desk, std::ostream* out)
-{
-    *out << desk.name;
-}
-
-class PanelWindowContract : public testing::TestWithParam<NamedPanelWindowDesk> {
+class PanelWindowContract : public ContractOn<PanelWindowDesk> {
 protected:
     void setPeek(bool isPeek)
     {

@@ -23,8 +23,7 @@ private:
     FakePanelWindow m_panel;
 };
 
-INSTANTIATE_TEST_SUITE_P(Fake, PanelWindowContract,
-    testing::Values(NamedPanelWindowDesk { "fake", [] { return std::make_unique<FakePanelWindowDesk>(); } }));
+INSTANTIATE_TEST_SUITE_P(Fake, PanelWindowContract, deskOf<FakePanelWindowDesk>("fake"));
 
 }
 }

@@ -78,8 +78,7 @@ private:
     X11PanelWindow m_panel;
 };
 
-INSTANTIATE_TEST_SUITE_P(X11, PanelWindowContract,
-    testing::Values(NamedPanelWindowDesk { "x11", [] { return std::make_unique<X11PanelWindowDesk>(); } }));
+INSTANTIATE_TEST_SUITE_P(X11, PanelWindowContract, deskOf<X11PanelWindowDesk>("x11"));
 
 }
 }

@@ -2,6 +2,8 @@
 
 #include "platform/Workspace.h"
 
+#include "support/Desks.h"
+
 #include <gmock/gmock.h>
 
 #include <functional>
@@ -36,12 +38,7 @@ public:
     virtual bool comesTrue(std::function<bool()> const& condition) = 0;
 };
 
-struct NamedWorkspaceDesk {
-    std::string name;
-    std::function<std::unique_ptr<WorkspaceDesk>()> make;
-};
-
-class WorkspaceContract : public testing::TestWithParam<NamedWorkspaceDesk> {
+class WorkspaceContract : public ContractOn<WorkspaceDesk> {
 protected:
     bool comesToFront(std::uint64_t window, QString const& identifier)
     {

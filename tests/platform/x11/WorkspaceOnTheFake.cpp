@@ -24,8 +24,7 @@ private:
     std::uint64_t m_lastWindow = 0;
 };
 
-INSTANTIATE_TEST_SUITE_P(Fake, WorkspaceContract,
-    testing::Values(NamedWorkspaceDesk { "fake", [] { return std::make_unique<FakeDesk>(); } }));
+INSTANTIATE_TEST_SUITE_P(Fake, WorkspaceContract, deskOf<FakeDesk>("fake"));
 
 }
 }

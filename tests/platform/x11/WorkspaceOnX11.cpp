@@ -83,8 +83,7 @@ private:
     int m_opened = 0;
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    X11, WorkspaceContract, testing::Values(NamedWorkspaceDesk { "x11", [] { return std::make_unique<X11Desk>(); } }));
+INSTANTIATE_TEST_SUITE_P(X11, WorkspaceContract, deskOf<X11Desk>("x11"));
 
 TEST(WorkspaceOnX11, A_window_is_prepared_with_the_time_of_the_users_key)
 {
@@ -131,17 +130,6 @@ TEST(WithoutAWindowManager, A_focus_that_follows_the_pointer_is_given_back_as_su
     EXPECT_EQ(desk.programs().focusedWindow(), own);
     workspace.activate(*previous);
     EXPECT_EQ(desk.programs().focusedWindow(), xcb_window_t { XCB_INPUT_FOCUS_POINTER_ROOT });
-}
-
-TEST(WithoutAWindowManager, Activating_a_window_that_is_gone_does_nothing)
-{
-    X11Desk desk;
-    auto const first = static_cast<xcb_window_t>(desk.open(QStringLiteral("Editor")));
-    auto const gone = desk.open(QStringLiteral("Terminal"));
-    desk.close(gone);
-    desk.programs().focus(first);
-    desk.workspace().activate({ QStringLiteral("Terminal"), gone });
-    EXPECT_EQ(desk.programs().focusedWindow(), first);
 }
 
 }
