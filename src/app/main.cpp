@@ -102,11 +102,11 @@ int main(int argc, char* argv[])
     if (auto const probe = X11Connection::open(); !probe)
         return fail(probe.error());
     TerminationSignals::block(); // before anything starts a thread
-    auto const startupId = BusApplicationInstance::startupId();
+    auto const start = BusApplicationInstance::Start::ofThisProcess();
     QApplication application(argc, argv);
     choice.forget();
     configure(application);
-    BusApplicationInstance instance(QDBusConnection::sessionBus(), startupId);
+    BusApplicationInstance instance(QDBusConnection::sessionBus(), start);
     if (instance.start(wish()) == ApplicationInstance::Role::handedOver)
         return EXIT_SUCCESS;
     auto const connection = X11Connection::open();

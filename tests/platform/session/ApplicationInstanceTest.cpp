@@ -1,6 +1,7 @@
 #include "PrivateBus.h"
 
 #include "platform/linux/freedesktop/BusApplicationInstance.h"
+#include "support/Desks.h"
 #include "support/EventLoop.h"
 #include "support/FakeApplicationInstance.h"
 
@@ -25,49 +26,110 @@ using Request = ApplicationInstance::Request;
 Request const open { .wish = Wish::open, .userTime = {} };
 Request const toggle { .wish = Wish::toggle, .userTime = {} };
 
-class BusApplicationInstanceTest : public testing::Test {
-protected:
+// A session in which other processes are started beside the one that serves.
+class ApplicationInstanceDesk {
+public:
+    virtual ~ApplicationInstanceDesk() = default;
+    virtual ApplicationInstance& first() = 0;
+    // With the server time of a click behind it, where that is not 0.
+    virtual void startAnother(Wish wish, std::uint32_t time) = 0;
+};
+
+class FakeApplicationInstanceDesk final : public ApplicationInstanceDesk {
+public:
+    ApplicationInstance& first() override { return m_first; }
+    void startAnother(Wish wish, std::uint32_t time) override
+    {
+        if (wish != Wish::none)
+            m_first.request({ wish, time ? std::optional(time) : std::nullopt });
+    }
+
+private:
+    FakeApplicationInstance m_first;
+};
+
+class BusApplicationInstanceDesk final : public ApplicationInstanceDesk {
+public:
+    ApplicationInstance& first() override { return *instance; }
+    void startAnother(Wish wish, std::uint32_t time) override
+    {
+        auto const id = time ? u"launcher/pager/12-3-desk_TIME%1"_s.arg(time) : u"without a time"_s;
+        EXPECT_EQ(roleOfAnother(wish, id), Role::handedOver);
+    }
+
     // Another process, which waits while this one goes on.
-    Role startAnother(Wish wish, QString const& startupId = {})
+    Role roleOfAnother(Wish wish, QString const& startupId = {})
     {
         auto const connection = bus.connect();
         auto started = std::async(
-            std::launch::async, [&] { return BusApplicationInstance(connection, startupId).start(wish); });
+            std::launch::async, [&] { return BusApplicationInstance(connection, { startupId }).start(wish); });
         EXPECT_TRUE(
             loop.runUntil([&] { return started.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
         return started.get();
     }
 
+    EventLoop loop;
+    PrivateBus bus;
+    std::unique_ptr<BusApplicationInstance> instance = std::make_unique<BusApplicationInstance>(
+        bus.connect(), BusApplicationInstance::Start { u"start-1_TIME77"_s });
+};
+
+class ApplicationInstanceContract : public ContractOn<ApplicationInstanceDesk> { };
+
+TEST_P(ApplicationInstanceContract, The_wishes_of_later_starts_come_to_whoever_observes_or_wait_for_that)
+{
+    auto const desk = GetParam().make();
+    auto& first = desk->first();
+    std::vector<Request> requests;
+    auto const record = [&] {
+        return first.observeRequests([&](Request const& request) { requests.push_back(request); });
+    };
+    EXPECT_EQ(first.start(Wish::open), Role::first);
+    desk->startAnother(Wish::open, 0);
+    EXPECT_TRUE(requests.empty());
+    auto observation = record();
+    EXPECT_THAT(requests, ElementsAre(open)) << "what came before";
+    desk->startAnother(Wish::toggle, 4294967295U);
+    desk->startAnother(Wish::none, 0);
+    EXPECT_THAT(requests, ElementsAre(open, Request { .wish = Wish::toggle, .userTime = 4294967295U }));
+    observation.end();
+    desk->startAnother(Wish::open, 0);
+    EXPECT_EQ(requests.size(), 2U);
+    observation = record();
+    EXPECT_THAT(requests, ElementsAre(open, testing::_, open));
+}
+
+INSTANTIATE_TEST_SUITE_P(Fake, ApplicationInstanceContract, deskOf<FakeApplicationInstanceDesk>("fake"));
+INSTANTIATE_TEST_SUITE_P(Bus, ApplicationInstanceContract, deskOf<BusApplicationInstanceDesk>("bus"));
+
+class BusApplicationInstanceTest : public testing::Test {
+protected:
     Registration record()
     {
         return first->observeRequests([this](Request const& request) { requests.push_back(request); });
     }
 
-    EventLoop loop;
-    PrivateBus bus;
-    std::unique_ptr<BusApplicationInstance> first = std::make_unique<BusApplicationInstance>(
-        bus.connect(), u"start-1_TIME77"_s);
+    void call(QString const& method, QVariantList const& arguments)
+    {
+        auto message = QDBusMessage::createMethodCall(
+            u"org.quillory.Quillory"_s, u"/org/quillory/Quillory"_s, u"org.freedesktop.Application"_s, method);
+        message.setArguments(arguments);
+        auto const reply = desktop.asyncCall(message);
+        EXPECT_TRUE(desk.loop.runUntil([&] { return reply.isFinished(); }));
+        EXPECT_FALSE(reply.isError()) << reply.error().message().toStdString();
+    }
+
+    BusApplicationInstanceDesk desk;
+    std::unique_ptr<BusApplicationInstance>& first = desk.instance;
+    QDBusConnection desktop = desk.bus.connect();
     std::vector<Request> requests;
 };
-
-TEST_F(BusApplicationInstanceTest, A_second_start_hands_its_wish_over_with_the_time_of_the_click)
-{
-    EXPECT_EQ(first->start(Wish::open), Role::first);
-    EXPECT_EQ(startAnother(Wish::open), Role::handedOver);
-    EXPECT_TRUE(requests.empty());
-    auto observation = record();
-    EXPECT_THAT(requests, ElementsAre(open)) << "what came before";
-    EXPECT_EQ(startAnother(Wish::toggle, u"launcher/pager/12-3-desk_TIME4294967295"_s), Role::handedOver);
-    EXPECT_EQ(startAnother(Wish::open, u"without a time"_s), Role::handedOver);
-    EXPECT_EQ(startAnother(Wish::none), Role::handedOver);
-    EXPECT_THAT(requests, ElementsAre(open, Request { .wish = Wish::toggle, .userTime = 4294967295U }, open));
-}
 
 TEST_F(BusApplicationInstanceTest, The_name_is_free_again_after_the_end)
 {
     EXPECT_EQ(first->start(Wish::open), Role::first);
     first.reset();
-    EXPECT_EQ(startAnother(Wish::open), Role::first);
+    EXPECT_EQ(desk.roleOfAnother(Wish::open), Role::first);
 }
 
 TEST_F(BusApplicationInstanceTest, A_first_start_that_should_toggle_opens)
@@ -81,21 +143,24 @@ TEST_F(BusApplicationInstanceTest, Desktops_call_it_by_the_common_interface)
 {
     EXPECT_EQ(first->start(Wish::open), Role::first);
     auto const observation = record();
-    auto desktop = bus.connect();
-    auto const call = [&](QString const& method, QVariantList const& arguments) {
-        auto message = QDBusMessage::createMethodCall(
-            u"org.quillory.Quillory"_s, u"/org/quillory/Quillory"_s, u"org.freedesktop.Application"_s, method);
-        message.setArguments(arguments);
-        auto const reply = desktop.asyncCall(message);
-        EXPECT_TRUE(loop.runUntil([&] { return reply.isFinished(); }));
-        EXPECT_FALSE(reply.isError()) << reply.error().message().toStdString();
-    };
     QVariantMap const token { { u"activation-token"_s, u"x_TIME5"_s } };
     call(u"Activate"_s, { QVariantMap() });
     call(u"Open"_s, { QStringList { u"file:///a.md"_s }, token });
     call(u"ActivateAction"_s, { u"toggle"_s, QVariantList(), QVariantMap() });
     call(u"ActivateAction"_s, { u"unknown"_s, QVariantList { 1 }, QVariantMap() });
     EXPECT_THAT(requests, ElementsAre(open, Request { .wish = Wish::open, .userTime = 5 }, toggle));
+}
+
+TEST_F(BusApplicationInstanceTest, A_toggle_for_whose_sake_the_bus_began_the_process_opens)
+{
+    using Start = BusApplicationInstance::Start;
+    first.reset();
+    first = std::make_unique<BusApplicationInstance>(desk.bus.connect(), Start { {}, Start::By::bus });
+    EXPECT_EQ(first->start(Wish::open), Role::first);
+    auto const observation = record();
+    for (int time = 0; time < 2; ++time)
+        call(u"ActivateAction"_s, { u"toggle"_s, QVariantList(), QVariantMap() });
+    EXPECT_THAT(requests, ElementsAre(open, toggle));
 }
 
 TEST(BusApplicationInstance, Without_a_session_bus_the_program_stands_alone)

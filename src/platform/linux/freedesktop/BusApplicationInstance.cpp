@@ -19,14 +19,18 @@ QString objectPath()
 
 }
 
-QString BusApplicationInstance::startupId()
+BusApplicationInstance::Start BusApplicationInstance::Start::ofThisProcess()
 {
-    return qEnvironmentVariable("DESKTOP_STARTUP_ID", qEnvironmentVariable("XDG_ACTIVATION_TOKEN"));
+    bool const isByBus = qEnvironmentVariableIsSet("DBUS_STARTER_BUS_TYPE");
+    // What is started from here is none of the bus's.
+    qunsetenv("DBUS_STARTER_BUS_TYPE");
+    return { qEnvironmentVariable("DESKTOP_STARTUP_ID", qEnvironmentVariable("XDG_ACTIVATION_TOKEN")),
+        isByBus ? By::bus : By::user };
 }
 
-BusApplicationInstance::BusApplicationInstance(QDBusConnection const& sessionBus, QString startupId)
+BusApplicationInstance::BusApplicationInstance(QDBusConnection const& sessionBus, Start start)
     : m_bus(sessionBus)
-    , m_startupId(std::move(startupId))
+    , m_start(std::move(start))
     , m_interface([this](Request const& request) { receive(request); })
 {
 }
@@ -51,7 +55,7 @@ ApplicationInstance::Role BusApplicationInstance::start(Wish wish)
             continue;
         // Nothing is shown yet, unless the program opens by itself at its start.
         if (wish == Wish::toggle)
-            receive({ .wish = Wish::open, .userTime = ApplicationInterface::userTime(m_startupId) });
+            receive({ .wish = Wish::open, .userTime = ApplicationInterface::userTime(m_start.id) });
         return claimed == Claim::owned ? Role::first : Role::alone;
     }
     return Role::alone;
@@ -81,16 +85,20 @@ bool BusApplicationInstance::handOver(Wish wish)
     if (isToggle)
         call << QStringLiteral("toggle") << QVariantList();
     QVariantMap platformData;
-    if (!m_startupId.isEmpty())
-        platformData.insert(QStringLiteral("desktop-startup-id"), m_startupId);
+    if (!m_start.id.isEmpty())
+        platformData.insert(QStringLiteral("desktop-startup-id"), m_start.id);
     call << platformData;
     call.setAutoStartService(false);
     auto const reply = m_bus.call(call, QDBus::Block, static_cast<int>(answerTime.count()));
     return reply.type() == QDBusMessage::ReplyMessage || QDBusError(reply).type() == QDBusError::NoReply;
 }
 
-void BusApplicationInstance::receive(Request const& request)
+// The first request of a process that the bus began is why it runs. By then the reader may have opened by itself.
+void BusApplicationInstance::receive(Request request)
 {
+    bool const isWhyItRuns = std::exchange(m_start.by, Start::By::user) == Start::By::bus;
+    if (isWhyItRuns && request.wish == Wish::toggle)
+        request.wish = Wish::open;
     if (m_requested)
         m_requested(request);
     else

@@ -15,10 +15,18 @@ class BusApplicationInstance final : public ApplicationInstance {
 public:
     static QString name() { return QStringLiteral("org.quillory.Quillory"); }
 
-    // The id by which the desktop knows this start, to be read before the toolkit takes it out of the environment.
-    static QString startupId();
+    // What began this process, and the id by which the desktop knows that.
+    struct Start {
+        enum class By { user, bus };
+        QString id;
+        By by = By::user;
 
-    BusApplicationInstance(QDBusConnection const& sessionBus, QString startupId);
+        // To be read before the toolkit takes the id out of the environment.
+        static Start ofThisProcess();
+    };
+
+    // A process that the bus began for the sake of a toggle opens.
+    BusApplicationInstance(QDBusConnection const& sessionBus, Start start);
     ~BusApplicationInstance() override;
     BusApplicationInstance(BusApplicationInstance const&) = delete;
     BusApplicationInstance& operator=(BusApplicationInstance const&) = delete;
@@ -33,10 +41,10 @@ private:
 
     Claim claim();
     bool handOver(Wish wish);
-    void receive(Request const& request);
+    void receive(Request request);
 
     QDBusConnection m_bus;
-    QString m_startupId;
+    Start m_start;
     ApplicationInterface m_interface;
     std::function<void(Request const&)> m_requested;
     std::vector<Request> m_kept;
