@@ -41,30 +41,6 @@ struct Session {
         ModifierGestureMonitor::Operations::of(events, permission, keys) };
 };
 
-TEST(ModifierGestureMonitor, A_double_tap_that_is_held_begins_at_the_limit_and_ends_with_the_key)
-{
-    for (auto const& [gesture, key, began] :
-        { std::tuple { ModifierGesture::shift, std::uint16_t { 56 }, "began 131072 56" },
-            std::tuple { ModifierGesture::shift, std::uint16_t { 60 }, "began 131072 60" },
-            std::tuple { ModifierGesture::option, std::uint16_t { 58 }, "began 524288 58" },
-            std::tuple { ModifierGesture::option, std::uint16_t { 61 }, "began 524288 61" } }) {
-        Session session(gesture);
-        session.events.press(key);
-        session.executor.advance(300ms);
-        session.events.release(key);
-        session.executor.advance(300ms);
-        session.events.press(key);
-        session.executor.advance(350ms - 1ns);
-        EXPECT_THAT(session.calls, IsEmpty());
-        session.executor.advance(1ns);
-        EXPECT_THAT(session.calls, ElementsAre(began));
-        session.executor.advance(1h);
-        session.events.release(key);
-        EXPECT_THAT(session.calls, ElementsAre(began, "ended"));
-        EXPECT_EQ(session.stage(), idle);
-    }
-}
-
 TEST(ModifierGestureMonitor, The_limits_count_from_the_events_own_times)
 {
     Session session;

@@ -1,4 +1,3 @@
-#include "presentation/PeekHold.h"
 #include "presentation/SummoningDesk.h"
 
 #include <gmock/gmock.h>
@@ -41,26 +40,26 @@ TEST(PresentationCoordinator, Every_event_leads_from_each_presence_to_the_one_to
         { "peek shortcut up", [](auto& desk) { desk.pressPeek(), desk.releasePeek(); }, { C, C, C, G } },
         { "gesture began",
             [](auto& desk) {
-                if (!desk.keyboard.keyIsDown(SummoningDesk::leftOption))
+                if (!desk.keys.keyIsDown(SummoningDesk::leftOption))
                     desk.holdOption();
             },
             { G, G, K, G } },
         { "gesture ended", [](auto& desk) { desk.releaseOption(); }, { C, R, K, C } },
         { "keys let go unseen",
             [](auto& desk) {
-                desk.keyboard.keysDown.clear();
+                desk.keys.down = { SummoningDesk::leftControl, SummoningDesk::leftCommand };
                 desk.executor.advance(30ms);
             },
             { C, R, C, C } },
         { "modifiers alone let go unseen",
             [](auto& desk) {
-                desk.keyboard.heldFlags = ModifierFlags::shift;
+                desk.keys.down = { SummoningDesk::peekKey, SummoningDesk::leftShift };
                 desk.executor.advance(30ms);
             },
             { C, R, C, C } },
         { "held on, with more modifiers",
             [](auto& desk) {
-                desk.keyboard.heldFlags = desk.keyboard.heldFlags | ModifierFlags::shift;
+                desk.keys.down.insert(SummoningDesk::leftShift);
                 desk.executor.advance(10s);
             },
             { C, R, K, G } },
@@ -229,12 +228,12 @@ TEST(PresentationCoordinator, One_shortcut_for_both_is_the_toggle_and_an_unset_o
 TEST(PresentationCoordinator, A_permission_given_while_it_runs_is_noticed_at_the_next_change_of_application)
 {
     SummoningDesk desk;
-    desk.keyboard.isPermitted = false;
+    desk.permission.canListen = false;
     desk.workspace.bringToFront(browser.window);
-    EXPECT_EQ(desk.keyboard.listeners(), 0U);
+    EXPECT_EQ(desk.events.observations(), 0U);
     EXPECT_FALSE(desk.library.gesturePermissionGranted.value());
 
-    desk.keyboard.isPermitted = true;
+    desk.permission.canListen = true;
     desk.workspace.bringToFront(editor.window);
     EXPECT_TRUE(desk.library.gesturePermissionGranted.value());
     desk.holdOption();
@@ -255,16 +254,6 @@ TEST(PresentationCoordinator, Each_summons_and_each_wake_read_the_folder_again)
         desk.executor.settle();
         EXPECT_GT(desk.services.files.opens(u"/library"_s), before);
     }
-}
-
-TEST(PeekHold, It_lasts_while_the_key_and_all_its_modifiers_are_down)
-{
-    auto const required = ModifierFlags::control | ModifierFlags::command;
-    EXPECT_TRUE(peekStillHeld(true, required, required));
-    EXPECT_TRUE(peekStillHeld(true, required | ModifierFlags::shift, required));
-    EXPECT_TRUE(peekStillHeld(true, ModifierFlags::shift, ModifierFlags::none));
-    EXPECT_FALSE(peekStillHeld(false, required, required));
-    EXPECT_FALSE(peekStillHeld(true, ModifierFlags::control, required));
 }
 
 }

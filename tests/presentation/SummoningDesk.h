@@ -2,12 +2,14 @@
 
 #include "presentation/PresentationCoordinator.h"
 
-#include "presentation/SessionKeyboard.h"
 #include "support/FakeHotKeys.h"
+#include "support/FakeInputPermission.h"
 #include "support/FakeLibraryServices.h"
+#include "support/FakeModifierEvents.h"
 #include "support/FakeSessionEvents.h"
 #include "support/ShortcutsOnFakes.h"
 
+#include <initializer_list>
 #include <optional>
 #include <utility>
 
@@ -74,9 +76,10 @@ class SummoningDesk {
 public:
     enum class Presence { closed, resident, keyboardPeek, gesturePeek };
 
-    static constexpr std::uint16_t toggleKey = 40, peekKey = 38, leftOption = 58;
+    static constexpr std::uint16_t toggleKey = 40, peekKey = 38, leftShift = 56, leftOption = 58;
     static constexpr auto toggleModifiers = ModifierFlags::control | ModifierFlags::option;
     static constexpr auto peekModifiers = ModifierFlags::control | ModifierFlags::command;
+    static constexpr std::uint16_t leftControl = 59, leftCommand = 55; // of the peek
 
     SummoningDesk()
     {
@@ -101,7 +104,7 @@ public:
         shortcuts.emplace(services.defaults, hotKeys, executor);
         coordinator.emplace(library,
             PresentationCoordinator::Services {
-                shortcuts->shortcuts, workspace, session, keyboard, keyboard, keyboard, executor },
+                shortcuts->shortcuts, workspace, session, events, permission, keys, executor },
             panel, items);
     }
 
@@ -112,15 +115,14 @@ public:
     }
     void pressPeek()
     {
-        keyboard.keysDown.insert(peekKey);
-        keyboard.heldFlags = keyboard.heldFlags | peekModifiers;
+        keys.down.insert({ peekKey, leftControl, leftCommand });
         hotKeys.press(peekKey, peekModifiers);
     }
     // The keys are let go; `releasePeek` tells it.
     void losePeekRelease()
     {
-        keyboard.keysDown.erase(peekKey);
-        keyboard.heldFlags = SessionKeyboard::without(keyboard.heldFlags, peekModifiers);
+        for (auto const key : { peekKey, leftControl, leftCommand })
+            keys.down.erase(key);
     }
     void releasePeek()
     {
@@ -129,13 +131,13 @@ public:
     }
     void tapOption(std::chrono::milliseconds pause = std::chrono::milliseconds(50))
     {
-        for (bool const isDown : { true, false }) {
-            keyboard.change(leftOption, ModifierFlags::option, isDown);
-            executor.advance(pause);
-        }
+        pressOption();
+        executor.advance(pause);
+        releaseOption();
+        executor.advance(pause);
     }
-    void pressOption() { keyboard.change(leftOption, ModifierFlags::option, true); }
-    void releaseOption() { keyboard.change(leftOption, ModifierFlags::option, false); }
+    void pressOption() { events.press(leftOption); }
+    void releaseOption() { events.release(leftOption); }
     void holdOption()
     {
         tapOption();
@@ -197,7 +199,9 @@ public:
     LibraryStore library { services.services(), LibraryStore::RestoreFolder::no };
     FakeHotKeys hotKeys;
     FakeSessionEvents session;
-    SessionKeyboard keyboard { executor };
+    FakeKeyState keys;
+    FakeInputPermission permission;
+    FakeModifierEvents events { executor, keys, permission };
     RecordingPanel panel { workspace };
     CountingItems items;
     std::optional<ShortcutsOnFakes> shortcuts;
