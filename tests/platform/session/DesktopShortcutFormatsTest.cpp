@@ -1,6 +1,12 @@
 #include "platform/linux/freedesktop/DesktopShortcutFormats.h"
+#include "platform/linux/freedesktop/DesktopSystemShortcuts.h"
 
 #include "support/FakeKeyboardLayout.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
@@ -74,6 +80,54 @@ TEST_F(DesktopShortcutFormatsTest, Each_desktops_settings_give_what_is_in_use)
             layout),
         ElementsAre(hotKey(122, option)));
     EXPECT_THAT(fromKeyboardChannel("<property name=\"F1\" type=\"string\"", layout), testing::IsEmpty());
+}
+
+// The user's own settings folder, with settings in it.
+class DesktopSystemShortcutsTest : public DesktopShortcutFormatsTest {
+protected:
+    DesktopSystemShortcutsTest()
+    {
+        qputenv("XDG_CONFIG_HOME", m_settings.path().toUtf8());
+        qputenv("GSETTINGS_BACKEND", "keyfile"); // in that folder
+    }
+    ~DesktopSystemShortcutsTest() override
+    {
+        for (auto const* const name : { "XDG_CONFIG_HOME", "GSETTINGS_BACKEND", "XDG_CURRENT_DESKTOP" })
+            qunsetenv(name);
+    }
+
+    void write(QString const& name, QByteArray const& text) const
+    {
+        auto const path = m_settings.filePath(name);
+        QFile file(path);
+        ASSERT_TRUE(QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+
+    std::vector<SymbolicHotKey> under(QByteArray const& desktop) const
+    {
+        qputenv("XDG_CURRENT_DESKTOP", desktop);
+        return DesktopSystemShortcuts(layout).symbolicHotKeys();
+    }
+
+private:
+    QTemporaryDir m_settings;
+};
+
+TEST_F(DesktopSystemShortcutsTest, The_settings_of_the_desktop_at_hand_are_read_and_no_others)
+{
+    auto const keys = u"org.gnome.desktop.wm.keybindings"_s;
+    ASSERT_EQ(QProcess::execute(u"gsettings"_s, { u"set"_s, keys, u"close"_s, u"['<Super>F1']"_s }), 0);
+    write(u"kglobalshortcutsrc"_s, "[kwin]\nUp=Meta+PgUp,none,Up\n");
+    write(u"xfce4/xfconf/xfce-perchannel-xml/xfce4-keyboard-shortcuts.xml"_s,
+        R"(<channel><property name="commands" type="empty"><property name="custom" type="empty">)"
+        R"(<property name="&lt;Control&gt;F1" type="string" value="menu"/></property></property></channel>)");
+    EXPECT_THAT(under("ubuntu:GNOME"),
+        testing::AllOf(testing::Contains(hotKey(122, command)), // what the user chose
+            testing::Contains(hotKey(48, option)), testing::Not(testing::Contains(hotKey(122, control)))));
+    EXPECT_THAT(under("KDE"), ElementsAre(hotKey(116, command)));
+    EXPECT_THAT(under("XFCE"), ElementsAre(hotKey(122, control)));
+    EXPECT_THAT(under("i3"), testing::IsEmpty());
 }
 
 }
