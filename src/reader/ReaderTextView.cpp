@@ -92,6 +92,14 @@ void ReaderTextView::setLearningModeEnabled(bool isEnabled)
     updateCopyActions();
 }
 
+void ReaderTextView::startAfresh()
+{
+    setSelection({});
+    showCopied({});
+    lastFindRequest = -1;
+    lastFindQuery.clear();
+}
+
 void ReaderTextView::updateCopyActions()
 {
     Q_EMIT targetsChanged();

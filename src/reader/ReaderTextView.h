@@ -83,6 +83,9 @@ public:
     // Selects the next match, or goes on at the other end. False when there is none anywhere.
     bool findNext(QString const& query, bool backwards);
 
+    // Leaves what the user did here, and serves find anew, as a view that was just made would.
+    void startAfresh();
+
     // The one road by which a target is copied. True when its text is on the clipboard.
     bool copyTarget(qsizetype index);
     // Puts the selected text onto the clipboard.

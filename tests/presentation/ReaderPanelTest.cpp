@@ -100,6 +100,25 @@ TEST_F(ReaderPanelTest, What_the_window_manager_has_to_do_holds_up_neither_the_f
     EXPECT_FALSE(window->isAbove() || window->isEverywhere());
 }
 
+TEST_F(ReaderPanelTest, Each_show_begins_with_a_view_like_a_new_one)
+{
+    services.files.write(u"/library"_s, "a.md", "# Sheet\n\nword and word\n\n```sh\nls\n```\n");
+    library.connect(u"/library"_s);
+    services.executor.settle();
+    library.findQuery = u"word"_s;
+    show();
+    auto& text = *panel.findChild<ReaderTextView*>();
+    auto const firstMatch = text.selection();
+    EXPECT_FALSE(firstMatch.isEmpty());
+    EXPECT_TRUE(text.findNext(u"word"_s, false));
+    EXPECT_TRUE(text.copyTarget(0));
+    EXPECT_NE(text.selection(), firstMatch);
+    panel.orderOut();
+    show();
+    EXPECT_EQ(text.selection(), firstMatch);
+    EXPECT_EQ(text.copiedTarget(), std::nullopt);
+}
+
 TEST_F(ReaderPanelTest, A_close_is_told_once_and_while_it_is_still_up)
 {
     show();
