@@ -7,7 +7,6 @@
 #include "support/SyntheticKeyboard.h"
 
 #include <algorithm>
-#include <stdexcept>
 
 namespace Quillory {
 namespace {
@@ -94,16 +93,8 @@ private:
         m_connection->drain();
     }
 
-    static std::unique_ptr<X11Connection> connect()
-    {
-        auto connection = X11Connection::open();
-        if (!connection)
-            throw std::runtime_error(connection.error().toStdString());
-        return std::move(*connection);
-    }
-
     EventLoop m_loop;
-    std::unique_ptr<X11Connection> m_connection = connect();
+    std::unique_ptr<X11Connection> m_connection = X11Connection::open().value();
     X11Clock m_clock;
     X11HotKeys m_hotKeys { *m_connection, m_clock };
     OtherProgram m_other;

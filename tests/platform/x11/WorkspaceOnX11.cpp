@@ -11,8 +11,6 @@
 
 #include <unistd.h>
 
-#include <stdexcept>
-
 namespace Quillory {
 namespace {
 
@@ -66,16 +64,8 @@ private:
         return m_programs.open({ windowClass, process, x, 100 });
     }
 
-    static std::unique_ptr<X11Connection> connect()
-    {
-        auto connection = X11Connection::open();
-        if (!connection)
-            throw std::runtime_error(connection.error().toStdString());
-        return std::move(*connection);
-    }
-
     EventLoop m_loop;
-    std::unique_ptr<X11Connection> m_connection = connect();
+    std::unique_ptr<X11Connection> m_connection = X11Connection::open().value();
     X11Clock m_clock;
     X11Workspace m_workspace { *m_connection, m_clock };
     OtherProgram m_programs;
