@@ -281,10 +281,12 @@ bool X11HotKeys::release(std::uint8_t serverKeyCode, X11Clock::Time time)
 // Sent to whoever made the window, as it would have come without the grab.
 void X11HotKeys::passOn(xcb_key_press_event_t const& event)
 {
+    if (!isAnyDown())
+        return;
     auto* const xcb = m_connection.handle();
     XcbOwned<xcb_get_input_focus_reply_t> const focus(
         xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
-    if (!isAnyDown() || !focus || !isOwnWindow(focus->focus))
+    if (!focus || !isOwnWindow(focus->focus))
         return;
     auto passed = event;
     passed.event = focus->focus;
