@@ -16,6 +16,13 @@ constexpr double besideText = 2 * ReaderTextView::inset;
 constexpr double narrowestRendering = 100;
 constexpr int scrollStep = 20;
 
+// How far a bar goes. The shares of columns may add up to a trifle more than the width that they share.
+int farthest(double content, int page)
+{
+    constexpr double trifle = 0.01;
+    return std::max(0, static_cast<int>(std::ceil(content - trifle)) - page);
+}
+
 }
 
 ReaderScrollView::ReaderScrollView(Executor& executor, QWidget* parent)
@@ -69,14 +76,14 @@ RenderedMarkdown ReaderScrollView::renderedShortcuts()
 void ReaderScrollView::updateScrollBars()
 {
     // The toolkit shows a bar that is needed in a later turn only, too late for a place at the end that comes back.
-    auto const isWide = m_textView->contentSize().width() > viewport()->width();
+    auto const isWide = farthest(m_textView->contentSize().width(), viewport()->width()) > 0;
     auto const policy = isWide ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff;
     if (policy != horizontalScrollBarPolicy())
         setHorizontalScrollBarPolicy(policy);
     m_settingBars = true;
     auto const size = m_textView->contentSize();
     auto const apply = [](QScrollBar& bar, double content, int page, double value) {
-        bar.setRange(0, std::max(0, static_cast<int>(std::ceil(content)) - page));
+        bar.setRange(0, farthest(content, page));
         bar.setPageStep(page);
         bar.setSingleStep(scrollStep);
         bar.setValue(qRound(value));
