@@ -45,7 +45,7 @@ void addList(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> con
     // Rows like the items above them.
     list->setStyleSheet(QStringLiteral(
         "QListView { background: transparent; }"
-        "QListView::item { padding: 4px 24px; }"
+        "QListView::item { padding: 4px 24px; border-radius: 2px; }"
         "QListView::item:selected { background: palette(highlight); color: palette(highlighted-text); }"));
     list->setFixedSize(listWidth, rowsInSight * list->sizeHintForRow(0));
     QObject::connect(list, &QListView::entered, list, [list](QModelIndex const& row) { list->setCurrentIndex(row); });
