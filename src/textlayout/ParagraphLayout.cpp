@@ -1,5 +1,6 @@
 #include "textlayout/ParagraphLayout.h"
 
+#include "textlayout/EmojiClusters.h"
 #include "textlayout/SymbolPainting.h"
 
 #include <QPainter>
@@ -16,6 +17,14 @@ namespace {
 constexpr double tabColumns = 4; // widths of a blank between two tab stops
 constexpr int longestLigature = 4; // letters
 constexpr char16_t placeholder = u'\u200B'; // takes the width of a picture as its letter spacing
+
+// The desktop's coloured pictures, by the family that stands for whichever it has.
+QTextCharFormat emojiFormat()
+{
+    QTextCharFormat format;
+    format.setFontFamilies(QStringList { QStringLiteral("emoji") });
+    return format;
+}
 
 bool mayRunRightToLeft(QStringView string)
 {
@@ -74,7 +83,8 @@ void ParagraphLayout::applyFormats(QString& string)
     auto const& first = m_context.metrics(runs[index]);
     m_layout.setFont(first.font);
     m_foreground = m_context.foreground(text.attributes(runs[index]));
-    if (runs[index].location + runs[index].length >= m_stretch.range.end() && first.plain)
+    auto const emoji = emojiClusters(string);
+    if (runs[index].location + runs[index].length >= m_stretch.range.end() && first.plain && emoji.empty())
         return;
 
     QList<QTextLayout::FormatRange> formats;
@@ -89,6 +99,13 @@ void ParagraphLayout::applyFormats(QString& string)
             m_pictures.push_back({ position, runs[index] });
             string[position] = placeholder;
         }
+    }
+    for (auto const& [location, length] : emoji) {
+        formats.append({ static_cast<int>(location), static_cast<int>(length), emojiFormat() });
+        // Fonts make one picture of a digit and its box, if the selector doesn't stand between them.
+        auto const box = QStringView(string).sliced(location, length).indexOf(u"\uFE0F\u20E3");
+        if (box >= 0)
+            std::swap(string[location + box], string[location + box + 1]);
     }
     m_layout.setFormats(formats);
 }
