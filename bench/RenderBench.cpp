@@ -1,10 +1,10 @@
 // Rendering to attributed text. Markdown against cmark-gfm's HTML renderer on the same tree, for sheets of several
 // shapes; the largest legal structured sheet at three widths, alone and with laying out what is on screen, which is one
-// step of a live resize. Run it with --benchmark_repetitions=9 and compare medians of one run.
+// step of a live resize once the sheet is prepared. Run it with --benchmark_repetitions=9 and compare medians of one run.
 
 #include "SampleSheets.h"
 #include "rendering/MarkdownRenderer.h"
-#include "rendering/ShortcutRenderer.h"
+#include "rendering/PreparedShortcuts.h"
 #include "textlayout/FontTextMeasure.h"
 #include "textlayout/TextLayout.h"
 
@@ -82,10 +82,10 @@ void attributed(benchmark::State& state, QByteArray const& source)
 void structured(benchmark::State& state)
 {
     auto const sheet = largestStructuredSheet();
-    FontTextMeasure const measure(FontSet::ofDesktop());
+    PreparedShortcuts const prepared(sheet, {}, textSize, FontTextMeasure(FontSet::ofDesktop()));
     auto const width = static_cast<double>(state.range(0));
     for (auto _ : state) {
-        auto rendered = ShortcutRenderer::render(sheet, {}, width, textSize, measure);
+        auto rendered = prepared.render(width);
         benchmark::DoNotOptimize(rendered);
     }
 }
@@ -94,11 +94,11 @@ void resizeStep(benchmark::State& state)
 {
     auto const sheet = largestStructuredSheet();
     auto const fonts = FontSet::ofDesktop();
-    FontTextMeasure const measure(fonts);
+    PreparedShortcuts const prepared(sheet, {}, textSize, FontTextMeasure(fonts));
     auto width = static_cast<double>(state.range(0));
     for (auto _ : state) {
         width += 0.25; // always another width, as while dragging
-        auto const rendered = ShortcutRenderer::render(sheet, {}, width, textSize, measure);
+        auto const rendered = prepared.render(width);
         TextLayout layout(rendered.text, width, fonts, ColorSet::fromPalette(QPalette()));
         layout.layOutVisible(0, 700);
         benchmark::DoNotOptimize(layout.height());
