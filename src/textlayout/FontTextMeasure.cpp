@@ -4,13 +4,6 @@
 
 namespace Quillory {
 
-namespace {
-
-constexpr qsizetype mostWidths = 16'384; // of one face: some megabytes at the longest title
-constexpr std::size_t mostFaces = 8;
-
-}
-
 FontTextMeasure::FontTextMeasure(FontSet fonts)
     : m_fonts(std::move(fonts))
 {
@@ -23,8 +16,6 @@ double FontTextMeasure::width(QStringView text, FontAttribute const& font) const
     auto const key = QString::fromRawData(text.data(), text.size());
     if (auto const found = known.widths.constFind(key); found != known.widths.cend())
         return *found;
-    if (known.widths.size() >= mostWidths)
-        known.widths.clear();
     return *known.widths.insert(text.toString(), known.metrics.horizontalAdvance(key));
 }
 
@@ -33,8 +24,6 @@ FontTextMeasure::Face& FontTextMeasure::face(FontAttribute const& font) const
     auto const known = std::ranges::find(m_faces, font, &Face::font);
     if (known != m_faces.end())
         return *known;
-    if (m_faces.size() >= mostFaces)
-        m_faces.pop_front();
     return m_faces.emplace_back(font, QFontMetricsF(m_fonts.font(font)), QHash<QString, double> {});
 }
 

@@ -10,7 +10,7 @@
 
 namespace Quillory {
 
-// Measures text in the faces that it will be drawn in, and remembers it. GUI thread only.
+// Measures text in the faces that it will be drawn in, and remembers all of it: meant for one sheet. GUI thread only.
 class FontTextMeasure final : public TextMeasure {
 public:
     explicit FontTextMeasure(FontSet fonts);
@@ -27,7 +27,7 @@ private:
     Face& face(FontAttribute const& font) const;
 
     FontSet m_fonts;
-    mutable std::deque<Face> m_faces; // those of the last text sizes used
+    mutable std::deque<Face> m_faces;
 };
 
 }

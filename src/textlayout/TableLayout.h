@@ -78,7 +78,7 @@ private:
     void layOutRow(qsizetype row, double top, double bottom);
     void measureRow(qsizetype row);
     void dropRows(qsizetype first, qsizetype behindLast);
-    void paintBorders(QPainter& painter, QPointF topLeft, qsizetype row) const;
+    void paintBorders(QPainter& painter, QPointF topLeft, qsizetype row, QRectF const& clip) const;
     void paintBackgrounds(QPainter& painter, QPointF topLeft, qsizetype row) const;
 
     LayoutContext const& m_context;

@@ -10,6 +10,9 @@ namespace Quillory {
 
 namespace {
 
+// Translucent fills that are higher are handed to other threads, which takes longer than filling them.
+constexpr double longestPiece = 32; // points
+
 // Lines begin on a pixel of the device and are at least one wide: half of one would be a smear on plain screens.
 class PixelGrid {
 public:
@@ -34,7 +37,7 @@ void TableLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& clip)
         if (rowTopLeft.y() >= clip.bottom())
             break;
         paintBackgrounds(painter, rowTopLeft, row);
-        paintBorders(painter, rowTopLeft, row);
+        paintBorders(painter, rowTopLeft, row, clip);
         for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
             auto const content = rowTopLeft + contentTopLeft(cell);
             if (content.x() < clip.right() && content.x() + contentWidth(cell, block(cell)) > clip.left())
@@ -60,7 +63,7 @@ void TableLayout::paintBackgrounds(QPainter& painter, QPointF topLeft, qsizetype
     }
 }
 
-void TableLayout::paintBorders(QPainter& painter, QPointF topLeft, qsizetype row) const
+void TableLayout::paintBorders(QPainter& painter, QPointF topLeft, qsizetype row, QRectF const& clip) const
 {
     if (m_border <= 0)
         return;
@@ -71,7 +74,10 @@ void TableLayout::paintBorders(QPainter& painter, QPointF topLeft, qsizetype row
     auto const bottom = grid.edge(topLeft.y() + m_heights.height(row));
     auto const colorOf = [this](std::size_t cell) { return m_context.colors().resolved(block(cell).borderColor); };
     auto const down = [&](double edge, double from, std::size_t cell) {
-        painter.fillRect(QRectF(grid.edge(topLeft.x() + edge), from, line, bottom - from), colorOf(cell));
+        auto const seen = std::max(0.0, std::floor((clip.top() - from) / longestPiece) * longestPiece);
+        for (auto y = from + seen; y < std::min(bottom, clip.bottom()); y += longestPiece)
+            painter.fillRect(
+                QRectF(grid.edge(topLeft.x() + edge), y, line, std::min(longestPiece, bottom - y)), colorOf(cell));
     };
     if (m_rowBorder <= 0) {
         for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {

@@ -26,9 +26,8 @@ struct TextAnchor {
     bool operator==(TextAnchor const&) const = default;
 };
 
-// A column of paragraphs and tables. Heights are estimated until asked for, and only what was last asked for keeps its
-// lines, so that neither the length of the text nor that of a table is paid for at once. A table's cell is a flow again.
-// Positions are points from the flow's top left corner.
+// A column of paragraphs and tables: a chapter of a text, or what a table's cell holds. Heights are estimated until asked
+// for, and only what was last asked for keeps its lines. Positions are points from the flow's top left corner.
 class TextFlow {
 public:
     enum class Tables { asGrids, asParagraphs };
