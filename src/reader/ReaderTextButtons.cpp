@@ -22,6 +22,18 @@ constexpr double stripWidth = 68; // keeps long lines from running under the but
 constexpr double buttonFromRight = 54;
 constexpr double buttonFromTop = 4;
 
+// The last of a block, with its round corners.
+QPainterPath rightEnd(QRectF const& block, double width)
+{
+    constexpr double corner = 2 * blockRadius;
+    QPainterPath path(QPointF(block.right() - width, block.top()));
+    path.arcTo(QRectF(block.right() - corner, block.top(), corner, corner), 90, -90);
+    path.arcTo(QRectF(block.right() - corner, block.bottom() - corner, corner, corner), 0, -90);
+    path.lineTo(block.right() - width, block.bottom());
+    path.closeSubpath();
+    return path;
+}
+
 // The highlight as a wash that leaves text readable whatever its colour: dark text stays dark on a light surface,
 // light text light on a dark one.
 QColor selectionWash(QColor const& highlight, ReaderColors::Appearance appearance)
@@ -133,15 +145,14 @@ void ReaderTextView::paintStrips(QPainter& painter, QRectF const& visible) const
 {
     painter.setPen(QPen(ReaderColors::codeBorder.resolved(m_colors.appearance), blockOutline));
     forEachVisibleBlock(visible, [&](qsizetype, QRectF const& rectangle) {
+        painter.fillPath(rightEnd(rectangle, stripWidth), ReaderColors::codeBackground.resolved(m_colors.appearance));
+        // Long lines end with the block on either side. What lies in both shapes is not filled.
         QPainterPath block;
         block.addRoundedRect(rectangle, blockRadius, blockRadius);
-        QPainterPath strip;
-        strip.addRect(QRectF(rectangle.right() - stripWidth, rectangle.top(), stripWidth, rectangle.height()));
-        painter.fillPath(block.intersected(strip), ReaderColors::codeBackground.resolved(m_colors.appearance));
-        // Long lines end with the block on either side.
-        QPainterPath row;
-        row.addRect(QRectF(m_origin.x(), rectangle.top(), width(), rectangle.height()));
-        painter.fillPath(row.subtracted(block), ReaderColors::surface.resolved(m_colors.appearance));
+        QPainterPath besides;
+        besides.addRect(QRectF(m_origin.x(), rectangle.top(), width(), rectangle.height()));
+        besides.addPath(block);
+        painter.fillPath(besides, ReaderColors::surface.resolved(m_colors.appearance));
         painter.setBrush(Qt::NoBrush);
         painter.drawPath(block);
     });

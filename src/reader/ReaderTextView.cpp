@@ -201,11 +201,27 @@ void ReaderTextView::startIdleWork()
 
 void ReaderTextView::doIdleWork()
 {
-    auto& layout = m_document->layout;
-    if (layout.isExact())
-        return foldSome();
+    // A person may look for something at once; heights that are estimates do no harm.
+    if (!m_document->folded.isComplete())
+        foldSome();
+    else if (!m_document->layout.isExact())
+        makeSomeExact();
+    if (m_document->folded.isComplete() && m_document->layout.isExact())
+        m_idle.stop();
+}
+
+void ReaderTextView::foldSome()
+{
+    QDeadlineTimer const deadline(idleSlice, Qt::PreciseTimer);
+    do
+        m_document->folded.foldSome(foldedAtOnce);
+    while (!m_document->folded.isComplete() && !deadline.hasExpired());
+}
+
+void ReaderTextView::makeSomeExact()
+{
     auto const atEnd = m_origin.y() > 0 && m_origin.y() >= constrained({ 0, contentSize().height() }).y() - 1;
-    auto const result = layout.makeSomeExact(m_origin.y() - inset, idleSlice);
+    auto const result = m_document->layout.makeSomeExact(m_origin.y() - inset, idleSlice);
     auto const origin = m_origin + QPointF(0, result.correction);
     auto const next = constrained(origin);
     moveOrigin(next);
@@ -216,18 +232,6 @@ void ReaderTextView::doIdleWork()
         Q_EMIT moved();
     if (result.correction != 0)
         layoutCodeButtons();
-    if (!result.moreLeft && m_document->folded.isComplete())
-        m_idle.stop();
-}
-
-void ReaderTextView::foldSome()
-{
-    QDeadlineTimer const deadline(idleSlice, Qt::PreciseTimer);
-    do
-        m_document->folded.foldSome(foldedAtOnce);
-    while (!m_document->folded.isComplete() && !deadline.hasExpired());
-    if (m_document->folded.isComplete())
-        m_idle.stop();
 }
 
 bool ReaderTextView::event(QEvent* event)

@@ -165,6 +165,7 @@ private:
     void startIdleWork();
     void doIdleWork();
     void foldSome();
+    void makeSomeExact();
 
     void layoutCodeButtons();
     void updateCopyActions();

@@ -45,13 +45,19 @@ TEST_F(ReaderTextViewTest, Keys_scroll_by_geometry)
     }
 }
 
-TEST_F(ReaderTextViewTest, End_reaches_the_end_of_a_text_not_laid_out_before)
+TEST_F(ReaderTextViewTest, End_and_the_bar_at_its_end_reach_the_end_of_a_text_not_laid_out_before)
 {
-    view.setRendered(paragraphs(3000));
-    QTest::keyClick(&view, Qt::Key_End);
-    EXPECT_NEAR(view.scrollOrigin().y(), bottom(), 1);
-    settle();
-    EXPECT_NEAR(view.scrollOrigin().y(), bottom(), 1);
+    for (auto const byKey : { true, false }) {
+        view.setScrollOrigin({});
+        view.setRendered(paragraphs(3000));
+        if (byKey)
+            QTest::keyClick(&view, Qt::Key_End);
+        else
+            scroll.verticalScrollBar()->setValue(scroll.verticalScrollBar()->maximum());
+        EXPECT_NEAR(view.scrollOrigin().y(), bottom(), 1);
+        settle();
+        EXPECT_NEAR(view.scrollOrigin().y(), bottom(), 1);
+    }
 }
 
 TEST_F(ReaderTextViewTest, Keys_navigate_dismiss_and_move_the_selection)
