@@ -8,22 +8,6 @@
 namespace Quillory {
 namespace {
 
-TEST(HeightTree, An_empty_tree_has_no_height_and_no_index)
-{
-    HeightTree const tree;
-    EXPECT_EQ(tree.total(), 0);
-    EXPECT_EQ(tree.indexAt(5), -1);
-}
-
-TEST(HeightTree, What_lies_outside_belongs_to_the_first_or_the_last)
-{
-    HeightTree const tree({ 10, 0, 20 });
-    EXPECT_EQ(tree.indexAt(-1), 0);
-    EXPECT_EQ(tree.indexAt(9.5), 0);
-    EXPECT_EQ(tree.indexAt(10), 2) << "a height of nothing holds no point";
-    EXPECT_EQ(tree.indexAt(30), 2);
-}
-
 TEST(HeightTree, Agrees_with_plain_sums_through_thousands_of_changes)
 {
     std::mt19937 random(7);
@@ -50,7 +34,10 @@ TEST(HeightTree, Agrees_with_plain_sums_through_thousands_of_changes)
             }
         }
         EXPECT_EQ(tree.total(), std::accumulate(heights.begin(), heights.end(), 0.0));
+        EXPECT_EQ(tree.indexAt(-1), 0) << "what lies outside belongs to the first or the last";
+        EXPECT_EQ(tree.indexAt(tree.total() + 1), static_cast<qsizetype>(size) - 1);
     }
+    EXPECT_EQ(HeightTree().indexAt(5), -1);
 }
 
 }

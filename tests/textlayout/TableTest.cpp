@@ -1,16 +1,22 @@
 #include "textlayout/TestTexts.h"
+#include "textlayout/TextUnits.h"
 
 #include <gmock/gmock.h>
 
 namespace Quillory {
 namespace {
 
-using Rows = std::vector<std::vector<QString>>;
-
 // The box of the character that begins a cell's text.
 QRectF boxOf(TextLayout const& layout, QString const& cell)
 {
     return layout.boundingRect(layout.text().string().indexOf(cell), 1);
+}
+
+void appendTo(AttributedText::Builder& builder, AttributedText const& text)
+{
+    for (auto const run : text.paragraphRuns())
+        builder.appendKnown(QStringView(text.string()).sliced(run.location, run.length), builder.add(TextAttributes()),
+            builder.add(builder.add(text.paragraphStyle(run)), text.tableCell(run)));
 }
 
 TEST(Table, Cells_stand_on_a_grid_of_padding_and_shared_borders)
@@ -41,13 +47,8 @@ TEST(Table, A_long_cell_wraps_in_its_column_and_makes_the_whole_row_high)
 TEST(Table, Ragged_rows_empty_cells_and_a_second_table_keep_to_their_places)
 {
     AttributedText::Builder builder;
-    auto const append = [&builder](AttributedText const& text) {
-        for (auto const& run : text.paragraphRuns())
-            builder.appendKnown(QStringView(text.string()).sliced(run.location, run.length),
-                builder.add(TextAttributes()), builder.add(builder.add(text.paragraphStyle(run)), text.tableCell(run)));
-    };
-    append(tableText({ { u"a"_qs }, { u""_qs, u""_qs, u"wide"_qs }, {}, { u"b"_qs } }, 0));
-    append(tableText({ { u"c"_qs } }, 1));
+    appendTo(builder, tableText({ { u"a"_qs }, { u""_qs, u""_qs, u"wide"_qs }, {}, { u"b"_qs } }, 0));
+    appendTo(builder, tableText({ { u"c"_qs } }, 1));
     auto layout = layoutOf(std::move(builder).build(), 500);
     makeAllExact(layout);
     auto const row = 0.5 + 10 + lineHeight();
@@ -121,42 +122,25 @@ TEST(Table, Fixed_columns_stand_side_by_side_and_are_as_high_as_what_they_hold)
     EXPECT_EQ(narrow.height(), height) << "a stop beyond the column's edge wraps nothing";
 }
 
-Rows longTable(int count)
+TEST(Table, Chapters_are_cut_between_paragraphs_and_outside_of_tables)
 {
-    Rows rows;
-    for (int row = 0; row < count; ++row)
-        rows.push_back({ u"row%1;"_qs.arg(row), u"é words "_qs.repeated(row * 7 % 40) });
-    return rows;
-}
-
-TEST(Table, A_hit_in_a_cell_finds_its_text)
-{
-    auto layout = layoutOf(tableText(longTable(30)), 400);
-    makeAllExact(layout);
-    for (int row = 0; row < 30; ++row) {
-        auto const position = layout.text().string().indexOf(u"row%1;"_qs.arg(row));
-        EXPECT_EQ(layout.characterIndexAt(layout.boundingRect(position + 2, 1).center()), position + 2);
+    AttributedText::Builder builder;
+    builder.append(u"words\n"_qs.repeated(800), {}, {});
+    auto const start = static_cast<quint32>(builder.length());
+    appendTo(builder, tableText(longTable(30)));
+    auto const end = static_cast<quint32>(builder.length());
+    builder.append(u"behind\n"_qs.repeated(50), {}, {});
+    auto const text = std::move(builder).build();
+    for (qsizetype characters = 1; characters < text.length(); characters += 97) {
+        auto const starts = chapterStarts(text, characters);
+        EXPECT_EQ(starts.front(), 0U);
+        EXPECT_EQ(starts.back(), static_cast<quint32>(text.length()));
+        for (std::size_t chapter = 1; chapter < starts.size(); ++chapter) {
+            EXPECT_GT(starts[chapter], starts[chapter - 1]);
+            EXPECT_EQ(text.string()[static_cast<qsizetype>(starts[chapter]) - 1], u'\n');
+            EXPECT_FALSE(starts[chapter] > start && starts[chapter] < end) << starts[chapter];
+        }
     }
-}
-
-TEST(Table, The_top_line_stays_while_its_other_rows_become_exact)
-{
-    auto layout = layoutOf(tableText(longTable(2'000)), 300);
-    auto top = layout.height() / 2;
-    top += layout.layOutVisible(top, 400);
-    EXPECT_FALSE(layout.isExact()) << "a table is not laid out at once";
-    auto const topLine = layout.anchorAt(top);
-    for (bool more = true; more;) {
-        auto const result = layout.makeSomeExact(top, std::chrono::milliseconds(1));
-        top += result.correction;
-        more = result.moreLeft;
-        ASSERT_EQ(layout.anchorAt(top).location, topLine.location);
-        ASSERT_NEAR(layout.anchorAt(top).offset, topLine.offset, 1e-6);
-    }
-
-    auto inOrder = layoutOf(tableText(longTable(2'000)), 300);
-    makeAllExact(inOrder);
-    EXPECT_EQ(layout.height(), inOrder.height());
 }
 
 TEST(Table, Places_stay_when_lines_whose_heights_are_known_are_laid_out_anew)
@@ -173,7 +157,11 @@ TEST(Table, Places_stay_when_lines_whose_heights_are_known_are_laid_out_anew)
         }
         for (qsizetype position = 0; position < text.length(); position += 11) {
             layout.forgetLines();
-            ASSERT_EQ(layout.boundingRect(position, 1), atOnce.boundingRect(position, 1)) << position;
+            auto const box = layout.boundingRect(position, 1);
+            ASSERT_EQ(box, atOnce.boundingRect(position, 1)) << position;
+            if (text.string()[position] > u' ') {
+                ASSERT_EQ(layout.characterIndexAt(box.center()), position);
+            }
         }
     }
 }

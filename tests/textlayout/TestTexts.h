@@ -23,8 +23,10 @@ inline AttributedText plainText(
     return std::move(builder).build();
 }
 
+using Rows = std::vector<std::vector<QString>>;
+
 // A grid whose first row has a background; every cell ends in a line feed.
-inline AttributedText tableText(std::vector<std::vector<QString>> const& rows, int table = 0)
+inline AttributedText tableText(Rows const& rows, int table = 0)
 {
     AttributedText::Builder builder;
     std::size_t columns = 0;
@@ -32,17 +34,21 @@ inline AttributedText tableText(std::vector<std::vector<QString>> const& rows, i
         columns = std::max(columns, row.size());
     for (std::size_t row = 0; row < rows.size(); ++row) {
         for (std::size_t column = 0; column < rows[row].size(); ++column) {
-            TableBlock block;
-            block.columns = static_cast<int>(columns);
-            block.padding = 5;
-            block.borderWidth = 0.5;
-            ParagraphStyle style;
-            style.block = block;
+            TableBlock const block { .columns = static_cast<int>(columns), .padding = 5, .borderWidth = 0.5 };
+            ParagraphStyle const style { .block = block };
             builder.appendKnown(rows[row][column] + u'\n', builder.add(TextAttributes()),
                 builder.add(builder.add(style), { table, static_cast<int>(row), static_cast<int>(column) }));
         }
     }
     return std::move(builder).build();
+}
+
+inline Rows longTable(int count)
+{
+    Rows rows;
+    for (int row = 0; row < count; ++row)
+        rows.push_back({ u"row%1;"_qs.arg(row), u"é words "_qs.repeated(row * 7 % 40) });
+    return rows;
 }
 
 inline void makeAllExact(TextLayout& layout)
@@ -52,8 +58,7 @@ inline void makeAllExact(TextLayout& layout)
 
 inline double lineHeight()
 {
-    auto layout = layoutOf(plainText(QStringLiteral("x")), 1000);
-    return layout.height();
+    return layoutOf(plainText(u"x"_qs), 1000).height();
 }
 
 }

@@ -19,14 +19,13 @@ QString words(qsizetype count)
 
 TEST(TextLayout, Lines_stand_where_indents_and_spacing_say)
 {
-    ParagraphStyle style;
-    style.firstLineHeadIndent = 30;
-    style.headIndent = 12;
-    style.tailIndent = -64;
-    style.minimumLineHeight = 40;
-    style.lineSpacing = 3;
-    style.paragraphSpacingBefore = 8;
-    style.paragraphSpacing = 20;
+    ParagraphStyle const style { .firstLineHeadIndent = 30,
+        .headIndent = 12,
+        .tailIndent = -64,
+        .minimumLineHeight = 40,
+        .paragraphSpacingBefore = 8,
+        .paragraphSpacing = 20,
+        .lineSpacing = 3 };
     auto layout = layoutOf(plainText(words(40) + u'\n' + words(1), style), 400);
     makeAllExact(layout);
 
@@ -43,24 +42,11 @@ TEST(TextLayout, Lines_stand_where_indents_and_spacing_say)
     auto const nextParagraph = layout.boundingRect(words(40).size() + 1, 1);
     EXPECT_EQ(nextParagraph.top() - lastOfFirst.bottom(), 3 + 20 + 8);
     EXPECT_EQ(layout.height(), nextParagraph.bottom() + 3 + 20);
-}
 
-TEST(TextLayout, A_positive_tail_indent_is_measured_from_the_left)
-{
-    ParagraphStyle style;
-    style.tailIndent = 150;
-    auto layout = layoutOf(plainText(words(40), style), 400);
-    makeAllExact(layout);
-    EXPECT_LE(layout.boundingRect(0, layout.characterIndexAt({ 399, 5 })).right(), 150);
-}
-
-TEST(TextLayout, A_right_to_left_paragraph_begins_at_the_right)
-{
-    ParagraphStyle style;
-    style.firstLineHeadIndent = 10;
-    auto layout = layoutOf(plainText(QStringLiteral("שלום"), style), 400);
-    makeAllExact(layout);
-    EXPECT_NEAR(layout.boundingRect(0, 1).right(), 390, 0.1);
+    auto positive = layoutOf(plainText(words(40), { .tailIndent = 150 }), 400);
+    EXPECT_LE(positive.boundingRect(0, positive.characterIndexAt({ 399, 5 })).right(), 150);
+    auto backwards = layoutOf(plainText(u"שלום"_qs, { .firstLineHeadIndent = 10 }), 400);
+    EXPECT_NEAR(backwards.boundingRect(0, 1).right(), 390, 0.1) << "from right to left it begins at the right";
 }
 
 TEST(TextLayout, Text_behind_a_tab_ends_at_the_stop_from_the_side_that_the_line_begins_at)
@@ -80,11 +66,9 @@ TEST(TextLayout, Text_behind_a_tab_ends_at_the_stop_from_the_side_that_the_line_
 
 TEST(TextLayout, A_picture_takes_its_width_and_makes_its_line_high_enough)
 {
-    TextAttributes picture;
-    picture.attachment = Attachment { {}, 123, 70 };
     AttributedText::Builder builder;
     builder.append(u"ab", {}, {});
-    builder.appendAttachment(picture, {});
+    builder.appendAttachment({ .attachment = Attachment { {}, 123, 70 } }, {});
     builder.append(u"cd", {}, {});
     auto layout = layoutOf(std::move(builder).build(), 400);
     makeAllExact(layout);
@@ -98,19 +82,13 @@ TEST(TextLayout, A_picture_takes_its_width_and_makes_its_line_high_enough)
 
 TEST(TextLayout, Kern_and_raised_text_take_their_room)
 {
-    TextAttributes kerned;
-    kerned.kern = 10;
-    auto const width = [](TextAttributes const& attributes) {
-        auto layout = layoutOf(plainText(QStringLiteral("nnnn"), {}, attributes), 400);
-        return layout.boundingRect(0, 4).width();
+    auto const laidOut = [](TextAttributes const& attributes) {
+        auto layout = layoutOf(plainText(u"nnnn"_qs, {}, attributes), 400);
+        makeAllExact(layout);
+        return layout.boundingRect(0, 4).size();
     };
-    EXPECT_NEAR(width(kerned) - width({}), 40, 0.5);
-
-    TextAttributes raised;
-    raised.baselineOffset = 9;
-    auto layout = layoutOf(plainText(QStringLiteral("n"), {}, raised), 400);
-    makeAllExact(layout);
-    EXPECT_EQ(layout.height(), lineHeight() + 9);
+    EXPECT_NEAR(laidOut({ .kern = 10 }).width() - laidOut({}).width(), 40, 0.5);
+    EXPECT_EQ(laidOut({ .baselineOffset = 9 }).height(), lineHeight() + 9);
 }
 
 TEST(TextLayout, What_is_taken_as_exact_without_laying_out_really_is)
@@ -119,8 +97,7 @@ TEST(TextLayout, What_is_taken_as_exact_without_laying_out_really_is)
     std::uniform_int_distribution<int> anyLength(0, 60);
     std::uniform_int_distribution<int> anyCharacter(' ', '~');
     for (auto const family : { FontAttribute::Family::system, FontAttribute::Family::monospaced }) {
-        TextAttributes attributes;
-        attributes.font.family = family;
+        TextAttributes attributes { .font = { .family = family } };
         QString string;
         for (int line = 0; line < 200; ++line) {
             for (auto length = anyLength(random); length > 0; --length)
@@ -131,10 +108,8 @@ TEST(TextLayout, What_is_taken_as_exact_without_laying_out_really_is)
         EXPECT_TRUE(layout.isExact());
         auto const estimated = layout.height();
         // A background takes no room, but keeps a line from being taken for granted.
-        AttributedText::Builder builder;
         attributes.background = Color {};
-        builder.append(string, attributes, {});
-        auto measured = layoutOf(std::move(builder).build(), 2000);
+        auto measured = layoutOf(plainText(string, {}, attributes), 2000);
         EXPECT_FALSE(measured.isExact());
         makeAllExact(measured);
         EXPECT_EQ(estimated, measured.height());
@@ -146,9 +121,7 @@ AttributedText unevenText(int paragraphs)
 {
     std::mt19937 random(11);
     std::uniform_int_distribution<int> anyLength(0, 400);
-    TextAttributes bold;
-    bold.font.weight = FontAttribute::Weight::bold;
-    bold.font.size = 22;
+    TextAttributes const bold { .font = { .size = 22, .weight = FontAttribute::Weight::bold } };
     AttributedText::Builder builder;
     for (int paragraph = 0; paragraph < paragraphs; ++paragraph) {
         auto const length = anyLength(random);
@@ -161,42 +134,45 @@ AttributedText unevenText(int paragraphs)
 
 TEST(TextLayout, The_top_line_stays_while_other_heights_become_exact)
 {
-    auto layout = layoutOf(unevenText(400), 500);
-    auto top = layout.height() * 0.6;
-    top += layout.layOutVisible(top, 600);
-    auto const topLine = layout.anchorAt(top);
-    auto const estimated = layout.height();
-    for (bool more = true; more;) {
-        auto const result = layout.makeSomeExact(top, std::chrono::milliseconds(0));
-        top += result.correction;
-        more = result.moreLeft;
-        ASSERT_EQ(layout.anchorAt(top).location, topLine.location);
-        ASSERT_NEAR(layout.anchorAt(top).offset, topLine.offset, 1e-6);
+    for (auto const& text : { unevenText(400), tableText(longTable(2'000)) }) {
+        auto layout = layoutOf(text, 300);
+        auto top = layout.height() * 0.6;
+        top += layout.layOutVisible(top, 600);
+        EXPECT_FALSE(layout.isExact()) << "neither a text nor a table is laid out at once";
+        auto const topLine = layout.anchorAt(top);
+        auto const estimated = layout.height();
+        for (bool more = true; more;) {
+            auto const result = layout.makeSomeExact(top, std::chrono::milliseconds(0));
+            top += result.correction;
+            more = result.moreLeft;
+            ASSERT_EQ(layout.anchorAt(top).location, topLine.location);
+            ASSERT_NEAR(layout.anchorAt(top).offset, topLine.offset, 1e-6);
+        }
+        EXPECT_TRUE(layout.isExact());
+        EXPECT_NE(layout.height(), estimated) << "the text was meant to be hard to estimate";
     }
-    EXPECT_TRUE(layout.isExact());
-    EXPECT_NE(layout.height(), estimated) << "the text was meant to be hard to estimate";
 }
 
 TEST(TextLayout, Exact_heights_do_not_depend_on_the_way_to_them)
 {
-    auto const text = unevenText(120);
-    auto inOrder = layoutOf(text, 500);
-    makeAllExact(inOrder);
-    auto jumping = layoutOf(text, 700);
-    jumping.layOutVisible(jumping.height() / 2, 600);
-    jumping.setWidth(500);
-    for (auto const share : { 0.9, 0.1, 0.5 })
-        jumping.layOutVisible(jumping.height() * share, 600);
-    makeAllExact(jumping);
-    EXPECT_EQ(jumping.height(), inOrder.height());
+    for (auto const& text : { unevenText(120), tableText(longTable(300)) }) {
+        auto inOrder = layoutOf(text, 500);
+        makeAllExact(inOrder);
+        auto jumping = layoutOf(text, 700);
+        jumping.layOutVisible(jumping.height() / 2, 600);
+        jumping.setWidth(500);
+        for (auto const share : { 0.9, 0.1, 0.5 })
+            jumping.layOutVisible(jumping.height() * share, 600);
+        makeAllExact(jumping);
+        EXPECT_EQ(jumping.height(), inOrder.height());
+    }
 }
 
 TEST(TextLayout, A_hit_in_the_middle_of_a_character_finds_its_cluster)
 {
     std::mt19937 random(5);
-    QStringList const pieces { QStringLiteral("a"), QStringLiteral("W"), QStringLiteral(" "), QStringLiteral("e\u0301"),
-        QStringLiteral("\U0001F469\u200D\U0001F4BB"), QStringLiteral("漢"), QStringLiteral("של"), QStringLiteral("بسم"),
-        QStringLiteral("12"), QStringLiteral("fi"), QStringLiteral("\U0001F1E9\U0001F1EA") };
+    QStringList const pieces { u"a"_qs, u"W"_qs, u" "_qs, u"e\u0301"_qs, u"\U0001F469\u200D\U0001F4BB"_qs, u"漢"_qs,
+        u"של"_qs, u"بسم"_qs, u"12"_qs, u"fi"_qs, u"\U0001F1E9\U0001F1EA"_qs };
     std::uniform_int_distribution<qsizetype> anyPiece(0, pieces.size() - 1);
     for (int round = 0; round < 40; ++round) {
         QString string;
