@@ -1,6 +1,6 @@
 // From a file's save to the list that is applied, in a library of made sheets, over the real store, files, events and
 // clock: the latency of the events, the pause before the load, and the work, which is held against reading the files in
-// one thread as a first load does: a look at each, its opening, its bytes. Medians, warm cache.
+// one thread as a first load does: a look at each, its opening, its bytes. Both begin after a rest. Medians, files cached.
 //
 //   quillory-bench-follow [SHEETS] [REPETITIONS]     1,000 sheets of 10 KB and 15 saves unless told otherwise
 
@@ -122,6 +122,10 @@ public:
         times.pause.push_back(milliseconds(begun - m_events.told));
         times.work.push_back(milliseconds(applied - begun));
 
+        // From the same rest as the work, which finds the processor's caches cold and its clock low.
+        bool hasRested = false;
+        auto const rest = m_executor.after(applied - m_events.told, [&] { hasRested = true; });
+        runUntil([&] { return hasRested; });
         auto const start = m_executor.now();
         readFiles(m_folder.path());
         times.read.push_back(milliseconds(m_executor.now() - start));
