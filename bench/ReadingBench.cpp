@@ -1,5 +1,5 @@
-// Reading sheets in the real reader: first and second show, pages, the end of the sheet, idle work, live resizing and
-// memory. The stock rich-text view shows the same text beside it; what it can't show within minutes is given at 500 KB.
+// Reading sheets in the real reader: first and second show, pages, the end of the sheet, idle work, live resizing,
+// find and memory. The stock rich-text view shows the same text beside it; what it can't show within minutes is given at 500 KB.
 // Milliseconds of the main thread, painting included, on the offscreen platform unless QT_QPA_PLATFORM says otherwise.
 //
 //   quillory-bench-reading [WORD...]     only the measures whose names hold one of the words; the word "whole" shows the
@@ -214,6 +214,28 @@ void longTable()
     shown("table, 5,000 rows of 4", markdownSheet(source, u"table"_s));
 }
 
+// One match everywhere, one at the end alone, and none: the last two look through the whole sheet.
+void finding()
+{
+    Reader reader;
+    reader.show(markdownSheet(ordinarySheet(largestSheet) + "\n\nThe lonely Zürich.\n", u"finding"_s));
+    reader.settle();
+    auto& view = reader.view();
+    for (auto const& query : { u"task"_s, u"lonely zurich"_s, u"no such words"_s }) {
+        std::vector<double> steps, frames;
+        for (int time = 0; time < 40; ++time) {
+            bool const backwards = time % 2 == 1;
+            reader.scroll().verticalScrollBar()->setValue(0);
+            view.repaint();
+            steps.push_back(milliseconds([&] { view.findNext(query, backwards); }));
+            frames.push_back(milliseconds([&] { view.repaint(); }));
+        }
+        std::printf("find \"%s\" in 2 MiB\n", qPrintable(query));
+        tell("  steps", steps);
+        tell("  frames after them", frames);
+    }
+}
+
 void memory()
 {
     auto const source = ordinarySheet(largestSheet);
@@ -257,7 +279,8 @@ struct Measure {
 };
 
 constexpr Measure measures[] { { "first", [] { firstFrames(WholeForStock::no); } }, { "pages", ordinaryPages },
-    { "lines", manyLines }, { "structured", structured }, { "table", longTable }, { "memory", memory } };
+    { "lines", manyLines }, { "structured", structured }, { "table", longTable }, { "find", finding },
+    { "memory", memory } };
 
 }
 }
