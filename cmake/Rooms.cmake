@@ -64,6 +64,6 @@ function(quillory_test NAME)
   target_precompile_headers(${NAME} PRIVATE ${precompiledEverywhere} <gmock/gmock.h>)
   # g++ 12 sees overflows inside std::string that can't happen, and a precompiled header hides that it is the system's.
   target_compile_options(${NAME} PRIVATE -Wno-array-bounds -Wno-stringop-overflow)
-  target_include_directories(${NAME} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+  target_include_directories(${NAME} PRIVATE "${CMAKE_SOURCE_DIR}" "${CMAKE_SOURCE_DIR}/tests")
   gtest_discover_tests(${NAME} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()

@@ -1,6 +1,6 @@
 #include "rendering/ShortcutRenderer.h"
 #include "rendering/ShortcutColumns.h"
-#include "support/FixedTextMeasure.h"
+#include "tools/inspect/FixedTextMeasure.h"
 
 #include <gmock/gmock.h>
 

@@ -3,7 +3,7 @@
 #include "platform/linux/qt/QtLocalKeyEvents.h"
 #include "platform/linux/x11/VirtualKeys.h"
 #include "support/EventLoop.h"
-#include "support/SyntheticKeyboard.h"
+#include "tools/x11/SyntheticKeyboard.h"
 
 #include <QKeyEvent>
 #include <QWidget>

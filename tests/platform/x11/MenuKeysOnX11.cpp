@@ -8,7 +8,7 @@
 #include "support/ManualExecutor.h"
 #include "support/MemoryUserDefaults.h"
 #include "support/OtherProgram.h"
-#include "support/SyntheticKeyboard.h"
+#include "tools/x11/SyntheticKeyboard.h"
 
 #include <QApplication>
 #include <QKeyEvent>

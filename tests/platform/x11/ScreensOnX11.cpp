@@ -2,7 +2,7 @@
 
 #include "platform/linux/qt/QtScreens.h"
 #include "support/EventLoop.h"
-#include "support/SyntheticKeyboard.h"
+#include "tools/x11/SyntheticKeyboard.h"
 
 #include <QProcess>
 

@@ -4,7 +4,7 @@
 #include "platform/linux/x11/X11Workspace.h"
 #include "support/EventLoop.h"
 #include "support/OtherProgram.h"
-#include "support/SyntheticKeyboard.h"
+#include "tools/x11/SyntheticKeyboard.h"
 
 #include <QElapsedTimer>
 #include <QTimer>

@@ -6,7 +6,7 @@
 #include "platform/linux/x11/X11ModifierEvents.h"
 #include "support/EventLoop.h"
 #include "support/OtherProgram.h"
-#include "support/SyntheticKeyboard.h"
+#include "tools/x11/SyntheticKeyboard.h"
 
 namespace Quillory {
 

@@ -6,7 +6,7 @@
 #include "platform/linux/x11/X11InputPermission.h"
 #include "platform/linux/x11/X11KeyState.h"
 #include "platform/linux/x11/X11ModifierEvents.h"
-#include "support/SyntheticKeyboard.h"
+#include "tools/x11/SyntheticKeyboard.h"
 
 #include <QCoreApplication>
 #include <QTextStream>

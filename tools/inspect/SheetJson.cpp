@@ -4,7 +4,7 @@
 
 #include "rendering/MarkdownRenderer.h"
 #include "rendering/ShortcutRenderer.h"
-#include "support/FixedTextMeasure.h"
+#include "FixedTextMeasure.h"
 
 #include <array>
 #include <variant>

@@ -1,4 +1,4 @@
-#include "support/SyntheticKeyboard.h"
+#include "tools/x11/SyntheticKeyboard.h"
 
 #include "platform/linux/x11/VirtualKeys.h"
 #include "platform/linux/x11/X11Connection.h"

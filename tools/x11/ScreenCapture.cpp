@@ -1,4 +1,4 @@
-#include "support/ScreenCapture.h"
+#include "tools/x11/ScreenCapture.h"
 
 #include "platform/linux/x11/X11Connection.h"
 

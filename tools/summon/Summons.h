@@ -1,9 +1,9 @@
 #pragma once
 
-#include "DesktopView.h"
+#include "tools/x11/DesktopView.h"
 
-#include "support/ScreenCapture.h"
-#include "support/SyntheticKeyboard.h"
+#include "tools/x11/ScreenCapture.h"
+#include "tools/x11/SyntheticKeyboard.h"
 
 #include <chrono>
 #include <expected>

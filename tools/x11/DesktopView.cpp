@@ -1,4 +1,4 @@
-#include "DesktopView.h"
+#include "tools/x11/DesktopView.h"
 
 #include "platform/linux/x11/ModifierMap.h"
 #include "platform/linux/x11/VirtualKeys.h"
