@@ -36,6 +36,7 @@ NativeReader::NativeReader(LibraryStore& store, std::function<void()> dismiss, Q
     : m_store(store)
     , m_dismiss(std::move(dismiss))
     , m_scrollView(new ReaderScrollView(store.executor(), parent))
+    , m_folderObservation(store.generation.addNotifier([this] { forgetFolder(); }))
 {
     textView().onCopy = [this](QString const& text) { return m_store.copy(text); };
     textView().onNavigate = [this](int offset) { m_store.selectAdjacent(offset); };
@@ -139,6 +140,17 @@ void NativeReader::restorePlace(QString const& id)
         view.setScrollAnchor(place->anchor, point.x());
     else
         view.setScrollOrigin(point);
+}
+
+// A sheet of another folder may have the same name, and even the same text.
+void NativeReader::forgetFolder()
+{
+    auto& view = textView();
+    view.onScroll = nullptr;
+    view.documentKey.reset();
+    view.currentID.clear();
+    m_kept.clear();
+    m_places.clear();
 }
 
 RenderedMarkdown NativeReader::render(Sheet const& sheet) const

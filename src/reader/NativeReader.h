@@ -4,6 +4,7 @@
 #include "reader/ReaderScrollView.h"
 
 #include <QHash>
+#include <QProperty>
 #include <QString>
 
 #include <deque>
@@ -56,6 +57,7 @@ private:
     void storePlace();
     void restorePlace(QString const& id);
     void serveFind();
+    void forgetFolder();
 
     LibraryStore& m_store;
     std::function<void()> m_dismiss;
@@ -63,6 +65,7 @@ private:
     std::deque<Kept> m_kept; // the latest first
     QHash<QString, Place> m_places; // by sheet id
     Registration m_statusTask;
+    QPropertyNotifier m_folderObservation;
 };
 
 }

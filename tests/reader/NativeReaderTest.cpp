@@ -329,10 +329,14 @@ TEST_F(NativeReaderLife, Sheets_come_back_as_they_were_left)
     }
     EXPECT_FALSE(HasFailure()) << steps;
 
-    // As the store does when another folder is connected.
-    store.scrollPositions.clear();
-    show(shown == &sheets[0] ? sheets[1] : sheets[0]);
-    EXPECT_EQ(view.scrollOrigin(), QPointF());
+    read(sheets[0]);
+    view.setScrollOrigin({ 0, 500 });
+    view.setSelection({ 3, 8 });
+    store.connect(u"/another folder"_s);
+    show(sheets[0]);
+    EXPECT_EQ(view.scrollOrigin(), QPointF()) << "the same name and text, but another sheet";
+    EXPECT_TRUE(view.selection().isEmpty());
+    EXPECT_TRUE(store.scrollPositions.isEmpty());
 }
 
 }
