@@ -14,7 +14,6 @@ namespace Quillory {
 namespace {
 
 constexpr double smallestWidth = 330;
-constexpr double largestWidth = 12000;
 constexpr double smallestStructuredWidth = 100;
 constexpr double widthOfCharacter = 0.65; // of the text size
 constexpr double widthBesideCode = 80;
@@ -92,7 +91,7 @@ std::unique_ptr<ReaderDocument> NativeReader::documentFor(Sheet const& sheet, Do
     // A structured sheet is rendered for the width that it is laid out at, others for any.
     auto const isSame = [&](Kept const& kept) {
         auto const& layout = kept.document->layout;
-        auto const fits = !sheet.shortcuts || layout.width() == m_scrollView->structuredWidth();
+        auto const fits = !sheet.shortcuts || layout.widths() == m_scrollView->textWidths();
         return kept.key == key && fits && layout.fonts() == fonts;
     };
     std::unique_ptr<ReaderDocument> document;
@@ -100,12 +99,13 @@ std::unique_ptr<ReaderDocument> NativeReader::documentFor(Sheet const& sheet, Do
         document = std::move(known->document);
         m_kept.erase(known);
         m_scrollView->minimumCodeWidth = minimumWidth(sheet, document->rendered);
-        document->layout.setWidth(m_scrollView->textWidth());
+        document->layout.setWidths(m_scrollView->textWidths());
         return document;
     }
     auto rendered = render(sheet);
     m_scrollView->minimumCodeWidth = minimumWidth(sheet, rendered);
-    return std::make_unique<ReaderDocument>(std::move(rendered), m_scrollView->textWidth(), fonts, textView().colors());
+    return std::make_unique<ReaderDocument>(
+        std::move(rendered), m_scrollView->textWidths(), fonts, textView().colors());
 }
 
 void NativeReader::keep(Kept kept)
@@ -126,7 +126,7 @@ void NativeReader::storePlace()
     auto& view = textView();
     auto const point = view.constrained(view.scrollOrigin());
     m_store.scrollPositions.insert(view.currentID, point);
-    m_places.insert(view.currentID, { *view.documentKey, view.containerWidth(), point, view.scrollAnchor() });
+    m_places.insert(view.currentID, { *view.documentKey, view.textWidths(), point, view.scrollAnchor() });
 }
 
 void NativeReader::restorePlace(QString const& id)
@@ -135,7 +135,7 @@ void NativeReader::restorePlace(QString const& id)
     auto const point = m_store.scrollPositions.value(id);
     auto const place = m_places.constFind(id);
     auto const isSame = place != m_places.cend() && place->key == view.documentKey && place->point == point
-        && place->width == view.containerWidth();
+        && place->widths == view.textWidths();
     if (isSame)
         view.setScrollAnchor(place->anchor, point.x());
     else
@@ -170,7 +170,7 @@ double NativeReader::minimumWidth(Sheet const& sheet, RenderedMarkdown const& re
     for (qsizetype target = 0; target < std::ssize(rendered.copyTargets); ++target)
         longest = longestLine(rendered.copyTargets.text(target), longest);
     auto const width = static_cast<double>(longest) * m_store.textSize * widthOfCharacter + widthBesideCode;
-    return std::clamp(width, smallestWidth, largestWidth);
+    return std::clamp(width, smallestWidth, TextLayout::largestCodeWidth);
 }
 
 void NativeReader::serveFind()

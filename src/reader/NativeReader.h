@@ -42,7 +42,7 @@ private:
     // What stood at the top when a position was stored: exact where a point is only as exact as estimated heights.
     struct Place {
         DocumentKey key;
-        double width = 0;
+        TextWidths widths;
         QPointF point;
         TextAnchor anchor;
     };

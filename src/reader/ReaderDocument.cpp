@@ -5,9 +5,10 @@
 
 namespace Quillory {
 
-ReaderDocument::ReaderDocument(RenderedMarkdown rendering, double width, FontSet fonts, ColorSet const& colors)
+ReaderDocument::ReaderDocument(
+    RenderedMarkdown rendering, TextWidths const& widths, FontSet fonts, ColorSet const& colors)
     : rendered(std::move(rendering))
-    , layout(rendered.text, width, std::move(fonts), colors)
+    , layout(rendered.text, widths, std::move(fonts), colors)
     , folded(rendered.text.string())
 {
     rendered.text = layout.text(); // which may be another, and two would be kept

@@ -12,7 +12,7 @@ namespace Quillory {
 // A rendered text with what a view makes of it while it is shown: heights, and the copy that find looks through.
 // Costs little but these when nothing of it is on screen, so that it can be kept between shows.
 struct ReaderDocument {
-    ReaderDocument(RenderedMarkdown rendering, double width, FontSet fonts, ColorSet const& colors);
+    ReaderDocument(RenderedMarkdown rendering, TextWidths const& widths, FontSet fonts, ColorSet const& colors);
 
     CopyTarget target(qsizetype index) const { return rendered.copyTargets[static_cast<std::size_t>(index)]; }
     qsizetype targetCount() const { return std::ssize(rendered.copyTargets); }

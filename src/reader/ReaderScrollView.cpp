@@ -46,20 +46,20 @@ double ReaderScrollView::structuredWidth() const
     return std::max(contentWidth() - besideText, narrowestRendering);
 }
 
-double ReaderScrollView::textWidth() const
+TextWidths ReaderScrollView::textWidths() const
 {
-    return std::max(contentWidth() - besideText, minimumCodeWidth);
+    return { structuredWidth(), std::max(contentWidth() - besideText, minimumCodeWidth) };
 }
 
 void ReaderScrollView::layOutText()
 {
-    auto const width = textWidth();
-    if (width == m_textView->containerWidth())
+    auto const widths = textWidths();
+    if (widths == m_textView->textWidths())
         return;
     if (shortcuts)
-        m_textView->setRendered(renderedShortcuts(), width);
+        m_textView->setRendered(renderedShortcuts(), widths);
     else
-        m_textView->setContainerWidth(width);
+        m_textView->setTextWidths(widths);
 }
 
 RenderedMarkdown ReaderScrollView::renderedShortcuts()

@@ -12,12 +12,12 @@
 
 namespace Quillory {
 
-// Hosts the text view and keeps the text's width right: as wide as there is room, but no narrower than code needs, which
-// then scrolls sideways. A structured sheet is rendered again for each width. GUI thread only.
+// Hosts the text view and keeps the text's widths right: as wide as there is room, and for code no narrower than it needs,
+// which then scrolls sideways. A structured sheet is rendered again for each width. GUI thread only.
 class ReaderScrollView : public QAbstractScrollArea {
     Q_OBJECT
 public:
-    double minimumCodeWidth = 330; // points; the text is never laid out narrower
+    double minimumCodeWidth = 330; // points; code is never laid out narrower
     std::optional<ShortcutSheet> shortcuts; // present for a structured sheet
     QMap<QString, PreparedImage> images; // of that sheet, by the icon as written
     double textSize = 14; // points
@@ -27,12 +27,12 @@ public:
 
     ReaderTextView& textView() const { return *m_textView; }
     double contentWidth() const { return viewport()->width(); }
-    // The width that a structured sheet is rendered for, and the one that text is laid out for.
+    // The width that a structured sheet is rendered for, and those that text is laid out for.
     double structuredWidth() const;
-    double textWidth() const;
+    TextWidths textWidths() const;
     RenderedMarkdown renderedShortcuts();
 
-    // Brings the text's width up to date.
+    // Brings the text's widths up to date.
     void layOutText();
 
 protected:

@@ -67,7 +67,7 @@ QRectF ReaderTextView::blockRectangle(qsizetype targetIndex) const
         return {};
     auto const range = m_document->rendered.copyTargets.range(targetIndex);
     auto const glyphs = boundingRect({ range.location, range.length });
-    auto const width = std::min(this->width() - 2 * inset, m_containerWidth);
+    auto const width = std::min(this->width() - 2 * inset, textWidths().container);
     return { m_origin.x() + inset, glyphs.top() - blockMargin, width,
         std::max(glyphs.height() + 2 * blockMargin, smallestBlockHeight) };
 }

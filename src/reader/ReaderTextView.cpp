@@ -22,6 +22,7 @@ constexpr qsizetype foldedAtOnce = 2'048; // units, of which several steps fit i
 constexpr int mostPasses = 8;
 
 constexpr double buttonRoom = 68; // kept free at the right edge of blocks
+constexpr double firstWidth = 440; // of the text, until the view is laid out
 
 }
 
@@ -29,7 +30,7 @@ ReaderTextView::ReaderTextView(Executor& executor, QWidget* parent)
     : QWidget(parent)
     , m_executor(executor)
     , m_colors(ColorSet::fromPalette(palette()))
-    , m_document(std::make_unique<ReaderDocument>(RenderedMarkdown(), m_containerWidth, FontSet::ofDesktop(), m_colors))
+    , m_document(std::make_unique<ReaderDocument>(RenderedMarkdown(), firstWidth, FontSet::ofDesktop(), m_colors))
 {
     ReaderTextViewAccessible::install();
     setAccessibleName(tr("Cheat sheet content"));
@@ -46,14 +47,13 @@ ReaderTextView::~ReaderTextView() = default;
 
 void ReaderTextView::setRendered(RenderedMarkdown rendered)
 {
-    take(std::make_unique<ReaderDocument>(std::move(rendered), m_containerWidth, FontSet::ofDesktop(), m_colors));
+    take(std::make_unique<ReaderDocument>(std::move(rendered), textWidths(), FontSet::ofDesktop(), m_colors));
 }
 
-void ReaderTextView::setRendered(RenderedMarkdown rendered, double width)
+void ReaderTextView::setRendered(RenderedMarkdown rendered, TextWidths const& widths)
 {
     auto const anchor = m_document->layout.anchorAt(m_origin.y() - inset);
-    auto document = std::make_unique<ReaderDocument>(std::move(rendered), width, FontSet::ofDesktop(), m_colors);
-    m_containerWidth = width;
+    auto document = std::make_unique<ReaderDocument>(std::move(rendered), widths, FontSet::ofDesktop(), m_colors);
     // At the very top there is nothing above that could push the first line away, spacing and inset included.
     if (m_origin.y() > 0)
         m_origin.setY(std::max(0.0, document->layout.positionOf(anchor) + inset));
@@ -64,7 +64,6 @@ std::unique_ptr<ReaderDocument> ReaderTextView::exchangeDocument(std::unique_ptr
 {
     auto old = std::move(m_document);
     old->layout.forgetLines();
-    m_containerWidth = document->layout.width();
     take(std::move(document));
     return old;
 }
@@ -105,16 +104,15 @@ void ReaderTextView::updateCopyActions()
     Q_EMIT targetsChanged();
 }
 
-void ReaderTextView::setContainerWidth(double width)
+void ReaderTextView::setTextWidths(TextWidths const& widths)
 {
-    if (width == m_containerWidth)
+    if (widths == textWidths())
         return;
     auto& layout = m_document->layout;
-    m_containerWidth = width;
     m_columnOfMoves.reset();
     // At the very top there is nothing above that could push the first line away, spacing and inset included.
     auto const anchor = layout.anchorAt(m_origin.y() - inset);
-    layout.setWidth(width);
+    layout.setWidths(widths);
     if (m_origin.y() > 0)
         m_origin.setY(std::max(0.0, layout.positionOf(anchor) + inset));
     layOut();
@@ -293,6 +291,8 @@ QRectF ReaderTextView::boundingRect(TextRange range) const
 // Heights on the way to a place far off become exact only there, which may move it: hence several passes.
 void ReaderTextView::scrollToVisible(TextRange range, ScrollTo where)
 {
+    auto const target = m_document->targetAt(range.location);
+    auto const room = target && m_document->rendered.copyTargets.isBlock(*target) ? buttonRoom : inset;
     for (int pass = 0; pass < mostPasses; ++pass) {
         auto const rect = boundingRect(range);
         auto origin = m_origin;
@@ -304,11 +304,11 @@ void ReaderTextView::scrollToVisible(TextRange range, ScrollTo where)
         else if (rect.bottom() > origin.y() + height())
             origin.setY(rect.bottom() + inset - height());
         auto const roomLeft = origin.x() + inset;
-        auto const roomRight = origin.x() + width() - buttonRoom;
+        auto const roomRight = origin.x() + width() - room;
         if (rect.left() < roomLeft)
             origin.setX(rect.left() - 2 * inset);
         else if (rect.right() > roomRight)
-            origin.setX(std::min(rect.left() - 2 * inset, rect.right() + buttonRoom - width()));
+            origin.setX(std::min(rect.left() - 2 * inset, rect.right() + room - width()));
         origin = constrained(origin);
         if (origin == m_origin)
             return;

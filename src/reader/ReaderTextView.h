@@ -54,16 +54,16 @@ public:
     RenderedMarkdown const& rendered() const { return m_document->rendered; }
     // The scroll origin and the selection stay, as far as the new text reaches.
     void setRendered(RenderedMarkdown rendered);
-    // The same text rendered for another width: the line at the top stays there instead.
-    void setRendered(RenderedMarkdown rendered, double width);
-    // Shows another document, at the width that it is laid out for, and hands back the one shown now.
+    // The same text rendered for other widths: the line at the top stays there instead.
+    void setRendered(RenderedMarkdown rendered, TextWidths const& widths);
+    // Shows another document, at the widths that it is laid out for, and hands back the one shown now.
     std::unique_ptr<ReaderDocument> exchangeDocument(std::unique_ptr<ReaderDocument> document);
 
     bool learningModeEnabled() const { return m_learningModeEnabled; }
     void setLearningModeEnabled(bool isEnabled);
 
-    double containerWidth() const { return m_containerWidth; }
-    void setContainerWidth(double width);
+    TextWidths const& textWidths() const { return m_document->layout.widths(); }
+    void setTextWidths(TextWidths const& widths);
 
     // The point of the content that stands at the view's top left corner, always within what can be scrolled to.
     QPointF scrollOrigin() const { return m_origin; }
@@ -197,7 +197,6 @@ private:
     Executor& m_executor;
     ColorSet m_colors;
     std::unique_ptr<ReaderDocument> m_document;
-    double m_containerWidth = 440;
     QPointF m_origin;
     QPointF m_toldOrigin; // which a change of width leaves behind until all is laid out
     TextSelection m_selection;

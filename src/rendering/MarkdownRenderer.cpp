@@ -248,6 +248,7 @@ private:
                 .minimumLineHeight = m_textSize + codeLineIncrease,
                 .paragraphSpacingBefore = isFirst ? codeSpacingBefore : 0,
                 .paragraphSpacing = isLast ? codeSpacingAfter : 0,
+                .wrapping = ParagraphStyle::Wrapping::atContainer,
             });
         }
         return *known;

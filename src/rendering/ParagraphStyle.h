@@ -36,13 +36,17 @@ struct TableBlock {
 
 // How a paragraph is laid out. All lengths are points.
 struct ParagraphStyle {
+    // Where lines end: at what is visible, or at the container, which is as wide as code needs.
+    enum class Wrapping { atView, atContainer };
+
     double firstLineHeadIndent = 0;
     double headIndent = 0;
-    double tailIndent = 0; // 0 for none; below 0 measured from the right edge inward
+    double tailIndent = 0; // 0 for none; below 0 room at the right edge, even where text runs from right to left
     double minimumLineHeight = 0;
     double paragraphSpacingBefore = 0;
     double paragraphSpacing = 0; // behind the paragraph
     double lineSpacing = 0; // between lines
+    Wrapping wrapping = Wrapping::atView;
     double rightTabStop = 0; // where text behind a tab ends, from the paragraph's left edge; 0 for none
     std::optional<TableBlock> block;
 

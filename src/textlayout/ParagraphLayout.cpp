@@ -14,7 +14,6 @@ namespace Quillory {
 
 namespace {
 
-constexpr double tabColumns = 4; // widths of a blank between two tab stops
 constexpr int longestLigature = 4; // letters
 constexpr char16_t placeholder = u'\u200B'; // takes the width of a picture as its letter spacing
 
@@ -39,16 +38,25 @@ bool mayRunRightToLeft(QStringView string)
 }
 
 ParagraphLayout::ParagraphLayout(
-    LayoutContext const& context, ParagraphStretch const& stretch, double width, Breaks breaks)
+    LayoutContext const& context, ParagraphStretch const& stretch, TextWidths const& widths, Breaks breaks)
     : m_context(context)
     , m_stretch(stretch)
-    , m_width(width)
 {
     auto const& text = context.text();
     auto const styleRun = text.paragraphRunAt(std::min(stretch.range.location, text.length() - 1));
     auto const& style = text.paragraphStyle(text.paragraphRuns()[static_cast<std::size_t>(styleRun)]);
+    m_width = widths.of(style);
     setUp(style, breaks);
-    placeLines(style, width);
+    // What runs from right to left begins where it can be seen, unless it is longer than what is visible.
+    auto const container = m_width;
+    if (m_rightToLeft)
+        m_width = std::min(container, widths.visible);
+    placeLines(style);
+    if (m_lines.size() > 1 && m_width < container) {
+        auto const beside = style.headIndent + style.firstLineHeadIndent - std::min(style.tailIndent, 0.0);
+        m_width = std::clamp(std::ceil(m_layout.maximumWidth() + beside) + 1, widths.visible, container);
+        placeLines(style);
+    }
 }
 
 void ParagraphLayout::setUp(ParagraphStyle const& style, Breaks breaks)
@@ -110,9 +118,12 @@ void ParagraphLayout::applyFormats(QString& string)
     m_layout.setFormats(formats);
 }
 
-void ParagraphLayout::placeLines(ParagraphStyle const& style, double width)
+void ParagraphLayout::placeLines(ParagraphStyle const& style)
 {
-    auto const trailing = style.tailIndent > 0 ? std::min(style.tailIndent, width) : width + style.tailIndent;
+    auto const trailing = style.tailIndent > 0 ? std::min(style.tailIndent, m_width) : m_width + style.tailIndent;
+    // Room at the right edge is kept free whatever the direction, the head indent then on either side.
+    auto const isMirrored = m_rightToLeft && style.tailIndent >= 0;
+    m_lines.clear();
     double y = m_stretch.startsParagraph ? style.paragraphSpacingBefore : 0;
     m_layout.beginLayout();
     for (;;) {
@@ -122,13 +133,15 @@ void ParagraphLayout::placeLines(ParagraphStyle const& style, double width)
         auto const leading = m_lines.empty() && m_stretch.startsParagraph ? style.firstLineHeadIndent
                                                                           : style.headIndent;
         line.setLeadingIncluded(true);
-        line.setLineWidth(std::max(1.0, trailing - leading));
+        auto const left = isMirrored ? m_width - trailing : m_rightToLeft ? style.headIndent : leading;
+        auto const right = isMirrored ? m_width - leading : m_rightToLeft ? trailing - leading : trailing;
+        auto const width = std::max(1.0, right - left);
+        line.setLineWidth(width);
 
         auto const extent = extentOf(line);
         auto const height = std::max(style.minimumLineHeight, std::ceil(extent.above + extent.below));
         // What makes a line taller than its font stands above the glyphs.
-        auto const x = m_rightToLeft ? width - trailing : leading;
-        line.setPosition({ x, y + height - extent.below - line.ascent() });
+        line.setPosition({ left, y + height - extent.below - line.ascent() });
         m_lines.push_back({ m_stretch.range.location + line.textStart(), y, height, lettersEnd(line) });
         y += height + style.lineSpacing;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "textlayout/LayoutContext.h"
+#include "textlayout/TextWidths.h"
 
 #include <QRectF>
 #include <QTextLayout>
@@ -29,10 +30,12 @@ public:
         int lettersEnd = 0; // within the stretch: blanks behind it hang over the edge and have no place of their own
     };
 
+    static constexpr double tabColumns = 4; // widths of a blank between two tab stops
+
     // Where a line may break: inside a word that is too long for any line as well, or not, as for measuring words.
     enum class Breaks { alsoInsideWords, betweenWords };
 
-    ParagraphLayout(LayoutContext const& context, ParagraphStretch const& stretch, double width,
+    ParagraphLayout(LayoutContext const& context, ParagraphStretch const& stretch, TextWidths const& widths,
         Breaks breaks = Breaks::alsoInsideWords);
     Q_DISABLE_COPY_MOVE(ParagraphLayout)
 
@@ -68,7 +71,7 @@ private:
 
     void setUp(ParagraphStyle const& style, Breaks breaks);
     void applyFormats(QString& string);
-    void placeLines(ParagraphStyle const& style, double width);
+    void placeLines(ParagraphStyle const& style);
     int lettersEnd(QTextLine const& line) const;
     static Extent united(Extent const& one, Extent const& other);
     static Extent pictureExtent(TextAttributes const& attributes);

@@ -15,9 +15,9 @@ constexpr qsizetype charactersOfChapter = 8'192;
 
 }
 
-TextChapters::TextChapters(LayoutContext const& context, double width)
+TextChapters::TextChapters(LayoutContext const& context, TextWidths const& widths)
     : m_context(context)
-    , m_width(width)
+    , m_widths(widths)
     , m_starts(chapterStarts(context.text(), charactersOfChapter))
     , m_flows(m_starts.size() - 1)
 {
@@ -26,11 +26,11 @@ TextChapters::TextChapters(LayoutContext const& context, double width)
 
 TextChapters::~TextChapters() = default;
 
-void TextChapters::setWidth(double width)
+void TextChapters::setWidths(TextWidths const& widths)
 {
-    if (width == m_width)
+    if (widths == m_widths)
         return;
-    m_width = width;
+    m_widths = widths;
     estimate(); // chapters follow when they are next asked for
 }
 
@@ -50,10 +50,12 @@ void TextChapters::estimate()
 double TextChapters::estimatedHeight(TextRange range) const
 {
     auto const& text = m_context.text();
-    auto const middle = text.runAt(range.location + range.length / 2);
-    auto const& metrics = m_context.metrics(text.runs()[static_cast<std::size_t>(middle)]);
+    auto const middle = range.location + range.length / 2;
+    auto const& metrics = m_context.metrics(text.runs()[static_cast<std::size_t>(text.runAt(middle))]);
+    auto const styled = text.paragraphRuns()[static_cast<std::size_t>(text.paragraphRunAt(middle))];
+    auto const width = m_widths.of(text.paragraphStyle(styled));
     auto const lines = estimatedLines(
-        QStringView(text.string()).sliced(range.location, range.length), m_width / metrics.averageWidth);
+        QStringView(text.string()).sliced(range.location, range.length), width / metrics.averageWidth);
     return lines * metrics.lineHeight;
 }
 
@@ -74,9 +76,9 @@ TextFlow& TextChapters::flow(qsizetype chapter) const
 {
     auto& flow = m_flows[static_cast<std::size_t>(chapter)];
     if (flow)
-        flow->setWidth(m_width);
+        flow->setWidths(m_widths);
     else
-        flow = std::make_unique<TextFlow>(m_context, range(chapter), m_width, TextFlow::Tables::asGrids);
+        flow = std::make_unique<TextFlow>(m_context, range(chapter), m_widths, TextFlow::Tables::asGrids);
     return *flow;
 }
 
@@ -94,9 +96,9 @@ void TextChapters::noteHeight(qsizetype chapter)
 
 double TextChapters::usedWidth() const
 {
-    auto widest = m_width;
+    auto widest = m_widths.visible;
     for (auto const& flow : m_flows) {
-        if (flow && flow->width() == m_width)
+        if (flow && flow->widths() == m_widths)
             widest = std::max(widest, flow->usedWidth());
     }
     return widest;
@@ -147,7 +149,7 @@ bool TextChapters::makeSomeExact(QDeadlineTimer const& deadline)
 bool TextChapters::isExact() const
 {
     auto const isDone = [this](std::unique_ptr<TextFlow> const& flow) {
-        return flow && flow->width() == m_width && flow->isExact();
+        return flow && flow->widths() == m_widths && flow->isExact();
     };
     return std::all_of(m_flows.begin() + m_nextInexact, m_flows.end(), isDone);
 }
@@ -218,7 +220,8 @@ QRectF TextChapters::boundingRect(TextRange range) const
     if (first == last)
         return above;
     auto const below = flow(last).boundingRect(range).translated(0, m_heights.top(last));
-    return { 0, above.top(), std::max({ m_width, above.right(), below.right() }), below.bottom() - above.top() };
+    return { 0, above.top(), std::max({ m_widths.visible, above.right(), below.right() }),
+        below.bottom() - above.top() };
 }
 
 TextRange TextChapters::lineRange(qsizetype location) const

@@ -14,12 +14,12 @@ namespace Quillory {
 class TextChapters {
 public:
     // The context outlives the chapters.
-    TextChapters(LayoutContext const& context, double width);
+    TextChapters(LayoutContext const& context, TextWidths const& widths);
     ~TextChapters();
     Q_DISABLE_COPY_MOVE(TextChapters)
 
-    double width() const { return m_width; }
-    void setWidth(double width);
+    TextWidths const& widths() const { return m_widths; }
+    void setWidths(TextWidths const& widths);
 
     // As those of TextFlow.
     void forgetLines();
@@ -51,7 +51,7 @@ private:
     TextFlow& opened(qsizetype chapter); // with its height noted
 
     LayoutContext const& m_context;
-    double m_width;
+    TextWidths m_widths;
     std::vector<quint32> m_starts; // of the chapters, and the end of the last
     HeightTree m_heights;
     mutable std::vector<std::unique_ptr<TextFlow>> m_flows; // of the chapters looked at so far

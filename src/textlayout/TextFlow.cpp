@@ -10,10 +10,10 @@
 
 namespace Quillory {
 
-TextFlow::TextFlow(LayoutContext const& context, TextRange range, double width, Tables tables)
+TextFlow::TextFlow(LayoutContext const& context, TextRange range, TextWidths const& widths, Tables tables)
     : m_context(context)
     , m_range(range)
-    , m_width(width)
+    , m_widths(widths)
     , m_tables(tables)
     , m_starts(textUnitStarts(context.text(), range, tables == Tables::asGrids ? TableUnits::whole : TableUnits::none))
 {
@@ -22,11 +22,11 @@ TextFlow::TextFlow(LayoutContext const& context, TextRange range, double width, 
 
 TextFlow::~TextFlow() = default;
 
-void TextFlow::setWidth(double width)
+void TextFlow::setWidths(TextWidths const& widths)
 {
-    if (width == m_width)
+    if (widths == m_widths)
         return;
-    m_width = width;
+    m_widths = widths;
     m_lines.clear();
     m_widestTable = 0;
     estimate(); // tables follow when they are next asked for
@@ -76,7 +76,7 @@ void TextFlow::estimate()
                 heights[index] = estimatedTableHeight(unit);
             continue;
         }
-        auto const estimate = estimatedParagraph(m_context, stretch(unit), runs[run], style, m_width);
+        auto const estimate = estimatedParagraph(m_context, stretch(unit), runs[run], style, m_widths.of(style));
         heights[index] = estimate.height;
         m_exact[index] = estimate.exact;
         m_inexact -= estimate.exact ? 1 : 0;
@@ -138,13 +138,14 @@ TextFlow::Paragraph TextFlow::paragraph(qsizetype unit) const
 {
     auto const known = m_lines.find(unit);
     return known != m_lines.end() ? known->second
-                                  : std::make_shared<ParagraphLayout const>(m_context, stretch(unit), m_width);
+                                  : std::make_shared<ParagraphLayout const>(m_context, stretch(unit), m_widths);
 }
 
 TableLayout* TextFlow::tableIfMade(qsizetype unit) const
 {
     auto const known = m_tableLayouts.find(unit);
-    return known == m_tableLayouts.end() || known->second->availableWidth() != m_width ? nullptr : known->second.get();
+    return known == m_tableLayouts.end() || known->second->availableWidth() != m_widths.visible ? nullptr
+                                                                                                : known->second.get();
 }
 
 std::shared_ptr<TableLayout const> TextFlow::tableToRead(qsizetype unit) const
@@ -153,7 +154,7 @@ std::shared_ptr<TableLayout const> TextFlow::tableToRead(qsizetype unit) const
         return { std::shared_ptr<void>(), made };
     if (!m_exact[static_cast<std::size_t>(unit)])
         return nullptr;
-    auto layout = std::make_shared<TableLayout>(m_context, unitRange(unit), m_width);
+    auto layout = std::make_shared<TableLayout>(m_context, unitRange(unit), m_widths.visible);
     layout->makeSomeExact(QDeadlineTimer(QDeadlineTimer::Forever));
     return layout;
 }
@@ -161,12 +162,12 @@ std::shared_ptr<TableLayout const> TextFlow::tableToRead(qsizetype unit) const
 TableLayout& TextFlow::table(qsizetype unit)
 {
     auto& layout = m_tableLayouts[unit];
-    if (layout && layout->availableWidth() == m_width)
+    if (layout && layout->availableWidth() == m_widths.visible)
         return *layout;
     if (layout)
-        layout->setAvailableWidth(m_width);
+        layout->setAvailableWidth(m_widths.visible);
     else
-        layout = std::make_unique<TableLayout>(m_context, unitRange(unit), m_width);
+        layout = std::make_unique<TableLayout>(m_context, unitRange(unit), m_widths.visible);
     if (m_exact[static_cast<std::size_t>(unit)])
         layout->makeSomeExact(QDeadlineTimer(QDeadlineTimer::Forever));
     m_widestTable = std::max(m_widestTable, layout->width());
@@ -178,7 +179,7 @@ TextFlow::Paragraph TextFlow::keptParagraph(qsizetype unit)
 {
     auto& lines = m_lines[unit];
     if (!lines)
-        lines = std::make_shared<ParagraphLayout const>(m_context, stretch(unit), m_width);
+        lines = std::make_shared<ParagraphLayout const>(m_context, stretch(unit), m_widths);
     return lines;
 }
 
@@ -332,7 +333,7 @@ QRectF TextFlow::boundingRect(TextRange range) const
             return paragraph(unit)->boundingRect(range).translated(0, top);
         auto const layout = tableToRead(unit);
         return layout ? layout->boundingRect(range).translated(0, top)
-                      : QRectF(0, top, m_width, m_heights.height(unit));
+                      : QRectF(0, top, m_widths.visible, m_heights.height(unit));
     };
     auto const first = unitHolding(range.location);
     auto const last = unitHolding(std::max(range.location, range.end() - 1));
@@ -341,7 +342,8 @@ QRectF TextFlow::boundingRect(TextRange range) const
     // What lies between is not worth laying out: lines of several units are taken to fill the width.
     auto const above = rectIn(first);
     auto const below = rectIn(last);
-    return { 0, above.top(), std::max({ m_width, above.right(), below.right() }), below.bottom() - above.top() };
+    return { 0, above.top(), std::max({ m_widths.visible, above.right(), below.right() }),
+        below.bottom() - above.top() };
 }
 
 TextRange TextFlow::lineRange(qsizetype location) const

@@ -33,11 +33,11 @@ public:
     enum class Tables { asGrids, asParagraphs };
 
     // The context outlives the flow. `range` begins and ends at paragraphs.
-    TextFlow(LayoutContext const& context, TextRange range, double width, Tables tables);
+    TextFlow(LayoutContext const& context, TextRange range, TextWidths const& widths, Tables tables);
     ~TextFlow();
     Q_DISABLE_COPY_MOVE(TextFlow)
 
-    void setWidth(double width);
+    void setWidths(TextWidths const& widths);
     // Drops the lines and keeps the heights.
     void forgetLines();
     // Nothing of it is shown any more: keeps only what would be dear to make again.
@@ -52,10 +52,10 @@ public:
     TextAnchor anchorAt(double y);
     double positionOf(TextAnchor const& anchor);
 
-    double width() const { return m_width; }
+    TextWidths const& widths() const { return m_widths; }
     double height() const { return m_heights.total(); }
-    // The width of the widest table laid out, which may be more than the flow's; at least the flow's.
-    double usedWidth() const { return std::max(m_width, m_widestTable); }
+    // The width of the widest table laid out, which may be more than is visible; at least what is visible.
+    double usedWidth() const { return std::max(m_widths.visible, m_widestTable); }
     qsizetype unitCount() const { return m_heights.size(); }
     qsizetype unitAt(double y) const { return m_heights.indexAt(y); }
     TextRange unitRange(qsizetype unit) const; // with its line feed
@@ -89,7 +89,7 @@ private:
 
     LayoutContext const& m_context;
     TextRange m_range;
-    double m_width;
+    TextWidths m_widths;
     Tables m_tables;
     std::vector<quint32> m_starts; // of the units, and the end of the last
     HeightTree m_heights;
@@ -98,7 +98,7 @@ private:
     qsizetype m_nextInexact = 0; // no unit before this one is inexact
     qsizetype m_firstShown = 0; // by the last layOut()
     qsizetype m_behindShown = 0;
-    double m_widestTable = 0; // of those laid out at this width
+    double m_widestTable = 0; // of those laid out at these widths
     std::map<qsizetype, Paragraph> m_lines;
     std::map<qsizetype, std::unique_ptr<TableLayout>> m_tableLayouts;
 };

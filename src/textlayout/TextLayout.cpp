@@ -1,11 +1,28 @@
 #include "textlayout/TextLayout.h"
 
+#include "textlayout/CodeWidth.h"
+
+#include <algorithm>
+
 namespace Quillory {
 
-TextLayout::TextLayout(AttributedText text, double width, FontSet fonts, ColorSet colors)
+TextLayout::TextLayout(AttributedText text, TextWidths const& widths, FontSet fonts, ColorSet colors)
     : m_context(std::make_unique<LayoutContext>(std::move(text), std::move(fonts), std::move(colors)))
-    , m_chapters(std::make_unique<TextChapters>(*m_context, width))
+    , m_widths(widths)
+    , m_codeWidth(std::min(codeWidth(*m_context, largestCodeWidth), largestCodeWidth))
+    , m_chapters(std::make_unique<TextChapters>(*m_context, roomyWidths()))
 {
+}
+
+void TextLayout::setWidths(TextWidths const& widths)
+{
+    m_widths = widths;
+    m_chapters->setWidths(roomyWidths());
+}
+
+double TextLayout::usedWidth() const
+{
+    return std::max(m_chapters->usedWidth(), m_codeWidth);
 }
 
 TextLayout::ScrollCorrection TextLayout::layOutVisible(double top, double height)

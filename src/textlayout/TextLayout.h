@@ -22,13 +22,16 @@ public:
         bool moreLeft = false;
     };
 
-    TextLayout(AttributedText text, double width, FontSet fonts, ColorSet colors);
+    static constexpr double largestCodeWidth = 12000; // longer lines of code wrap
+
+    TextLayout(AttributedText text, TextWidths const& widths, FontSet fonts, ColorSet colors);
 
     AttributedText const& text() const { return m_context->text(); }
     FontSet const& fonts() const { return m_context->fonts(); }
-    double width() const { return m_chapters->width(); }
+    // As told. The container is made as wide as the widest line of code.
+    TextWidths const& widths() const { return m_widths; }
     // All heights are estimates again. Take the anchor of the top line before, and ask for its position after.
-    void setWidth(double width) { m_chapters->setWidth(width); }
+    void setWidths(TextWidths const& widths);
 
     // Makes exact what is on screen when the top of the view is at `top`. Call before painting and before hit tests.
     ScrollCorrection layOutVisible(double top, double height);
@@ -42,8 +45,8 @@ public:
     double positionOf(TextAnchor const& anchor) { return m_chapters->positionOf(anchor); }
 
     double height() const { return m_chapters->height(); }
-    // The width that the widest table laid out so far really takes; at least width().
-    double usedWidth() const { return m_chapters->usedWidth(); }
+    // The width that the widest line of code and the widest table laid out so far really take; at least what is visible.
+    double usedWidth() const;
 
     // The paragraphs and whole tables that meet y0 to y1.
     TextRange textRangeFor(double y0, double y1) const { return m_chapters->textRangeFor(y0, y1); }
@@ -64,7 +67,11 @@ public:
     std::vector<QRectF> selectionRects(TextRange range, QRectF const& visible) const;
 
 private:
+    TextWidths roomyWidths() const { return { m_widths.visible, std::max(m_widths.container, m_codeWidth) }; }
+
     std::unique_ptr<LayoutContext> m_context; // the chapters refer to it
+    TextWidths m_widths;
+    double m_codeWidth; // of the widest line
     std::unique_ptr<TextChapters> m_chapters;
 };
 

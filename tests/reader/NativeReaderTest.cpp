@@ -173,7 +173,7 @@ TEST_F(NativeReaderTest, Code_asks_for_its_width_within_bounds)
         auto const sheet = markdownSheet(u"%1.md"_s.arg(characters), u"```\na\n"_s + code + u"\n```"_s);
         show(sheet);
         EXPECT_DOUBLE_EQ(reader.scrollView().minimumCodeWidth, width) << characters;
-        EXPECT_EQ(view.containerWidth(), std::max(reader.scrollView().contentWidth() - 32, width));
+        EXPECT_EQ(view.textWidths().container, std::max(reader.scrollView().contentWidth() - 32, width));
     }
 }
 
@@ -207,7 +207,7 @@ protected:
     struct Left {
         TextAnchor anchor;
         double x = 0;
-        double width = 0;
+        TextWidths widths { 0 };
         double textSize = 0;
     };
 
@@ -226,13 +226,13 @@ protected:
     void read(Sheet const& sheet)
     {
         if (shown) {
-            left[shown->id] = { view.scrollAnchor(), view.scrollOrigin().x(), view.containerWidth(), store.textSize };
+            left[shown->id] = { view.scrollAnchor(), view.scrollOrigin().x(), view.textWidths(), store.textSize };
         }
         show(sheet);
         auto const place = left.find(sheet.id);
         if (place == left.end()) {
             EXPECT_EQ(view.scrollOrigin(), QPointF());
-        } else if (place->second.width == view.containerWidth() && place->second.textSize == store.textSize) {
+        } else if (place->second.widths == view.textWidths() && place->second.textSize == store.textSize) {
             expectAt(place->second);
         }
     }
@@ -302,7 +302,7 @@ protected:
             return "goes, comes and is scanned again";
         }
         default: {
-            auto const place = Left { view.scrollAnchor(), view.scrollOrigin().x(), 0, 0 };
+            auto const place = Left { view.scrollAnchor(), view.scrollOrigin().x(), { 0 }, 0 };
             settle();
             expectAt(place);
             return "becomes exact";
@@ -322,7 +322,7 @@ TEST_F(NativeReaderLife, Sheets_come_back_as_they_were_left)
         steps += step() + "; ";
         if (shown->shortcuts) {
             ReaderDocument const fresh(
-                reader.scrollView().renderedShortcuts(), view.containerWidth(), view.fonts(), view.colors());
+                reader.scrollView().renderedShortcuts(), view.textWidths(), view.fonts(), view.colors());
             EXPECT_EQ(view.rendered(), fresh.rendered) << "rendered for another width";
             EXPECT_EQ(reader.scrollView().horizontalScrollBar()->maximum(), 0);
         }

@@ -28,6 +28,7 @@ inline RenderedMarkdown sheet(QString const& source)
     ParagraphStyle block;
     block.paragraphSpacingBefore = 8;
     block.paragraphSpacing = 20;
+    block.wrapping = ParagraphStyle::Wrapping::atContainer;
     AttributedText::Builder builder;
     QList<CopyTargets::Place> targets;
     for (auto const& line : source.split(u'\n')) {

@@ -233,20 +233,19 @@ TEST_F(ReaderTextViewTest, A_structured_sheet_flows_into_the_columns_of_a_new_wi
     EXPECT_NEAR(bottom(), guessed, 0.1 * guessed) << "the height is known well before all is laid out";
 }
 
-TEST_F(ReaderTextViewTest, A_minimum_code_width_brings_a_horizontal_bar)
+TEST_F(ReaderTextViewTest, Code_wider_than_the_view_brings_a_horizontal_bar_and_prose_none)
 {
     view.setRendered(paragraphs(20));
-    EXPECT_EQ(scroll.horizontalScrollBar()->maximum(), 0);
     setMinimumCodeWidth(1200);
-    EXPECT_EQ(scroll.horizontalScrollBar()->maximum(), 1200 + 32 - view.width());
-    setMinimumCodeWidth(330);
     EXPECT_EQ(scroll.horizontalScrollBar()->maximum(), 0);
+    view.setRendered(sheet(u"before\n>"_s + u"code"_s.repeated(100)));
+    auto const end = view.boundingRect({ 7, 400 }).right();
+    EXPECT_NEAR(scroll.horizontalScrollBar()->maximum(), end + 16 - view.width(), 2) << "to where the code ends";
 }
 
 TEST_F(ReaderTextViewTest, A_block_spans_the_visible_width_and_stays_there_when_scrolled_sideways)
 {
-    view.setRendered(sheet(u"before\n>code"_s));
-    setMinimumCodeWidth(1200);
+    view.setRendered(sheet(u"before\n>"_s + u"code"_s.repeated(100)));
     auto const width = view.width() - 32;
     EXPECT_EQ(view.blockRectangle(0).left(), 16);
     EXPECT_EQ(view.blockRectangle(0).width(), width);

@@ -10,7 +10,7 @@
 
 namespace Quillory {
 
-inline TextLayout layoutOf(AttributedText text, double width)
+inline TextLayout layoutOf(AttributedText text, TextWidths const& widths)
 {
     return { std::move(text), width, FontSet::ofDesktop(), ColorSet::fromPalette(QPalette()) };
 }

@@ -64,6 +64,29 @@ TEST(TextLayout, Text_behind_a_tab_ends_at_the_stop_from_the_side_that_the_line_
     }
 }
 
+TextAttributes const code { .font = { .family = FontAttribute::Family::monospaced }, .background = Color {} };
+
+TEST(TextLayout, Code_stands_in_one_line_clear_of_the_room_at_its_right_and_prose_wraps_at_what_is_visible)
+{
+    ParagraphStyle const style {
+        .firstLineHeadIndent = 8, .headIndent = 8, .tailIndent = -64, .wrapping = ParagraphStyle::Wrapping::atContainer
+    };
+    for (auto const& line : { u"ls"_qs, u"שלום"_qs, u"# تثبيت البرنامج"_qs, u"שלום "_qs.repeated(40),
+             u"x\t"_qs.repeated(90), u"漢字\U0001F469\u200D\U0001F4BB"_qs.repeated(40), u"x"_qs.repeated(300) }) {
+        AttributedText::Builder builder;
+        builder.append(u"short\n"_qs + line + u'\n', code, style);
+        builder.append(words(40), {}, {});
+        auto layout = layoutOf(std::move(builder).build(), { 400, 450 });
+        makeAllExact(layout);
+        auto const box = layout.boundingRect(6, line.size());
+        EXPECT_EQ(layout.lineRange(6).length, line.size()) << line.toStdString();
+        EXPECT_GE(box.left(), 8) << line.toStdString();
+        EXPECT_LE(box.right(), layout.usedWidth() - 64) << line.toStdString();
+        EXPECT_LE(layout.usedWidth(), std::max(400.0, box.right() + 90)) << line.toStdString();
+        EXPECT_LE(layout.boundingRect(line.size() + 7, words(40).size()).right(), 400);
+    }
+}
+
 TEST(TextLayout, A_picture_takes_its_width_and_makes_its_line_high_enough)
 {
     AttributedText::Builder builder;
@@ -160,7 +183,7 @@ TEST(TextLayout, Exact_heights_do_not_depend_on_the_way_to_them)
         makeAllExact(inOrder);
         auto jumping = layoutOf(text, 700);
         jumping.layOutVisible(jumping.height() / 2, 600);
-        jumping.setWidth(500);
+        jumping.setWidths(500);
         for (auto const share : { 0.9, 0.1, 0.5 })
             jumping.layOutVisible(jumping.height() * share, 600);
         makeAllExact(jumping);

@@ -93,6 +93,8 @@ void writeParagraph(JsonWriter& json, ParagraphStyle const& style, TableCell cel
     json.member(u"firstLineHeadIndent", style.firstLineHeadIndent);
     json.member(u"headIndent", style.headIndent);
     json.member(u"tailIndent", style.tailIndent);
+    if (style.wrapping == ParagraphStyle::Wrapping::atContainer)
+        json.member(u"wrapping", QStringLiteral("container"));
     json.member(u"minimumLineHeight", style.minimumLineHeight);
     json.member(u"paragraphSpacingBefore", style.paragraphSpacingBefore);
     json.member(u"paragraphSpacing", style.paragraphSpacing);
