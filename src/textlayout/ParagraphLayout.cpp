@@ -4,6 +4,7 @@
 #include "textlayout/SymbolPainting.h"
 
 #include <QPainter>
+#include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <cmath>
@@ -137,6 +138,7 @@ void ParagraphLayout::placeLines(ParagraphStyle const& style)
         auto const right = isMirrored ? m_width - leading : m_rightToLeft ? trailing - leading : trailing;
         auto const width = std::max(1.0, right - left);
         line.setLineWidth(width);
+        endOutsideCode(line, width);
 
         auto const extent = extentOf(line);
         auto const height = std::max(style.minimumLineHeight, std::ceil(extent.above + extent.below));
@@ -147,6 +149,64 @@ void ParagraphLayout::placeLines(ParagraphStyle const& style)
     }
     m_layout.endLayout();
     m_height = y + (m_stretch.endsParagraph ? style.paragraphSpacing : 0);
+}
+
+// A hyphen in code is a letter like any other.
+bool ParagraphLayout::isInsideCode(qsizetype place) const
+{
+    if (place <= 0 || place >= m_stretch.range.length || m_layout.text()[place - 1] != u'-')
+        return false;
+    auto const& text = m_context.text();
+    auto const runs = text.runs();
+    auto const run = runs[static_cast<std::size_t>(text.runAt(m_stretch.range.location + place - 1))];
+    return text.attributes(run).font.family == FontAttribute::Family::monospaced
+        && run.end() > m_stretch.range.location + place;
+}
+
+// Ends a line that the layout would end behind a hyphen of code at the last other break, if it has one.
+void ParagraphLayout::endOutsideCode(QTextLine& line, double width)
+{
+    auto const start = line.textStart();
+    if (!isInsideCode(start + line.textLength()))
+        return;
+    QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, m_layout.text());
+    breaks.setPosition(start + line.textLength());
+    auto end = breaks.toPreviousBoundary();
+    while (end > start && isInsideCode(end))
+        end = breaks.toPreviousBoundary();
+    if (end <= start)
+        return;
+    // A ligature is one column, so that fewer columns may be what is wanted.
+    int columns = 0;
+    for (auto position = start; position < end; ++columns)
+        position = std::max(m_layout.nextCursorPosition(position), position + 1);
+    do
+        line.setNumColumns(columns, width);
+    while (start + line.textLength() > end && --columns > 0);
+}
+
+// With the words that are held together by the hyphens of code.
+double ParagraphLayout::narrowestWidth() const
+{
+    auto widest = m_layout.minimumWidth();
+    if (!m_layout.text().contains(u'-'))
+        return widest;
+    QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, m_layout.text());
+    auto isJoined = false;
+    for (qsizetype from = 0, to = 0; (to = breaks.toNextBoundary()) >= 0;) {
+        if (isInsideCode(to)) {
+            isJoined = true;
+            continue;
+        }
+        if (std::exchange(isJoined, false)) {
+            auto end = to;
+            while (m_layout.text()[end - 1].isSpace())
+                --end;
+            widest = std::max(widest, boundingRect({ m_stretch.range.location + from, end - from }).width());
+        }
+        from = to;
+    }
+    return widest;
 }
 
 int ParagraphLayout::lettersEnd(QTextLine const& line) const

@@ -44,7 +44,7 @@ public:
     Line const& lineHolding(qsizetype location) const;
 
     // The widths of the longest word, when broken between words, and of everything in one line.
-    double narrowestWidth() const { return m_layout.minimumWidth(); }
+    double narrowestWidth() const;
     double widestWidth() const { return m_layout.maximumWidth(); }
 
     void paint(QPainter& painter, QPointF topLeft, QRectF const& clip) const;
@@ -72,6 +72,8 @@ private:
     void setUp(ParagraphStyle const& style, Breaks breaks);
     void applyFormats(QString& string);
     void placeLines(ParagraphStyle const& style);
+    void endOutsideCode(QTextLine& line, double width);
+    bool isInsideCode(qsizetype place) const;
     int lettersEnd(QTextLine const& line) const;
     static Extent united(Extent const& one, Extent const& other);
     static Extent pictureExtent(TextAttributes const& attributes);

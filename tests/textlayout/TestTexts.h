@@ -12,7 +12,7 @@ namespace Quillory {
 
 inline TextLayout layoutOf(AttributedText text, TextWidths const& widths)
 {
-    return { std::move(text), width, FontSet::ofDesktop(), ColorSet::fromPalette(QPalette()) };
+    return { std::move(text), widths, FontSet::ofDesktop(), ColorSet::fromPalette(QPalette()) };
 }
 
 inline AttributedText plainText(
@@ -26,7 +26,7 @@ inline AttributedText plainText(
 using Rows = std::vector<std::vector<QString>>;
 
 // A grid whose first row has a background; every cell ends in a line feed.
-inline AttributedText tableText(Rows const& rows, int table = 0)
+inline AttributedText tableText(Rows const& rows, int table = 0, TextAttributes const& attributes = {})
 {
     AttributedText::Builder builder;
     std::size_t columns = 0;
@@ -36,7 +36,7 @@ inline AttributedText tableText(Rows const& rows, int table = 0)
         for (std::size_t column = 0; column < rows[row].size(); ++column) {
             TableBlock const block { .columns = static_cast<int>(columns), .padding = 5, .borderWidth = 0.5 };
             ParagraphStyle const style { .block = block };
-            builder.appendKnown(rows[row][column] + u'\n', builder.add(TextAttributes()),
+            builder.appendKnown(rows[row][column] + u'\n', builder.add(attributes),
                 builder.add(builder.add(style), { table, static_cast<int>(row), static_cast<int>(column) }));
         }
     }

@@ -87,6 +87,21 @@ TEST(TextLayout, Code_stands_in_one_line_clear_of_the_room_at_its_right_and_pros
     }
 }
 
+TEST(TextLayout, Code_does_not_break_at_its_hyphens_unless_a_line_has_no_other_break)
+{
+    auto const string = u"git commit --amend --no-edit git-très-long"_qs;
+    for (int width = 40; width < 400; width += 9) {
+        auto layout = layoutOf(plainText(string, {}, code), width);
+        for (TextRange line; line.end() < string.size(); line = layout.lineRange(line.end())) {
+            auto const text = string.mid(line.location, line.length);
+            EXPECT_TRUE(!text.endsWith(u'-') || !text.contains(u' ')) << width << ": " << text.toStdString();
+        }
+    }
+    auto table = layoutOf(tableText({ { words(20), u"--no-edit"_qs } }, 0, code), 250);
+    makeAllExact(table);
+    EXPECT_EQ(table.lineRange(words(20).size() + 1).length, 9);
+}
+
 TEST(TextLayout, A_picture_takes_its_width_and_makes_its_line_high_enough)
 {
     AttributedText::Builder builder;
