@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -391,11 +392,9 @@ void ParagraphLayout::addSelection(
         auto const first = covered.size();
         addLineSelection(covered, line, std::max(range.location, from) - start, std::min(range.end(), to) - start);
         if (goesOn && (!isLast || m_stretch.endsParagraph)) {
-            auto const edge = covered.size() > first
-                ? covered.back()
-                : lineRect(line, static_cast<int>(to - start), static_cast<int>(to - start));
-            covered.push_back(m_rightToLeft ? QRectF(0, edge.top(), edge.left(), edge.height())
-                                            : QRectF(edge.right(), edge.top(), m_width - edge.right(), edge.height()));
+            auto const box = lineRect(line, static_cast<int>(from - start), static_cast<int>(to - start));
+            covered.push_back(m_rightToLeft ? QRectF(0, box.top(), box.left(), box.height())
+                                            : QRectF(box.right(), box.top(), m_width - box.right(), box.height()));
         }
         for (auto rect = first; rect < covered.size(); ++rect) {
             if (!isLast && goesOn)
@@ -415,10 +414,14 @@ void ParagraphLayout::addLineSelection(
         return;
     }
     // Where directions meet, what follows one another in the text stands in several places.
-    for (auto const& run :
-        m_layout.lineAt(static_cast<int>(line)).glyphRuns(static_cast<int>(from), static_cast<int>(to - from))) {
-        auto const box = run.boundingRect();
-        covered.emplace_back(box.left(), m_lines[line].top, box.width(), m_lines[line].height);
+    auto runs = m_layout.lineAt(static_cast<int>(line)).glyphRuns(static_cast<int>(from), static_cast<int>(to - from));
+    std::ranges::sort(runs, {}, [](QGlyphRun const& run) { return run.boundingRect().left(); });
+    auto reached = -std::numeric_limits<double>::infinity(); // marks may stand in the box of a letter of another font
+    for (auto const& run : runs) {
+        auto const left = std::max(run.boundingRect().left(), reached);
+        reached = std::max(run.boundingRect().right(), reached);
+        if (left < reached)
+            covered.emplace_back(left, m_lines[line].top, reached - left, m_lines[line].height);
     }
 }
 

@@ -102,6 +102,20 @@ TEST(TextLayout, Code_does_not_break_at_its_hyphens_unless_a_line_has_no_other_b
     EXPECT_EQ(table.lineRange(words(20).size() + 1).length, 9);
 }
 
+TEST(TextLayout, A_selection_covers_nothing_twice)
+{
+    auto const string = u"שלום abc עולם (12) \u05D0\u05B8 ⇧ שלום\nabc שלום\nשלום\n"_qs;
+    auto layout = layoutOf(plainText(string), 150);
+    makeAllExact(layout);
+    for (qsizetype from = 0; from < string.size(); ++from) {
+        auto const covered = layout.selectionRects({ from, string.size() - from }, { 0, 0, 150, 1000 });
+        for (auto one = covered.begin(); one != covered.end(); ++one) {
+            for (auto other = covered.begin(); other != one; ++other)
+                EXPECT_LT(one->intersected(*other).width(), 0.01) << from;
+        }
+    }
+}
+
 TEST(TextLayout, A_picture_takes_its_width_and_makes_its_line_high_enough)
 {
     AttributedText::Builder builder;
