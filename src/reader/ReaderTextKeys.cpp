@@ -71,24 +71,26 @@ std::optional<ReaderTextView::Move> ReaderTextView::moveOf(QKeyEvent const& even
     auto const byWord = others == ModifierFlags::control;
     if (others != ModifierFlags::none && !byWord)
         return {};
-    auto const head = m_selection.head;
     constexpr std::array verticalKeys { Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown };
     if (std::ranges::find(verticalKeys, event.key()) == verticalKeys.end())
         m_columnOfMoves.reset();
+    if (m_selection.isEmpty() && !extends && !byWord)
+        return {};
+    auto const head = startOfMoves();
     auto const collapses = !extends && !byWord && !m_selection.isEmpty();
     switch (event.key()) {
     case Qt::Key_Left:
         if (collapses)
-            return Move { m_selection.start(), false };
-        return Move { byWord ? TextBoundaries::previousWord(string(), head)
-                             : TextBoundaries::beforeCharacter(string(), head),
+            return Move { head, m_selection.start(), false };
+        return Move { head,
+            byWord ? TextBoundaries::previousWord(string(), head) : TextBoundaries::beforeCharacter(string(), head),
             extends };
     case Qt::Key_Right:
         if (collapses)
-            return Move { m_selection.end(), false };
-        return Move {
-            byWord ? TextBoundaries::nextWord(string(), head) : TextBoundaries::behindCharacter(string(), head), extends
-        };
+            return Move { head, m_selection.end(), false };
+        return Move { head,
+            byWord ? TextBoundaries::nextWord(string(), head) : TextBoundaries::behindCharacter(string(), head),
+            extends };
     default:
         break;
     }
@@ -96,28 +98,40 @@ std::optional<ReaderTextView::Move> ReaderTextView::moveOf(QKeyEvent const& even
         return {};
     switch (event.key()) {
     case Qt::Key_Up:
-        return Move { byWord ? TextBoundaries::previousLine(string(), head) : verticalMove(-1), true };
+        return Move { head, byWord ? TextBoundaries::previousLine(string(), head) : verticalMove(head, -1), true };
     case Qt::Key_Down:
-        return Move { byWord ? TextBoundaries::nextLine(string(), head) : verticalMove(1), true };
+        return Move { head, byWord ? TextBoundaries::nextLine(string(), head) : verticalMove(head, 1), true };
     case Qt::Key_PageUp:
-        return Move { verticalMove(lineStep - height()), true };
+        return Move { head, verticalMove(head, lineStep - height()), true };
     case Qt::Key_PageDown:
-        return Move { verticalMove(height() - lineStep), true };
+        return Move { head, verticalMove(head, height() - lineStep), true };
     case Qt::Key_Home:
-        return Move { byWord ? 0 : lineRange(head).location, true };
+        return Move { head, byWord ? 0 : lineRange(head).location, true };
     case Qt::Key_End:
-        return Move { byWord ? length() : TextBoundaries::lastPlaceOf(string(), lineRange(head)), true };
+        return Move { head, byWord ? length() : TextBoundaries::lastPlaceOf(string(), lineRange(head)), true };
     default:
         return {};
     }
 }
 
+// An empty selection has no visible caret: once its place is out of sight, keys begin at the line at the top.
+qsizetype ReaderTextView::startOfMoves()
+{
+    auto const isInSight = [this](qsizetype place) {
+        auto const middle = boundingRect({ place, 0 }).center().y();
+        return middle >= m_origin.y() && middle <= m_origin.y() + height();
+    };
+    if (!m_selection.isEmpty() || isInSight(m_selection.head))
+        return m_selection.head;
+    auto const top = lineRange(scrollAnchor().location);
+    return isInSight(top.location) ? top.location : std::min(top.end() + 1, length());
+}
+
 // To the nearest place of another line, above or below, in the column where the moves began.
-qsizetype ReaderTextView::verticalMove(double distance)
+qsizetype ReaderTextView::verticalMove(qsizetype head, double distance)
 {
     constexpr double step = 4;
     constexpr double farthest = 2'000; // to the next line: further than any picture or spacing is high
-    auto const head = m_selection.head;
     auto const box = boundingRect({ head, 0 });
     if (!m_columnOfMoves)
         m_columnOfMoves = box.left();
@@ -137,7 +151,8 @@ qsizetype ReaderTextView::verticalMove(double distance)
 
 void ReaderTextView::applyMove(Move const& move)
 {
-    setSelection({ move.extends ? m_selection.anchor : move.head, move.head });
+    auto const anchor = m_selection.isEmpty() ? move.start : m_selection.anchor;
+    setSelection({ move.extends ? anchor : move.head, move.head });
     scrollToVisible({ move.head, 0 });
     offerPrimarySelection();
 }

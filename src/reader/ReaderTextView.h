@@ -149,8 +149,9 @@ private:
         Drag drag = Drag::none;
         TextRange unit; // what the click selected, from which a drag goes on
     };
-    // Where a key moves the end of the selection.
+    // Where a key moves an end of the selection from and to.
     struct Move {
+        qsizetype start = 0;
         qsizetype head = 0;
         bool extends = false;
     };
@@ -181,7 +182,8 @@ private:
     std::optional<Command> commandOf(QKeyEvent const& event) const;
     bool scrollByKey(QKeyEvent const& event);
     std::optional<Move> moveOf(QKeyEvent const& event);
-    qsizetype verticalMove(double distance);
+    qsizetype startOfMoves();
+    qsizetype verticalMove(qsizetype head, double distance);
     void applyMove(Move const& move);
 
     int clickCountOf(QMouseEvent const& event) const;

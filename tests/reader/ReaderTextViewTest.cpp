@@ -32,12 +32,16 @@ TEST_F(ReaderTextViewTest, Keys_scroll_by_geometry)
         { "Space", Qt::Key_Space, {}, 1000, 360 },
         { "Shift Space", Qt::Key_Space, Qt::ShiftModifier, 1000, -360 },
         { "Home", Qt::Key_Home, {}, 1000, -1000 },
+        { "Shift Right selects where one reads", Qt::Key_Right, Qt::ShiftModifier, 1000, 0 },
+        { "Shift Down selects where one reads", Qt::Key_Down, Qt::ShiftModifier, 1000, 0 },
+        { "Control Right", Qt::Key_Right, Qt::ControlModifier, 1000, 0 },
         { "Down during a peek", Qt::Key_Down, Qt::ControlModifier | Qt::AltModifier, 1000, 40 },
         { "Up during a peek", Qt::Key_Up, Qt::ControlModifier | Qt::AltModifier, 1000, -40 },
     };
     for (auto const& [name, key, modifiers, from, by] : steps) {
         view.peekModifiers = modifiers.testFlag(Qt::AltModifier) ? ModifierFlags::control | ModifierFlags::option
                                                                  : ModifierFlags::none;
+        view.setSelection({});
         view.setScrollOrigin({ 0, from });
         QTest::keyClick(&view, key, modifiers);
         EXPECT_EQ(view.scrollOrigin(), QPointF(0, from + by)) << name;
