@@ -2,6 +2,7 @@
 
 #include "reader/TargetListModel.h"
 
+#include <QKeyEvent>
 #include <QListView>
 #include <QVBoxLayout>
 #include <QWidgetAction>
@@ -16,6 +17,35 @@ constexpr qsizetype mostItems = 40; // as many as a menu shows well
 constexpr int rowsInSight = 16;
 constexpr int listWidth = 360;
 constexpr int outline = 2;
+
+// Rows that the keyboard walks through like the items above and below them.
+class TargetList : public QListView {
+public:
+    using QListView::QListView;
+
+protected:
+    void focusInEvent(QFocusEvent* event) override
+    {
+        QListView::focusInEvent(event);
+        if (!currentIndex().isValid())
+            setCurrentIndex(model()->index(0, 0));
+    }
+    void focusOutEvent(QFocusEvent* event) override
+    {
+        QListView::focusOutEvent(event);
+        setCurrentIndex({});
+    }
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        auto const row = currentIndex().row();
+        auto const leaves = (event->key() == Qt::Key_Up && row <= 0)
+            || (event->key() == Qt::Key_Down && row + 1 == model()->rowCount()) || event->key() == Qt::Key_Escape;
+        if (leaves)
+            event->ignore(); // the menu's own key
+        else
+            QListView::keyPressEvent(event);
+    }
+};
 
 void addItems(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> const& title,
     std::function<void(qsizetype)> const& chosen)
@@ -33,8 +63,11 @@ void addList(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> con
     auto* const frame = new QWidget(&menu); // what keeps the list off the menu's own outline
     auto* const rows = new QVBoxLayout(frame);
     rows->setContentsMargins(outline, 0, outline, outline);
-    auto* const list = new QListView(frame);
+    auto* const list = new TargetList(frame);
     rows->addWidget(list);
+    // A menu hands the keyboard to an item's widget if that asks for it.
+    frame->setFocusPolicy(Qt::StrongFocus);
+    frame->setFocusProxy(list);
     list->setModel(new TargetListModel(count, title, list));
     list->setUniformItemSizes(true);
     list->setFrameShape(QFrame::NoFrame);

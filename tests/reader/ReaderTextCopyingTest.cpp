@@ -116,7 +116,14 @@ TEST_F(ReaderTextViewTest, A_hundred_thousand_blocks_have_buttons_where_they_sho
     EXPECT_THAT(copiedButtons(), ElementsAre(tag));
     view.setScrollOrigin(view.scrollOrigin() + QPointF(0, 20));
     EXPECT_THAT(copiedButtons(), ElementsAre(tag)) << "the look stays with its block";
-    EXPECT_EQ(view.makeMenu()->actions().size(), 4) << "one list for all targets";
+    auto const menu = view.makeMenu();
+    EXPECT_EQ(menu->actions().size(), 4) << "one list for all targets";
+    copied.clear();
+    menu->popup({});
+    for (auto const key : { Qt::Key_Down, Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Down, Qt::Key_Return })
+        QTest::keyClick(menu->windowHandle(), key);
+    EXPECT_THAT(copied, ElementsAre(u"code"_s)) << "by keys, into the list, out of it and in again";
+    EXPECT_FALSE(menu->isVisible());
 }
 
 TEST_F(ReaderTextViewTest, Selected_text_is_copied_without_its_pictures_and_not_in_Learning_Mode)
