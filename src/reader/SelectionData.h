@@ -7,7 +7,8 @@
 
 namespace Quillory {
 
-// Selected text as plain text, cut out of the whole only when it is asked for. Pictures leave nothing.
+// Selected text as plain text, cut out of the whole only when it is asked for. Pictures and the gaps beside them leave
+// nothing. Tabs stand between the cells of a table's row, as spreadsheets take them.
 class SelectionData : public QMimeData {
     Q_OBJECT
 public:

@@ -63,6 +63,7 @@ void PreparedShortcuts::makeLooks(TextMeasure const& measure)
     m_looks[titleLook] = { .font = { .size = m_textSize + titleIncrease, .weight = Weight::medium } };
     m_looks[descriptionLook] = { .font = { .size = m_textSize }, .color = { ColorRole::secondaryLabel } };
     m_looks[iconGapLook] = m_looks[titleLook];
+    m_looks[iconGapLook].isGap = true;
     m_looks[iconGapLook].kern = gapBehindIcon - measure.width(u"\u00A0", m_looks[titleLook].font);
     auto const glyphs = [this](ColorRole role, double kern) {
         return TextAttributes { .font = { .family = FontAttribute::Family::monospaced,

@@ -49,6 +49,7 @@ struct TextAttributes {
     QString link; // empty for none
     bool strikethrough = false;
     double kern = 0; // points added behind each character
+    bool isGap = false; // the characters stand for nothing but room
     double baselineOffset = 0; // points, up
     std::optional<Attachment> attachment;
 

@@ -1,4 +1,5 @@
 #include "reader/ReaderTextViewFixture.h"
+#include "rendering/MarkdownRenderer.h"
 
 #include <QClipboard>
 #include <QMenu>
@@ -126,23 +127,29 @@ TEST_F(ReaderTextViewTest, A_hundred_thousand_blocks_have_buttons_where_they_sho
     EXPECT_FALSE(menu->isVisible());
 }
 
-TEST_F(ReaderTextViewTest, Selected_text_is_copied_without_its_pictures_and_not_in_Learning_Mode)
+TEST_F(ReaderTextViewTest, Selected_text_is_copied_with_tabs_for_cells_without_pictures_and_not_in_Learning_Mode)
 {
     AttributedText::Builder builder;
     TextAttributes picture;
     picture.attachment = Attachment { Symbol { u"square.dashed"_s, {} }, 20, 20 };
     builder.append(u"object \uFFFC, picture "_s, {}, {});
     builder.append(u"\uFFFC"_s, picture, {});
+    builder.append(u"\u00A0"_s, { .kern = 3, .isGap = true }, {});
     builder.append(u"\nend"_s, {}, {});
-    view.setRendered({ std::move(builder).build(), {} });
     auto* const clipboard = QGuiApplication::clipboard();
     clipboard->setText(u"before"_s);
-    for (auto const isLearning : { true, false }) {
+    auto const expectCopied = [&](RenderedMarkdown const& rendered, bool isLearning, QString const& expected) {
+        view.setRendered(rendered);
         view.setLearningModeEnabled(isLearning);
         QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
-        EXPECT_EQ(clipboard->text(), isLearning ? u"before"_s : u"object \uFFFC, picture \nend"_s);
-    }
+        EXPECT_EQ(clipboard->text(), expected);
+    };
+    RenderedMarkdown const withPicture { std::move(builder).build(), {} };
+    expectCopied(withPicture, true, u"before"_s);
+    expectCopied(withPicture, false, u"object \uFFFC, picture \nend"_s);
+    auto const table = MarkdownRenderer::render(u"|a|b|\n|-|-|\n|c||\n|`d`|e|"_s, {}, {}, 16);
+    expectCopied(table, false, u"a\tb\nc\t\nd\te\n\n"_s);
 }
 
 TEST_F(ReaderTextViewTest, The_menu_has_an_item_for_each_target_in_order)

@@ -58,6 +58,8 @@ void writeAttributes(JsonWriter& json, TextAttributes const& attributes)
         json.member(u"strikethrough", true);
     if (attributes.kern != 0)
         json.member(u"kern", attributes.kern);
+    if (attributes.isGap)
+        json.member(u"gap", true);
     if (attributes.baselineOffset != 0)
         json.member(u"baselineOffset", attributes.baselineOffset);
 }
