@@ -252,17 +252,16 @@ void ReaderView::changeEvent(QEvent* event)
 
 void ReaderView::applyColors()
 {
-    auto const isDark = palette().color(QPalette::WindowText).lightness()
-        > palette().color(QPalette::Window).lightness();
-    auto const appearance = isDark ? ReaderColors::Appearance::dark : ReaderColors::Appearance::light;
-    auto const name = [&](ReaderColors::Dynamic color) { return color.resolved(appearance).name(); };
-    auto handle = palette().color(QPalette::WindowText);
+    auto const colors = ColorSet::fromPalette(palette());
+    auto const name = [&](ReaderColors::Dynamic color) { return color.resolved(colors.appearance).name(); };
+    auto handle = colors.label;
     handle.setAlphaF(scrollHandleOpacity);
     auto const sheet = QStringLiteral(
         "#chrome, #chrome QListView { background: %1; }"
         "#surface { background: %2; }"
         "#separator { background: %3; }"
         "#reader { border: 1px solid %3; }"
+        "QLabel, QToolButton { color: %5; }"
         "#title { font-size: 17px; font-weight: 600; }"
         "#heading { font-size: 11px; font-weight: 600; color: palette(placeholder-text); }"
         "#caption { font-size: 12px; }"
@@ -279,7 +278,7 @@ void ReaderView::applyColors()
         "QScrollBar::add-line, QScrollBar::sub-line { width: 0; height: 0; }"
         "QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }")
                            .arg(name(ReaderColors::chrome), name(ReaderColors::surface), name(ReaderColors::codeBorder),
-                               handle.name(QColor::HexArgb));
+                               handle.name(QColor::HexArgb), colors.label.name());
     if (sheet != styleSheet())
         setStyleSheet(sheet);
 }

@@ -59,8 +59,7 @@ ColorSet ColorSet::fromPalette(QPalette const& palette)
     ColorSet colors;
     colors.label = text;
     colors.secondaryLabel = faded(text, 0.6);
-    // The renderers fade it further: what is left must still tell code from text on either surface.
-    colors.quaternaryLabel = faded(text, dark ? 1 : 0.7);
+    colors.quaternaryLabel = text; // faded by those who use it
     colors.separator = faded(text, 0.3);
     colors.link = readable(palette.color(QPalette::Active, QPalette::Link), dark);
     colors.appearance = dark ? ReaderColors::Appearance::dark : ReaderColors::Appearance::light;

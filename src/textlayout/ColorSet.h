@@ -18,6 +18,7 @@ struct ColorSet {
     QColor link;
     ReaderColors::Appearance appearance = ReaderColors::Appearance::light;
 
+    // Whether all that is shown is dark or light is decided here alone.
     static ColorSet fromPalette(QPalette const& palette);
 
     // The role's colour, covering as much as the colour's alpha says.

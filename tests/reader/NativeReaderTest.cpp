@@ -1,4 +1,4 @@
-#include "reader/NativeReader.h"
+#include "reader/ReaderView.h"
 #include "support/FakeLibraryServices.h"
 
 #include <QScrollBar>
@@ -198,6 +198,17 @@ TEST_F(NativeReaderTest, What_was_read_last_is_kept_rendered_within_bounds)
     for (auto const& sheet : big)
         show(sheet);
     EXPECT_NE(textOf(sheets[0]).constData(), anew.constData()) << "too much was read since";
+}
+
+TEST_F(NativeReaderTest, Bars_and_text_agree_on_light_or_dark)
+{
+    QPalette darkWindowsLightPages(QColor(60, 60, 60), QColor(40, 40, 40));
+    darkWindowsLightPages.setColor(QPalette::Base, Qt::white);
+    darkWindowsLightPages.setColor(QPalette::Text, Qt::black);
+    ReaderView content(store, [] { });
+    content.setPalette(darkWindowsLightPages);
+    EXPECT_EQ(content.grab().toImage().pixelColor(content.topBar()->geometry().center()), QColor(0xF4, 0xF3, 0xF1));
+    EXPECT_EQ(content.textView()->colors().appearance, ReaderColors::Appearance::light);
 }
 
 // A reader's life in random steps. What must hold: a sheet that comes back as it was read shows the very line at its top

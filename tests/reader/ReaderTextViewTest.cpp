@@ -266,6 +266,8 @@ TEST_F(ReaderTextViewTest, Surface_and_block_follow_the_palette)
     auto const inBlock = [this] { return (view.blockRectangle(0).center() - view.scrollOrigin()).toPoint(); };
     EXPECT_EQ(picture().pixelColor(2, 2), QColor(0xFF, 0xFF, 0xFF));
     EXPECT_EQ(picture().pixelColor(inBlock()), QColor(0xF4, 0xF4, 0xF5));
+    auto const shade = [this] { return view.colors().resolved({ ColorRole::quaternaryLabel, 0.12 }).alphaF(); };
+    EXPECT_NEAR(shade(), 0.12, 0.001);
 
     QPalette dark(QColor(53, 53, 53), QColor(35, 35, 35));
     dark.setColor(QPalette::Text, Qt::white);
@@ -273,6 +275,7 @@ TEST_F(ReaderTextViewTest, Surface_and_block_follow_the_palette)
     view.setPalette(dark);
     EXPECT_EQ(picture().pixelColor(2, 2), QColor(0x23, 0x24, 0x26));
     EXPECT_EQ(picture().pixelColor(inBlock()), QColor(0x30, 0x31, 0x36));
+    EXPECT_NEAR(shade(), 0.12, 0.001);
 }
 
 }
