@@ -24,7 +24,7 @@ public:
     virtual std::expected<QByteArray, SystemError> bookmark(QString const& path) const = 0;
     virtual std::expected<Resolved, SystemError> resolve(QByteArray const& bookmark) const = 0;
 
-    // Keeps the folder reachable until the registration ends. Inactive when no scope could be opened.
+    // Makes the folder reachable until the registration ends. Inactive when no scope could be opened.
     virtual Registration startAccess(QString const& path) = 0;
 
     virtual bool isReadable(QString const& path) const = 0;

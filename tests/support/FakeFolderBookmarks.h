@@ -53,16 +53,14 @@ public:
         if (!path.startsWith(u'/') || !(inode.isUndefined() || inode.isDouble()))
             return std::unexpected(SystemError(EINVAL));
         auto const found = m_folders.find(path);
-        if (found != m_folders.end() && (inode.isUndefined() || inode.toInteger() == found->second.inode))
-            return Resolved { path, false };
+        if (found != m_folders.end())
+            return Resolved { path, inode.isDouble() && inode.toInteger() != found->second.inode };
         auto const parentOf = [](QString const& of) { return of.left(of.lastIndexOf(u'/')); };
         for (auto const& [sibling, folder] : m_folders) {
             if (parentOf(sibling) == parentOf(path) && inode.isDouble() && folder.inode == inode.toInteger())
                 return Resolved { sibling, true };
         }
-        if (found == m_folders.end())
-            return std::unexpected(SystemError(ENOENT));
-        return Resolved { path, true };
+        return std::unexpected(SystemError(ENOENT));
     }
 
     Registration startAccess(QString const& path) override
