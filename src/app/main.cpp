@@ -34,6 +34,8 @@
 #include <QWindow>
 
 #include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 
@@ -85,6 +87,16 @@ QString startersFolder()
     return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/quillory/Starters"));
 }
 
+// How long the end waits for a load or an installation that runs.
+constexpr std::chrono::milliseconds endPatience { 100 };
+
+// Ends the process while a worker still uses the program's objects.
+[[noreturn]] void leaveAtOnce(int result)
+{
+    std::fflush(nullptr);
+    std::_Exit(result);
+}
+
 int fail(QString const& sentence)
 {
     std::cerr << "quillory: " << sentence.toStdString() << '\n';
@@ -122,7 +134,9 @@ int main(int argc, char* argv[])
     PathBookmarks bookmarks;
     QtPictureDecoder const pictures;
     QtExecutor executor;
-    JsonUserDefaults defaults(JsonUserDefaults::standardPath(), executor);
+    // Settings are written by a worker of their own: all others may wait for a drive that does not answer.
+    QtExecutor settingsExecutor;
+    JsonUserDefaults defaults(JsonUserDefaults::standardPath(), settingsExecutor);
     InotifyFileEvents events(executor);
     auto const flushOwnWindows = [&application] { flushWindows(application); };
     X11Clock clock;
@@ -172,5 +186,8 @@ int main(int argc, char* argv[])
     delegate.applicationDidFinishLaunching();
     auto const result = QApplication::exec();
     end.run();
+    instance.leave(); // once the settings are written, which the next process reads
+    if (!executor.stopWorkers(endPatience))
+        leaveAtOnce(result);
     return result;
 }

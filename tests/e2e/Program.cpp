@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
 
 namespace Quillory {
@@ -95,6 +96,13 @@ int Program::openFiles() const
 {
     QDir const files(QStringLiteral("/proc/%1/fd").arg(process()));
     return static_cast<int>(files.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size());
+}
+
+bool Program::holds(QString const& path) const
+{
+    QDir const files(QStringLiteral("/proc/%1/fd").arg(process()));
+    auto const all = files.entryInfoList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+    return std::ranges::any_of(all, [&](auto const& file) { return file.symLinkTarget() == path; });
 }
 
 int Program::memory() const

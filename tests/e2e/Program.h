@@ -34,6 +34,7 @@ public:
 
     // What it holds of the system: open files, and the memory that it shares with nobody, in KiB.
     int openFiles() const;
+    bool holds(QString const& path) const;
     int memory() const;
 
     qint64 process() const { return m_process.processId(); }

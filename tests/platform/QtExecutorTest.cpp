@@ -39,7 +39,7 @@ TEST_F(QtExecutorTest, Two_works_run_at_the_same_moment_and_not_on_the_main_thre
     EXPECT_EQ(onMainThread, 0);
 }
 
-TEST_F(QtExecutorTest, The_end_waits_for_work_that_runs_and_delivers_nothing)
+TEST_F(QtExecutorTest, The_end_waits_for_work_that_runs_as_long_as_wished_and_delivers_nothing)
 {
     std::atomic<bool> hasBegun = false, mayEnd = false, hasEnded = false, wasDelivered = false;
     auto const task = m_executor->detach(
@@ -52,10 +52,12 @@ TEST_F(QtExecutorTest, The_end_waits_for_work_that_runs_and_delivers_nothing)
         },
         [&](int) { wasDelivered = true; });
     hasBegun.wait(false);
+    EXPECT_FALSE(m_executor->stopWorkers(1ms));
     std::thread releaser([&] {
         mayEnd = true;
         mayEnd.notify_one();
     });
+    EXPECT_TRUE(m_executor->stopWorkers(1min));
     m_executor.reset();
     releaser.join();
     EXPECT_TRUE(hasEnded);

@@ -125,11 +125,20 @@ protected:
     std::vector<Request> requests;
 };
 
-TEST_F(BusApplicationInstanceTest, The_name_is_free_again_after_the_end)
+TEST_F(BusApplicationInstanceTest, The_name_is_free_again_once_it_leaves)
 {
     EXPECT_EQ(first->start(Wish::open), Role::first);
-    first.reset();
+    first->leave();
     EXPECT_EQ(desk.roleOfAnother(Wish::open), Role::first);
+}
+
+TEST_F(BusApplicationInstanceTest, Where_the_first_does_not_answer_the_second_opens_for_itself)
+{
+    EXPECT_EQ(first->start(Wish::open), Role::first);
+    BusApplicationInstance second(desktop, { u"start-2_TIME78"_s }, std::chrono::milliseconds(1));
+    EXPECT_EQ(second.start(Wish::open), Role::alone); // in this thread, so that the first is never served
+    auto const observation = second.observeRequests([this](auto const& request) { requests.push_back(request); });
+    EXPECT_THAT(requests, ElementsAre(Request { .wish = Wish::open, .userTime = 78 }));
 }
 
 TEST_F(BusApplicationInstanceTest, A_first_start_that_should_toggle_opens)

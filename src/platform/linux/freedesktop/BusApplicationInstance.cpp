@@ -3,14 +3,11 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 
-#include <chrono>
 #include <utility>
 
 namespace Quillory {
 
 namespace {
-
-constexpr std::chrono::milliseconds answerTime { 5000 };
 
 QString objectPath()
 {
@@ -28,14 +25,21 @@ BusApplicationInstance::Start BusApplicationInstance::Start::ofThisProcess()
         isByBus ? By::bus : By::user };
 }
 
-BusApplicationInstance::BusApplicationInstance(QDBusConnection const& sessionBus, Start start)
+BusApplicationInstance::BusApplicationInstance(
+    QDBusConnection const& sessionBus, Start start, std::chrono::milliseconds answerTime)
     : m_bus(sessionBus)
     , m_start(std::move(start))
+    , m_answerTime(answerTime)
     , m_interface([this](Request const& request) { receive(request); })
 {
 }
 
 BusApplicationInstance::~BusApplicationInstance()
+{
+    leave();
+}
+
+void BusApplicationInstance::leave()
 {
     if (!m_bus.isConnected())
         return;
@@ -47,18 +51,29 @@ ApplicationInstance::Role BusApplicationInstance::start(Wish wish)
 {
     // The one that owned the name may end while it is asked; then the name is free.
     constexpr int tries = 3;
+    auto answer = Answer::ownerGone;
     for (int attempt = 0; attempt < tries; ++attempt) {
         auto const claimed = claim();
-        if (claimed == Claim::ownedByAnother && handOver(wish))
-            return Role::handedOver;
-        if (claimed == Claim::ownedByAnother)
+        if (claimed == Claim::ownedByAnother && answer == Answer::none)
+            break;
+        if (claimed == Claim::ownedByAnother) {
+            answer = handOver(wish);
+            if (answer == Answer::taken)
+                return Role::handedOver;
             continue;
+        }
         // Nothing is shown yet, unless the program opens by itself at its start.
         if (wish == Wish::toggle)
-            receive({ .wish = Wish::open, .userTime = ApplicationInterface::userTime(m_start.id) });
+            openItself();
         return claimed == Claim::owned ? Role::first : Role::alone;
     }
+    openItself();
     return Role::alone;
+}
+
+void BusApplicationInstance::openItself()
+{
+    receive({ .wish = Wish::open, .userTime = ApplicationInterface::userTime(m_start.id) });
 }
 
 // The object stands before the name is had: who waits for the name calls at once.
@@ -74,11 +89,10 @@ BusApplicationInstance::Claim BusApplicationInstance::claim()
     return reply.isValid() ? Claim::ownedByAnother : Claim::failed;
 }
 
-// A process that does not answer in time has the request still, and serves it when it can.
-bool BusApplicationInstance::handOver(Wish wish)
+BusApplicationInstance::Answer BusApplicationInstance::handOver(Wish wish)
 {
     if (wish == Wish::none)
-        return true;
+        return Answer::taken;
     bool const isToggle = wish == Wish::toggle;
     auto call = QDBusMessage::createMethodCall(name(), objectPath(), QStringLiteral("org.freedesktop.Application"),
         isToggle ? QStringLiteral("ActivateAction") : QStringLiteral("Activate"));
@@ -89,8 +103,11 @@ bool BusApplicationInstance::handOver(Wish wish)
         platformData.insert(QStringLiteral("desktop-startup-id"), m_start.id);
     call << platformData;
     call.setAutoStartService(false);
-    auto const reply = m_bus.call(call, QDBus::Block, static_cast<int>(answerTime.count()));
-    return reply.type() == QDBusMessage::ReplyMessage || QDBusError(reply).type() == QDBusError::NoReply;
+    auto const reply = m_bus.call(call, QDBus::Block, static_cast<int>(m_answerTime.count()));
+    if (reply.type() == QDBusMessage::ReplyMessage)
+        return Answer::taken;
+    // Also said of a process that ends while it is asked: whether the name is free again tells them apart.
+    return QDBusError(reply).type() == QDBusError::NoReply ? Answer::none : Answer::ownerGone;
 }
 
 // The first request of a process that the bus began is why it runs. By then the reader may have opened by itself.

@@ -5,6 +5,7 @@
 
 #include <QDBusConnection>
 
+#include <chrono>
 #include <functional>
 #include <vector>
 
@@ -25,26 +26,36 @@ public:
         static Start ofThisProcess();
     };
 
-    // A process that the bus began for the sake of a toggle opens.
-    BusApplicationInstance(QDBusConnection const& sessionBus, Start start);
+    static constexpr std::chrono::milliseconds usualAnswerTime { 5000 };
+
+    // A process that the bus began for the sake of a toggle opens. `answerTime` is what another process has for its answer.
+    BusApplicationInstance(
+        QDBusConnection const& sessionBus, Start start, std::chrono::milliseconds answerTime = usualAnswerTime);
     ~BusApplicationInstance() override;
     BusApplicationInstance(BusApplicationInstance const&) = delete;
     BusApplicationInstance& operator=(BusApplicationInstance const&) = delete;
 
-    // Waits for the bus, and for the other process at most five seconds.
+    // Waits for the bus, and for the answer of another process. Where that one does not answer, this one stands
+    // alone and opens, whatever its wish was: the user must see something.
     Role start(Wish wish) override;
 
     Registration observeRequests(std::function<void(Request const&)> requested) override;
 
+    // Gives the name back, so that the next process to start is the first. The end of this object does it too.
+    void leave();
+
 private:
     enum class Claim { owned, ownedByAnother, failed };
+    enum class Answer { taken, none, ownerGone };
 
     Claim claim();
-    bool handOver(Wish wish);
+    Answer handOver(Wish wish);
+    void openItself();
     void receive(Request request);
 
     QDBusConnection m_bus;
     Start m_start;
+    std::chrono::milliseconds m_answerTime;
     ApplicationInterface m_interface;
     std::function<void(Request const&)> m_requested;
     std::vector<Request> m_kept;

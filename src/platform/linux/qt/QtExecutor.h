@@ -25,6 +25,10 @@ public:
     Registration runDetached(Work work) override;
     void letGo(Action owner) override;
 
+    // Ends the workers before the end of this object, without waiting for them longer than `patience`: one may wait for
+    // a drive that does not answer. False when one still runs; the process has to end then without destroying anything.
+    bool stopWorkers(std::chrono::milliseconds patience) { return m_workers.stop(patience); }
+
 private:
     class Timers;
     struct Task;

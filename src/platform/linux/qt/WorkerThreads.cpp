@@ -18,6 +18,21 @@ WorkerThreads::~WorkerThreads()
 
 void WorkerThreads::stop()
 {
+    end();
+    for (auto& thread : m_threads)
+        thread.join();
+    m_threads.clear();
+}
+
+bool WorkerThreads::stop(std::chrono::milliseconds patience)
+{
+    end();
+    std::unique_lock lock(m_mutex);
+    return m_threadEnded.wait_for(lock, patience, [this] { return m_living == 0; });
+}
+
+void WorkerThreads::end()
+{
     std::deque<Job> dropped;
     {
         std::lock_guard const lock(m_mutex);
@@ -25,9 +40,6 @@ void WorkerThreads::stop()
         dropped.swap(m_jobs);
     }
     m_wake.notify_all();
-    for (auto& thread : m_threads)
-        thread.join();
-    m_threads.clear();
 }
 
 void WorkerThreads::start(Job job)
@@ -57,12 +69,13 @@ void WorkerThreads::addThread()
 void WorkerThreads::runJobs()
 {
     std::unique_lock lock(m_mutex);
+    ++m_living;
     while (true) {
         ++m_idle;
         m_wake.wait(lock, [this] { return m_ends || !m_jobs.empty(); });
         --m_idle;
         if (m_ends)
-            return;
+            break;
         auto job = std::move(m_jobs.front());
         m_jobs.pop_front();
         lock.unlock();
@@ -70,6 +83,8 @@ void WorkerThreads::runJobs()
         job = nullptr;
         lock.lock();
     }
+    --m_living;
+    m_threadEnded.notify_one();
 }
 
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
@@ -29,15 +30,21 @@ public:
     // Waits for the jobs that run, and drops those that have not begun, as the end of this object does.
     void stop();
 
+    // The same, but waits no longer than `patience`: false when a job still runs then.
+    bool stop(std::chrono::milliseconds patience);
+
 private:
     void runJobs();
     void addThread();
+    void end();
 
     std::size_t m_most;
     std::mutex m_mutex;
     std::condition_variable m_wake;
+    std::condition_variable m_threadEnded;
     std::deque<Job> m_jobs;
     std::size_t m_idle = 0;
+    std::size_t m_living = 0; // threads that still take jobs or run one
     bool m_ends = false;
     std::vector<std::thread> m_threads; // the owner's thread only
 };
