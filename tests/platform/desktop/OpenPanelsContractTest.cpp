@@ -9,10 +9,14 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileSystemModel>
+#include <QInputDialog>
 #include <QLabel>
 #include <QListView>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QToolButton>
 
 namespace Quillory {
 namespace {
@@ -136,6 +140,27 @@ TEST_F(QtOpenPanelTest, The_texts_stand_on_the_dialog_which_blocks_its_window_al
     EXPECT_FALSE(panels.canAttachTo(hidden.winId()));
 }
 
+TEST_F(QtOpenPanelTest, Folders_can_be_made_and_nothing_else_of_the_disk_changed)
+{
+    auto const panel = panels.openPanel();
+    auto settings = folderSettings();
+    settings.directoryURL = folder.path();
+    panel->beginSheetModal(window(), settings, [](Response) { });
+    // Without it the keys and the menu of the toolkit's dialog delete and rename, and drags move.
+    ASSERT_TRUE(dialog()->findChild<QFileSystemModel*>()->isReadOnly());
+    for (auto const& [name, isMade] : { std::pair(u"../new"_s, false), std::pair(u"new"_s, true) }) {
+        dialog()->findChild<QToolButton*>(u"makeFolder"_s)->click();
+        auto* const question = dialog()->findChild<QInputDialog*>();
+        ASSERT_TRUE(question);
+        question->setTextValue(name);
+        question->accept();
+        EXPECT_EQ(dialog()->findChild<QMessageBox*>() == nullptr, isMade);
+        qDeleteAll(dialog()->findChildren<QDialog*>());
+    }
+    EXPECT_EQ(dialog()->selectedFiles(), QStringList { folder.filePath(u"new"_s) });
+    EXPECT_TRUE(QFileInfo::exists(folder.filePath(u"new"_s)));
+}
+
 TEST_F(QtOpenPanelTest, The_chooser_of_applications_shows_their_entries_alone)
 {
     for (auto const* name : { "a.desktop", "b.txt", "c.desktop" })
@@ -149,6 +174,7 @@ TEST_F(QtOpenPanelTest, The_chooser_of_applications_shows_their_entries_alone)
     auto const* const list = dialog()->findChild<QListView*>(u"listView"_s);
     ASSERT_TRUE(list);
     EXPECT_TRUE(loop.runUntil([&] { return list->model()->rowCount(list->rootIndex()) == 2; }));
+    EXPECT_FALSE(dialog()->findChild<QToolButton*>(u"makeFolder"_s));
     EXPECT_TRUE(QFileInfo::exists(panels.applicationsFolder()));
 }
 

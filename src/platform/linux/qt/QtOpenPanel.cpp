@@ -1,10 +1,14 @@
 #include "platform/linux/qt/QtOpenPanel.h"
 
+#include <QAction>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QGridLayout>
+#include <QInputDialog>
 #include <QLabel>
+#include <QMessageBox>
 #include <QStandardPaths>
+#include <QToolButton>
 #include <QUrl>
 
 #include <utility>
@@ -48,6 +52,62 @@ void restrictToApplications(QFileDialog& dialog)
     dialog.setSidebarUrls(places);
 }
 
+void refuse(QFileDialog& dialog, QString const& sentence)
+{
+    auto* const box = new QMessageBox(QMessageBox::Warning, dialog.windowTitle(), sentence, QMessageBox::Ok, &dialog);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void makeFolder(QFileDialog& dialog, QString const& name)
+{
+    auto const folder = dialog.directory();
+    auto const path = folder.filePath(name);
+    bool const isName = !name.isEmpty() && !name.contains(u'/');
+    if (isName && folder.mkdir(name))
+        dialog.selectFile(path);
+    else
+        refuse(dialog, QFileDialog::tr("The folder \"%1\" can't be made here.").arg(name));
+}
+
+void askForNewFolder(QFileDialog& dialog)
+{
+    auto* const question = new QInputDialog(&dialog);
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->setWindowTitle(QFileDialog::tr("New Folder"));
+    question->setLabelText(QFileDialog::tr("Name of the new folder:"));
+    QObject::connect(question, &QInputDialog::textValueSelected, &dialog,
+        [&dialog](QString const& name) { makeFolder(dialog, name); });
+    question->open();
+}
+
+// A read-only dialog makes no folders: a button of ours stands in the place of its own.
+void offerNewFolders(QFileDialog& dialog)
+{
+    auto* const original = dialog.findChild<QToolButton*>(QStringLiteral("newFolderButton"));
+    if (!original)
+        return;
+    auto* const button = new QToolButton(original->parentWidget());
+    button->setObjectName(QStringLiteral("makeFolder"));
+    button->setIcon(original->icon());
+    button->setToolTip(original->toolTip());
+    button->setAccessibleName(original->accessibleName());
+    button->setAutoRaise(original->autoRaise());
+    QObject::connect(button, &QToolButton::clicked, &dialog, [&dialog] { askForNewFolder(dialog); });
+    delete dialog.layout()->replaceWidget(original, button);
+    original->hide(); // and with it its entry in the menu
+    QWidget::setTabOrder(original, button);
+}
+
+// What a read-only dialog would show greyed.
+void hideChangesOfFiles(QFileDialog const& dialog)
+{
+    for (auto const* name : { "qt_rename_action", "qt_delete_action" }) {
+        if (auto* const action = dialog.findChild<QAction*>(QLatin1StringView(name)))
+            action->setVisible(false);
+    }
+}
+
 void apply(OpenPanelSettings const& settings, QFileDialog& dialog)
 {
     if (settings.canChooseDirectories && !settings.canChooseFiles)
@@ -55,8 +115,9 @@ void apply(OpenPanelSettings const& settings, QFileDialog& dialog)
     else
         dialog.setFileMode(settings.allowsMultipleSelection ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
     dialog.setOption(QFileDialog::ShowDirsOnly, settings.canChooseDirectories && !settings.canChooseFiles);
-    // The choice of a name is harmless: what can't be created can't be changed either.
-    dialog.setOption(QFileDialog::ReadOnly, !settings.canCreateDirectories);
+    // The toolkit's own dialog deletes, renames and moves folders.
+    dialog.setOption(QFileDialog::ReadOnly);
+    hideChangesOfFiles(dialog);
     if (settings.directoryURL)
         dialog.setDirectory(*settings.directoryURL);
     if (settings.allowedContentType == OpenPanelSettings::ContentType::application)
@@ -64,6 +125,8 @@ void apply(OpenPanelSettings const& settings, QFileDialog& dialog)
     dialog.setWindowTitle(settings.prompt);
     dialog.setLabelText(QFileDialog::Accept, settings.prompt);
     addMessage(dialog, settings.message);
+    if (settings.canCreateDirectories)
+        offerNewFolders(dialog);
 }
 
 }
