@@ -41,6 +41,8 @@ public:
         });
     }
 
+    void lookAgain() override { m_events.lookAgain(); }
+
     Nanoseconds told {};
 
 private:

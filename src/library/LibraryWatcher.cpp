@@ -12,23 +12,29 @@ LibraryWatcher::LibraryWatcher(FileEvents& events, QString const& folder, std::f
 
 void LibraryWatcher::follow(QStringList const& foldersBelow)
 {
-    if (!hasStream())
+    if (!m_changed)
         return;
+    m_events.lookAgain();
     std::erase_if(m_streamsBelow, [&](auto const& stream) { return !foldersBelow.contains(stream.first); });
-    bool isAnyNew = false;
-    for (auto const& folder : foldersBelow) {
-        auto& stream = m_streamsBelow[folder];
-        if (stream.isActive())
-            continue;
-        stream = m_events.watch(m_folder + u'/' + folder, latency, m_changed);
-        isAnyNew = isAnyNew || stream.isActive();
-    }
+    bool isAnyNew = watch(m_stream, m_folder);
+    for (auto const& folder : foldersBelow)
+        isAnyNew = watch(m_streamsBelow[folder], m_folder + u'/' + folder) || isAnyNew;
     if (isAnyNew)
         m_changed();
 }
 
+// True when a stream came about.
+bool LibraryWatcher::watch(Registration& stream, QString const& folder) const
+{
+    if (stream.isActive())
+        return false;
+    stream = m_events.watch(folder, latency, m_changed);
+    return stream.isActive();
+}
+
 void LibraryWatcher::stop()
 {
+    m_changed = nullptr;
     m_stream.end();
     m_streamsBelow.clear();
 }

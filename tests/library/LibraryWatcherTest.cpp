@@ -56,7 +56,7 @@ TEST_F(LibraryWatcherTest, Folders_are_watched_as_long_as_sheets_take_pictures_f
     EXPECT_THAT(events.watchedFolders(), ElementsAre(u"/other"_s));
 }
 
-TEST_F(LibraryWatcherTest, Where_no_events_can_be_had_refreshing_still_works)
+TEST_F(LibraryWatcherTest, Where_no_events_can_be_had_refreshing_still_works_and_asks_for_them_again)
 {
     events.setAvailable(false);
     files.write(folder, "a.md", "![x](pics/a.png)");
@@ -65,6 +65,13 @@ TEST_F(LibraryWatcherTest, Where_no_events_can_be_had_refreshing_still_works)
     files.write(folder, "b.md", "# B");
     EXPECT_EQ(loadsAfter([&] { store.refresh(); }), 1);
     EXPECT_EQ(store.sheets.value().size(), 2);
+
+    events.setAvailable(true);
+    loadsAfter([&] { store.refresh(); });
+    EXPECT_EQ(loadsAfter([&] { events.fire(folder); }), 1);
+    events.endUnnoticed(folder);
+    EXPECT_EQ(loadsAfter([&] { store.refresh(); }), 2) << "something may have come before the watch did";
+    EXPECT_EQ(loadsAfter([&] { events.fire(folder); }), 1);
 }
 
 }

@@ -211,6 +211,19 @@ TEST_F(InotifyFileEventsTest, The_path_is_followed_when_its_folder_goes_and_anot
     close(scope);
 }
 
+TEST_F(InotifyFileEventsTest, A_folder_that_went_with_its_parent_is_found_again)
+{
+    shell("mkdir -p up/library");
+    int calls = 0;
+    auto const registration = events.watch(root.filePath(QStringLiteral("up/library")), 1ms, [&] { ++calls; });
+    for (auto const* script : { "mv up away", "mkdir -p up/library", ": > up/library/x.md", "rm -r up" }) {
+        auto const before = calls;
+        shell(script);
+        events.lookAgain(); // as after each load
+        ASSERT_TRUE(runUntil([&] { return calls > before; })) << "not told of: " << script;
+    }
+}
+
 TEST_F(InotifyFileEventsTest, The_folder_that_was_moved_away_is_not_listened_to_any_more)
 {
     int calls = 0, other = 0;

@@ -23,13 +23,28 @@ public:
     void fire(QString const& folder)
     {
         for (auto const& watch : m_watches) {
-            if (watch->folder != folder || watch->delivery.isActive())
+            if (watch->folder != folder || watch->isDead || watch->delivery.isActive())
                 continue;
             watch->delivery = m_executor.after(watch->latency, [owner = std::weak_ptr(watch)] {
                 auto const living = owner.lock();
                 living->delivery.end();
                 living->changed();
             });
+        }
+    }
+
+    // The drive goes away: the folder's watches hear nothing until they are looked at again.
+    void endUnnoticed(QString const& folder)
+    {
+        for (auto const& watch : m_watches)
+            watch->isDead = watch->isDead || watch->folder == folder;
+    }
+
+    void lookAgain() override
+    {
+        for (auto const& watch : m_watches) {
+            if (std::exchange(watch->isDead, false))
+                fire(watch->folder);
         }
     }
 
@@ -66,6 +81,7 @@ private:
         std::chrono::nanoseconds latency;
         std::function<void()> changed;
         Registration delivery;
+        bool isDead = false;
     };
 
     Executor& m_executor;

@@ -1,5 +1,6 @@
 #include "platform/linux/files/InotifyFileEvents.h"
 
+#include "platform/linux/files/BoundedCall.h"
 #include "platform/linux/files/FileDescriptor.h"
 
 #include <QDir>
@@ -12,6 +13,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -25,8 +27,12 @@ namespace {
 constexpr std::uint32_t folderEvents = IN_CREATE | IN_CLOSE_WRITE | IN_MODIFY | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE
     | IN_ATTRIB | IN_DELETE_SELF | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
 
-// A folder that somebody holds open, as our own scope does, tells nothing of its removal: its parent does.
-constexpr std::uint32_t parentEvents = IN_CREATE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE | IN_ONLYDIR | IN_MASK_ADD;
+// A folder that somebody holds open tells nothing of its removal: its parent does.
+constexpr std::uint32_t parentEvents = IN_CREATE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE | IN_DELETE_SELF
+    | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
+
+// What stands at the path of a folder that tells one of these is another folder, or none.
+constexpr std::uint32_t endEvents = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT;
 
 struct Event {
     int descriptor = -1;
@@ -71,7 +77,7 @@ public:
         if (!isOpen())
             return nullptr;
         auto watch = std::make_shared<Watch>(folder, latency, std::move(changed));
-        followPath(*watch);
+        followPaths({ watch });
         if (watch->folderWatch < 0) {
             letGo(watch->parentWatch);
             return nullptr;
@@ -88,16 +94,28 @@ public:
         letGo(watch->parentWatch);
     }
 
+    // Tells of the watches whose folder is another one, has gone or is back.
+    void lookAgain()
+    {
+        if (m_inotify->isOpen())
+            followPaths(m_watches);
+    }
+
 private:
+    struct Numbers {
+        int parent = -1;
+        int folder = -1;
+    };
+
     // Made with the first watch, and tried again with each: there are few instances for a user.
     bool isOpen()
     {
-        if (m_inotify.isOpen())
+        if (m_inotify->isOpen())
             return true;
-        m_inotify = FileDescriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
-        if (!m_inotify.isOpen())
+        *m_inotify = FileDescriptor(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+        if (!m_inotify->isOpen())
             return false;
-        m_notifier = std::make_unique<QSocketNotifier>(m_inotify.number(), QSocketNotifier::Read);
+        m_notifier = std::make_unique<QSocketNotifier>(m_inotify->number(), QSocketNotifier::Read);
         QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(), [this] { handleEvents(); });
         return true;
     }
@@ -108,14 +126,14 @@ private:
             [&](auto const& watch) { return watch->folderWatch == descriptor || watch->parentWatch == descriptor; });
         // Fails with EINVAL for a folder that is gone and took its watch along.
         if (descriptor >= 0 && !isUsed)
-            inotify_rm_watch(m_inotify.number(), descriptor);
+            inotify_rm_watch(m_inotify->number(), descriptor);
     }
 
     void handleEvents()
     {
         alignas(inotify_event) std::array<char, 16384> buffer;
         while (true) {
-            auto const length = read(m_inotify.number(), buffer.data(), buffer.size());
+            auto const length = read(m_inotify->number(), buffer.data(), buffer.size());
             if (length < 0 && errno == EINTR)
                 continue;
             if (length <= 0)
@@ -133,40 +151,79 @@ private:
     {
         // After an overflow anything may have happened, to the folders themselves too.
         bool const isOverflow = (event.mask & IN_Q_OVERFLOW) != 0;
+        std::vector<std::shared_ptr<Watch>> moved;
         for (auto const& watch : m_watches) {
-            bool const isOfPath = watch->parentWatch == event.descriptor && event.name == watch->name;
-            if (isOfPath)
-                followPathsBelow(watch->path);
-            if (isOfPath || isOverflow)
-                followPath(*watch);
-            if (isOfPath || isOverflow || watch->folderWatch == event.descriptor)
+            bool const isMoved = isOverflow || tellsOfPath(event, *watch);
+            if (isMoved)
+                addWithThoseBelow(watch, moved);
+            if (isMoved || watch->folderWatch == event.descriptor)
                 notice(watch);
+        }
+        followPaths(moved);
+    }
+
+    // Nothing else tells of those below: a folder that goes takes the watch of its parent's names along.
+    void addWithThoseBelow(std::shared_ptr<Watch> const& watch, std::vector<std::shared_ptr<Watch>>& all) const
+    {
+        all.push_back(watch);
+        for (auto const& other : m_watches) {
+            if (other->path.startsWith(watch->path + '/'))
+                all.push_back(other);
         }
     }
 
-    // The folder that stands at the path now may be another one, and so may its parent.
-    void followPath(Watch& watch)
+    // Whether the path may lead elsewhere, or nowhere, from now on.
+    static bool tellsOfPath(Event const& event, Watch const& watch)
     {
-        // The parent first, so that it tells of a folder that comes meanwhile.
-        auto const parent = std::exchange(
-            watch.parentWatch, inotify_add_watch(m_inotify.number(), watch.parentPath.constData(), parentEvents));
-        auto const folder = std::exchange(
-            watch.folderWatch, inotify_add_watch(m_inotify.number(), watch.path.constData(), folderEvents));
-        letGo(parent);
-        letGo(folder);
+        bool const isEnd = (event.mask & endEvents) != 0;
+        if (watch.parentWatch == event.descriptor)
+            return isEnd || event.name == watch.name;
+        return watch.folderWatch == event.descriptor && isEnd;
     }
 
-    // Nothing else tells of them: a folder that goes takes the watch of its parent's names along.
-    void followPathsBelow(QByteArray const& path)
+    // The folders that stand at the paths now may be others, and so may their parents. Tells of those that have changed:
+    // what came of the old ones before is not understood any more.
+    void followPaths(std::vector<std::shared_ptr<Watch>> const& watches)
     {
-        for (auto const& watch : m_watches) {
-            if (!watch->path.startsWith(path + '/'))
-                continue;
-            auto const before = watch->folderWatch;
-            followPath(*watch);
-            if (watch->folderWatch != before)
-                notice(watch);
+        auto const numbers = watches.empty() ? std::nullopt : askForNumbers(watches);
+        if (!numbers)
+            return;
+        std::vector<int> old;
+        for (std::size_t index = 0; index < watches.size(); ++index) {
+            auto& watch = *watches[index];
+            auto const [parent, folder] = (*numbers)[index];
+            old.push_back(std::exchange(watch.parentWatch, parent));
+            old.push_back(std::exchange(watch.folderWatch, folder));
+            bool const isKnown = std::ranges::find(m_watches, watches[index]) != m_watches.end();
+            if (folder != old.back() && isKnown)
+                notice(watches[index]);
         }
+        std::ranges::for_each(old, [this](int number) { letGo(number); });
+    }
+
+    // Absent while a drive does not answer; then all stays as it is, and no other question is put to it.
+    std::optional<std::vector<Numbers>> askForNumbers(std::vector<std::shared_ptr<Watch>> const& watches)
+    {
+        if (!m_question.expired())
+            return std::nullopt;
+        std::vector<std::pair<QByteArray, QByteArray>> paths;
+        for (auto const& watch : watches)
+            paths.emplace_back(watch->parentPath, watch->path);
+        auto question = std::make_shared<char>();
+        m_question = question;
+        auto ask = [paths = std::move(paths), inotify = m_inotify, question = std::move(question)] {
+            std::vector<Numbers> numbers;
+            for (auto const& [parent, folder] : paths) {
+                // The parent first, so that it tells of a folder that comes meanwhile.
+                auto const ofParent = inotify_add_watch(inotify->number(), parent.constData(), parentEvents);
+                numbers.push_back({ ofParent, inotify_add_watch(inotify->number(), folder.constData(), folderEvents) });
+            }
+            return numbers;
+        };
+        auto numbers = resultWithin(driveAnswerTime, std::move(ask));
+        if (numbers)
+            m_question.reset();
+        return numbers;
     }
 
     // One call per latency; what comes while it is awaited is told by it.
@@ -183,7 +240,8 @@ private:
     }
 
     Executor& m_executor;
-    FileDescriptor m_inotify;
+    std::shared_ptr<FileDescriptor> m_inotify = std::make_shared<FileDescriptor>(); // shared with late answers
+    std::weak_ptr<char> m_question; // lives until it is answered
     std::unique_ptr<QSocketNotifier> m_notifier;
     std::vector<std::shared_ptr<Watch>> m_watches;
 };
@@ -205,6 +263,11 @@ Registration InotifyFileEvents::watch(
         if (auto const living = instance.lock())
             living->remove(watch);
     });
+}
+
+void InotifyFileEvents::lookAgain()
+{
+    m_instance->lookAgain();
 }
 
 }

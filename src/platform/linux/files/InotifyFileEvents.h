@@ -16,6 +16,7 @@ public:
     ~InotifyFileEvents() override;
 
     Registration watch(QString const& folder, std::chrono::nanoseconds latency, std::function<void()> changed) override;
+    void lookAgain() override;
 
 private:
     class Instance;
