@@ -87,22 +87,44 @@ LibraryStore::LibraryStore(Services services, RestoreFolder restore)
     learningModeEnabled.setValue(services.defaults.get<bool>(learningModeKey()).value_or(false));
     selectedID.setValue(services.defaults.get<QString>(lastSheetKey()));
     textSize.setValue(storedTextSize(services.defaults));
-    if (restore == RestoreFolder::no)
-        return;
+    if (restore == RestoreFolder::yes)
+        restoreFolder();
+    m_troubleObservation = services.defaults.observeTrouble([this](auto const& trouble) { sayTrouble(trouble); });
+}
+
+void LibraryStore::restoreFolder()
+{
     auto const restored = m_access.restore();
     if (!restored)
-        message = translated("Folder access needs to be restored. Choose the folder again.");
+        say(translated("Folder access needs to be restored. Choose the folder again."));
     else if (*restored)
         connect(**restored);
+}
+
+void LibraryStore::say(QString const& sentence, Speaker speaker)
+{
+    m_speaker = speaker;
+    message = sentence;
+}
+
+void LibraryStore::sayTrouble(UserDefaults::Trouble const& trouble)
+{
+    using enum UserDefaults::Trouble::Kind;
+    switch (trouble.kind) {
+    case setAside:
+        return say(translated("The settings file was damaged and has been set aside as %1.").arg(trouble.file));
+    case unreadable:
+        return say(translated("The settings could not be read from %1: %2").arg(trouble.file, trouble.description));
+    case unwritable:
+        return say(translated("The settings could not be written to %1: %2").arg(trouble.file, trouble.description));
+    }
 }
 
 void LibraryStore::connect(QString const& newFolder)
 {
     if (m_watcher)
         m_watcher->stop();
-    m_reloadTask.end();
-    m_installTask.end();
-    busy.setValue(false);
+    stopLoading();
     generation.setValue(generation + 1);
     folder.setValue(newFolder);
     setSheets({});
@@ -118,9 +140,22 @@ void LibraryStore::reload(Debounced debounced)
 {
     if (!folder.value())
         return;
-    auto const loadGeneration = generation.value();
     auto const pause = debounced == Debounced::yes ? reloadDebounce : std::chrono::milliseconds::zero();
-    m_reloadTask = m_services.executor.after(pause, [this, loadGeneration] { startLoad(loadGeneration); });
+    auto const due = m_services.executor.now() + pause;
+    // The earlier one stays: what is written without pause must not put the load off without end.
+    if (m_reloadTask.isActive() && m_reloadDue <= due)
+        return;
+    m_reloadDue = due;
+    m_reloadTask = m_services.executor.after(pause, [this] { startLoad(); });
+}
+
+void LibraryStore::stopLoading()
+{
+    m_reloadTask.end();
+    m_loadTask.end();
+    m_loading = Loading::none;
+    m_installTask.end();
+    busy.setValue(false);
 }
 
 LibraryInstallation::Load LibraryStore::loading() const
@@ -135,30 +170,47 @@ LibraryInstallation::Load LibraryStore::loading() const
     };
 }
 
-void LibraryStore::startLoad(int loadGeneration)
+void LibraryStore::startLoad()
 {
+    m_reloadTask.end();
+    if (m_loading != Loading::none) {
+        m_loading = Loading::runningAndOutdated;
+        return;
+    }
+    m_loading = Loading::running;
     busy.setValue(true);
-    m_reloadTask = m_services.executor.detach(
-        loading(), [this, loadGeneration](auto loaded) { finishLoad(std::move(loaded), loadGeneration); });
+    m_loadTask = m_services.executor.detach(loading(),
+        [this, loadGeneration = generation.value()](auto loaded) { finishLoad(std::move(loaded), loadGeneration); });
 }
 
 void LibraryStore::finishLoad(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration)
 {
-    if (loadGeneration != generation)
+    auto const wasOutdated = std::exchange(m_loading, Loading::none) == Loading::runningAndOutdated;
+    if (!takeLoaded(std::move(loaded), loadGeneration))
         return;
-    if (!loaded) {
-        message = translated("Could not read the folder. Choose it again or refresh. ")
-            + loaded.error().localizedDescription();
+    if (wasOutdated)
+        startLoad();
+    else
         busy.setValue(false);
-        return;
+}
+
+// False when an observer has connected another folder meanwhile.
+bool LibraryStore::takeLoaded(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration)
+{
+    if (!loaded) {
+        say(translated("Could not read the folder. Choose it again or refresh. ")
+                + loaded.error().localizedDescription(),
+            Speaker::load);
+        return true;
     }
     applyLoadedSheets(std::move(loaded->sheets), loadGeneration);
     if (loadGeneration != generation)
-        return; // an observer has connected another folder
-    message = std::nullopt;
-    busy.setValue(false);
+        return false;
+    if (m_speaker == Speaker::load)
+        message = std::nullopt;
     if (m_watcher)
         m_watcher->follow(loaded->pictureFolders);
+    return true;
 }
 
 void LibraryStore::applyLoadedSheets(QList<Sheet> loaded, int loadGeneration)
@@ -306,9 +358,7 @@ void LibraryStore::shutdown()
 {
     if (auto const panel = filePanel.value())
         panel->cancel();
-    m_reloadTask.end();
-    m_installTask.end();
-    busy.setValue(false);
+    stopLoading();
     if (m_watcher)
         m_watcher->stop();
     m_access.release();

@@ -22,6 +22,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <list>
@@ -56,6 +57,8 @@ public:
 
     static constexpr std::chrono::milliseconds reloadDebounce { 150 };
     static constexpr std::chrono::milliseconds copyFeedbackTime { 1500 };
+    // A launcher may end with its editor: an answer that comes later than this says nothing about the start.
+    static constexpr std::chrono::seconds launchAnswerTime { 5 };
     static constexpr double defaultTextSize = 16;
     static constexpr double minimumTextSize = 11;
     static constexpr double maximumTextSize = 32;
@@ -71,7 +74,8 @@ public:
     // is absent, hidden or has a dialog already. Without `panel` a new one is made.
     void chooseFolder(std::optional<std::uint64_t> window, std::unique_ptr<OpenPanel> panel = nullptr);
 
-    // Reads the folder again: at once, or after a pause in which a further call takes this one's place.
+    // Reads the folder again: at once, or after a pause in which further calls add nothing. While a load runs, one more
+    // follows it.
     void reload(Debounced debounced = Debounced::no);
     void refresh() { reload(); }
 
@@ -148,6 +152,11 @@ public:
     std::function<void()> filePickerWillPresent;
 
 private:
+    // Who put `message` there. A load that succeeds clears what a load said and nothing else.
+    enum class Speaker { load, other };
+    // A change that comes while a load runs may be missing from it.
+    enum class Loading { none, running, runningAndOutdated };
+
     struct SheetFile {
         QString name;
         QString path;
@@ -156,8 +165,13 @@ private:
 
     // A load of the folder as it is now, for a worker.
     LibraryInstallation::Load loading() const;
-    void startLoad(int loadGeneration);
+    void startLoad();
     void finishLoad(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration);
+    bool takeLoaded(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration);
+    void stopLoading();
+    void restoreFolder();
+    void say(QString const& sentence, Speaker speaker = Speaker::other);
+    void sayTrouble(UserDefaults::Trouble const& trouble);
     void finishInstallation(LibraryInstallation::Outcome outcome, int installGeneration);
     void setSheets(QList<Sheet> newSheets);
     void setSelectedID(std::optional<QString> const& id);
@@ -175,9 +189,14 @@ private:
     Services m_services;
     FolderAccess m_access;
     std::optional<LibraryWatcher> m_watcher;
-    Registration m_reloadTask;
+    Registration m_reloadTask; // the wait for a load
+    std::chrono::nanoseconds m_reloadDue {};
+    Registration m_loadTask;
+    Loading m_loading = Loading::none;
+    Speaker m_speaker = Speaker::other;
     Registration m_installTask;
     std::list<Registration> m_copyFeedbackTasks;
+    Registration m_troubleObservation;
     std::shared_ptr<void> m_lifetime = std::make_shared<char>(); // for answers that come after this object's end
 };
 

@@ -71,7 +71,7 @@ void LibraryStore::chooseFolder(std::optional<std::uint64_t> window, std::unique
 void LibraryStore::takeFolder(QString const& chosen)
 {
     if (auto const remembered = m_access.remember(chosen); !remembered) {
-        message = translated("Could not remember folder access: ") + remembered.error().localizedDescription();
+        say(translated("Could not remember folder access: ") + remembered.error().localizedDescription());
         return;
     }
     connect(m_access.url().value_or(chosen));
@@ -90,13 +90,14 @@ std::optional<LibraryStore::SheetFile> LibraryStore::fileOfSheet(std::optional<Q
     return SheetFile { sheet->id, base + separator + sheet->id };
 }
 
-// What is said of a failure when it comes, unless another folder is connected by then.
+// What is said of a failure when it comes in time, unless another folder is connected by then.
 FileOpener::Done LibraryStore::reportingFailure(std::function<QString(FileOpener::Failure const&)> sentence)
 {
-    return [this, alive = std::weak_ptr(m_lifetime), started = generation.value(), sentence = std::move(sentence)](
-               std::expected<void, FileOpener::Failure> const& opened) {
-        if (!opened && !alive.expired() && generation == started)
-            message = sentence(opened.error());
+    return [this, alive = std::weak_ptr(m_lifetime), started = generation.value(),
+               deadline = m_services.executor.now() + launchAnswerTime,
+               sentence = std::move(sentence)](std::expected<void, FileOpener::Failure> const& opened) {
+        if (!opened && !alive.expired() && generation == started && m_services.executor.now() <= deadline)
+            say(sentence(opened.error()));
     };
 }
 

@@ -42,7 +42,7 @@ void LibraryStore::finishInstallation(LibraryInstallation::Outcome outcome, int 
         applyLoadedSheets(std::move(outcome.library->sheets), installGeneration);
     if (installGeneration != generation)
         return; // an observer has connected another folder
-    message = outcome.message();
+    say(outcome.message());
     busy.setValue(false);
     m_installTask.end();
     if (m_watcher && outcome.library)

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "platform/Registration.h"
+
 #include <QByteArray>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <variant>
 
@@ -16,11 +19,23 @@ class UserDefaults {
 public:
     using Value = std::variant<bool, double, QString, QByteArray, QJsonArray, QJsonObject>;
 
+    // What went wrong with the file that they are kept in.
+    struct Trouble {
+        enum class Kind { setAside, unreadable, unwritable };
+        Kind kind = Kind::unwritable;
+        QString file; // the one that was set aside, or could not be used
+        QString description {}; // the system's, in the user's language; none of a damaged file
+        bool operator==(Trouble const&) const = default;
+    };
+
     virtual ~UserDefaults() = default;
 
     virtual std::optional<Value> value(QString const& key) const = 0;
     virtual void setValue(QString const& key, Value value) = 0;
     virtual void removeValue(QString const& key) = 0;
+
+    // Calls `told` of each trouble once, until it is over; of the latest that came before at once.
+    virtual Registration observeTrouble(std::function<void(Trouble const&)> told) = 0;
 
     // The value under `key`, absent when there is none or it is of another type.
     template<typename Type>

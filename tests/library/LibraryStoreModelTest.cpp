@@ -21,7 +21,8 @@ QString const unreadable = u"Could not read the folder. Choose it again or refre
     + SystemError(ENOENT).localizedDescription();
 
 // What a store must show, worked out from the rules alone: of loads and of installations there is one task each at most,
-// both of the latest generation, only their own outcomes count, and the last outcome has the word.
+// both of the latest generation, only their own outcomes count, and the last outcome has the word. A load that runs is
+// let finish, and one more follows when it was asked for meanwhile. A load clears only what a load said.
 struct Model {
     using Folder = std::map<QString, QString>; // id to title
     enum class Kind { load, installation };
@@ -45,6 +46,9 @@ struct Model {
     bool busy = false;
     bool isWatching = false;
     std::optional<QString> message;
+    bool isLoadsMessage = false;
+    bool isLoading = false;
+    bool isOutdated = false;
     Folder sheets;
     std::optional<QString> selected;
 
@@ -67,6 +71,7 @@ struct Model {
         delivery.reset();
         start.reset();
         current = { { Kind::load, 0 }, { Kind::installation, 0 } };
+        isLoading = isOutdated = false;
         busy = false;
     }
 
@@ -85,8 +90,19 @@ struct Model {
     {
         if (!folder)
             return;
+        if (!start || now + pause < start->due)
+            start = timer(pause);
+    }
+
+    void load()
+    {
+        start.reset(); // this one sees what that would have
+        isOutdated = std::exchange(isLoading, true);
+        if (isOutdated)
+            return;
+        busy = true;
         current[Kind::load] = ++tasks;
-        start = timer(pause);
+        queued.push_back({ Kind::load, tasks, *folder });
     }
 
     void install(QStringList const& names)
@@ -115,12 +131,7 @@ struct Model {
                 break;
             now = next->due;
             next.reset();
-            if (isDelivery) {
-                reload(LibraryStore::reloadDebounce);
-            } else {
-                busy = true;
-                queued.push_back({ Kind::load, current[Kind::load], *folder });
-            }
+            isDelivery ? reload(LibraryStore::reloadDebounce) : load();
         }
         now = end;
     }
@@ -164,11 +175,17 @@ struct Model {
             return;
         }
         ++outcomes[(isLoad ? u"load"_s : u"installation"_s) + (job.found ? u""_s : u" failed"_s)];
-        if (!isLoad)
-            message = job.lines.join(u'\n');
-        else
-            message = job.found ? std::nullopt : std::optional(unreadable);
+        if (!isLoad || !job.found) {
+            message = isLoad ? unreadable : job.lines.join(u'\n');
+            isLoadsMessage = isLoad;
+        } else if (isLoadsMessage) {
+            message.reset();
+        }
         busy = false;
+        if (isLoad)
+            isLoading = false;
+        if (isLoad && std::exchange(isOutdated, false))
+            load();
         if (!job.found)
             return;
         sheets = *job.found;

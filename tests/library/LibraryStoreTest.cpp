@@ -269,6 +269,13 @@ TEST_F(LibraryStoreTest, Files_are_handed_out_and_a_refusal_is_told_in_its_own_l
     EXPECT_EQ(opener.calls.last(), u"open /library/c.md with /applications/vim.desktop"_s);
     opener.answer(std::unexpected(FileOpener::Failure { u"No such program"_s }));
     EXPECT_EQ(store->message.value(), u"Could not open c.md: No such program"_s);
+    saveAndFollow("a.md", "# A again"); // a load that succeeds clears only what a load said
+    EXPECT_EQ(store->message.value(), u"Could not open c.md: No such program"_s);
+    store->message = std::nullopt;
+    store->openSheet(u"a.md"_s);
+    services.executor.advance(LibraryStore::launchAnswerTime + 1ms);
+    opener.answer(std::unexpected(FileOpener::Failure { u"the editor has ended"_s }));
+    EXPECT_EQ(store->message.value(), std::nullopt);
     chooseApplication();
     store->openSheet(u"a.md"_s);
     connect(u"/other"_s);
@@ -349,6 +356,37 @@ TEST_F(LibraryStoreTest, The_last_readable_version_outlives_any_number_of_bad_sa
     saveAndFollow("a.md", "\xFF");
     connect();
     EXPECT_EQ(store->sheets.value()[0].title, u"a"_s);
+}
+
+TEST_F(LibraryStoreTest, A_file_that_is_written_without_pause_holds_nothing_up)
+{
+    connect();
+    services.files.write(folder, "b.md", "# Saved");
+    for (auto time = 0ms; time <= 2 * LibraryStore::reloadDebounce; time += 50ms) {
+        store->reload(LibraryStore::Debounced::yes);
+        services.executor.advance(50ms);
+    }
+    services.executor.runAndFinishWork();
+    EXPECT_THAT(titles(), ElementsAre(u"A"_s, u"Saved"_s, u"C"_s));
+    EXPECT_TRUE(store->busy) << "one more runs";
+    services.executor.runAndFinishWork();
+    EXPECT_FALSE(store->busy);
+}
+
+TEST_F(LibraryStoreTest, What_is_wrong_with_the_settings_is_told_in_a_sentence_with_the_file)
+{
+    using Kind = UserDefaults::Trouble::Kind;
+    for (auto const& [trouble, sentence] : {
+             std::pair(UserDefaults::Trouble { Kind::setAside, u"/x.damaged-1"_s },
+                 u"The settings file was damaged and has been set aside as /x.damaged-1."_s),
+             std::pair(UserDefaults::Trouble { Kind::unreadable, u"/x"_s, u"no"_s },
+                 u"The settings could not be read from /x: no"_s),
+             std::pair(UserDefaults::Trouble { Kind::unwritable, u"/x"_s, u"full"_s },
+                 u"The settings could not be written to /x: full"_s),
+         }) {
+        services.defaults.tell(trouble);
+        EXPECT_EQ(store->message.value(), sentence);
+    }
 }
 
 TEST_F(LibraryStoreTest, Observers_are_told_of_real_changes_only)

@@ -25,6 +25,8 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+using Trouble = UserDefaults::Trouble;
+
 class JsonUserDefaultsTest : public testing::Test {
 protected:
     JsonUserDefaultsTest() { chmod(QFile::encodeName(m_folder.path()).constData(), 0777); }
@@ -32,6 +34,7 @@ protected:
     JsonUserDefaults& start()
     {
         m_defaults.emplace(m_path, m_executor);
+        m_observation = m_defaults->observeTrouble([this](auto const& trouble) { m_troubles.push_back(trouble); });
         return *m_defaults;
     }
     void put(QByteArray const& contents)
@@ -53,6 +56,11 @@ protected:
         return QDir(QFileInfo(m_path).path()).entryList(QDir::Files | QDir::Hidden, QDir::Name);
     }
 
+    Trouble troubleWith(Trouble::Kind kind) const
+    {
+        return { kind, m_path, SystemError(EACCES).localizedDescription() };
+    }
+
     // Time for a write, which then runs and reports.
     void passTime()
     {
@@ -65,7 +73,9 @@ protected:
     QString m_a = QStringLiteral("a");
     QString m_b = QStringLiteral("b");
     ManualExecutor m_executor;
+    std::vector<Trouble> m_troubles;
     std::optional<JsonUserDefaults> m_defaults;
+    Registration m_observation;
 };
 
 TEST_F(JsonUserDefaultsTest, Changes_hold_at_once_and_are_written_together_within_250_ms)
@@ -160,6 +170,7 @@ TEST_F(JsonUserDefaultsTest, A_damaged_file_is_set_aside_under_a_free_name_and_n
         expected << QStringLiteral("defaults.json.damaged-%1").arg(expected.size() + 1);
         auto& defaults = start();
         EXPECT_EQ(defaults.damagedFile(), m_folder.filePath(expected.last()));
+        EXPECT_EQ(m_troubles.back(), (Trouble { Trouble::Kind::setAside, m_folder.filePath(expected.last()) }));
         EXPECT_EQ(defaults.value(m_a), std::nullopt);
         EXPECT_THAT(files(), testing::ElementsAreArray(expected));
         EXPECT_EQ(contentsOf(m_folder.filePath(expected.last())), QByteArray(damage));
@@ -182,6 +193,7 @@ TEST_F(JsonUserDefaultsTest, A_file_that_cannot_be_read_is_not_replaced_and_take
         defaults.setValue(m_b, 2.0);
         passTime();
         EXPECT_EQ(defaults.lastWriteError(), SystemError(EACCES));
+        EXPECT_THAT(m_troubles, ElementsAre(troubleWith(Trouble::Kind::unreadable)));
         EXPECT_EQ(defaults.get<double>(m_b), 2.0);
     }
     EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 }, { m_b, 1 } }));
@@ -199,9 +211,12 @@ TEST_F(JsonUserDefaultsTest, A_write_that_fails_leaves_the_old_file_and_is_tried
     {
         OrdinaryUser const user;
         ASSERT_TRUE(user.holds());
-        m_defaults->setValue(m_a, 2.0);
-        passTime();
-        EXPECT_EQ(m_defaults->lastWriteError(), SystemError(EACCES));
+        for (auto const value : { 2.0, 3.0, 2.0 }) {
+            m_defaults->setValue(m_a, value);
+            passTime();
+            EXPECT_EQ(m_defaults->lastWriteError(), SystemError(EACCES));
+        }
+        EXPECT_THAT(m_troubles, ElementsAre(troubleWith(Trouble::Kind::unwritable))) << "told once";
     }
     EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 } }));
     EXPECT_EQ(m_executor.pendingTimers(), 0U);

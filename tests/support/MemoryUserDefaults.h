@@ -35,6 +35,13 @@ public:
         m_values.remove(key);
     }
 
+    Registration observeTrouble(std::function<void(Trouble const&)> told) override
+    {
+        m_told = std::move(told);
+        return Registration([this] { m_told = nullptr; });
+    }
+    void tell(Trouble const& trouble) const { m_told(trouble); }
+
     // In order, those that set an equal value among them.
     std::vector<Write> const& writes() const { return m_writes; }
     void forgetWrites() { m_writes.clear(); }
@@ -42,6 +49,7 @@ public:
 private:
     QHash<QString, Value> m_values;
     std::vector<Write> m_writes;
+    std::function<void(Trouble const&)> m_told;
 };
 
 }

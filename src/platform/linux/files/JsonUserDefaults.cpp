@@ -123,6 +123,23 @@ void JsonUserDefaults::removeValue(QString const& key)
     change(key, QJsonValue::Undefined);
 }
 
+Registration JsonUserDefaults::observeTrouble(std::function<void(Trouble const&)> told)
+{
+    m_told = std::move(told);
+    if (m_trouble)
+        m_told(*m_trouble);
+    return Registration([this] { m_told = nullptr; });
+}
+
+void JsonUserDefaults::tell(Trouble const& trouble)
+{
+    if (m_trouble == trouble)
+        return;
+    m_trouble = trouble;
+    if (m_told)
+        m_told(trouble);
+}
+
 void JsonUserDefaults::flush()
 {
     if (!prepareToWrite())
@@ -137,6 +154,7 @@ void JsonUserDefaults::load()
     auto const contents = readWholeFile(m_path);
     if (!contents) {
         m_readError = contents.error();
+        tell({ Trouble::Kind::unreadable, m_path, m_readError->localizedDescription() });
         return;
     }
     m_onDisk = {};
@@ -146,8 +164,10 @@ void JsonUserDefaults::load()
             m_onDisk = document.object();
         } else if (auto const aside = setFileAside(m_path, QStringLiteral("damaged"))) {
             m_damagedFile = *aside;
+            tell({ Trouble::Kind::setAside, *aside });
         } else {
             m_readError = aside.error();
+            tell({ Trouble::Kind::unreadable, m_path, m_readError->localizedDescription() });
         }
     }
     auto merged = m_onDisk;
@@ -206,7 +226,8 @@ void JsonUserDefaults::finishWrite(std::optional<SystemError> error)
 {
     m_lastWriteError = error;
     if (error)
-        return;
+        return tell({ Trouble::Kind::unwritable, m_path, error->localizedDescription() });
+    m_trouble.reset();
     m_onDisk = m_writing;
     m_isWriteUnderWay = false;
 }

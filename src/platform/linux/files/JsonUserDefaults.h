@@ -32,6 +32,7 @@ public:
     std::optional<Value> value(QString const& key) const override;
     void setValue(QString const& key, Value value) override;
     void removeValue(QString const& key) override;
+    Registration observeTrouble(std::function<void(Trouble const&)> told) override;
 
     // Writes what is owed now. What fails here is tried again at the next change or flush.
     void flush();
@@ -50,6 +51,7 @@ private:
     void writeLater();
     bool prepareToWrite();
     void finishWrite(std::optional<SystemError> error);
+    void tell(Trouble const& trouble);
 
     QString m_path;
     Executor& m_executor;
@@ -68,6 +70,8 @@ private:
     Registration m_write;
     std::optional<SystemError> m_lastWriteError;
     std::optional<QString> m_damagedFile;
+    std::optional<Trouble> m_trouble; // until the file is written
+    std::function<void(Trouble const&)> m_told;
 };
 
 }
