@@ -17,6 +17,7 @@ struct Model {
     bool peekKeyHeld = false, optionHeld = false, gestureOn = false, picker = false;
     bool permitted = true, observing = true;
     std::uint64_t front = secondEditorWindow.window;
+    std::vector<std::uint64_t> latest { secondEditorWindow.window, editor.window, browser.window };
     std::uint64_t previous = 0;
     std::vector<std::uint64_t> activated;
 
@@ -36,10 +37,13 @@ struct Model {
     {
         gestureOn = false;
         presence = Presence::closed;
-        if (front != panelWindow || previous == panelWindow)
+        if (front != panelWindow)
+            return;
+        activate(latest.front()); // by the window manager
+        if (previous == panelWindow)
             return;
         activated.push_back(previous);
-        front = previous;
+        activate(previous);
     }
     void close()
     {
@@ -69,6 +73,8 @@ struct Model {
         refreshGesture();
         if (window == panelWindow)
             return;
+        std::erase(latest, window);
+        latest.insert(latest.begin(), window);
         if (isPeek())
             endPeek();
         if (presence == Presence::resident)
@@ -251,7 +257,7 @@ private:
             return;
         m_step = "close button";
         desk.coordinator->windowWillClose();
-        desk.panel.isUp = false;
+        desk.panel.goAway();
         model.leave();
     }
     void picker()

@@ -21,7 +21,7 @@ using Act = void (*)(SummoningDesk&);
 void closePanelByItsButton(SummoningDesk& desk)
 {
     desk.coordinator->windowWillClose();
-    desk.panel.isUp = false;
+    desk.panel.goAway();
 }
 
 TEST(PresentationCoordinator, Every_event_leads_from_each_presence_to_the_one_told)
@@ -211,7 +211,7 @@ TEST(PresentationCoordinator, One_shortcut_for_both_is_the_toggle_and_an_unset_o
     desk.store(
         u"peekQuillory", { SummoningDesk::toggleKey, Shortcut::carbonModifiersOf(SummoningDesk::toggleModifiers) });
     desk.make();
-    desk.hotKeys.press(SummoningDesk::toggleKey, SummoningDesk::toggleModifiers);
+    desk.pressToggle();
     desk.executor.advance(1s);
     EXPECT_EQ(desk.presence(), C);
     desk.hotKeys.release(SummoningDesk::toggleKey);

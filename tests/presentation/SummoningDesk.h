@@ -20,7 +20,8 @@ inline RunningApplication const editor { QStringLiteral("editor"), 1 };
 inline RunningApplication const secondEditorWindow { QStringLiteral("editor"), 2 };
 inline RunningApplication const browser { QStringLiteral("browser"), 3 };
 
-// A panel that comes to the front of the desktop when it is shown, as the real one does.
+// A panel that comes to the front of the desktop when it is shown, as the real one does. The window manager hands the
+// front on as soon as it goes.
 class RecordingPanel final : public PanelSurface {
 public:
     explicit RecordingPanel(FakeWorkspace& workspace)
@@ -44,7 +45,7 @@ public:
     void orderOut() override
     {
         calls.append(QStringLiteral("orderOut"));
-        isUp = false;
+        goAway();
     }
     void savePanelFrame() override { calls.append(QStringLiteral("savePanelFrame")); }
     void focusReader() override { calls.append(QStringLiteral("focusReader")); }
@@ -54,6 +55,12 @@ public:
         presence = applied;
     }
     void dismissTooltips() override { calls.append(QStringLiteral("dismissTooltips")); }
+
+    void goAway()
+    {
+        isUp = false;
+        m_workspace.hide(panelWindow);
+    }
 
     QStringList takeCalls() { return std::exchange(calls, {}); }
 
@@ -108,9 +115,16 @@ public:
             panel, items);
     }
 
+    void pressToggle()
+    {
+        keys.down.insert({ toggleKey, leftControl, leftOption });
+        hotKeys.press(toggleKey, toggleModifiers);
+    }
     void strikeToggle()
     {
-        hotKeys.press(toggleKey, toggleModifiers);
+        pressToggle();
+        for (auto const key : { toggleKey, leftControl, leftOption })
+            keys.down.erase(key);
         hotKeys.release(toggleKey);
     }
     void pressPeek()

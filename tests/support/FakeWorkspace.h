@@ -46,9 +46,11 @@ public:
         auto const found = std::ranges::find(m_windows, window, &RunningApplication::window);
         if (found == m_windows.end() || m_front == *found)
             return;
-        m_front = *found;
+        auto const front = *found;
+        m_front = front;
+        std::rotate(m_windows.begin(), found, found + 1);
         for (auto const& observer : std::vector(m_observers))
-            (*observer)(*found);
+            (*observer)(front);
     }
 
     // Leaves the desktop without a front window if this was it.
@@ -57,6 +59,18 @@ public:
         std::erase_if(m_windows, [&](auto const& each) { return each.window == window; });
         if (m_front && m_front->window == window)
             m_front.reset();
+    }
+
+    // The window manager gives the front to the window that had it last.
+    void hide(std::uint64_t window)
+    {
+        if (!m_front || m_front->window != window)
+            return;
+        auto const isOther = [&](auto const& each) { return each.window != window; };
+        auto const next = std::ranges::find_if(m_windows, isOther);
+        m_front.reset();
+        if (next != m_windows.end())
+            bringToFront(next->window);
     }
 
     std::size_t observers() const { return m_observers.size(); }
@@ -69,7 +83,7 @@ public:
 private:
     using Observer = std::function<void(RunningApplication const&)>;
 
-    std::vector<RunningApplication> m_windows;
+    std::vector<RunningApplication> m_windows; // those that had the front latest come first
     std::optional<RunningApplication> m_front;
     std::vector<std::shared_ptr<Observer>> m_observers;
 };
