@@ -42,17 +42,17 @@ void AppDelegate::bindPanel()
 void AppDelegate::serve(ApplicationInstance::Request const& request)
 {
     using Wish = ApplicationInstance::Wish;
-    if (request.userTime)
-        m_services.noteUserTime(*request.userTime);
+    if (request.wish != Wish::none)
+        m_services.noteUserTime(request.userTime);
     if (request.wish == Wish::toggle)
         m_presentation->toggle();
     else if (request.wish == Wish::open)
-        applicationShouldHandleReopen(m_panel->isVisible());
+        applicationShouldHandleReopen();
 }
 
-void AppDelegate::applicationShouldHandleReopen(bool hasVisibleWindows)
+void AppDelegate::applicationShouldHandleReopen()
 {
-    if (!hasVisibleWindows && m_presentation)
+    if (m_presentation)
         m_presentation->open();
 }
 

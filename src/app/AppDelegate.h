@@ -26,8 +26,8 @@ public:
         Screens& screens;
         MakePanelWindow makePanelWindow;
         ApplicationInstance& instance;
-        // The server time of a key or click of the user's that another process passed on.
-        std::function<void(std::uint32_t)> noteUserTime;
+        // When the user asked for what another process passed on, as a server time; absent for now.
+        std::function<void(std::optional<std::uint32_t>)> noteUserTime;
     };
 
     // Restores the folder and starts the first load.
@@ -36,8 +36,9 @@ public:
     // Binds the keys. Without a folder the reader opens by itself.
     void applicationDidFinishLaunching();
 
-    // The program was started again, or called up by the desktop.
-    void applicationShouldHandleReopen(bool hasVisibleWindows);
+    // The program was started again, or called up by the desktop. The reader ends in front of the user: one that is up
+    // may be covered, minimized, or on another workspace or screen.
+    void applicationShouldHandleReopen();
 
     void applicationWillTerminate();
 

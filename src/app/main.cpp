@@ -177,7 +177,8 @@ int main(int argc, char* argv[])
                     **connection, static_cast<xcb_window_t>(window), flushOwnWindows);
             },
         .instance = instance,
-        .noteUserTime = [&](std::uint32_t time) { clock.note(time); },
+        .noteUserTime =
+            [&](std::optional<std::uint32_t> time) { clock.note(time ? *time : (*connection)->presentTime()); },
     });
     OrderlyEnd end([&] {
         delegate.applicationWillTerminate();

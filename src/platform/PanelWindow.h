@@ -28,6 +28,9 @@ public:
     virtual void setLevel(WindowLevel level) = 0;
     virtual void setCollectionBehavior(CollectionBehavior behavior) = 0;
 
+    // Whether the user has minimized it. It offers no such thing, but window managers may have ways of their own.
+    virtual bool isMinimized() const = 0;
+
     // To be called right before the window is shown, and as soon as it stands on the screen. Until then nothing of it is
     // changed that would hold its first picture up.
     virtual void willShow() = 0;

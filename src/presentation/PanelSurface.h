@@ -32,7 +32,10 @@ public:
     // Takes it off the screen and keeps it.
     virtual void orderOut() = 0;
 
-    // Stores the frame, unless the panel is still on its way to where `show` puts it.
+    // Whether the user has minimized it.
+    virtual bool isMinimized() const = 0;
+
+    // Stores the frame if the user has moved or resized the panel since `show` put it where it is.
     virtual void savePanelFrame() = 0;
 
     // Puts the keyboard on the text in a later turn, unless a search field is open then.

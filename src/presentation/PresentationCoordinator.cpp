@@ -56,7 +56,8 @@ void PresentationCoordinator::toggle()
 {
     if (isPickerOnScreen())
         return;
-    if (m_state == PresentationState::closed)
+    // A panel that is minimized looks closed to the user.
+    if (m_state == PresentationState::closed || m_panel.isMinimized())
         open();
     else
         close();

@@ -39,6 +39,7 @@ public:
     void show(PanelPresence presence) override;
     void makeKeyAndOrderFront() override;
     void orderOut() override;
+    bool isMinimized() const override { return m_window->isMinimized(); }
     void savePanelFrame() override;
     void focusReader() override;
     void applyPeekLevel(PanelPresence presence) override;

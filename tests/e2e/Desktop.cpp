@@ -42,14 +42,24 @@ xcb_window_t Desktop::topmostWindow() const
 
 bool Desktop::hasState(xcb_window_t window, char const* state) const
 {
-    auto const states = m_connection->property(window, "_NET_WM_STATE");
-    auto const wanted = m_connection->atom(state);
-    constexpr qsizetype size = sizeof wanted;
-    for (qsizetype index = 0; index + size <= states.size(); index += size) {
-        if (std::memcmp(states.constData() + index, &wanted, sizeof wanted) == 0)
-            return true;
-    }
-    return false;
+    return lists(window, "_NET_WM_STATE", state);
+}
+
+bool Desktop::lists(xcb_window_t window, char const* property, char const* atom) const
+{
+    return m_connection->lists(window, property, m_connection->atom(atom));
+}
+
+std::uint32_t Desktop::userTimeOf(xcb_window_t window) const
+{
+    auto const bearer = m_connection->number(window, "_NET_WM_USER_TIME_WINDOW").value_or(window);
+    return m_connection->number(bearer, "_NET_WM_USER_TIME").value_or(0);
+}
+
+void Desktop::minimize(xcb_window_t window)
+{
+    constexpr std::uint32_t iconic = 3;
+    tell(window, "WM_CHANGE_STATE", { iconic });
 }
 
 void Desktop::addState(xcb_window_t window, char const* state)

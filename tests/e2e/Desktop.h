@@ -38,6 +38,14 @@ public:
     std::uint32_t workspaceOf(xcb_window_t window) const;
     void switchToWorkspace(std::uint32_t number);
 
+    // Whether a list of atoms that the window has as a property names this one.
+    bool lists(xcb_window_t window, char const* property, char const* atom) const;
+
+    // When its program says that the user last acted on it, as a server time.
+    std::uint32_t userTimeOf(xcb_window_t window) const;
+
+    // As a window manager's own key or menu does.
+    void minimize(xcb_window_t window);
     void moveTo(xcb_window_t window, QPoint corner);
     void click(QPoint point);
     // As a task bar does on the user's behalf.

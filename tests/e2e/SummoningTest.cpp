@@ -1,4 +1,5 @@
 #include "e2e/ReaderOnADesktop.h"
+#include "platform/linux/x11/X11Clock.h"
 #include "support/OtherProgram.h"
 
 #include <QElapsedTimer>
@@ -116,6 +117,7 @@ TEST_F(SummoningTest, A_peek_lasts_as_long_as_its_keys_are_held)
         auto const window = desktop.reader().value().window;
         EXPECT_TRUE(isPeekWindow(window));
         EXPECT_TRUE(desktop.hasState(window, "_NET_WM_STATE_SKIP_TASKBAR"));
+        EXPECT_TRUE(desktop.lists(window, "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_UTILITY")) << "tilers float it";
         EXPECT_EQ(desktop.topmostWindow(), window);
         if (modifierFirst)
             desktop.keyboard().releaseModifiers(peekModifiers);
@@ -388,8 +390,41 @@ TEST_F(SummoningTest, A_second_start_calls_up_the_one_that_runs)
     startAndSeeItAnswer();
     EXPECT_EQ(program.startAgain(), 0);
     EXPECT_TRUE(isUp());
+    auto const panel = desktop.reader().value().window;
+    auto const userTime = desktop.userTimeOf(panel);
+    auto const minimized = "_NET_WM_STATE_HIDDEN";
+    std::pair<char const*, std::function<bool()>> const scenes[] {
+        { "in front", [] { return true; } },
+        { "covered",
+            [&] {
+                desktop.bringToFront(terminal.window());
+                return desktop.frontWindow() == terminal.window();
+            } },
+        { "minimized",
+            [&] {
+                desktop.minimize(panel);
+                return desktop.hasState(panel, minimized) && desktop.frontWindow() == terminal.window();
+            } },
+        { "on another workspace",
+            [&] {
+                desktop.switchToWorkspace(1);
+                return !desktop.isReaderOnScreen();
+            } },
+    };
+    for (auto const& [scene, comesAbout] : scenes) {
+        SCOPED_TRACE(scene);
+        ASSERT_TRUE(Desktop::eventually(comesAbout));
+        EXPECT_EQ(program.startAgain(), 0);
+        EXPECT_TRUE(isUp() && Desktop::eventually([&] { return desktop.topmostWindow() == panel; }));
+        EXPECT_TRUE(X11Clock::isLater(desktop.userTimeOf(panel), userTime)) << "a start that brings no time is now";
+    }
+    desktop.switchToWorkspace(0);
+    ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
     EXPECT_EQ(program.startAgain(), 0);
-    EXPECT_TRUE(isUp()) << "nothing happens while it is up";
+    ASSERT_TRUE(isUp());
+    desktop.minimize(panel);
+    ASSERT_TRUE(Desktop::eventually([&] { return desktop.hasState(panel, minimized); }));
+    EXPECT_TRUE(comesUp()) << "a minimized panel is none";
     EXPECT_EQ(program.startAgain({ u"--toggle"_s }), 0);
     EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
 }

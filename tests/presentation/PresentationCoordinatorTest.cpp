@@ -34,6 +34,8 @@ TEST(PresentationCoordinator, Every_event_leads_from_each_presence_to_the_one_to
     Row const rows[] {
         { "toggle shortcut", [](auto& desk) { desk.strikeToggle(); }, { R, C, C, C } },
         { "toggle", [](auto& desk) { desk.coordinator->toggle(); }, { R, C, C, C } },
+        { "toggle of a minimized panel", [](auto& desk) { desk.panel.minimized = true, desk.coordinator->toggle(); },
+            { R, R, R, R } },
         { "open", [](auto& desk) { desk.coordinator->open(); }, { R, R, R, R } },
         { "dismiss", [](auto& desk) { desk.coordinator->close(); }, { C, C, C, C } },
         { "peek shortcut down", [](auto& desk) { desk.pressPeek(); }, { K, K, K, G } },

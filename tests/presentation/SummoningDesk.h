@@ -35,6 +35,7 @@ public:
         calls.append(shownAs == PanelPresence::peek ? QStringLiteral("show peek") : QStringLiteral("show"));
         presence = shownAs;
         isUp = true;
+        minimized = false;
         m_workspace.activateIgnoringOtherApps(panelWindow);
     }
     void makeKeyAndOrderFront() override
@@ -47,6 +48,7 @@ public:
         calls.append(QStringLiteral("orderOut"));
         goAway();
     }
+    bool isMinimized() const override { return minimized; }
     void savePanelFrame() override { calls.append(QStringLiteral("savePanelFrame")); }
     void focusReader() override { calls.append(QStringLiteral("focusReader")); }
     void applyPeekLevel(PanelPresence applied) override
@@ -67,6 +69,7 @@ public:
     QStringList calls;
     PanelPresence presence = PanelPresence::resident;
     bool isUp = false;
+    bool minimized = false; // by the user
 
 private:
     FakeWorkspace& m_workspace;

@@ -17,6 +17,7 @@ public:
             calls.append(QStringLiteral("setLevel"));
     }
     void setCollectionBehavior(CollectionBehavior asked) override { behavior = asked; }
+    bool isMinimized() const override { return false; }
     void willShow() override { calls.append(QStringLiteral("willShow")); }
     void didShow() override
     {

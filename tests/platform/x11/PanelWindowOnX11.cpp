@@ -3,9 +3,6 @@
 #include "platform/linux/x11/X11PanelWindow.h"
 #include "support/EventLoop.h"
 
-#include <cstring>
-#include <vector>
-
 namespace Quillory {
 namespace {
 
@@ -48,12 +45,9 @@ public:
         EXPECT_TRUE(comesTrue([&] { return !isManaged(); }));
     }
 
-    bool isAbove() override { return listed(m_window, "_NET_WM_STATE", m_connection->atom("_NET_WM_STATE_ABOVE")); }
+    bool isAbove() override { return hasState("_NET_WM_STATE_ABOVE"); }
     bool isEverywhere() override { return m_connection->number(m_window, "_NET_WM_DESKTOP") == 0xFFFFFFFF; }
-    bool isOnTaskBars() override
-    {
-        return !listed(m_window, "_NET_WM_STATE", m_connection->atom("_NET_WM_STATE_SKIP_TASKBAR"));
-    }
+    bool isOnTaskBars() override { return !hasState("_NET_WM_STATE_SKIP_TASKBAR"); }
 
     bool comesTrue(std::function<bool()> const& condition) override
     {
@@ -62,14 +56,10 @@ public:
 
 private:
     xcb_connection_t* xcb() const { return m_connection->handle(); }
-    bool isManaged() { return listed(m_connection->root(), "_NET_CLIENT_LIST", m_window); }
-
-    bool listed(xcb_window_t window, char const* property, std::uint32_t number)
+    bool isManaged() { return m_connection->lists(m_connection->root(), "_NET_CLIENT_LIST", m_window); }
+    bool hasState(char const* state)
     {
-        auto const bytes = m_connection->property(window, property);
-        std::vector<std::uint32_t> numbers(static_cast<std::size_t>(bytes.size()) / sizeof number);
-        std::memcpy(numbers.data(), bytes.constData(), numbers.size() * sizeof number);
-        return std::ranges::find(numbers, number) != numbers.end();
+        return m_connection->lists(m_window, "_NET_WM_STATE", m_connection->atom(state));
     }
 
     EventLoop m_loop;

@@ -87,6 +87,20 @@ TEST(WorkspaceOnX11, A_window_is_prepared_with_the_time_of_the_users_key)
     EXPECT_EQ(userTime(), 4711U);
 }
 
+TEST(X11Connection, What_arrives_while_the_time_is_asked_for_is_handed_out_afterwards)
+{
+    X11Desk desk;
+    auto const own = desk.open(QStringLiteral("Editor"));
+    desk.connection().drain();
+    std::vector<std::uint8_t> types;
+    auto const observing = desk.connection().observeEvents([&](auto const& e) { types.push_back(e.response_type); });
+    desk.programs().close(static_cast<xcb_window_t>(own));
+    EXPECT_NE(desk.connection().presentTime(), 0U);
+    EXPECT_TRUE(types.empty());
+    EXPECT_TRUE(desk.comesTrue([&] { return !types.empty(); })) << "the front has gone";
+    EXPECT_EQ(types.front(), XCB_PROPERTY_NOTIFY);
+}
+
 TEST(WithoutAWindowManager, The_focus_goes_to_our_window_and_back_to_the_one_that_had_it)
 {
     X11Desk desk;

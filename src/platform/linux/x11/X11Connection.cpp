@@ -66,7 +66,7 @@ void X11Connection::listenOnRoot(std::uint32_t eventMask)
 
 void X11Connection::drain()
 {
-    while (XcbOwned<xcb_generic_event_t> event { xcb_poll_for_event(m_connection) }) {
+    while (auto const event = nextEvent()) {
         bool const isError = event->response_type == 0;
         if (!isError)
             dispatch(*event);
@@ -79,6 +79,37 @@ void X11Connection::drain()
         m_notifier->setEnabled(false);
     if (auto const call = std::exchange(onLost, nullptr))
         call();
+}
+
+XcbOwned<xcb_generic_event_t> X11Connection::nextEvent()
+{
+    if (m_waiting.empty())
+        return XcbOwned<xcb_generic_event_t>(xcb_poll_for_event(m_connection));
+    auto event = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    return event;
+}
+
+std::uint32_t X11Connection::presentTime()
+{
+    if (m_timekeeper == XCB_WINDOW_NONE) {
+        m_timekeeper = xcb_generate_id(m_connection);
+        std::uint32_t const events = XCB_EVENT_MASK_PROPERTY_CHANGE;
+        xcb_create_window(m_connection, 0, m_timekeeper, root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+            XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+    }
+    // Nothing is appended, and still the server tells of it, before it answers the check.
+    succeeded(xcb_change_property_checked(
+        m_connection, XCB_PROP_MODE_APPEND, m_timekeeper, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0, nullptr));
+    std::uint32_t time = 0;
+    while (XcbOwned<xcb_generic_event_t> event { xcb_poll_for_event(m_connection) }) {
+        auto const& change = reinterpret_cast<xcb_property_notify_event_t const&>(*event);
+        if (event->response_type == XCB_PROPERTY_NOTIFY && change.window == m_timekeeper)
+            time = change.time;
+        else
+            m_waiting.push_back(std::move(event));
+    }
+    return time;
 }
 
 void X11Connection::dispatch(xcb_generic_event_t const& event)
@@ -115,6 +146,14 @@ std::optional<std::uint32_t> X11Connection::number(xcb_window_t window, char con
     if (static_cast<std::size_t>(bytes.size()) >= sizeof value)
         std::memcpy(&value, bytes.constData(), sizeof value);
     return value ? std::optional(value) : std::nullopt;
+}
+
+bool X11Connection::lists(xcb_window_t window, char const* name, std::uint32_t number)
+{
+    auto const bytes = property(window, name);
+    std::vector<std::uint32_t> numbers(static_cast<std::size_t>(bytes.size()) / sizeof number);
+    std::memcpy(numbers.data(), bytes.constData(), numbers.size() * sizeof number);
+    return std::ranges::find(numbers, number) != numbers.end();
 }
 
 xcb_atom_t X11Connection::atom(char const* name)

@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <deque>
 #include <expected>
 #include <functional>
 #include <memory>
@@ -51,6 +52,10 @@ public:
     // Hands out the events that are here. Happens by itself before the event loop waits.
     void drain();
 
+    // The server's time now, by the notice that it sends of a change; 0 when the server is gone. Waits for the server.
+    // Events that arrive meanwhile keep their order and are handed out by the next `drain`.
+    std::uint32_t presentTime();
+
     // True when the request that the cookie stands for succeeded. Waits for the server.
     bool succeeded(xcb_void_cookie_t checked) const;
 
@@ -59,6 +64,9 @@ public:
 
     // The first number of a property of numbers or windows. Absent likewise, and when it is 0.
     std::optional<std::uint32_t> number(xcb_window_t window, char const* name);
+
+    // Whether a property that is a list of numbers, atoms or windows has this one.
+    bool lists(xcb_window_t window, char const* name, std::uint32_t number);
 
     // Called once, from the event loop, when the server is gone.
     std::function<void()> onLost;
@@ -70,13 +78,16 @@ public:
 
 private:
     X11Connection(xcb_connection_t* connection, xcb_screen_t const* screen);
+    XcbOwned<xcb_generic_event_t> nextEvent();
     void dispatch(xcb_generic_event_t const& event);
 
     xcb_connection_t* m_connection;
     xcb_screen_t const* m_screen;
     std::vector<std::shared_ptr<EventHandler>> m_handlers;
     std::unordered_map<std::string, xcb_atom_t> m_atoms;
+    std::deque<XcbOwned<xcb_generic_event_t>> m_waiting;
     std::uint32_t m_rootEventMask = 0;
+    xcb_window_t m_timekeeper = XCB_WINDOW_NONE; // never shown; made when it is first needed
     std::unique_ptr<QSocketNotifier> m_notifier;
     QMetaObject::Connection m_beforeWaiting;
 };

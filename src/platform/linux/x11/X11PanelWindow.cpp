@@ -1,6 +1,7 @@
 #include "platform/linux/x11/X11PanelWindow.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 namespace Quillory {
@@ -11,6 +12,10 @@ constexpr auto stateProperty = "_NET_WM_STATE";
 constexpr auto aboveState = "_NET_WM_STATE_ABOVE";
 constexpr auto stickyState = "_NET_WM_STATE_STICKY";
 constexpr auto desktopProperty = "_NET_WM_DESKTOP";
+
+// Flags, functions, decorations, input mode and status of a window without a frame that can be resized (2), moved (4)
+// and closed (32), but, being on no task bar, not minimized.
+constexpr std::array<std::uint32_t, 5> motifWindow { 1 | 2, 2 | 4 | 32, 0, 0, 0 };
 
 constexpr std::uint32_t removeState = 0;
 constexpr std::uint32_t addState = 1;
@@ -24,6 +29,24 @@ X11PanelWindow::X11PanelWindow(X11Connection& connection, xcb_window_t window, s
     , m_window(window)
     , m_flushOwnWindows(std::move(flushOwnWindows))
 {
+    describe();
+}
+
+// In the place of what the toolkit made of the window as such.
+void X11PanelWindow::describe()
+{
+    auto* const xcb = m_connection.handle();
+    if (m_flushOwnWindows)
+        m_flushOwnWindows();
+    // Tiling window managers float what is a utility by any of its types. The others go by the first, and some would put
+    // a utility behind the window that had the front.
+    std::array const types { m_connection.atom("_NET_WM_WINDOW_TYPE_NORMAL"),
+        m_connection.atom("_NET_WM_WINDOW_TYPE_UTILITY") };
+    m_connection.succeeded(xcb_change_property_checked(xcb, XCB_PROP_MODE_REPLACE, m_window,
+        m_connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, types.size(), types.data()));
+    auto const motifHints = m_connection.atom("_MOTIF_WM_HINTS");
+    m_connection.succeeded(xcb_change_property_checked(
+        xcb, XCB_PROP_MODE_REPLACE, m_window, motifHints, motifHints, 32, motifWindow.size(), motifWindow.data()));
 }
 
 void X11PanelWindow::setLevel(WindowLevel level)
@@ -59,6 +82,12 @@ void X11PanelWindow::didShow()
     if (isNew)
         tellLevel();
     tellWorkspaces();
+}
+
+// Some window managers also call a window iconic that is on another workspace, but not hidden.
+bool X11PanelWindow::isMinimized() const
+{
+    return m_isShown && m_connection.lists(m_window, stateProperty, m_connection.atom("_NET_WM_STATE_HIDDEN"));
 }
 
 void X11PanelWindow::didHide()

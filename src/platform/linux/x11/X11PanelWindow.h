@@ -8,20 +8,22 @@
 
 namespace Quillory {
 
-// A window of ours as the window manager has it: kept off task bars and pagers, and with level and workspaces switched
-// by messages, so that the window stays the one it is.
+// A window of ours as the window manager has it: one that tilers float, that can't be minimized and is kept off task
+// bars and pagers, with level and workspaces switched by messages, so that the window stays the one it is.
 class X11PanelWindow final : public PanelWindow {
 public:
-    // `flushOwnWindows` sends on what our own windows have asked of the server by another connection.
+    // The window is not shown yet. `flushOwnWindows` sends on what our own windows have asked of the server by another connection.
     X11PanelWindow(X11Connection& connection, xcb_window_t window, std::function<void()> flushOwnWindows = {});
 
     void setLevel(WindowLevel level) override;
     void setCollectionBehavior(CollectionBehavior behavior) override;
+    bool isMinimized() const override;
     void willShow() override;
     void didShow() override;
     void didHide() override;
 
 private:
+    void describe();
     bool isOnAllWorkspaces() const;
     std::vector<xcb_atom_t> states() const;
     void tellLevel();
