@@ -15,16 +15,16 @@ QString shortest(double number)
     return QString::number(number, 'f', QLocale::FloatingPointShortest);
 }
 
-qint64 area(QRect const& rectangle)
+double area(QRectF const& rectangle)
 {
-    return rectangle.isEmpty() ? 0 : qint64 { rectangle.width() } * rectangle.height();
+    return rectangle.isEmpty() ? 0 : rectangle.width() * rectangle.height();
 }
 
 // The one that shares most with `frame`; absent when none shares anything.
 std::optional<Screens::Screen> mostOf(
-    QList<Screens::Screen> const& screens, QRect const& frame, QRect Screens::Screen::* extent)
+    QList<Screens::Screen> const& screens, QRectF const& frame, QRect Screens::Screen::* extent)
 {
-    auto const shared = [&](auto const& screen) { return area((screen.*extent).intersected(frame)); };
+    auto const shared = [&](auto const& screen) { return area(QRectF(screen.*extent).intersected(frame)); };
     auto const most = std::ranges::max_element(screens, {}, shared);
     if (most == screens.end() || shared(*most) == 0)
         return std::nullopt;
@@ -84,14 +84,19 @@ QRectF centered(QRectF const& visible)
     return frame;
 }
 
-QRectF forShow(std::optional<QString> const& stored, QPointF lastOrigin, std::optional<QRectF> const& visible)
+QRectF forShow(std::optional<QString> const& stored, QPointF lastOrigin, QList<Screens::Screen> const& screens,
+    std::optional<Screens::Screen> const& target)
 {
     QRectF frame(lastOrigin, defaultSize);
     if (stored) {
         if (auto const saved = fromString(*stored); isUsable(saved))
             frame = saved;
     }
-    return visible ? clamped(frame, *visible) : frame;
+    if (!target)
+        return frame;
+    if (auto const home = mostOf(screens, frame, &Screens::Screen::frame))
+        frame.translate(target->frame.topLeft() - home->frame.topLeft());
+    return clamped(frame, target->visibleFrame);
 }
 
 std::optional<Screens::Screen> usersScreen(

@@ -31,9 +31,10 @@ QRectF clamped(QRectF const& frame, QRectF const& visible);
 // Of the default size, in the middle of `visible`.
 QRectF centered(QRectF const& visible);
 
-// The frame for a show: the stored one, or the default size where the panel stood last, brought on `visible`.
-// Without `visible`, for want of a screen, nothing is brought anywhere.
-QRectF forShow(std::optional<QString> const& stored, QPointF lastOrigin, std::optional<QRectF> const& visible);
+// The frame for a show: the stored one, or the default size where the panel stood last. On another screen than its own
+// it takes the same place as on that one, as far as there is room; without a `target` it stays.
+QRectF forShow(std::optional<QString> const& stored, QPointF lastOrigin, QList<Screens::Screen> const& screens,
+    std::optional<Screens::Screen> const& target);
 
 // The screen that the user is on: the one with most of the window in front, given in pixels of the window system, else
 // the one with the pointer, else the main one. Absent without screens.

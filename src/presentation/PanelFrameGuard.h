@@ -2,29 +2,49 @@
 
 #include <QRect>
 
-#include <optional>
+#include <variant>
 
 namespace Quillory {
 
-// Keeps a frame that the panel passes on its way to where it was asked to be from being taken for the user's wish. The
-// window system confirms later, and a window manager may have a mind of its own: the guard lasts until the panel is on
-// screen where it was asked to be, or the user moves it.
+// Tells the user's own moves of the panel from all others: the program puts it on the user's screen, and a window
+// manager may have a mind of its own. Only where the user wants it is to be remembered.
 class PanelFrameGuard {
 public:
-    void begin(QRect const& asked) { m_asked = asked; }
-    void userMoves() { m_asked.reset(); }
+    // What the window manager answers a placing with at the latest: a hidden window comes to the front when all is
+    // done, and one that is up already is given its frame.
+    enum class Until { inFront, nextFrame };
 
-    // The panel has this frame now. `isOnScreen`: the window system has shown it there.
-    void frameIs(QRect const& frame, bool isOnScreen)
+    // The program is about to place the panel. What follows is not the user's wish.
+    void place(Until until) { m_phase = Placing { until }; }
+
+    // The panel has come to the front with this frame, or the user takes hold of it there.
+    void settle(QRect const& frame)
     {
-        if (isOnScreen && frame == m_asked)
-            m_asked.reset();
+        if (std::holds_alternative<Placing>(m_phase))
+            m_phase = Settled { frame };
     }
 
-    bool isOn() const { return m_asked.has_value(); }
+    // The window system says that the panel has this frame now.
+    void frameIs(QRect const& frame)
+    {
+        if (auto const* const placing = std::get_if<Placing>(&m_phase); placing && placing->until == Until::nextFrame)
+            settle(frame);
+        else if (auto const* const settled = std::get_if<Settled>(&m_phase); settled && settled->frame != frame)
+            m_phase = MovedByUser {};
+    }
+
+    bool isMovedByUser() const { return std::holds_alternative<MovedByUser>(m_phase); }
 
 private:
-    std::optional<QRect> m_asked;
+    struct Placing {
+        Until until;
+    };
+    struct Settled {
+        QRect frame;
+    };
+    struct MovedByUser { };
+
+    std::variant<Placing, Settled, MovedByUser> m_phase { Placing { Until::inFront } };
 };
 
 }

@@ -25,7 +25,9 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint)
     , m_store(store)
     , m_services(std::move(services))
-    , m_view(store, [this] { onDismiss(); }, this)
+    , m_view(
+          store, [this] { onDismiss(); }, this)
+    , m_drag(*this)
 {
     setMinimumSize(PanelFrame::minimumSize.toSize());
     resize(PanelFrame::defaultSize.toSize());
@@ -42,7 +44,7 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
         if (!m_store.filePanel.value() && isVisible())
             makeKeyAndOrderFront();
     });
-    new WindowEdges(*this, [this] { m_restoringPanelFrame.userMoves(); });
+    new WindowEdges(*this, [this](Qt::Edges edges, QPoint pointer) { userTakes(edges, pointer); });
 }
 
 ReaderPanel::~ReaderPanel() = default;
@@ -68,21 +70,21 @@ void ReaderPanel::show(PanelPresence presence)
 
 void ReaderPanel::takeFrame()
 {
-    if (!std::exchange(m_isPlaced, true)) {
-        if (auto const visible = visibleFrame())
-            move(PanelFrame::centered(*visible).topLeft().toPoint());
-    }
+    m_screens = m_services.screens.screens();
+    auto const screen = usersScreen();
+    if (!std::exchange(m_isPlaced, true) && screen)
+        move(PanelFrame::centered(screen->visibleFrame).topLeft().toPoint());
     auto const stored = m_services.defaults.get<QString>(QLatin1StringView(frameKey));
-    auto const frame = PanelFrame::forShow(stored, pos(), visibleFrame()).toRect();
+    auto const frame = PanelFrame::forShow(stored, pos(), m_screens, screen).toRect();
     if (isVisible() && frame == geometry())
         return;
-    m_restoringPanelFrame.begin(frame);
+    using enum PanelFrameGuard::Until;
+    m_restoringPanelFrame.place(isVisible() ? nextFrame : inFront);
     setGeometry(frame);
 }
 
 void ReaderPanel::didComeUp()
 {
-    m_restoringPanelFrame.frameIs(geometry(), true);
     if (isVisible() && !m_isLevelTold)
         m_levelTask = m_services.executor.post([this] { tellLevel(); });
 }
@@ -90,24 +92,42 @@ void ReaderPanel::didComeUp()
 // A panel that is up when its screen goes follows to another one, which is not the user's wish.
 void ReaderPanel::comeOnScreen()
 {
-    auto const visible = isVisible() ? visibleFrame() : std::nullopt;
-    auto const frame = visible ? PanelFrame::clamped(geometry(), *visible).toRect() : geometry();
-    if (frame == geometry())
+    if (!isVisible())
         return;
-    m_restoringPanelFrame.begin(frame);
-    setGeometry(frame);
+    m_screens = m_services.screens.screens();
+    auto const screen = PanelFrame::screenOf(m_screens, geometry());
+    auto const frame = screen ? PanelFrame::clamped(geometry(), screen->visibleFrame).toRect() : geometry();
+    m_restoringPanelFrame.place(PanelFrameGuard::Until::nextFrame);
+    if (frame == geometry())
+        m_restoringPanelFrame.settle(frame);
+    else
+        setGeometry(frame);
 }
 
-// A panel that is up stays on its screen; a hidden one comes to where the user is.
-std::optional<QRectF> ReaderPanel::visibleFrame() const
+std::optional<Screens::Screen> ReaderPanel::usersScreen() const
 {
-    auto const screens = m_services.screens.screens();
-    auto const usersScreen = [&] {
-        auto const front = screens.size() > 1 ? m_services.workspace.frontmostFrame() : std::nullopt;
-        return PanelFrame::usersScreen(screens, front, m_services.screens.pointer());
-    };
-    auto const screen = isVisible() ? PanelFrame::screenOf(screens, geometry()) : usersScreen();
-    return screen ? std::optional<QRectF>(screen->visibleFrame) : std::nullopt;
+    auto const front = m_screens.size() > 1 ? m_services.workspace.frontmostFrame() : std::nullopt;
+    return PanelFrame::usersScreen(m_screens, front, m_services.screens.pointer());
+}
+
+// The window's own events, since the widget takes its frame for granted as soon as it has asked for it. A window manager
+// may make room on changed screens before the toolkit tells of them.
+void ReaderPanel::followFrame(QEvent const& event)
+{
+    if (m_services.screens.screens() != m_screens)
+        m_restoringPanelFrame.place(PanelFrameGuard::Until::nextFrame);
+    m_restoringPanelFrame.frameIs(windowHandle()->geometry());
+    if (event.type() == QEvent::Move)
+        onMoved();
+    else
+        onResized();
+}
+
+void ReaderPanel::userTakes(Qt::Edges edges, QPoint pointer)
+{
+    m_restoringPanelFrame.settle(windowHandle()->geometry());
+    using enum WindowDrag::By;
+    m_drag.begin(edges, pointer, m_presence == PanelPresence::peek ? program : windowManager);
 }
 
 void ReaderPanel::makeKeyAndOrderFront()
@@ -136,9 +156,9 @@ void ReaderPanel::hidePanel()
 
 void ReaderPanel::savePanelFrame()
 {
-    if (m_restoringPanelFrame.isOn())
+    if (!m_restoringPanelFrame.isMovedByUser())
         return;
-    m_services.defaults.setValue(QLatin1StringView(frameKey), PanelFrame::string(geometry()));
+    m_services.defaults.setValue(QLatin1StringView(frameKey), PanelFrame::string(windowHandle()->geometry()));
 }
 
 void ReaderPanel::focusReader()
@@ -192,19 +212,17 @@ void ReaderPanel::closeEvent(QCloseEvent* event)
     hidePanel();
 }
 
-void ReaderPanel::moveEvent(QMoveEvent* event)
+void ReaderPanel::changeEvent(QEvent* event)
 {
-    QWidget::moveEvent(event);
-    onMoved();
-    m_restoringPanelFrame.frameIs(geometry(), windowHandle() && windowHandle()->isExposed());
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        m_restoringPanelFrame.settle(windowHandle()->geometry());
 }
 
 void ReaderPanel::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
     m_view.resize(size());
-    onResized();
-    m_restoringPanelFrame.frameIs(geometry(), windowHandle() && windowHandle()->isExposed());
 }
 
 void ReaderPanel::keyPressEvent(QKeyEvent* event)
@@ -222,11 +240,15 @@ bool ReaderPanel::eventFilter(QObject* watched, QEvent* event)
     if (watched == windowHandle()) {
         if (event->type() == QEvent::Expose && windowHandle()->isExposed())
             didComeUp();
+        else if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+            followFrame(*event);
         return false;
     }
-    if (event->type() == QEvent::MouseButtonPress && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
-        m_restoringPanelFrame.userMoves();
-        return windowHandle()->startSystemMove();
+    if (event->type() == QEvent::MouseButtonPress) {
+        if (auto const& press = static_cast<QMouseEvent const&>(*event); press.button() == Qt::LeftButton) {
+            userTakes({}, press.globalPosition().toPoint());
+            return true;
+        }
     }
     return QWidget::eventFilter(watched, event);
 }

@@ -8,6 +8,7 @@
 #include "platform/Workspace.h"
 #include "presentation/PanelFrameGuard.h"
 #include "presentation/PanelSurface.h"
+#include "presentation/WindowDrag.h"
 #include "reader/ReaderView.h"
 
 #include <QProperty>
@@ -47,21 +48,23 @@ public:
 
     // The reader asks to be closed.
     std::function<void()> onDismiss = [] { };
-    // The window was moved or resized; it is about to close by its close button.
+    // The window system has moved or resized the window; it is about to close by its close button.
     std::function<void()> onMoved = [] { };
     std::function<void()> onResized = [] { };
     std::function<void()> onClosing = [] { };
 
 protected:
     void closeEvent(QCloseEvent* event) override;
-    void moveEvent(QMoveEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void takeFrame();
-    std::optional<QRectF> visibleFrame() const;
+    std::optional<Screens::Screen> usersScreen() const;
+    void followFrame(QEvent const& event);
+    void userTakes(Qt::Edges edges, QPoint pointer);
     void comeOnScreen();
     void didComeUp();
     void takeLevel();
@@ -72,7 +75,9 @@ private:
     Services m_services;
     ReaderView m_view;
     std::unique_ptr<PanelWindow> m_window;
+    WindowDrag m_drag;
     PanelFrameGuard m_restoringPanelFrame;
+    QList<Screens::Screen> m_screens; // as they were when the panel was placed
     Registration m_focusTask;
     Registration m_levelTask;
     Registration m_screenChanges;

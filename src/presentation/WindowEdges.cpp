@@ -22,10 +22,10 @@ Qt::CursorShape cursorOf(Qt::Edges edges)
 
 }
 
-WindowEdges::WindowEdges(QWidget& window, std::function<void()> willResize)
+WindowEdges::WindowEdges(QWidget& window, std::function<void(Qt::Edges, QPoint)> taken)
     : QObject(&window)
     , m_window(window)
-    , m_willResize(std::move(willResize))
+    , m_taken(std::move(taken))
 {
     // Ahead of the widgets, which fill the window to its border.
     m_window.windowHandle()->installEventFilter(this);
@@ -81,8 +81,7 @@ bool WindowEdges::begin(QMouseEvent const& press)
     auto const edges = at(press.position().toPoint(), m_window.size());
     if (press.button() != Qt::LeftButton || edges == Qt::Edges())
         return false;
-    m_willResize();
-    m_window.windowHandle()->startSystemResize(edges);
+    m_taken(edges, press.globalPosition().toPoint());
     return true;
 }
 

@@ -11,7 +11,7 @@ class QWidget;
 
 namespace Quillory {
 
-// Lets the user resize a window without a frame by its edges and corners. GUI thread only.
+// The edges and corners by which the user resizes a window without a frame. GUI thread only.
 class WindowEdges final : public QObject {
     Q_OBJECT
 public:
@@ -19,8 +19,9 @@ public:
     static constexpr int edge = 5;
     static constexpr int corner = 16;
 
-    // `window` has its native window already. `willResize` is called as a resize by the user begins.
-    WindowEdges(QWidget& window, std::function<void()> willResize);
+    // `window` has its native window already. `taken` is called when the user presses the left button on edges, with
+    // where the pointer is on the screen.
+    WindowEdges(QWidget& window, std::function<void(Qt::Edges, QPoint pointer)> taken);
     ~WindowEdges() override;
 
     // Which edges the point of a window of that size takes hold of; none inside.
@@ -34,7 +35,7 @@ private:
     void showCursor(Qt::Edges edges);
 
     QWidget& m_window;
-    std::function<void()> m_willResize;
+    std::function<void(Qt::Edges, QPoint)> m_taken;
     Qt::Edges m_shown;
 };
 

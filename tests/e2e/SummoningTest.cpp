@@ -271,15 +271,21 @@ TEST_F(SummoningTest, The_frame_is_stored_when_the_user_moves_it_and_not_by_show
 {
     auto const key = u"persistentPanelFrame"_s;
     start();
-    ASSERT_TRUE(comesUp());
-    auto const first = desktop.reader().value().frame;
-    EXPECT_EQ(first.size(), QSize(880, 640));
-    EXPECT_TRUE(drag(first.topLeft() + QPoint(300, 15), { 30, 40 }, first.translated(30, 40))) << "by its bar";
-    auto const moved = desktop.reader().value().frame;
-    EXPECT_TRUE(drag(moved.bottomRight() - QPoint(2, 2), { -100, -50 }, moved.adjusted(0, 0, -100, -50)))
-        << "by its corner";
-    auto const resized = desktop.reader().value().frame;
-    ASSERT_TRUE(goesAwayTo(terminal.window()));
+    QRect resized;
+    for (bool const isPeek : { false, true }) {
+        SCOPED_TRACE(isPeek ? "peek" : "resident");
+        isPeek ? holdPeek() : desktop.pressAndRelease(toggle);
+        ASSERT_TRUE(isUp());
+        auto const first = desktop.reader().value().frame;
+        EXPECT_TRUE(isPeek ? first == resized : first.size() == QSize(880, 640));
+        EXPECT_TRUE(drag(first.topLeft() + QPoint(300, 15), { 30, 40 }, first.translated(30, 40))) << "by its bar";
+        auto const moved = desktop.reader().value().frame;
+        EXPECT_TRUE(drag(moved.bottomRight() - QPoint(2, 2), { -100, -50 }, moved.adjusted(0, 0, -100, -50)))
+            << "by its corner";
+        resized = desktop.reader().value().frame;
+        isPeek ? releasePeek() : desktop.pressAndRelease(toggle);
+        ASSERT_TRUE(isAwayAndFrontIs(terminal.window()));
+    }
     ASSERT_TRUE(comesUp());
     EXPECT_EQ(desktop.reader().value().frame, resized);
     ASSERT_TRUE(program.terminate());
@@ -303,24 +309,34 @@ TEST_F(SummoningTest, With_two_displays_it_comes_to_the_one_that_the_user_is_on)
     };
     setMonitors({ u"--setmonitor"_s, u"left"_s, u"640/170x900/240+0+0"_s, u"screen"_s });
     setMonitors({ u"--setmonitor"_s, u"right"_s, u"640/170x900/240+640+0"_s, u"none"_s });
-    program.setSetting(u"persistentPanelFrame"_s, u"{{100, 200}, {500, 400}}"_s);
+    auto const stored = u"{{100, 200}, {500, 400}}"_s;
+    QRect const onTheLeft { 100, 200, 500, 400 }, onTheRight { 740, 200, 500, 400 };
+    program.setSetting(u"persistentPanelFrame"_s, stored);
     desktop.moveTo(terminal.window(), { 700, 100 });
     start();
     ASSERT_TRUE(comesUp());
-    EXPECT_EQ(desktop.reader().value().frame, QRect(640, 200, 500, 400));
+    EXPECT_EQ(desktop.reader().value().frame, onTheRight);
     ASSERT_TRUE(goesAwayTo(terminal.window()));
 
     desktop.moveTo(terminal.window(), { 0, 100 });
     ASSERT_TRUE(comesUp());
-    EXPECT_EQ(desktop.reader().value().frame, QRect(140, 200, 500, 400)) << "from where it was seen last";
+    EXPECT_EQ(desktop.reader().value().frame, onTheLeft);
+
+    // The user goes to the right one while it is up.
+    desktop.moveTo(terminal.window(), { 700, 100 });
+    desktop.bringToFront(terminal.window());
+    ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
+    EXPECT_EQ(program.startAgain(), 0);
+    EXPECT_TRUE(Desktop::eventually([&] { return desktop.reader() && desktop.reader()->frame == onTheRight; }));
     ASSERT_TRUE(goesAwayTo(terminal.window()));
 
     // The right one goes while the program runs.
     setMonitors({ u"--delmonitor"_s, u"right"_s });
-    desktop.moveTo(terminal.window(), { 700, 100 });
     ASSERT_TRUE(comesUp());
     EXPECT_TRUE(Desktop::eventually(
         [&] { return desktop.reader() && QRect(0, 0, 640, 900).contains(desktop.reader()->frame); }));
+    ASSERT_TRUE(program.terminate());
+    EXPECT_EQ(program.storedSettings()[u"persistentPanelFrame"_s].toString(), stored);
 }
 
 TEST_F(SummoningTest, A_hundred_peeks_leave_nothing_behind)

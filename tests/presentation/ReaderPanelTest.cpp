@@ -28,7 +28,14 @@ protected:
     void show(PanelPresence presence = PanelPresence::resident)
     {
         panel.show(presence);
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(&panel));
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+    }
+
+    // As the window system tells of it.
+    void move(QRect const& frame)
+    {
+        panel.setGeometry(frame);
+        QCoreApplication::processEvents();
     }
 
     std::optional<QString> stored() const { return services.defaults.get<QString>(frameKey); }
@@ -52,8 +59,10 @@ TEST_F(ReaderPanelTest, It_stands_where_it_was_stored_and_only_the_user_changes_
     EXPECT_EQ(panel.geometry(), QRect(200, 130, 880, 640)) << "in the middle at first";
     EXPECT_EQ(stored(), std::nullopt);
 
-    panel.move(30, 40);
-    panel.resize(500, 400);
+    panel.savePanelFrame();
+    EXPECT_EQ(stored(), std::nullopt) << "as when it is closed where it came up";
+
+    move({ 30, 40, 500, 400 });
     EXPECT_EQ(stored(), u"{{30, 40}, {500, 400}}"_s);
     panel.orderOut();
     show();
