@@ -77,7 +77,7 @@ void addList(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> con
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     // Rows like the items above them.
     list->setStyleSheet(QStringLiteral(
-        "QListView { background: transparent; }"
+        "QListView { background: transparent; outline: none; }"
         "QListView::item { padding: 4px 24px; border-radius: 2px; }"
         "QListView::item:selected { background: palette(highlight); color: palette(highlighted-text); }"));
     list->setFixedSize(listWidth, rowsInSight * list->sizeHintForRow(0));
