@@ -41,14 +41,14 @@ std::expected<void, SystemError> writeFile(InstallFolder::NewFile& file, QByteAr
     return file.close();
 }
 
-InstallResult published(QString const& name, std::expected<void, SystemError> const& linked)
+InstallResult resultOf(QString const& name, std::expected<void, SystemError> const& published)
 {
-    if (linked)
+    if (published)
         return InstallResult::created(name);
-    if (linked.error().code() == EEXIST)
+    if (published.error().code() == EEXIST)
         return InstallResult::skipped(name); // somebody was faster
     return InstallResult::failed(
-        translated("Could not install %1: %2").arg(name, linked.error().localizedDescription()));
+        translated("Could not install %1: %2").arg(name, published.error().localizedDescription()));
 }
 
 }
@@ -84,9 +84,9 @@ InstallResult installFile(
         return failure(name, written.error());
     }
 
-    auto const linked = (*folder)->link(temporary, name.toUtf8());
+    auto const published = (*folder)->publish(temporary, name.toUtf8());
     (void)(*folder)->remove(temporary);
-    return published(name, linked);
+    return resultOf(name, published);
 }
 
 }

@@ -36,8 +36,9 @@ public:
     // Makes an empty file of mode 0644. EEXIST when there is an entry of that name, a dangling link included.
     virtual std::expected<std::unique_ptr<NewFile>, SystemError> createFile(QByteArray const& name) = 0;
 
-    // Gives a file a second name. EEXIST as above.
-    virtual std::expected<void, SystemError> link(QByteArray const& name, QByteArray const& newName) = 0;
+    // Gives a file another name, beside its first one or, on a file system without hard links, in its place. EEXIST as
+    // above.
+    virtual std::expected<void, SystemError> publish(QByteArray const& name, QByteArray const& newName) = 0;
 
     virtual std::expected<void, SystemError> remove(QByteArray const& name) = 0;
 };

@@ -76,7 +76,7 @@ TEST_F(InstallationTest, What_differs_only_in_case_or_normalisation_exists)
 
 TEST_F(InstallationTest, Somebody_who_is_faster_at_any_moment_keeps_the_name)
 {
-    for (auto const moment : { Step::list, Step::open, Step::create, Step::write, Step::close, Step::link }) {
+    for (auto const moment : { Step::list, Step::open, Step::create, Step::write, Step::close, Step::publish }) {
         for (auto const kind : { Kind::regular, Kind::symbolicLink, Kind::folder }) {
             SCOPED_TRACE(testing::Message() << static_cast<int>(moment) << ' ' << static_cast<int>(kind));
             files.removeFolder(library);
@@ -108,7 +108,7 @@ TEST_F(InstallationTest, A_failing_step_is_told_and_leaves_nothing_behind)
              Case { Step::create, EROFS, u"Could not create git.md: "_s + systemText(EROFS) },
              Case { Step::write, ENOSPC, u"git.md: "_s + systemText(ENOSPC) },
              Case { Step::close, EIO, u"git.md: "_s + systemText(EIO) },
-             Case { Step::link, EPERM, u"Could not install git.md: "_s + systemText(EPERM) },
+             Case { Step::publish, EPERM, u"Could not install git.md: "_s + systemText(EPERM) },
          }) {
         SCOPED_TRACE(qPrintable(message));
         files.setInstallHook([&](Step step, QByteArray const&) { return step == failing ? error : 0; });
@@ -223,7 +223,7 @@ TEST_F(StarterInstallationTest, A_skipped_starter_brings_no_icons_and_a_failed_r
     EXPECT_FALSE(files.entry(library, "icons"));
 
     files.setInstallHook([&](Step step, QByteArray const&) {
-        if (step == Step::link)
+        if (step == Step::publish)
             files.failListing(library, EIO);
         return 0;
     });
@@ -238,7 +238,7 @@ TEST_F(StarterInstallationTest, One_that_is_overtaken_keeps_its_files_and_shows_
 {
     int links = 0;
     files.setInstallHook([&](Step step, QByteArray const&) {
-        if (step == Step::link && links++ == 0)
+        if (step == Step::publish && links++ == 0)
             store.installStarters({ u"brave.quillory"_s }); // while the first one's worker runs
         return 0;
     });

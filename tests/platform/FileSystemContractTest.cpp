@@ -322,11 +322,11 @@ TYPED_TEST(InstallFolderContract, A_file_is_made_written_linked_and_its_first_na
     EXPECT_TRUE(file->write("first, "));
     EXPECT_TRUE(file->write(QByteArray(100'000, 'x')));
     EXPECT_TRUE(file->close());
-    EXPECT_TRUE(folder->link(".new", "sheet.md"));
+    EXPECT_TRUE(folder->publish(".new", "sheet.md"));
     EXPECT_THAT(this->files.everyName(this->path).value(), UnorderedElementsAre(".new", "sheet.md"));
     EXPECT_TRUE(folder->remove(".new"));
     EXPECT_EQ(folder->remove(".new").error(), SystemError(ENOENT));
-    EXPECT_EQ(folder->link(".new", "other.md").error(), SystemError(ENOENT));
+    EXPECT_EQ(folder->publish(".new", "other.md").error(), SystemError(ENOENT));
     EXPECT_EQ(this->contents("sheet.md"), "first, " + QByteArray(100'000, 'x'));
     EXPECT_THAT(this->files.everyName(this->path).value(), UnorderedElementsAre("sheet.md"));
 }
@@ -341,7 +341,7 @@ TYPED_TEST(InstallFolderContract, No_operation_takes_a_name_that_is_there)
     for (auto const* name : { "file", "link", "folder" }) {
         EXPECT_EQ(folder->createFile(name).error(), SystemError(EEXIST)) << name;
         EXPECT_EQ(folder->makeFolder(name).error(), SystemError(EEXIST)) << name;
-        EXPECT_EQ(folder->link("source", name).error(), SystemError(EEXIST)) << name;
+        EXPECT_EQ(folder->publish("source", name).error(), SystemError(EEXIST)) << name;
     }
     EXPECT_EQ(this->contents("file"), "old");
     EXPECT_TRUE(folder->isFolder("folder").value());
@@ -364,8 +364,8 @@ TYPED_TEST(InstallFolderContract, Neither_a_link_nor_a_name_leads_out_of_the_fol
         EXPECT_EQ(folder->createFile(name).error(), invalid) << name;
         EXPECT_EQ(folder->makeFolder(name).error(), invalid) << name;
         EXPECT_EQ(folder->isFolder(name).error(), invalid) << name;
-        EXPECT_EQ(folder->link(name, "y").error(), invalid) << name;
-        EXPECT_EQ(folder->link("file", name).error(), invalid) << name;
+        EXPECT_EQ(folder->publish(name, "y").error(), invalid) << name;
+        EXPECT_EQ(folder->publish("file", name).error(), invalid) << name;
         EXPECT_EQ(folder->remove(name).error(), invalid) << name;
     }
     auto const missing = this->path + QStringLiteral("/missing");

@@ -279,9 +279,9 @@ public:
         return std::make_unique<FakeFileSystem::NewFile>(m_files, m_folder, m_prefix + name);
     }
 
-    std::expected<void, SystemError> link(QByteArray const& name, QByteArray const& newName) override
+    std::expected<void, SystemError> publish(QByteArray const& name, QByteArray const& newName) override
     {
-        if (auto const ready = begin(InstallStep::link, newName); !ready)
+        if (auto const ready = begin(InstallStep::publish, newName); !ready)
             return ready;
         auto const source = isNameOfChild(name) ? m_folder->find(m_prefix + name) : failure(EINVAL);
         if (!source)

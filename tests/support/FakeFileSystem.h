@@ -28,7 +28,7 @@ public:
 
     // Asked before each step of an installation, with the name it is about ("" for a whole folder): an `errno` to fail
     // with, or 0. What it does to the folder meanwhile is what another program does. A failing write writes the half.
-    enum class InstallStep { list, open, look, makeFolder, create, write, close, link, remove };
+    enum class InstallStep { list, open, look, makeFolder, create, write, close, publish, remove };
     using InstallHook = std::function<int(InstallStep, QByteArray const& name)>;
     void setInstallHook(InstallHook hook) { m_installHook = std::move(hook); }
 

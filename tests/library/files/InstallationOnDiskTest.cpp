@@ -12,17 +12,21 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <functional>
 #include <numeric>
 #include <random>
 
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -121,6 +125,34 @@ TEST_F(InstallationOnDisk, A_full_disk_is_told_and_leaves_nothing_behind)
         return installTooMuch(EFBIG);
     }),
         0);
+}
+
+// From now on and for good, as a file system answers that does not have it.
+void refuseCall(unsigned call, unsigned error)
+{
+    std::array<sock_filter, 4> filter { { BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1), BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW) } };
+    sock_fprog const program { filter.size(), filter.data() };
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program);
+}
+
+TEST_F(InstallationOnDisk, Without_hard_links_a_file_is_renamed_and_still_replaces_nothing)
+{
+    auto const install = [&](QString const& name) { return installFile(files, name, "new", library); };
+    EXPECT_EQ(exitCodeOf([&] {
+        refuseCall(SYS_linkat, EPERM);
+        bool const isCreated = install(u"git.md"_s).kind == InstallResult::Kind::created;
+        auto const folder = files.openForInstalling(library).value();
+        bool const isKept = folder->createFile("x") && folder->publish("x", "git.md").error().code() == EEXIST;
+        refuseCall(SYS_renameat2, EINVAL);
+        auto const told = u"Could not install vim.md: "_s + SystemError(EPERM).localizedDescription();
+        return isCreated && isKept && install(u"vim.md"_s).text == told ? 0 : 1;
+    }),
+        0);
+    EXPECT_EQ(contents("git.md"), "new");
+    EXPECT_THAT(names(), UnorderedElementsAre("git.md", "x"));
 }
 
 TEST_F(InstallationOnDisk, Killed_at_any_moment_it_leaves_whole_files_and_hidden_temporaries)

@@ -8,6 +8,7 @@
 #include <cerrno>
 
 #include <fcntl.h>
+#include <stdio.h>
 #include <sys/stat.h>
 
 namespace Quillory {
@@ -22,6 +23,12 @@ std::expected<void, SystemError> answer(int result)
     if (result != 0)
         return std::unexpected(SystemError::last());
     return {};
+}
+
+// FAT answers with the first, network drives and those in user space with the others.
+bool meansNoHardLinks(SystemError const& error)
+{
+    return error.code() == EPERM || error.code() == EOPNOTSUPP || error.code() == ENOSYS;
 }
 
 class PosixNewFile final : public InstallFolder::NewFile {
@@ -92,11 +99,17 @@ std::expected<std::unique_ptr<InstallFolder::NewFile>, SystemError> PosixInstall
     return std::make_unique<PosixNewFile>(std::move(file));
 }
 
-std::expected<void, SystemError> PosixInstallFolder::link(QByteArray const& name, QByteArray const& newName)
+std::expected<void, SystemError> PosixInstallFolder::publish(QByteArray const& name, QByteArray const& newName)
 {
     if (!isNameOfChild(name) || !isNameOfChild(newName))
         return std::unexpected(SystemError(EINVAL));
-    return answer(linkat(m_folder.number(), name.constData(), m_folder.number(), newName.constData(), 0));
+    auto const folder = m_folder.number();
+    auto const linked = answer(linkat(folder, name.constData(), folder, newName.constData(), 0));
+    if (linked || !meansNoHardLinks(linked.error()))
+        return linked;
+    auto const renamed = answer(renameat2(folder, name.constData(), folder, newName.constData(), RENAME_NOREPLACE));
+    // Where that is missing too, nothing is left that never replaces a file.
+    return renamed || renamed.error().code() == EEXIST ? renamed : linked;
 }
 
 std::expected<void, SystemError> PosixInstallFolder::remove(QByteArray const& name)

@@ -15,7 +15,7 @@ public:
     std::expected<bool, SystemError> isFolder(QByteArray const& name) const override;
     std::expected<void, SystemError> makeFolder(QByteArray const& name) override;
     std::expected<std::unique_ptr<NewFile>, SystemError> createFile(QByteArray const& name) override;
-    std::expected<void, SystemError> link(QByteArray const& name, QByteArray const& newName) override;
+    std::expected<void, SystemError> publish(QByteArray const& name, QByteArray const& newName) override;
     std::expected<void, SystemError> remove(QByteArray const& name) override;
 
 private:
