@@ -27,6 +27,9 @@ public:
     // False when the system refuses it. In a mode other than normal the system has it for this trial only.
     bool registerHotKey(std::shared_ptr<HotKey> const& hotKey);
 
+    // Lets other programs have other keys again while one of these is still held.
+    void yieldKeyboard() { m_service.yieldKeyboard(); }
+
     // While paused no hot key fires, so that the keys reach whoever records them.
     void setPaused(Pause pause);
     Pause paused() const { return m_paused; }

@@ -31,6 +31,9 @@ public:
     void onKeyDown(Name const& name, Action action);
     void onKeyUp(Name const& name, Action action);
 
+    // What the shortcut that is held was for is over: other keys go to the front window from here on.
+    void yieldKeyboard() { m_center.yieldKeyboard(); }
+
 private:
     struct Handler {
         Name name;

@@ -32,6 +32,9 @@ public:
     virtual std::expected<Registration, Refusal>
     registerHotKey(std::uint16_t keyCode, ModifierFlags modifiers, Handler handler) = 0;
 
+    // From here on other keys that go down are the front window's again, though a hot key is still held.
+    virtual void yieldKeyboard() = 0;
+
     // Whether that combination could be had: tries, and lets it go at once. One that was registered here counts as had.
     virtual std::expected<void, Refusal> probe(std::uint16_t keyCode, ModifierFlags modifiers) = 0;
 };

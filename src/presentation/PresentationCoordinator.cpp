@@ -89,6 +89,7 @@ void PresentationCoordinator::close()
     auto const before = front();
     m_panel.orderOut();
     restorePreviousApp(before);
+    m_services.shortcuts.yieldKeyboard();
 }
 
 void PresentationCoordinator::windowWillClose()
@@ -98,6 +99,7 @@ void PresentationCoordinator::windowWillClose()
     clearPeek();
     m_state = PresentationState::closed;
     restorePreviousApp(front());
+    m_services.shortcuts.yieldKeyboard();
 }
 
 PresentationCoordinator::Front PresentationCoordinator::front() const

@@ -124,8 +124,12 @@ TEST_F(SummoningTest, A_peek_lasts_as_long_as_its_keys_are_held)
         else
             desktop.keyboard().release(peekKey);
         EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+        if (modifierFirst)
+            tap(keyA); // the key of the peek is still down
         releasePeek();
     }
+    tap(keyReturn);
+    EXPECT_TRUE(Desktop::eventually([&] { return terminal.typedLines() == "a\n"; }));
     ASSERT_TRUE(comesUp());
     EXPECT_TRUE(isOrdinaryWindow(desktop.reader().value().window));
 }

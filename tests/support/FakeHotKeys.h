@@ -33,6 +33,8 @@ public:
         return Registration([this, weak = std::weak_ptr(hotKey)] { std::erase(m_hotKeys, weak.lock()); });
     }
 
+    void yieldKeyboard() override { }
+
     std::expected<void, Refusal> probe(std::uint16_t keyCode, ModifierFlags modifiers) override
     {
         Combination const combination { keyCode, modifiers };

@@ -214,11 +214,13 @@ void X11HotKeys::handle(xcb_generic_event_t const& event)
     auto const type = event.response_type & ~sentEventBit;
     if (type == XCB_KEY_PRESS) {
         press(reinterpret_cast<xcb_key_press_event_t const&>(event));
+        answer(XCB_KEY_PRESS, event.pad0);
     } else if (type == XCB_KEY_RELEASE) {
         auto const& key = reinterpret_cast<xcb_key_release_event_t const&>(event);
         m_clock.note(key.time);
         if (!release(key.detail, key.time))
             passOn(key);
+        answer(XCB_KEY_RELEASE, key.detail);
     } else if (tellsOfNewKeyboardMap(event) && !m_followKeyboardMap.isActive()) {
         m_followKeyboardMap.start();
     }
@@ -253,7 +255,7 @@ void X11HotKeys::press(xcb_key_press_event_t const& event)
     }
     // The server's own grab ends with the key that began it, and would leave the release of this one to others.
     if (isAnyDown())
-        takeKeyboard(event.time);
+        takeKeyboard(event.time, XCB_GRAB_MODE_ASYNC);
     auto const hotKey = *pressed;
     hotKey->press = ++m_lastPress;
     m_guard.start();
@@ -271,7 +273,7 @@ bool X11HotKeys::release(std::uint8_t serverKeyCode, X11Clock::Time time)
     hotKey->press = 0;
     if (!isAnyDown()) {
         m_guard.stop();
-        if (m_holdsKeyboard)
+        if (m_hold != Hold::byKey)
             letKeyboardGo(time);
     }
     hotKey->handler(Phase::released);
@@ -281,7 +283,7 @@ bool X11HotKeys::release(std::uint8_t serverKeyCode, X11Clock::Time time)
 // Sent to whoever made the window, as it would have come without the grab.
 void X11HotKeys::passOn(xcb_key_press_event_t const& event)
 {
-    if (!isAnyDown())
+    if (!isAnyDown() || m_hold == Hold::untilAnotherKey)
         return;
     auto* const xcb = m_connection.handle();
     XcbOwned<xcb_get_input_focus_reply_t> const focus(
@@ -317,20 +319,55 @@ void X11HotKeys::releaseWhatWasLost()
     }
 }
 
-void X11HotKeys::takeKeyboard(X11Clock::Time time)
+void X11HotKeys::takeKeyboard(X11Clock::Time time, std::uint8_t mode)
 {
     auto* const xcb = m_connection.handle();
-    auto const cookie = xcb_grab_keyboard(xcb, 0, m_connection.root(), time, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    auto const cookie = xcb_grab_keyboard(xcb, 0, m_connection.root(), time, XCB_GRAB_MODE_ASYNC, mode);
     xcb_discard_reply(xcb, cookie.sequence);
     xcb_flush(xcb);
-    m_holdsKeyboard = true;
+    m_hold = mode == XCB_GRAB_MODE_SYNC ? Hold::untilAnotherKey : Hold::untilAllAreUp;
+}
+
+// Letting go at once would type the hot key into the front window for as long as the keyboard repeats it. So the server
+// stops at each key and asks whose it is, until one goes down that ends the repetition.
+void X11HotKeys::yieldKeyboard()
+{
+    if (!isAnyDown())
+        return;
+    takeKeyboard(XCB_CURRENT_TIME, XCB_GRAB_MODE_SYNC);
+    xcb_allow_events(m_connection.handle(), XCB_ALLOW_SYNC_KEYBOARD, XCB_CURRENT_TIME);
+    xcb_flush(m_connection.handle());
+}
+
+void X11HotKeys::answer(std::uint8_t type, std::uint8_t serverKeyCode)
+{
+    if (m_hold != Hold::untilAnotherKey)
+        return;
+    bool const isHeldHotKey = std::ranges::any_of(
+        m_hotKeys, [&](auto const& each) { return each->press && each->serverKeyCode == serverKeyCode; });
+    bool const isOthers = type == XCB_KEY_PRESS && !isHeldHotKey && endsRepeat(serverKeyCode);
+    if (isOthers)
+        m_hold = Hold::byKey;
+    auto const whose = isOthers ? XCB_ALLOW_REPLAY_KEYBOARD : XCB_ALLOW_SYNC_KEYBOARD;
+    xcb_allow_events(m_connection.handle(), static_cast<std::uint8_t>(whose), XCB_CURRENT_TIME);
+    xcb_flush(m_connection.handle());
+}
+
+// A key that is not repeated itself, as modifiers are not, leaves the repetition of another one running.
+bool X11HotKeys::endsRepeat(std::uint8_t serverKeyCode) const
+{
+    auto* const xcb = m_connection.handle();
+    XcbOwned<xcb_get_keyboard_control_reply_t> const control(
+        xcb_get_keyboard_control_reply(xcb, xcb_get_keyboard_control(xcb), nullptr));
+    return !control || control->global_auto_repeat == XCB_AUTO_REPEAT_MODE_OFF
+        || (control->auto_repeats[serverKeyCode / 8] & (1U << (serverKeyCode % 8)));
 }
 
 // A grab that began after `time` stays: it belongs to a press that we have yet to see.
 void X11HotKeys::letKeyboardGo(X11Clock::Time time)
 {
     m_guard.stop();
-    m_holdsKeyboard = false;
+    m_hold = Hold::byKey;
     xcb_ungrab_keyboard(m_connection.handle(), time);
     xcb_flush(m_connection.handle());
 }

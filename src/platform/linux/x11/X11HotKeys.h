@@ -31,6 +31,9 @@ public:
         std::uint16_t keyCode, ModifierFlags modifiers, Handler handler) override;
     std::expected<void, Refusal> probe(std::uint16_t keyCode, ModifierFlags modifiers) override;
 
+    // A hang from here on holds up the next key, which the server keeps until it is told whose it is.
+    void yieldKeyboard() override;
+
     // Knows a window of this program by its number. While a hot key is down the server gives every key to its holder;
     // the others are passed on to the window that has the focus, if it is one of these.
     std::function<bool(xcb_window_t)> isOwnWindow = [](auto) { return false; };
@@ -48,6 +51,10 @@ private:
         std::uint64_t press = 0; // which press holds it down; 0 while it is up
     };
 
+    // How the keyboard is held while a hot key is down: by the server's own grab, which ends with the key that began it,
+    // until all are up, or only until the first other key goes down.
+    enum class Hold { byKey, untilAllAreUp, untilAnotherKey };
+
     bool startExtension();
     std::expected<std::shared_ptr<HotKey>, Refusal> make(std::uint16_t keyCode, ModifierFlags modifiers) const;
     std::expected<void, Refusal> grab(HotKey& hotKey);
@@ -62,7 +69,9 @@ private:
     bool release(std::uint8_t serverKeyCode, X11Clock::Time time);
     void releaseWhatWasLost();
     void passOn(xcb_key_press_event_t const& event);
-    void takeKeyboard(X11Clock::Time time);
+    void takeKeyboard(X11Clock::Time time, std::uint8_t mode);
+    void answer(std::uint8_t type, std::uint8_t serverKeyCode);
+    bool endsRepeat(std::uint8_t serverKeyCode) const;
     void letKeyboardGo(X11Clock::Time time);
     std::uint16_t locks() const { return m_modifierMap.lockCombinations().back(); }
     bool isAnyDown() const;
@@ -74,7 +83,7 @@ private:
     ModifierMap m_modifierMap;
     std::vector<std::shared_ptr<HotKey>> m_hotKeys;
     std::uint64_t m_lastPress = 0;
-    bool m_holdsKeyboard = false; // by a grab that doesn't end with a key
+    Hold m_hold = Hold::byKey;
     QTimer m_followKeyboardMap;
     QTimer m_guard;
     Registration m_events;
