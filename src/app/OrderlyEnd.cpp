@@ -2,7 +2,10 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <limits>
 #include <utility>
+
+#include <unistd.h>
 
 namespace Quillory {
 
@@ -36,8 +39,16 @@ void OrderlyEnd::atExit()
     if (!current)
         return;
     current->run();
+    leave(EXIT_FAILURE);
+}
+
+void OrderlyEnd::leave(int exitCode)
+{
     std::fflush(nullptr);
-    std::_Exit(EXIT_FAILURE);
+    // A thread in a call that can't be interrupted keeps the process until its drive answers. Windows, grabs and the name
+    // on the bus must not stay that long.
+    close_range(STDERR_FILENO + 1, std::numeric_limits<unsigned>::max(), 0);
+    std::_Exit(exitCode);
 }
 
 }

@@ -16,6 +16,9 @@ public:
 
     void run();
 
+    // Ends the process without the ends of objects that other threads may still use.
+    [[noreturn]] static void leave(int exitCode);
+
 private:
     static void atExit();
 

@@ -35,7 +35,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <cstdlib>
 #include <iostream>
 
@@ -89,13 +88,6 @@ QString startersFolder()
 
 // How long the end waits for a load or an installation that runs.
 constexpr std::chrono::milliseconds endPatience { 100 };
-
-// Ends the process while a worker still uses the program's objects.
-[[noreturn]] void leaveAtOnce(int result)
-{
-    std::fflush(nullptr);
-    std::_Exit(result);
-}
 
 int fail(QString const& sentence)
 {
@@ -189,6 +181,6 @@ int main(int argc, char* argv[])
     end.run();
     instance.leave(); // once the settings are written, which the next process reads
     if (!executor.stopWorkers(endPatience))
-        leaveAtOnce(result);
+        OrderlyEnd::leave(result);
     return result;
 }
