@@ -45,7 +45,7 @@ void PresentationCoordinator::observe()
     m_observations.push_back(session.observeSessionDidResignActive(weakly(&Self::endPeek)));
 }
 
-// A permission that comes or goes while the program runs is noticed here; nobody is asked for it.
+// Where a permission can come or go while the program runs, it is noticed here; nobody is asked for it.
 void PresentationCoordinator::refreshGesture()
 {
     m_store.gesturePermissionGranted = ModifierGesturePermission::isGranted(m_services.permission);

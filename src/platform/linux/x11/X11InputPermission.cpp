@@ -17,11 +17,6 @@ bool X11InputPermission::canListenToEvents() const
     return m_hasRawEvents && !xcb_connection_has_error(m_connection.handle());
 }
 
-void X11InputPermission::requestListenAccess()
-{
-    m_hasRawEvents = hasRawEvents();
-}
-
 bool X11InputPermission::hasRawEvents() const
 {
     auto* const xcb = m_connection.handle();

@@ -5,7 +5,8 @@
 
 namespace Quillory {
 
-// An X server hands its raw keys to whoever asks, so there is nothing to be granted: either it has them or not.
+// An X server hands its raw keys to whoever asks, so there is nothing to be granted: it has them for as long as it runs,
+// or never. A permission that comes later, which other systems know, there is not.
 class X11InputPermission final : public InputPermission {
 public:
     // Asks the server once. `connection` outlives it.
@@ -18,14 +19,14 @@ public:
     // passes on what is typed into windows of X programs.
     bool canListenToEvents() const override;
 
-    // Asks the server again; there is no question to the user.
-    void requestListenAccess() override;
+    // There is nobody to ask.
+    void requestListenAccess() override { }
 
 private:
     bool hasRawEvents() const;
 
     X11Connection& m_connection;
-    bool m_hasRawEvents;
+    bool const m_hasRawEvents;
 };
 
 }
