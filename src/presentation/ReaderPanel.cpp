@@ -74,10 +74,11 @@ void ReaderPanel::takeFrame()
     auto const screen = usersScreen();
     if (!std::exchange(m_isPlaced, true) && screen)
         move(PanelFrame::centered(screen->visibleFrame).topLeft().toPoint());
+    // One that is in place already stays there, also where a window manager has corrected it.
+    if (isVisible() && screen == PanelFrame::screenOf(m_screens, geometry()))
+        return;
     auto const stored = m_services.defaults.get<QString>(QLatin1StringView(frameKey));
     auto const frame = PanelFrame::forShow(stored, pos(), m_screens, screen).toRect();
-    if (isVisible() && frame == geometry())
-        return;
     using enum PanelFrameGuard::Until;
     m_restoringPanelFrame.place(isVisible() ? nextFrame : inFront);
     setGeometry(frame);
