@@ -51,6 +51,8 @@ ReaderPanel::~ReaderPanel() = default;
 
 void ReaderPanel::show(PanelPresence presence)
 {
+    if (isVisible() && !m_window->canBeFetched())
+        hidePanel();
     takeFrame();
     m_view.startAfresh();
     m_view.refresh();

@@ -107,6 +107,13 @@ TEST_F(ReaderPanelTest, What_the_window_manager_has_to_do_holds_up_neither_the_f
     panel.applyPeekLevel(PanelPresence::resident);
     services.executor.runPosted();
     EXPECT_FALSE(window->isAbove() || window->isEverywhere());
+
+    for (bool const isFetchable : { true, false }) {
+        window->isFetchable = isFetchable;
+        window->calls.clear();
+        panel.show(PanelPresence::resident);
+        EXPECT_EQ(window->calls.contains(u"didHide"_s), !isFetchable) << "from another workspace";
+    }
 }
 
 TEST_F(ReaderPanelTest, Each_show_begins_with_a_view_like_a_new_one)

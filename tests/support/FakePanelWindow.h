@@ -18,6 +18,7 @@ public:
     }
     void setCollectionBehavior(CollectionBehavior asked) override { behavior = asked; }
     bool isMinimized() const override { return false; }
+    bool canBeFetched() const override { return isFetchable; }
     void willShow() override { calls.append(QStringLiteral("willShow")); }
     void didShow() override
     {
@@ -36,6 +37,7 @@ public:
     WindowLevel level = WindowLevel::normal;
     CollectionBehavior behavior = CollectionBehavior::none;
     bool isShown = false;
+    bool isFetchable = true;
     QStringList calls;
 };
 

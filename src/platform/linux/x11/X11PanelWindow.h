@@ -18,6 +18,7 @@ public:
     void setLevel(WindowLevel level) override;
     void setCollectionBehavior(CollectionBehavior behavior) override;
     bool isMinimized() const override;
+    bool canBeFetched() const override;
     void willShow() override;
     void didShow() override;
     void didHide() override;
