@@ -170,7 +170,8 @@ TEST_F(JsonUserDefaultsTest, A_damaged_file_is_set_aside_under_a_free_name_and_n
         expected << QStringLiteral("defaults.json.damaged-%1").arg(expected.size() + 1);
         auto& defaults = start();
         EXPECT_EQ(defaults.damagedFile(), m_folder.filePath(expected.last()));
-        EXPECT_EQ(m_troubles.back(), (Trouble { Trouble::Kind::setAside, m_folder.filePath(expected.last()) }));
+        EXPECT_THAT(
+            m_troubles, testing::Contains(Trouble { Trouble::Kind::setAside, m_folder.filePath(expected.last()) }));
         EXPECT_EQ(defaults.value(m_a), std::nullopt);
         EXPECT_THAT(files(), testing::ElementsAreArray(expected));
         EXPECT_EQ(contentsOf(m_folder.filePath(expected.last())), QByteArray(damage));
