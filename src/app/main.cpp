@@ -1,7 +1,9 @@
 #include "AppDelegate.h"
 #include "OrderlyEnd.h"
+#include "Preparation.h"
+#include "StartOptions.h"
 #include "TerminationSignals.h"
-#include "UserTimes.h"
+#include "X11Desktop.h"
 
 #include "platform/linux/files/InotifyFileEvents.h"
 #include "platform/linux/files/JsonUserDefaults.h"
@@ -13,71 +15,43 @@
 #include "platform/linux/freedesktop/LogindSessionEvents.h"
 #include "platform/linux/qt/QtClipboard.h"
 #include "platform/linux/qt/QtExecutor.h"
-#include "platform/linux/qt/QtLocalKeyEvents.h"
 #include "platform/linux/qt/QtMenuTracking.h"
 #include "platform/linux/qt/QtOpenPanels.h"
 #include "platform/linux/qt/QtPictureDecoder.h"
-#include "platform/linux/qt/QtScreens.h"
-#include "platform/linux/x11/VirtualKeys.h"
-#include "platform/linux/x11/X11Clock.h"
-#include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/X11HotKeys.h"
-#include "platform/linux/x11/X11InputPermission.h"
-#include "platform/linux/x11/X11KeyState.h"
-#include "platform/linux/x11/X11ModifierEvents.h"
-#include "platform/linux/x11/X11PanelWindow.h"
-#include "platform/linux/x11/X11Workspace.h"
 
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDir>
-#include <QWindow>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
 
 namespace {
 
-// The panel talks to the window manager by X11, on Wayland through its X server. The choice is ours alone: programs that
-// are started from here must not inherit it.
-class WindowSystemChoice {
-public:
-    WindowSystemChoice() { setenv("QT_QPA_PLATFORM", "xcb", 0); }
-    void forget() const
-    {
-        if (m_isOurs)
-            unsetenv("QT_QPA_PLATFORM");
-    }
+using namespace Quillory;
 
-private:
-    bool m_isOurs = !qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
-};
+constexpr int misused = 2;
 
-void configure(QApplication& application)
+// How long the end waits for a load or an installation that runs.
+constexpr std::chrono::milliseconds endPatience { 100 };
+
+int fail(QString const& sentence, int exitCode = EXIT_FAILURE)
 {
-    QApplication::setApplicationName(QStringLiteral("quillory"));
-    QApplication::setDesktopFileName(Quillory::BusApplicationInstance::name());
-    application.setQuitOnLastWindowClosed(false);
+    std::cerr << "quillory: " << sentence.toStdString() << '\n';
+    return exitCode;
 }
 
-void flushWindows(QApplication const& application)
+void say(QStringList const& sentences)
 {
-    if (auto* const x11 = application.nativeInterface<QNativeInterface::QX11Application>())
-        xcb_flush(x11->connection());
+    for (auto const& sentence : sentences)
+        std::cout << sentence.toStdString() << std::endl;
 }
 
-bool isOwnWindow(std::uint32_t number)
+// A program that was started from a terminal must not keep the drive busy on which the terminal stood.
+void leaveWorkingFolder()
 {
-    auto const isIt = [&](QWindow const* window) { return window->handle() && window->winId() == number; };
-    return std::ranges::any_of(QGuiApplication::topLevelWindows(), isIt);
-}
-
-Quillory::ApplicationInstance::Wish wish()
-{
-    using enum Quillory::ApplicationInstance::Wish;
-    return QCoreApplication::arguments().contains(QLatin1StringView("--toggle")) ? toggle : open;
+    QDir::setCurrent(QDir::homePath());
 }
 
 // Installed or built, the program finds what it brings along from where it stands itself.
@@ -86,40 +60,23 @@ QString startersFolder()
     return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/quillory/Starters"));
 }
 
-// How long the end waits for a load or an installation that runs.
-constexpr std::chrono::milliseconds endPatience { 100 };
-
-int fail(QString const& sentence)
+// Passes the wish on to an earlier process. Settings are changed only where there is none: it has them in memory.
+ApplicationInstance::Role takePart(ApplicationInstance& instance, StartOptions const& options)
 {
-    std::cerr << "quillory: " << sentence.toStdString() << '\n';
-    return EXIT_FAILURE;
+    return instance.start(options.changeSettings() ? ApplicationInstance::Wish::none : options.wish);
 }
 
+int leaveToEarlierProcess(StartOptions const& options)
+{
+    if (options.changeSettings())
+        return fail(QStringLiteral("Quillory already runs and has its settings in memory. End it first, by Ctrl+Q in "
+                                   "the reader."));
+    return EXIT_SUCCESS;
 }
 
-int main(int argc, char* argv[])
+// The program from here to its end: all that it stands on, and what stands on that.
+int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions const& options)
 {
-    using namespace Quillory;
-
-    WindowSystemChoice const choice;
-    // A sentence instead of the toolkit's own end, which is an abort.
-    if (auto const probe = X11Connection::open(); !probe)
-        return fail(probe.error());
-    TerminationSignals::block(); // before anything starts a thread
-    auto const start = BusApplicationInstance::Start::ofThisProcess();
-    QApplication application(argc, argv);
-    choice.forget();
-    configure(application);
-    BusApplicationInstance instance(QDBusConnection::sessionBus(), start);
-    if (instance.start(wish()) == ApplicationInstance::Role::handedOver)
-        return EXIT_SUCCESS;
-    auto const connection = X11Connection::open();
-    // Raw events pause on a connection that grabs keys.
-    auto const listening = X11Connection::open();
-    if (!connection || !listening)
-        return fail((connection ? listening : connection).error());
-    (*connection)->onLost = [] { QCoreApplication::exit(EXIT_FAILURE); };
-
     // Not quit(), which closes the windows as the user would.
     TerminationSignals const signals([] { QCoreApplication::exit(); });
     PosixFileSystem files;
@@ -130,47 +87,37 @@ int main(int argc, char* argv[])
     QtExecutor settingsExecutor;
     JsonUserDefaults defaults(JsonUserDefaults::standardPath(), settingsExecutor);
     InotifyFileEvents events(executor);
-    auto const flushOwnWindows = [&application] { flushWindows(application); };
-    X11Clock clock;
-    UserTimes const userTimes(clock);
-    X11HotKeys hotKeys(**connection, clock);
-    hotKeys.isOwnWindow = isOwnWindow;
     NotificationCenter notifications;
     QtMenuTracking const menuTracking(notifications);
-    QtLocalKeyEvents localKeyEvents(
-        [](std::uint32_t scanCode) { return VirtualKeys::virtualKeyCode(static_cast<std::uint8_t>(scanCode)); });
-    X11Workspace workspace(**connection, clock, flushOwnWindows);
-    X11InputPermission const permission(**listening);
-    X11ModifierEvents modifierEvents(**listening, clock, permission);
-    X11KeyState const keys(**listening);
-    QtScreens screens;
-
     QtClipboard clipboard;
     AtSpiAnnouncements announcements;
     DesktopFileOpener fileOpener(QDBusConnection::sessionBus());
     QtOpenPanels openPanels;
     LogindSessionEvents session(QDBusConnection::systemBus());
-    auto const grabbingAgain = session.observeDidWake([&hotKeys] { hotKeys.grabAgain(); });
+    auto const wakes = session.observeDidWake([&] { desktop.didWake(); });
+
+    if (options.changeSettings()) {
+        ShortcutStorage shortcuts(defaults, notifications);
+        if (auto const prepared = prepareSettings(options, defaults, bookmarks, shortcuts); !prepared)
+            return fail(prepared.error());
+        defaults.flush(); // who reads what is said may look at them
+        say(howToCall(shortcuts, desktop.keyboardLayout()));
+    }
 
     AppDelegate delegate({
         .library = { defaults, bookmarks, files, pictures, events, executor, clipboard, announcements, fileOpener,
-            openPanels, workspace, startersFolder() },
-        .hotKeys = hotKeys,
-        .localKeyEvents = localKeyEvents,
+            openPanels, desktop.workspace(), startersFolder() },
+        .hotKeys = desktop.hotKeys(),
+        .localKeyEvents = desktop.localKeyEvents(),
         .notifications = notifications,
         .session = session,
-        .modifierEvents = modifierEvents,
-        .permission = permission,
-        .keys = keys,
-        .screens = screens,
-        .makePanelWindow =
-            [&](std::uint64_t window) {
-                return std::make_unique<X11PanelWindow>(
-                    **connection, static_cast<xcb_window_t>(window), flushOwnWindows);
-            },
+        .modifierEvents = desktop.modifierEvents(),
+        .permission = desktop.permission(),
+        .keys = desktop.keys(),
+        .screens = desktop.screens(),
+        .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
         .instance = instance,
-        .noteUserTime =
-            [&](std::optional<std::uint32_t> time) { clock.note(time ? *time : (*connection)->presentTime()); },
+        .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
     });
     OrderlyEnd end([&] {
         delegate.applicationWillTerminate();
@@ -183,4 +130,32 @@ int main(int argc, char* argv[])
     if (!executor.stopWorkers(endPatience))
         OrderlyEnd::leave(result);
     return result;
+}
+
+}
+
+int main(int argc, char* argv[])
+{
+    auto const options = StartOptions::parse(argc, argv);
+    if (!options)
+        return fail(options.error(), misused);
+    leaveWorkingFolder();
+    X11Desktop::ToolkitChoice const choice;
+    if (auto const display = X11Desktop::probe(); !display)
+        return fail(display.error());
+
+    TerminationSignals::block(); // before anything starts a thread
+    auto const start = BusApplicationInstance::Start::ofThisProcess();
+    QApplication application(argc, argv);
+    choice.forget();
+    QApplication::setDesktopFileName(BusApplicationInstance::name());
+    application.setQuitOnLastWindowClosed(false);
+    BusApplicationInstance instance(QDBusConnection::sessionBus(), start);
+    if (takePart(instance, *options) == ApplicationInstance::Role::handedOver)
+        return leaveToEarlierProcess(*options);
+
+    auto const desktop = X11Desktop::open(application);
+    if (!desktop)
+        return fail(desktop.error());
+    return serve(**desktop, instance, *options);
 }

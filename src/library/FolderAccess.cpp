@@ -19,6 +19,11 @@ FolderAccess::FolderAccess(UserDefaults& defaults, FolderBookmarks& bookmarks)
 {
 }
 
+bool FolderAccess::isStored() const
+{
+    return m_defaults.get<QByteArray>(bookmarkKey()).has_value();
+}
+
 void FolderAccess::release()
 {
     m_scope.end();

@@ -18,6 +18,8 @@ class FolderAccess {
 public:
     FolderAccess(UserDefaults& defaults, FolderBookmarks& bookmarks);
 
+    bool isStored() const;
+
     // The stored folder, reachable from now on. Absent when none is stored; a failure leaves the stored bookmark.
     std::expected<std::optional<QString>, SystemError> restore();
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "platform/linux/x11/X11Connection.h"
+#include "tools/x11/DesktopView.h"
 #include "tools/x11/ScreenCapture.h"
 #include "tools/x11/SyntheticKeyboard.h"
-#include "tools/x11/DesktopView.h"
 
 #include <functional>
 #include <initializer_list>

@@ -2,9 +2,9 @@
 
 #include "RenderedJson.h"
 
+#include "FixedTextMeasure.h"
 #include "rendering/MarkdownRenderer.h"
 #include "rendering/ShortcutRenderer.h"
-#include "FixedTextMeasure.h"
 
 #include <array>
 #include <variant>

@@ -1,0 +1,87 @@
+#include "Preparation.h"
+
+#include "library/FolderAccess.h"
+
+#include <array>
+
+namespace Quillory {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct CalledBy {
+    ShortcutName name;
+    Shortcut initial;
+    QString sentence; // %1 is the keys
+    QString without;
+};
+
+std::array<CalledBy, 2> const& waysToCall()
+{
+    constexpr std::int64_t keyJ = 38, keyK = 40;
+    static auto const controlAndAlt = Shortcut::carbonModifiersOf(ModifierFlags::control | ModifierFlags::option);
+    static std::array<CalledBy, 2> const ways { {
+        { ShortcutName::toggleQuillory(), { keyK, controlAndAlt },
+            u"Press %1 to call the reader, and again to send it away."_s,
+            u"No shortcut calls the reader. Start the program again to open it."_s },
+        { ShortcutName::peekQuillory(), { keyJ, controlAndAlt },
+            u"Hold %1 to peek: the reader stays while the keys are down."_s, u"No shortcut peeks."_s },
+    } };
+    return ways;
+}
+
+QString inWords(Shortcut const& shortcut, KeyboardLayout const& layout)
+{
+    static constexpr std::pair<ModifierFlags, QLatin1StringView> words[] {
+        { ModifierFlags::control, "Ctrl"_L1 },
+        { ModifierFlags::option, "Alt"_L1 },
+        { ModifierFlags::shift, "Shift"_L1 },
+        { ModifierFlags::command, "Super"_L1 },
+    };
+    QStringList keys;
+    for (auto const& [flag, word] : words) {
+        if (contains(shortcut.modifiers(), flag))
+            keys << word;
+    }
+    keys << Shortcut { shortcut.carbonKeyCode, 0 }.description(layout);
+    return keys.join(u'+');
+}
+
+std::expected<void, QString> connectFolder(FolderAccess& access, QString const& folder)
+{
+    if (auto const remembered = access.remember(folder); !remembered)
+        return std::unexpected(
+            u"\"%1\" can't be connected: %2"_s.arg(folder, remembered.error().localizedDescription()));
+    return {};
+}
+
+}
+
+std::expected<void, QString> prepareSettings(
+    StartOptions const& options, UserDefaults& defaults, FolderBookmarks& bookmarks, ShortcutStorage& shortcuts)
+{
+    FolderAccess access(defaults, bookmarks);
+    auto const& folder = options.folder || access.isStored() ? options.folder : options.spareFolder;
+    if (auto const connected = folder ? connectFolder(access, *folder) : std::expected<void, QString>(); !connected)
+        return connected;
+    if (options.gesture)
+        defaults.setValue(u"modifierGesture"_s, rawValue(*options.gesture));
+    for (auto const& way : waysToCall()) {
+        if (options.initialShortcuts)
+            shortcuts.storeInitialShortcut({ way.name.rawValue, way.initial });
+    }
+    return {};
+}
+
+QStringList howToCall(ShortcutStorage const& shortcuts, KeyboardLayout const& layout)
+{
+    QStringList sentences;
+    for (auto const& way : waysToCall()) {
+        auto const shortcut = shortcuts.getShortcut(way.name);
+        sentences << (shortcut ? way.sentence.arg(inWords(*shortcut, layout)) : way.without);
+    }
+    return sentences;
+}
+
+}

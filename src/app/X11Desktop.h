@@ -1,0 +1,88 @@
+#pragma once
+
+#include "UserTimes.h"
+
+#include "platform/PanelWindow.h"
+#include "platform/linux/qt/QtLocalKeyEvents.h"
+#include "platform/linux/qt/QtScreens.h"
+#include "platform/linux/x11/X11Clock.h"
+#include "platform/linux/x11/X11Connection.h"
+#include "platform/linux/x11/X11HotKeys.h"
+#include "platform/linux/x11/X11InputPermission.h"
+#include "platform/linux/x11/X11KeyState.h"
+#include "platform/linux/x11/X11ModifierEvents.h"
+#include "platform/linux/x11/X11Workspace.h"
+#include "platform/linux/x11/XkbKeyboardLayout.h"
+
+#include <QApplication>
+#include <QString>
+
+#include <cstdint>
+#include <expected>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace Quillory {
+
+// The window system's share of the seams, on an X server: its connections, its clock and its adapters. Another window
+// system is one more class of this shape. Main thread only.
+class X11Desktop {
+public:
+    // Makes the toolkit talk to the X server, on Wayland to the one that stands in for it. To be made before the
+    // application and forgotten right after it: programs that are started from here must not inherit the choice.
+    class ToolkitChoice {
+    public:
+        ToolkitChoice();
+        void forget() const;
+
+    private:
+        bool m_isOurs;
+    };
+
+    // Whether there is a server: asked before the toolkit, which aborts where there is none. The error is a sentence.
+    static std::expected<void, QString> probe();
+
+    // The error is a sentence for the user. The application outlives the desktop, which it belongs to.
+    static std::expected<std::unique_ptr<X11Desktop>, QString> open(QApplication const& application);
+
+    X11Desktop(X11Desktop const&) = delete;
+    X11Desktop& operator=(X11Desktop const&) = delete;
+
+    HotKeys& hotKeys() { return m_hotKeys; }
+    LocalKeyEvents& localKeyEvents() { return m_localKeyEvents; }
+    Workspace& workspace() { return m_workspace; }
+    ModifierEvents& modifierEvents() { return m_modifierEvents; }
+    InputPermission const& permission() const { return m_permission; }
+    KeyState const& keys() const { return m_keys; }
+    KeyboardLayout const& keyboardLayout() const { return m_keyboardLayout; }
+    Screens& screens() { return m_screens; }
+
+    std::unique_ptr<PanelWindow> panelWindow(std::uint64_t window);
+
+    // When the user asked for what another process passed on, as a server time; absent for now.
+    void noteUserTime(std::optional<std::uint32_t> time);
+
+    // Takes the hot keys again that other programs have had while the machine slept.
+    void didWake() { m_hotKeys.grabAgain(); }
+
+private:
+    X11Desktop(QApplication const& application, std::unique_ptr<X11Connection> connection,
+        std::unique_ptr<X11Connection> listening);
+
+    std::function<void()> m_flushOwnWindows;
+    std::unique_ptr<X11Connection> m_connection;
+    std::unique_ptr<X11Connection> m_listening; // raw events pause on a connection that grabs keys
+    X11Clock m_clock;
+    UserTimes m_userTimes;
+    X11HotKeys m_hotKeys;
+    QtLocalKeyEvents m_localKeyEvents;
+    X11Workspace m_workspace;
+    X11InputPermission m_permission;
+    X11ModifierEvents m_modifierEvents;
+    X11KeyState m_keys;
+    XkbKeyboardLayout m_keyboardLayout;
+    QtScreens m_screens;
+};
+
+}
