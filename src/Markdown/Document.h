@@ -20,10 +20,6 @@ public:
     // Of the text's UTF-8 bytes, which must be well-formed.
     static Document parsingUtf8(QByteArrayView utf8, ParseOptions options = ParseOptions::none);
 
-    Element root() const { return { *m_storage, 0 }; }
-    ElementChildren children() const { return root().children(); }
-    qsizetype childCount() const { return root().childCount(); }
-
     // UTF-16 units of all strings together.
     qsizetype poolSize() const { return m_storage->pool.size(); }
 

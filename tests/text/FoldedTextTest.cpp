@@ -1,20 +1,14 @@
 #include "text/FoldedText.h"
+#include "support/Dice.h"
+#include "support/Test.h"
 #include "text/SearchFolding.h"
 
-#include <QStringList>
 #include <QTextBoundaryFinder>
-
-#include <gmock/gmock.h>
-
-#include <random>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Direction = FoldedText::Direction;
-using testing::ElementsAre;
-using testing::Pair;
 
 std::vector<std::pair<qsizetype, qsizetype>> allMatches(QString const& text, QString const& query)
 {
@@ -56,7 +50,7 @@ TEST(FoldedTextTest, Matches_cover_the_very_characters_and_whole_clusters)
         { "marks at the start of a text", u"\u0301\u0302abc"_s, u"abc"_s, { { 2, 3 } } },
     };
     for (auto const& [description, text, query, matches] : cases)
-        EXPECT_THAT(allMatches(text, query), testing::ElementsAreArray(matches)) << description;
+        EXPECT_THAT(allMatches(text, query), ElementsAreArray(matches)) << description;
 }
 
 // Every grapheme cluster folded by itself says what a text looks like and where each piece of it came from.
@@ -96,8 +90,8 @@ TEST(FoldedTextTest, Random_texts_agree_with_folding_cluster_by_cluster)
     // Neither flags nor Indic letters: beside one another Qt 6.4 takes emoji apart.
     QStringList const pieces { u"a"_s, u"B"_s, u"ß"_s, u"e\u0301"_s, u"ﬃ"_s, u"\n"_s, u"\u0301"_s, u"\U0001F600"_s,
         u"\U0001F44D\U0001F3FD"_s, u"한"_s, u"ж"_s, u"中"_s, u"o"_s + u"\u0308"_s.repeated(3000) };
-    std::mt19937 random(7);
-    auto const upTo = [&](qsizetype most) { return std::uniform_int_distribution<qsizetype>(0, most)(random); };
+    Dice dice(7);
+    auto const upTo = [&](qsizetype most) { return dice.below(most + 1); };
     for (int round = 0; round < 400; ++round) {
         QString text;
         for (auto count = upTo(30); count > 0; --count)
