@@ -1,31 +1,22 @@
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 
+#include "support/Dice.h"
 #include "support/FakeHotKeys.h"
 #include "support/ManualExecutor.h"
 #include "support/MemoryUserDefaults.h"
 #include "support/ShortcutsOnFakes.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 #include <algorithm>
 #include <map>
-#include <random>
 #include <set>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace Quillory {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-using namespace Qt::StringLiterals;
-
 constexpr auto controlOption = ModifierFlags::control | ModifierFlags::option;
 
-class KeyboardShortcutsTest : public testing::Test {
+class KeyboardShortcutsTest : public Test {
 protected:
     void store(ShortcutName const& name, UserDefaults::Value value)
     {
@@ -279,15 +270,15 @@ protected:
 
 TEST_F(ShortcutsModel, Any_order_of_changes_modes_refusals_and_keys_follows_it)
 {
-    std::mt19937 random(4);
+    Dice dice(4);
     stored.resize(names.size());
     bool isPaused = false, isMenuOpen = false;
     std::size_t presses = 0;
     for (int step = 0; step < 20000; ++step) {
         SCOPED_TRACE(step);
-        auto const name = random() % names.size();
-        auto const key = random() % std::size(keys);
-        switch (random() % 9) {
+        auto const name = dice.below(names.size());
+        auto const key = dice.below(std::size(keys));
+        switch (dice.below(9)) {
         case 0:
             if (listeners[name] < 2) {
                 listen(name);
@@ -295,14 +286,14 @@ TEST_F(ShortcutsModel, Any_order_of_changes_modes_refusals_and_keys_follows_it)
             }
             break;
         case 1:
-            set(name, random() % 4 == 0 ? std::nullopt : std::optional(key));
+            set(name, dice.oneIn(4) ? std::nullopt : std::optional(key));
             break;
         case 2:
-            isPaused = random() % 3 == 0;
+            isPaused = dice.oneIn(3);
             setMode(isPaused, isMenuOpen);
             break;
         case 3:
-            isMenuOpen = random() % 2 == 0;
+            isMenuOpen = dice.oneIn(2);
             setMode(isPaused, isMenuOpen);
             break;
         case 4:
@@ -313,7 +304,7 @@ TEST_F(ShortcutsModel, Any_order_of_changes_modes_refusals_and_keys_follows_it)
                 hotKeys.refusals.push_back({ combination(each), HotKeys::Refusal::Reason::taken });
             break;
         default:
-            strike(key, random() % 2 == 0);
+            strike(key, dice.oneIn(2));
             presses += happened.size();
         }
         held.clear();
