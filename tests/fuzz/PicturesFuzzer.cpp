@@ -2,8 +2,9 @@
 
 #include "library/LibraryReference.h"
 #include "library/SheetPictures.h"
+#include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/qt/QtPictureDecoder.h"
-#include "support/FakeFileSystem.h"
+#include "support/TemporaryFolder.h"
 
 #include <QSet>
 
@@ -44,13 +45,13 @@ void show(OpenFolder const& folder, QtPictureDecoder const& decoder)
 int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
     static QtPictureDecoder const decoder;
-    auto const library = QStringLiteral("/library");
+    static TemporaryFolder const root;
     auto const bytes = bytesOf(data, size);
-    FakeFileSystem files;
-    files.write(library, "a.png", bytes);
-    files.write(library, "images/b.png", bytes);
-    files.put(library, "out", { .kind = FakeFileSystem::Kind::symbolicLink, .contents = "../other" });
-    auto const folder = files.openFolder(library).value();
+    root.write("library/a.png", bytes);
+    root.write("library/images/b.png", bytes);
+    if (!root.has("library/out"))
+        root.link("library/out", "../other");
+    auto const folder = PosixFileSystem().openFolder(root.path("library")).value();
     if (size < 4096)
         refer(*folder, bytes);
     show(*folder, decoder);

@@ -1,49 +1,71 @@
 #include "library/InstallFile.h"
 #include "library/InstallIcons.h"
+#include "library/LibraryInstallation.h"
+#include "library/LibraryLoad.h"
 #include "library/StarterSheets.h"
+#include "support/Dice.h"
 #include "support/FakeLibraryServices.h"
+#include "support/OrdinaryUser.h"
+#include "support/Test.h"
 
-#include <gmock/gmock.h>
+#include <QFileInfo>
 
+#include <array>
 #include <cerrno>
+#include <csignal>
+
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sched.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
-using Kind = FakeFileSystem::Kind;
-using Step = FakeFileSystem::InstallStep;
-
-QString const library = u"/library"_s;
-QString const starters = u"/starters"_s;
+using Step = FaultyFileSystem::Step;
 
 QString systemText(int error)
 {
     return SystemError(error).localizedDescription();
 }
 
-class InstallationTest : public testing::Test, protected FakeLibraryServices {
-protected:
-    InstallationTest() { files.addFolder(library); }
+// What a name can be.
+enum class Kind { file, link, folder };
 
-    InstallResult install(QString const& name) { return installFile(files, name, "new", library); }
-    QByteArray contents(QByteArray const& name) const
+class InstallationTest : public Test, protected FakeLibraryServices {
+protected:
+    InstallationTest() { root.makeFolder("library"); }
+
+    void put(QByteArray const& name, Kind kind, QByteArray const& contents) const
     {
-        return files.entry(library, name).value_or(FakeFileSystem::Entry()).contents;
+        if (kind == Kind::file)
+            root.write("library/" + name, contents);
+        else if (kind == Kind::link)
+            root.link("library/" + name, contents);
+        else
+            root.makeFolder("library/" + name);
     }
-    bool hasTemporaries() const
+    bool isStill(QByteArray const& name, Kind kind, QByteArray const& contents) const
     {
-        auto const names = files.everyName(library).value();
-        return std::ranges::any_of(names, [](auto const& name) { return name.startsWith(".quillory-"); });
+        QFileInfo const entry(root.path("library/" + name));
+        return kind == Kind::file ? !entry.isSymLink() && root.read("library/" + name) == contents
+            : kind == Kind::link
+            ? std::filesystem::read_symlink(root.at("library/" + name).constData()) == contents.constData()
+            : entry.isDir();
     }
+    InstallResult install(QString const& name) const { return installFile(files, name, "new", library); }
+
+    QString const library = root.path("library");
 };
 
 TEST_F(InstallationTest, Names_that_lead_elsewhere_are_refused)
 {
     for (auto const& name : { u""_s, u"."_s, u".."_s, u"../x.md"_s, u"a/x.md"_s, u"/x.md"_s, u"x.md/"_s })
         EXPECT_EQ(install(name), InstallResult::failed(u"Invalid starter filename"_s)) << qPrintable(name);
-    EXPECT_TRUE(files.everyName(library)->empty());
+    EXPECT_THAT(root.names("library"), IsEmpty());
 }
 
 TEST_F(InstallationTest, What_differs_only_in_case_or_normalisation_exists)
@@ -53,44 +75,39 @@ TEST_F(InstallationTest, What_differs_only_in_case_or_normalisation_exists)
         QString name;
         bool isSame;
     };
-    for (auto const& [existing, name, isSame] : {
-             Case { "git.md", u"git.md"_s, true },
-             Case { "Git.MD", u"git.md"_s, true },
-             Case { "caf\xc3\xa9.md", u"cafe\u0301.md"_s, true },
-             Case { "CAFE\xcc\x81.md", u"caf\u00e9.md"_s, true },
-             Case { ".Hidden.md", u".hidden.md"_s, true },
-             Case { "cafe.md", u"caf\u00e9.md"_s, false },
-             Case { "git.md~", u"git.md"_s, false },
-         }) {
-        for (auto const kind : { Kind::regular, Kind::symbolicLink, Kind::folder }) {
-            SCOPED_TRACE(testing::Message() << existing.toStdString() << ' ' << static_cast<int>(kind));
-            files.removeFolder(library);
-            files.put(library, existing, { .kind = kind, .contents = "old" });
+    for (auto const& [existing, name, isSame] : { Case { "git.md", u"git.md"_s, true },
+             Case { "Git.MD", u"git.md"_s, true }, Case { "caf\xc3\xa9.md", u"cafe\u0301.md"_s, true },
+             Case { "CAFE\xcc\x81.md", u"caf\u00e9.md"_s, true }, Case { ".Hidden.md", u".hidden.md"_s, true },
+             Case { "cafe.md", u"caf\u00e9.md"_s, false }, Case { "git.md~", u"git.md"_s, false } }) {
+        for (auto const kind : { Kind::file, Kind::link, Kind::folder }) {
+            SCOPED_TRACE(Message() << existing.toStdString() << ' ' << static_cast<int>(kind));
+            root.remove("library");
+            root.makeFolder("library");
+            put(existing, kind, "old");
             EXPECT_EQ(install(name), isSame ? InstallResult::skipped(name) : InstallResult::created(name));
-            EXPECT_EQ(contents(existing), "old");
-            EXPECT_EQ(contents(name.toUtf8()), isSame && name.toUtf8() != existing ? "" : isSame ? "old" : "new");
-            EXPECT_FALSE(hasTemporaries());
+            EXPECT_TRUE(isStill(existing, kind, "old"));
+            EXPECT_EQ(root.names("library").size(), isSame ? 1U : 2U);
+            EXPECT_TRUE(isSame || isStill(name.toUtf8(), Kind::file, "new"));
         }
     }
 }
 
 TEST_F(InstallationTest, Somebody_who_is_faster_at_any_moment_keeps_the_name)
 {
-    for (auto const moment : { Step::list, Step::open, Step::create, Step::write, Step::close, Step::publish }) {
-        for (auto const kind : { Kind::regular, Kind::symbolicLink, Kind::folder }) {
-            SCOPED_TRACE(testing::Message() << static_cast<int>(moment) << ' ' << static_cast<int>(kind));
-            files.removeFolder(library);
-            files.addFolder(library);
-            files.setInstallHook([&](Step step, QByteArray const&) {
+    for (auto const moment :
+        { Step::everyName, Step::openForInstalling, Step::createFile, Step::write, Step::close, Step::publish }) {
+        for (auto const kind : { Kind::file, Kind::link, Kind::folder }) {
+            SCOPED_TRACE(Message() << static_cast<int>(moment) << ' ' << static_cast<int>(kind));
+            root.remove("library");
+            root.makeFolder("library");
+            files.before = [&](Step step, QByteArray const&) {
                 if (step == moment)
-                    files.put(library, "git.md", { .kind = kind, .contents = "theirs" });
+                    put("git.md", kind, "theirs");
                 return 0;
-            });
+            };
             EXPECT_EQ(install(u"git.md"_s), InstallResult::skipped(u"git.md"_s));
-            EXPECT_EQ(contents("git.md"), "theirs");
-            EXPECT_EQ(files.entry(library, "git.md")->kind, kind);
-            files.setInstallHook(nullptr);
-            EXPECT_FALSE(hasTemporaries());
+            EXPECT_TRUE(isStill("git.md", kind, "theirs"));
+            EXPECT_THAT(root.names("library"), ElementsAre("git.md")) << "no temporary";
         }
     }
 }
@@ -103,37 +120,121 @@ TEST_F(InstallationTest, A_failing_step_is_told_and_leaves_nothing_behind)
         QString message;
     };
     for (auto const& [failing, error, message] : {
-             Case { Step::list, EACCES, u"git.md: "_s + systemText(EACCES) },
-             Case { Step::open, ELOOP, u"Could not open the selected folder"_s },
-             Case { Step::create, EROFS, u"Could not create git.md: "_s + systemText(EROFS) },
+             Case { Step::everyName, EACCES, u"git.md: "_s + systemText(EACCES) },
+             Case { Step::openForInstalling, ELOOP, u"Could not open the selected folder"_s },
+             Case { Step::createFile, EROFS, u"Could not create git.md: "_s + systemText(EROFS) },
              Case { Step::write, ENOSPC, u"git.md: "_s + systemText(ENOSPC) },
              Case { Step::close, EIO, u"git.md: "_s + systemText(EIO) },
              Case { Step::publish, EPERM, u"Could not install git.md: "_s + systemText(EPERM) },
          }) {
-        SCOPED_TRACE(qPrintable(message));
-        files.setInstallHook([&](Step step, QByteArray const&) { return step == failing ? error : 0; });
+        files.before = [&](Step step, QByteArray const&) { return step == failing ? error : 0; };
         EXPECT_EQ(install(u"git.md"_s), InstallResult::failed(message));
-        files.setInstallHook(nullptr);
-        EXPECT_TRUE(files.everyName(library)->empty());
+        EXPECT_THAT(root.names("library"), IsEmpty()) << qPrintable(message);
     }
+    files.before = nullptr;
+    root.link("library/folder", ".");
+    EXPECT_EQ(installFile(files, u"x.md"_s, "new", root.path("library/folder")),
+        InstallResult::failed(u"Could not open the selected folder"_s));
+    OrdinaryUser const user;
+    ASSERT_TRUE(user.holds());
+    EXPECT_EQ(installFile(files, u"git.md"_s, "new", u"/"_s), // where no ordinary user may write
+        InstallResult::failed(u"Could not create git.md: "_s + systemText(EACCES)));
+}
+
+// In a process of its own: what it does to its mounts and limits ends with it.
+template<typename Function>
+int exitCodeOf(Function function)
+{
+    auto const child = fork();
+    if (child == 0)
+        _exit(function());
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+// From now on and for good, as a file system answers that does not have it.
+void refuseCall(unsigned call, unsigned error)
+{
+    std::array<sock_filter, 4> filter { { BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1), BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | error),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW) } };
+    sock_fprog const program { filter.size(), filter.data() };
+    prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+    prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program);
+}
+
+TEST_F(InstallationTest, Without_hard_links_a_file_is_renamed_and_still_replaces_nothing)
+{
+    auto const install = [&](QString const& name) { return installFile(files, name, "new", library); };
+    EXPECT_EQ(exitCodeOf([&] {
+        refuseCall(SYS_linkat, EPERM);
+        bool const isCreated = install(u"git.md"_s).kind == InstallResult::Kind::created;
+        auto const folder = files.openForInstalling(library).value();
+        bool const isKept = folder->createFile("x") && folder->publish("x", "git.md").error().code() == EEXIST;
+        refuseCall(SYS_renameat2, EINVAL);
+        auto const told = u"Could not install vim.md: "_s + SystemError(EPERM).localizedDescription();
+        return isCreated && isKept && install(u"vim.md"_s).text == told ? 0 : 1;
+    }),
+        0);
+    EXPECT_EQ(root.read("library/git.md"), "new");
+    EXPECT_THAT(root.names("library"), UnorderedElementsAre("git.md", "x"));
+}
+
+TEST_F(InstallationTest, Killed_at_any_moment_it_leaves_whole_files_and_hidden_temporaries)
+{
+    constexpr int kills = 200;
+    TemporaryFolder const disk { std::filesystem::temp_directory_path() }; // where a write takes its time
+    QByteArray const whole(300'000, 'w');
+    disk.write("5.MD", "mine, from before");
+    Dice dice(1);
+    int temporaries = 0;
+    for (int kill = 0; kill < kills; ++kill) {
+        auto const before = kill * 10'000;
+        auto const child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            for (int number = before;; ++number) {
+                installFile(files, u"5.md"_s, whole, disk.path());
+                installFile(files, QString::number(number) + u".md"_s, whole, disk.path());
+            }
+        }
+        // Up to the first file of this process, then on to a moment within one of the next.
+        while (!disk.has(QByteArray::number(before) + ".md"))
+            sched_yield();
+        for (auto turns = dice.below(500); turns > 0; --turns)
+            sched_yield();
+        ::kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        for (auto const& name : disk.names()) {
+            if (name == "5.MD")
+                continue;
+            bool const isTemporary = name.startsWith(".quillory-") && name.endsWith(".tmp");
+            ASSERT_TRUE(isTemporary || disk.read(name) == whole) << name.toStdString();
+            temporaries += isTemporary ? 1 : 0;
+            disk.remove(name);
+        }
+        ASSERT_EQ(disk.read("5.MD"), "mine, from before");
+    }
+    EXPECT_GT(temporaries, 0); // or no kill came at a moment that matters
 }
 
 class IconInstallationTest : public InstallationTest {
 protected:
     IconInstallationTest()
     {
-        files.addFolder(starters);
         for (auto const* name : { "icons/a.png", "icons/b.png" })
-            files.write(starters, name, name);
+            root.write("starters/" + QByteArray(name), name);
     }
 
-    QStringList install(QStringList const& references)
+    QStringList install(QStringList const& references) const
     {
         ShortcutSheet sheet;
         for (auto const& reference : references)
             sheet.sections.append({ .icon = reference });
         QStringList lines;
-        for (auto const& result : installIcons(files, sheet, starters, library))
+        for (auto const& result : installIcons(files, sheet, root.path("starters"), library))
             lines.append(result.line());
         return lines;
     }
@@ -141,10 +242,10 @@ protected:
 
 TEST_F(IconInstallationTest, Icons_come_in_order_and_each_once_and_bad_references_are_told)
 {
-    files.write(starters, "icons/full.png", QByteArray(262'144, 'x'));
-    files.write(starters, "icons/over.png", QByteArray(262'145, 'x'));
-    files.put(starters, "icons/link.png", { .kind = Kind::symbolicLink, .contents = "/etc/passwd" });
-    files.write(starters, "x.png", "x");
+    root.write("starters/icons/full.png", QByteArray(262'144, 'x'));
+    root.write("starters/icons/over.png", QByteArray(262'145, 'x'));
+    root.link("starters/icons/link.png", "/etc/passwd");
+    root.write("starters/x.png", "x");
     auto const invalid = [](QString const& shown) { return u"Missing or invalid bundled icon: "_s + shown; };
     auto const tooLong = QString(150, u'z') + u"/x.png"_s;
     EXPECT_THAT(install({ u"icons/b.png"_s, u"icons/a.png"_s, u"icons/b.png"_s, u"icons/over.png"_s, u"../x.png"_s,
@@ -154,41 +255,44 @@ TEST_F(IconInstallationTest, Icons_come_in_order_and_each_once_and_bad_reference
             u"Installed b.png"_s, u"Installed full.png"_s, invalid(u"icons/link.png"_s),
             invalid(u"icons/missing.png"_s), invalid(u"icons/over.png"_s), invalid(u"other/a.png"_s),
             invalid(u"x.png"_s), invalid(QString(100, u'z'))));
-    EXPECT_EQ(contents("icons/a.png"), "icons/a.png");
-    EXPECT_EQ(contents("icons/full.png").size(), 262'144);
+    EXPECT_EQ(root.read("library/icons/a.png"), "icons/a.png");
+    EXPECT_EQ(root.read("library/icons/full.png").size(), 262'144);
     EXPECT_THAT(install({ u"icons/a.png"_s }), ElementsAre(u"Skipped existing a.png"_s));
 }
 
 TEST_F(IconInstallationTest, Only_a_real_folder_takes_icons_and_only_icons_make_it)
 {
     EXPECT_THAT(install({}), ElementsAre());
-    EXPECT_FALSE(files.entry(library, "icons"));
+    EXPECT_FALSE(root.has("library/icons"));
     auto const refused = u"Cannot install icons: icons must be a local directory, not a symlink."_s;
-    for (auto const kind : { Kind::regular, Kind::symbolicLink }) {
-        files.put(library, "icons", { .kind = kind, .contents = "/elsewhere" });
+    for (auto const kind : { Kind::file, Kind::link }) {
+        root.remove("library/icons");
+        put("icons", kind, "elsewhere");
         EXPECT_THAT(install({ u"icons/a.png"_s, u"icons/b.png"_s }), ElementsAre(refused));
-        EXPECT_EQ(files.entry(library, "icons")->kind, kind);
+        EXPECT_TRUE(isStill("icons", kind, "elsewhere"));
     }
-    files.remove(library, "icons");
-    files.setInstallHook([](Step step, QByteArray const&) { return step == Step::makeFolder ? EACCES : 0; });
+    root.remove("library/icons");
+    files.before = [](Step step, QByteArray const&) { return step == Step::makeFolder ? EACCES : 0; };
     EXPECT_THAT(install({ u"icons/a.png"_s }), ElementsAre(u"Could not install icons: "_s + systemText(EACCES)));
     // A link that takes the folder's place once it was looked at and listed.
-    files.setInstallHook([&, opens = 0](Step step, QByteArray const&) mutable {
-        if (step == Step::open && ++opens == 2)
-            files.put(library, "icons", { .kind = Kind::symbolicLink, .contents = "/elsewhere" });
+    files.before = [&](Step step, QByteArray const& name) {
+        if (step == Step::openForInstalling && name.endsWith("/icons")) {
+            root.remove("library/icons");
+            put("icons", Kind::link, "../starters");
+        }
         return 0;
-    });
+    };
     EXPECT_THAT(install({ u"icons/a.png"_s }), ElementsAre(u"Could not open the selected folder"_s));
-    EXPECT_FALSE(files.entry(library, "icons/a.png"));
+    EXPECT_FALSE(root.has("starters/a.png"));
 }
 
 class StarterInstallationTest : public IconInstallationTest {
 protected:
     StarterInstallationTest()
     {
-        files.write(starters, "git.md", "# Git");
-        files.write(starters, "vim.md", "# Vim");
-        files.write(starters, "brave.quillory.json", R"({"schemaVersion": 1, "title": "Brave", "icon": "icons/a.png",
+        root.write("starters/git.md", "# Git");
+        root.write("starters/vim.md", "# Vim");
+        root.write("starters/brave.quillory.json", R"({"schemaVersion": 1, "title": "Brave", "icon": "icons/a.png",
             "sections": [{"id": "s", "title": "S", "icon": "../x.png", "entries":
                 [{"id": "e", "title": "E", "shortcuts": [{"steps": [{"modifiers": ["control"], "key": "t"}]}]}]}]})");
         store.connect(library);
@@ -202,7 +306,7 @@ protected:
 
 TEST_F(StarterInstallationTest, The_outcome_is_told_in_order_and_the_library_read_again)
 {
-    files.write(library, "GIT.md", "# Mine");
+    root.write("library/GIT.md", "# Mine");
     store.installStarters({ u"vim"_s, u"git"_s, u"gone"_s, u"brave.quillory"_s });
     EXPECT_TRUE(store.busy.value());
     executor.settle();
@@ -211,22 +315,21 @@ TEST_F(StarterInstallationTest, The_outcome_is_told_in_order_and_the_library_rea
         u"Skipped existing git.md\nMissing bundled starter: gone.md\nInstalled vim.md"_s);
     EXPECT_FALSE(store.busy.value());
     EXPECT_EQ(store.sheets.value().size(), 3);
-    EXPECT_EQ(contents("GIT.md"), "# Mine");
+    EXPECT_EQ(root.read("library/GIT.md"), "# Mine");
 }
 
 TEST_F(StarterInstallationTest, A_skipped_starter_brings_no_icons_and_a_failed_reading_is_the_last_line)
 {
-    files.write(library, "Brave.quillory.json", "mine");
+    root.write("library/Brave.quillory.json", "mine");
     store.installStarters({ u"brave.quillory"_s });
     executor.settle();
     EXPECT_EQ(message(), u"Skipped existing brave.quillory.json"_s);
-    EXPECT_FALSE(files.entry(library, "icons"));
+    EXPECT_FALSE(root.has("library/icons"));
 
-    files.setInstallHook([&](Step step, QByteArray const&) {
-        if (step == Step::publish)
-            files.failListing(library, EIO);
-        return 0;
-    });
+    files.before = [&, isLinked = false](Step step, QByteArray const&) mutable {
+        isLinked = isLinked || step == Step::publish;
+        return isLinked && step == Step::names ? EIO : 0;
+    };
     store.installStarters({ u"git"_s });
     executor.settle();
     EXPECT_EQ(
@@ -237,20 +340,43 @@ TEST_F(StarterInstallationTest, A_skipped_starter_brings_no_icons_and_a_failed_r
 TEST_F(StarterInstallationTest, One_that_is_overtaken_keeps_its_files_and_shows_nothing)
 {
     int links = 0;
-    files.setInstallHook([&](Step step, QByteArray const&) {
+    files.before = [&](Step step, QByteArray const&) {
         if (step == Step::publish && links++ == 0)
             store.installStarters({ u"brave.quillory"_s }); // while the first one's worker runs
         return 0;
-    });
+    };
     store.installStarters({ u"git"_s, u"vim"_s });
     ASSERT_TRUE(executor.runWork());
-    EXPECT_TRUE(files.entry(library, "git.md"));
-    EXPECT_FALSE(files.entry(library, "vim.md"));
+    EXPECT_TRUE(root.has("library/git.md"));
+    EXPECT_FALSE(root.has("library/vim.md"));
     EXPECT_TRUE(store.busy.value());
     executor.settle();
     EXPECT_EQ(
         message(), u"Installed brave.quillory.json\nMissing or invalid bundled icon: ../x.png\nInstalled a.png"_s);
     EXPECT_FALSE(store.busy.value());
+}
+
+TEST_F(InstallationTest, All_starters_are_there_whole_and_without_fault)
+{
+    LibraryInstallation installation { .folder = library, .starters = QStringLiteral(QUILLORY_STARTERS) };
+    for (auto const& name : StarterSheets::names())
+        installation.targets.append(StarterSheets::targetName(name));
+    auto const load = [&]() -> std::expected<LoadedLibrary, SystemError> {
+        return LoadedLibrary { loadLibrary(files, pictures, library).value(), {} };
+    };
+    auto const outcome = installation.run(files, load, {});
+    for (auto const& result : outcome.results)
+        EXPECT_EQ(result.kind, InstallResult::Kind::created) << qPrintable(result.line());
+    ASSERT_TRUE(outcome.library);
+    EXPECT_EQ(outcome.library->sheets.size(), StarterSheets::names().size());
+    for (auto const& sheet : outcome.library->sheets) {
+        EXPECT_FALSE(sheet.error) << qPrintable(sheet.id + u": "_s + *sheet.error);
+        EXPECT_THAT(sheet.iconWarnings, IsEmpty()) << qPrintable(sheet.id);
+        qsizetype entries = 0;
+        for (auto const& section : sheet.shortcuts.value_or(ShortcutSheet()).sections)
+            entries += section.entries.size();
+        EXPECT_TRUE(!sheet.shortcuts || entries >= 30) << qPrintable(sheet.id);
+    }
 }
 
 TEST(StarterSheets, Each_has_its_target_its_label_and_whether_it_starts_selected)

@@ -1,33 +1,27 @@
 #include "library/LibraryLoad.h"
 
 #include "library/LibraryError.h"
-#include "support/FakeFileSystem.h"
-#include "support/FakePictureDecoder.h"
+#include "platform/linux/qt/QtPictureDecoder.h"
+#include "support/FaultyFileSystem.h"
+#include "support/TemporaryFolder.h"
+#include "support/Test.h"
 
-#include <gmock/gmock.h>
-
+#include <atomic>
 #include <cerrno>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
-using Kind = FakeFileSystem::Kind;
+using Step = FaultyFileSystem::Step;
 
-constexpr auto largest = sheetSizeLimit;
-
-QString const folder = u"/library"_s;
 QByteArray const structured
     = R"({"schemaVersion":1,"title":" Keys ","sections":[{"id":"a","title":"A","entries":[]}]})";
 
-class LibraryLoadTest : public testing::Test {
+class LibraryLoadTest : public Test {
 protected:
-    LibraryLoadTest() { files.addFolder(folder); }
-
     QList<Sheet> load(QList<Sheet> const& previous = {}) const
     {
-        return loadLibrary(files, pictures, folder, previous).value();
+        return loadLibrary(files, pictures, root.path(), previous).value();
     }
 
     QStringList ids() const
@@ -38,17 +32,24 @@ protected:
         return all;
     }
 
-    // The one sheet of a folder that holds this entry alone.
-    Sheet only(FakeFileSystem::Entry const& entry, QByteArray const& name = "x.md")
+    // The one sheet of a folder that holds this file alone.
+    Sheet only(QByteArray const& contents, QByteArray const& name = "x.md") const
     {
-        files.put(folder, name, entry);
+        root.write(name, contents);
         auto const sheets = load();
         EXPECT_EQ(sheets.size(), 1);
         return sheets.value(0);
     }
 
-    FakeFileSystem files;
-    FakePictureDecoder pictures;
+    // What another program does between the look at a file and its reading, or what that fails with.
+    void beforeReading(std::function<int()> fault, Step step = Step::read)
+    {
+        files.before = [fault = std::move(fault), step](Step at, auto const&) { return at == step ? fault() : 0; };
+    }
+
+    TemporaryFolder root;
+    FaultyFileSystem files;
+    QtPictureDecoder pictures;
 };
 
 QString systemText(int error)
@@ -60,18 +61,16 @@ TEST_F(LibraryLoadTest, What_counts_as_a_sheet_is_told_by_the_name_in_any_case)
 {
     for (auto const* name : { "a.md", "README.MD", "KEYS.QUILLORY.JSON", "notes.txt.md", "b.markdown", "c.txt",
              "d.json", "notes.md.txt", "md", "e.md~", ".hidden.md", ".quillory.json", "x.quillory.json.md" })
-        files.write(folder, name, structured);
+        root.write(name, structured);
     EXPECT_THAT(ids(),
         ElementsAre(u"a.md"_s, u"KEYS.QUILLORY.JSON"_s, u"notes.txt.md"_s, u"README.MD"_s, u"x.quillory.json.md"_s));
 }
 
 TEST_F(LibraryLoadTest, Sheets_stand_in_the_order_of_scalars_of_the_lowered_names)
 {
-    QByteArray const composed = "\u00E9.md";
-    QByteArray const decomposed = "e\u0301.md";
-    for (auto const& name : { QByteArray("b.md"), QByteArray("2.md"), QByteArray("10.md"), QByteArray("a.md"),
-             QByteArray("A.md"), QByteArray("\uFF5E.md"), QByteArray("\U0001F600.md"), composed, decomposed })
-        files.write(folder, name, "");
+    for (auto const* name :
+        { "b.md", "2.md", "10.md", "a.md", "A.md", "\uFF5E.md", "\U0001F600.md", "\u00E9.md", "e\u0301.md" })
+        root.write(name, "");
     EXPECT_THAT(ids(),
         ElementsAre(u"10.md"_s, u"2.md"_s, u"A.md"_s, u"a.md"_s, u"b.md"_s, u"e\u0301.md"_s, u"\u00E9.md"_s,
             u"\uFF5E.md"_s, u"\U0001F600.md"_s));
@@ -79,50 +78,61 @@ TEST_F(LibraryLoadTest, Sheets_stand_in_the_order_of_scalars_of_the_lowered_name
 
 TEST_F(LibraryLoadTest, Only_regular_files_are_sheets)
 {
-    for (auto const kind : { Kind::folder, Kind::symbolicLink, Kind::fifo, Kind::socket })
-        files.put(folder, QByteArray::number(static_cast<int>(kind)) + ".md", { .kind = kind });
-    files.put(folder, "became-a-fifo.md", { .kindAfterStatus = Kind::fifo });
-    EXPECT_THAT(ids(), ElementsAre());
+    root.makeFolder("folder.md");
+    root.write("target", "");
+    root.link("link.md", "target");
+    root.makeFifo("fifo.md");
+    root.write("becomes a fifo.md", "");
+    beforeReading([this] {
+        root.remove("becomes a fifo.md");
+        root.makeFifo("becomes a fifo.md");
+        return 0;
+    });
+    EXPECT_THAT(ids(), IsEmpty());
 }
 
 TEST_F(LibraryLoadTest, The_size_limit_holds_for_the_listed_size_and_for_what_is_read)
 {
-    QByteArray const fits(largest, 'x');
-    EXPECT_EQ(only({ .contents = fits }).source.size(), largest);
-    EXPECT_EQ(only({ .contents = fits, .hidesSize = true }).error, std::nullopt);
-
+    QByteArray const fits(sheetSizeLimit, 'x');
+    EXPECT_EQ(only(fits).source.size(), sheetSizeLimit);
     auto const tooLarge = description(LibraryError::tooLarge);
     EXPECT_EQ(tooLarge, u"This sheet exceeds the 2 MiB limit. Open it in your editor to shorten it."_s);
-    auto const before = files.reads(folder, "x.md");
-    EXPECT_EQ(only({ .contents = fits + 'x' }).error, tooLarge);
-    EXPECT_EQ(files.reads(folder, "x.md"), before); // it is not even opened
-    EXPECT_EQ(only({ .contents = fits + 'x', .hidesSize = true }).error, tooLarge);
-    EXPECT_EQ(only({ .contents = "small", .contentsAfterStatus = fits + 'x' }).error, tooLarge);
+    beforeReading([] { return ADD_FAILURE() << "it is not even opened", 0; });
+    EXPECT_EQ(only(fits + 'x').error, tooLarge);
+    beforeReading([&] { return root.write("x.md", fits + 'x'), 0; });
+    EXPECT_EQ(only("small").error, tooLarge);
 }
 
 TEST_F(LibraryLoadTest, A_file_that_cannot_be_used_is_a_sheet_that_says_why)
 {
     auto const encoding = u"This sheet is not valid UTF-8. Save it as UTF-8 in your editor."_s;
+    QByteArray const name = "keys.quillory.md"; // the name alone says what it is
     struct Case {
-        FakeFileSystem::Entry entry;
+        QByteArray contents;
         QString error;
+        std::function<int()> fault = [] { return 0; };
+        Step step = Step::read;
     };
-    for (auto const& [entry, error] :
-        { Case { { .statusError = EACCES }, systemText(EACCES) }, Case { { .readError = EACCES }, systemText(EACCES) },
-            Case { { .vanishesAfterStatus = true }, systemText(ENOENT) },
-            Case { { .kindAfterStatus = Kind::symbolicLink }, systemText(ELOOP) },
-            Case { { .contents = "a\xFFz" }, encoding }, Case { { .contents = "tail \xE2\x82" }, encoding } }) {
-        auto const sheet = only(entry, "keys.quillory.md");
-        EXPECT_EQ(sheet, (Sheet { .id = u"keys.quillory.md"_s, .title = u"keys.quillory"_s, .error = error }))
+    for (auto const& [contents, error, fault, step] : {
+             Case { "{}", systemText(EACCES), [] { return EACCES; }, Step::status },
+             Case { "{}", systemText(EACCES), [] { return EACCES; } },
+             Case { "{}", systemText(ENOENT), [&] { return root.remove(name), 0; } },
+             Case { "{}", systemText(ELOOP), [&] { return root.remove(name), root.link(name, "x"), 0; } },
+             Case { "a\xFFz", encoding },
+             Case { "tail \xE2\x82", encoding },
+         }) {
+        root.remove(name);
+        beforeReading(fault, step);
+        EXPECT_EQ(
+            only(contents, name), (Sheet { .id = u"keys.quillory.md"_s, .title = u"keys.quillory"_s, .error = error }))
             << qPrintable(error);
     }
-    auto const invalid = only({ .contents = "{}" }, "keys.quillory.md");
-    EXPECT_FALSE(invalid.error); // the name alone says what it is
+    EXPECT_FALSE(only("{}", name).error);
 }
 
 TEST_F(LibraryLoadTest, A_name_that_is_no_text_asks_for_a_new_one)
 {
-    auto const sheet = only({ .contents = "# Fine" }, "caf\xE9.md");
+    auto const sheet = only("# Fine", "caf\xE9.md");
     EXPECT_EQ(sheet.id, u"caf%E9.md"_s);
     EXPECT_EQ(sheet.error, u"The name of this file is not valid UTF-8. Give it a new name."_s);
     auto const namesake = Sheet { .id = sheet.id, .source = u"# Fine"_s, .parsed = ParsedMarkdown() };
@@ -131,14 +141,10 @@ TEST_F(LibraryLoadTest, A_name_that_is_no_text_asks_for_a_new_one)
 
 TEST_F(LibraryLoadTest, The_title_is_the_first_block_if_that_is_a_heading_of_level_one)
 {
-    struct Case {
-        QByteArray text;
-        QString title;
-    };
     for (auto const& [text, title] :
-        { Case { "# One `two`\n# Three", u"One `two`"_s }, Case { "text\n\n# One", u"x"_s }, Case { "## One", u"x"_s },
-            Case { "", u"x"_s }, Case { "\uFEFF# One", u"One"_s } }) {
-        auto const sheet = only({ .contents = text });
+        std::initializer_list<std::pair<QByteArray, QString>> { { "# One `two`\n# Three", u"One `two`"_s },
+            { "text\n\n# One", u"x"_s }, { "## One", u"x"_s }, { "", u"x"_s }, { "\uFEFF# One", u"One"_s } }) {
+        auto const sheet = only(text);
         EXPECT_EQ(sheet.title, title) << text.toStdString();
         EXPECT_EQ(sheet.source.toUtf8(), text);
         EXPECT_TRUE(sheet.parsed && !sheet.shortcuts && !sheet.error);
@@ -147,12 +153,12 @@ TEST_F(LibraryLoadTest, The_title_is_the_first_block_if_that_is_a_heading_of_lev
 
 TEST_F(LibraryLoadTest, A_structured_sheet_has_its_title_as_written_and_an_invalid_one_its_stem)
 {
-    auto const sheet = only({ .contents = structured }, "Keys.Quillory.JSON");
+    auto const sheet = only(structured, "Keys.Quillory.JSON");
     EXPECT_EQ(sheet.title, u" Keys "_s);
     EXPECT_TRUE(sheet.shortcuts && !sheet.parsed && !sheet.error);
     EXPECT_EQ(sheet.source.toUtf8(), structured);
 
-    auto const invalid = only({ .contents = "{\"schemaVersion\":2}" }, "Keys.Quillory.JSON");
+    auto const invalid = only("{\"schemaVersion\":2}", "Keys.Quillory.JSON");
     EXPECT_EQ(invalid.title, u"Keys.Quillory"_s);
     EXPECT_TRUE(invalid.error->startsWith(u"Invalid Quillory JSON — "_s)) << qPrintable(*invalid.error);
     EXPECT_TRUE(invalid.source.isEmpty());
@@ -160,29 +166,33 @@ TEST_F(LibraryLoadTest, A_structured_sheet_has_its_title_as_written_and_an_inval
 
 TEST_F(LibraryLoadTest, A_folder_that_cannot_be_listed_fails_the_load)
 {
-    files.failListing(folder, EIO);
-    EXPECT_EQ(loadLibrary(files, pictures, folder).error(), SystemError(EIO));
-    EXPECT_EQ(loadLibrary(files, pictures, u"/gone"_s).error(), SystemError(ENOENT));
+    EXPECT_EQ(loadLibrary(files, pictures, root.path("gone")).error(), SystemError(ENOENT));
+    beforeReading([] { return EIO; }, Step::names);
+    EXPECT_EQ(loadLibrary(files, pictures, root.path()).error(), SystemError(EIO));
 }
 
 TEST_F(LibraryLoadTest, What_has_not_changed_is_read_once_and_not_made_again)
 {
     for (int number = 10; number < 95; ++number) // more than one thread reads
-        files.write(folder, QByteArray::number(number) + (number % 2 ? ".md" : ".quillory.json"), structured);
-    files.write(folder, "empty.md", "");
+        root.write(QByteArray::number(number) + (number % 2 ? ".md" : ".quillory.json"), structured);
+    root.write("empty.md", "");
     auto previous = load();
     for (auto& sheet : previous)
         sheet.title = u"taken over"_s; // a mark that only the previous sheets bear
     previous[0].error = u"gone by now"_s;
     previous[85] = { .id = u"empty.md"_s, .title = u"empty"_s, .error = u"never read"_s }; // its text is empty as well
-    files.write(folder, "19.md", "# New");
-    files.put(folder, "29.md", { .kind = Kind::fifo });
-    files.put(folder, "39.md", { .contents = structured, .readError = EIO });
-    files.write(folder, "aa.md", "# Added");
-    auto const before = files.reads(folder);
+    root.write("19.md", "# New");
+    root.remove("29.md");
+    root.makeFifo("29.md");
+    root.write("aa.md", "# Added");
+    std::atomic<int> reads = 0;
+    files.before = [&](Step step, QByteArray const& name) {
+        reads += step == Step::read ? 1 : 0;
+        return step == Step::read && name == "39.md" ? EIO : 0;
+    };
 
     auto const again = load(previous);
-    EXPECT_EQ(files.reads(folder) - before, 85 + 4); // what has changed, failed or come once more
+    EXPECT_EQ(reads, 85 + 4); // what has changed, failed or come once more
     QStringList made;
     for (auto const& sheet : again) {
         if (sheet.title != u"taken over"_s || sheet.error)

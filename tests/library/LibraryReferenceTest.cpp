@@ -1,113 +1,126 @@
 #include "library/LibraryReference.h"
 
-#include "support/FakeFileSystem.h"
-
-#include <gmock/gmock.h>
+#include "support/FaultyFileSystem.h"
+#include "support/TemporaryFolder.h"
+#include "support/Test.h"
 
 #include <cerrno>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using Kind = FakeFileSystem::Kind;
+using Step = FaultyFileSystem::Step;
 
-QString const library = u"/home/me/library"_s;
-
-class LibraryReferenceTest : public testing::Test {
+class LibraryReferenceTest : public Test {
 protected:
     LibraryReferenceTest()
     {
-        for (auto const* name :
-            { "x.png", "C#.png", "~x?.png", "100%.png", "caf%E9.png", "images/a b.png", "images/deep/y.png" })
-            files.write(library, name, "picture");
-        files.put(library, "inside", { .kind = Kind::symbolicLink, .contents = "images" });
-        files.put(library, "outside", { .kind = Kind::symbolicLink, .contents = "/etc" });
-        files.put(library, "beside", { .kind = Kind::symbolicLink, .contents = "../library-2" });
-        files.put(library, "itself", { .kind = Kind::symbolicLink, .contents = "." });
-        folder = files.openFolder(library).value();
+        for (auto const* name : { "library/x.png", "library/C#.png", "library/~x?.png", "library/100%.png",
+                 "library/caf%E9.png", "library/images/a b.png", "library/images/deep/y.png", "library-2/x.png",
+                 "outside/x.png", "secret.png" })
+            root.write(name, "picture");
+        root.link("library/inside", "images");
+        root.link("library/outside", root.at("outside"));
+        root.link("library/beside", "../library-2");
+        root.link("library/itself", ".");
+        folder = files.openFolder(root.path("library")).value();
     }
 
-    FakeFileSystem files;
+    TemporaryFolder root;
+    FaultyFileSystem files;
     std::unique_ptr<OpenFolder> folder;
 };
 
 TEST_F(LibraryReferenceTest, A_reference_means_a_path_inside_the_library_or_nothing)
 {
-    struct Case {
-        QString reference;
-        std::optional<QByteArray> path;
-    };
-    for (auto const& [reference, path] : {
-             Case { u"x.png"_s, "x.png" },
-             Case { u"./x.png"_s, "x.png" },
-             Case { u"images/a b.png"_s, "images/a b.png" },
-             Case { u"images/a%20b.png"_s, "images/a b.png" },
-             Case { u"images%2Fdeep/y.png"_s, "images/deep/y.png" },
-             Case { u"images/../x.png"_s, "x.png" },
-             Case { u"gone/../x.png"_s, "x.png" },
-             Case { u"../library/x.png"_s, "x.png" },
-             Case { u"inside/deep/y.png"_s, "images/deep/y.png" },
-             Case { u"C#.png"_s, "C#.png" },
-             Case { u"~x?.png"_s, "~x?.png" },
-             Case { u"100%.png"_s, "100%.png" },
-             Case { u"caf%E9.png"_s, "caf%E9.png" }, // no UTF-8, so it stays as written
-             Case { u""_s, std::nullopt },
-             Case { u"."_s, std::nullopt },
-             Case { u"itself"_s, std::nullopt },
-             Case { u"images/.."_s, std::nullopt },
-             Case { u".."_s, std::nullopt },
-             Case { u"../secret.png"_s, std::nullopt },
-             Case { u"../library-2/x.png"_s, std::nullopt },
-             Case { u"images/../../secret.png"_s, std::nullopt },
-             Case { u"%2e%2e/secret.png"_s, std::nullopt },
-             Case { u"..%2Fsecret.png"_s, std::nullopt },
-             Case { u"%252e%252e/library/x.png"_s, std::nullopt }, // decoded once
-             Case { u"/etc/x.png"_s, std::nullopt },
-             Case { u"//host/x.png"_s, std::nullopt },
-             Case { u"%2Fetc/x.png"_s, std::nullopt },
-             Case { u"%2Fhome/me/library/x.png"_s, std::nullopt },
-             Case { u"file:///x.png"_s, std::nullopt },
-             Case { u"file:x.png"_s, std::nullopt },
-             Case { u"HTTPS://example.org/x.png"_s, std::nullopt },
-             Case { u"data:image/png;base64,AAAA"_s, std::nullopt },
-             Case { u"x.png%00.txt"_s, std::nullopt },
-             Case { u"outside/x.png"_s, std::nullopt },
-             Case { u"beside/x.png"_s, std::nullopt },
-             Case { u"gone.png"_s, std::nullopt },
-         })
+    auto const absolute = u"%2F"_s + root.path("library/x.png").sliced(1);
+    using Case = std::pair<QString, std::optional<QByteArray>>;
+    for (auto const& [reference, path] :
+        { Case { u"x.png"_s, "x.png" }, Case { u"./x.png"_s, "x.png" }, Case { u"images/a b.png"_s, "images/a b.png" },
+            Case { u"images/a%20b.png"_s, "images/a b.png" }, Case { u"images%2Fdeep/y.png"_s, "images/deep/y.png" },
+            Case { u"images/../x.png"_s, "x.png" }, Case { u"gone/../x.png"_s, "x.png" },
+            Case { u"../library/x.png"_s, "x.png" }, Case { u"inside/deep/y.png"_s, "images/deep/y.png" },
+            Case { u"C#.png"_s, "C#.png" }, Case { u"~x?.png"_s, "~x?.png" }, Case { u"100%.png"_s, "100%.png" },
+            Case { u"caf%E9.png"_s, "caf%E9.png" } }) // no UTF-8, so it stays as written
         EXPECT_EQ(resolveLibraryReference(reference, *folder), path) << qPrintable(reference);
+    for (auto const& reference : { u""_s, u"."_s, u"itself"_s, u"images/.."_s, u".."_s, u"../secret.png"_s,
+             u"../library-2/x.png"_s, u"images/../../secret.png"_s, u"%2e%2e/secret.png"_s, u"..%2Fsecret.png"_s,
+             u"%252e%252e/library/x.png"_s /* decoded once */, u"/etc/passwd"_s, u"//host/x.png"_s, u"%2Fetc/passwd"_s,
+             absolute, root.path("library/x.png"), u"file:///x.png"_s, u"file:x.png"_s, u"HTTPS://example.org/x.png"_s,
+             u"data:image/png;base64,AAAA"_s, u"x.png%00.txt"_s, u"outside/x.png"_s, u"beside/x.png"_s, u"gone.png"_s })
+        EXPECT_EQ(resolveLibraryReference(reference, *folder), std::nullopt) << qPrintable(reference);
 }
 
 TEST_F(LibraryReferenceTest, A_file_is_read_only_within_the_limit_and_when_it_lies_inside_once_open)
 {
-    struct Case {
-        FakeFileSystem::Entry entry;
-        bool isRead;
+    auto const nothing = [] { return 0; };
+    auto const moveTo = [this](QByteArray const& place) {
+        return [this, place] { return root.rename("library/p.png", place), 0; };
     };
-    for (auto const& [entry, isRead] : {
-             Case { { .contents = "12345" }, true },
-             Case { { .contents = "123456" }, false },
-             Case { { .contents = "" }, false },
-             Case { { .contents = "1", .contentsAfterStatus = "123456" }, false },
-             Case { { .contents = "1", .contentsAfterStatus = "12345" }, true },
-             Case { { .contents = "1", .readError = EIO }, false },
-             Case { { .kind = Kind::fifo, .contents = "1" }, false },
-             Case { { .kind = Kind::symbolicLink, .contents = "x.png" }, false },
-             Case { { .contents = "1", .realPathOnceOpen = "/etc/p.png" }, false },
-             Case { { .contents = "1", .realPathOnceOpen = "/home/me/library" }, false },
-             Case { { .contents = "1", .realPathOnceOpen = "/home/me/library-2/p.png" }, false },
-             Case { { .contents = "1", .realPathOnceOpen = "/home/me/library/moved.png" }, true },
+    struct Case {
+        char const* what;
+        QByteArray contents;
+        bool isRead;
+        Step step;
+        std::function<int()> fault; // before the step
+    };
+    for (auto const& [what, contents, isRead, step, fault] : {
+             Case { "at the limit", "12345", true, Step::open, nothing },
+             Case { "beyond it", "123456", false, Step::open, nothing },
+             Case { "empty", "", false, Step::open, nothing },
+             Case { "grown beyond it", "1", false, Step::fileRead,
+                 [&] { return root.write("library/p.png", "123456"), 0; } },
+             Case { "grown to it", "1", true, Step::fileRead, [&] { return root.write("library/p.png", "12345"), 0; } },
+             Case { "unreadable", "1", false, Step::fileRead, [] { return EIO; } },
+             Case { "a fifo by now", "1", false, Step::open,
+                 [&] { return root.remove("library/p.png"), root.makeFifo("library/p.png"), 0; } },
+             Case { "a link by now", "1", false, Step::open,
+                 [&] { return root.remove("library/p.png"), root.link("library/p.png", "x.png"), 0; } },
+             Case { "moved out", "1", false, Step::fileRealPath, moveTo("outside/p.png") },
+             Case { "moved beside", "1", false, Step::fileRealPath, moveTo("library-2/p.png") },
+             Case { "moved within", "1", true, Step::fileRealPath, moveTo("library/moved.png") },
          }) {
-        files.put(library, "p.png", entry);
-        auto const bytes = readLibraryFile("p.png", *folder, 5);
-        EXPECT_EQ(bytes.has_value(), isRead) << entry.contents.toStdString();
+        root.remove("library/p.png");
+        root.write("library/p.png", contents);
+        files.before = [&](Step at, auto const&) { return at == step ? fault() : 0; };
+        EXPECT_EQ(readLibraryFile("p.png", *folder, 5).has_value(), isRead) << what;
     }
-    auto const reads = files.reads(library);
+    files.before = [](Step step, auto const&) {
+        return step == Step::fileRead ? ADD_FAILURE() << "costs memory", 0 : 0;
+    };
     EXPECT_EQ(readLibraryFile("x.png", *folder, 6), std::nullopt);
-    EXPECT_EQ(files.reads(library), reads); // a file that is too large costs no memory
     EXPECT_EQ(readLibraryFile("gone.png", *folder, 5), std::nullopt);
     EXPECT_EQ(readLibraryFile("../library/x.png", *folder, 50), std::nullopt);
+}
+
+TEST_F(LibraryReferenceTest, What_is_swapped_between_the_check_and_the_read_gives_nothing_from_outside)
+{
+    root.write("outside/deep/y.png", "outside");
+    auto const linkInstead = [&](QByteArray const& name, QByteArray const& target) {
+        root.rename(name, "away");
+        root.link(name, target);
+    };
+    struct Case {
+        Step step;
+        std::function<void()> swap;
+        bool isRead;
+    };
+    for (auto const& [step, swap, isRead] : {
+             Case { Step::open, [] {}, true },
+             Case {
+                 Step::open, [&] { linkInstead("library/images/deep/y.png", root.at("outside/deep/y.png")); }, false },
+             Case { Step::open, [&] { linkInstead("library/images", root.at("outside")); }, false },
+             Case { Step::fileStatus, [&] { root.rename("library/images", "away"); }, false },
+             Case { Step::fileStatus, [&] { root.rename("library/images", "library/away"); }, true },
+         }) {
+        for (auto const* name : { "library/images", "library/away", "away" })
+            root.remove(name);
+        root.write("library/images/deep/y.png", "inside");
+        auto const path = resolveLibraryReference(u"images/deep/y.png"_s, *folder).value();
+        files.before = [&](Step at, auto const&) { return at == step ? swap() : void(), 0; };
+        EXPECT_EQ(readLibraryFile(path, *folder, 100), isRead ? std::optional<QByteArray>("inside") : std::nullopt);
+        files.before = nullptr;
+    }
 }
 
 TEST_F(LibraryReferenceTest, Folders_that_references_name_are_told_with_those_on_the_way)

@@ -1,20 +1,18 @@
 #include "library/LibraryStore.h"
 
+#include "support/Dice.h"
 #include "support/FakeLibraryServices.h"
+#include "support/Test.h"
 
-#include <gmock/gmock.h>
+#include <QDir>
 
 #include <cerrno>
 #include <deque>
 #include <map>
-#include <memory>
-#include <random>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 using Time = std::chrono::nanoseconds;
 
 QString const unreadable = u"Could not read the folder. Choose it again or refresh. "_s
@@ -194,7 +192,7 @@ struct Model {
     }
 };
 
-class LibraryStoreModelTest : public testing::Test {
+class LibraryStoreModelTest : public Test {
 protected:
     static constexpr int steps = 100;
 
@@ -204,46 +202,48 @@ protected:
         services = std::make_unique<FakeLibraryServices>();
         store = std::make_unique<LibraryStore>(services->services(), LibraryStore::RestoreFolder::no);
         for (auto const* starter : { "a.md", "b.md", "c.md" })
-            services->files.write(u"/starters"_s, starter, "# Starter");
+            services->root.write("starters/" + QByteArray(starter), "# Starter");
         model = {};
         model.shutdown();
+        folders = { services->root.path("one"), services->root.path("two") };
         for (auto const& path : folders)
             putFolderBack(path);
     }
 
     void putFolderBack(QString const& path)
     {
-        services->files.addFolder(path);
+        QDir().mkpath(path);
         if (!model.disk[path])
             model.disk[path].emplace();
     }
 
     void removeFolder(QString const& path)
     {
-        services->files.removeFolder(path);
+        QDir(path).removeRecursively();
         model.disk[path].reset();
     }
 
     void save(QString const& path)
     {
         putFolderBack(path);
-        auto const id = QString(QChar(u'a' + pick(3))) + u".md"_s;
-        if (pick(4) == 0) {
-            services->files.remove(path, id.toUtf8());
+        auto const id = QString(QChar(u'a' + dice.below(3U))) + u".md"_s;
+        if (dice.oneIn(4)) {
+            QFile::remove(path + u'/' + id);
             model.disk[path]->erase(id);
             return;
         }
-        auto const title = QString::number(random() % 5);
-        services->files.write(path, id.toUtf8(), "# " + title.toUtf8());
+        auto const title = QString::number(dice.below(5));
+        services->root.write(
+            QDir(services->root.path()).relativeFilePath(path + u'/' + id).toUtf8(), "# " + title.toUtf8());
         (*model.disk[path])[id] = title;
     }
 
     void step()
     {
-        auto const path = folders[pick(2)];
-        switch (pick(16)) {
+        auto const path = dice.anyOf(folders);
+        switch (dice.below(16)) {
         case 0:
-            if (pick(8) == 0) {
+            if (dice.oneIn(8)) {
                 store->shutdown();
                 return model.shutdown();
             }
@@ -261,7 +261,7 @@ protected:
             services->events.fire(path);
             return model.fire(path);
         case 5:
-            if (pick(2) == 0)
+            if (dice.oneIn(2))
                 removeFolder(path);
             services->events.fire(path);
             return model.fire(path);
@@ -278,7 +278,7 @@ protected:
         case 12:
             return install();
         default:
-            return advance(pick(3) == 0 ? Time(0) : Time(std::chrono::microseconds(random() % 170'000)));
+            return advance(dice.oneIn(3) ? Time(0) : Time(std::chrono::microseconds(dice.below(170'000))));
         }
     }
 
@@ -286,7 +286,7 @@ protected:
     {
         QStringList names;
         for (auto const& name : { u"c"_s, u"a"_s, u"gone"_s, u"b"_s }) {
-            if (pick(2) == 0)
+            if (dice.oneIn(2))
                 names << name;
         }
         store->installStarters(names);
@@ -307,7 +307,7 @@ protected:
 
     void finishOne()
     {
-        auto const index = static_cast<std::size_t>(pick(3));
+        auto const index = dice.below(std::size_t { 3 });
         services->executor.finishWork(index);
         model.finishWork(index);
     }
@@ -332,10 +332,8 @@ protected:
         ASSERT_EQ(services->executor.queuedWork(), model.queued.size());
     }
 
-    quint32 pick(quint32 bound) { return static_cast<quint32>(random() % bound); }
-
-    std::vector<QString> folders { u"/one"_s, u"/two"_s };
-    std::mt19937 random { 20 };
+    QStringList folders;
+    Dice dice { 20 };
     Model model;
     std::unique_ptr<FakeLibraryServices> services;
     std::unique_ptr<LibraryStore> store;
@@ -347,7 +345,7 @@ TEST_F(LibraryStoreModelTest, In_any_order_of_events_the_store_shows_what_the_ru
     for (int round = 0; round < 500; ++round) {
         beginRound();
         for (int count = 0; count < steps; ++count) {
-            SCOPED_TRACE(testing::Message() << "round " << round << ", step " << count);
+            SCOPED_TRACE(Message() << "round " << round << ", step " << count);
             step();
             compare();
             if (HasFatalFailure())

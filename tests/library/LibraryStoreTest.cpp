@@ -1,31 +1,22 @@
 #include "library/LibraryStore.h"
 
 #include "support/FakeLibraryServices.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 #include <cerrno>
-#include <memory>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-QString const folder = u"/library"_s;
 constexpr std::uint64_t window = 7;
 
-class LibraryStoreTest : public testing::Test {
+class LibraryStoreTest : public Test {
 protected:
     LibraryStoreTest()
     {
-        for (auto const& path : { folder, u"/other"_s }) {
-            services.bookmarks.addFolder(path);
-            for (auto const* title : { "A", "B", "C" })
-                services.files.write(path, QByteArray(title).toLower() + ".md", "# " + QByteArray(title));
+        for (QByteArray const title : { "A", "B", "C" }) {
+            for (auto const* name : { "library/", "other/" })
+                services.root.write(name + title.toLower() + ".md", "# " + title);
         }
         services.openPanels.showWindow(window);
         start();
@@ -35,15 +26,20 @@ protected:
     {
         store = std::make_unique<LibraryStore>(services.services(), restore);
     }
-    void connect(QString const& path = folder)
+    void connect(QString const& path)
     {
         store->connect(path);
         services.executor.settle();
     }
+    void connect() { connect(folder); }
     void saveAndFollow(QByteArray const& name, QByteArray const& text)
     {
-        services.files.write(folder, name, text);
+        services.root.write("library/" + name, text);
         services.events.fire(folder);
+        pass();
+    }
+    void pass()
+    {
         services.executor.advance(LibraryWatcher::latency + LibraryStore::reloadDebounce);
         services.executor.settle();
     }
@@ -57,6 +53,8 @@ protected:
     QJsonObject storedPins() const { return *services.defaults.get<QJsonObject>(u"pinnedSheets"_s); }
 
     FakeLibraryServices services;
+    QString const folder = services.root.path("library");
+    QString const other = services.root.path("other");
     std::unique_ptr<LibraryStore> store;
 };
 
@@ -163,11 +161,11 @@ TEST_F(LibraryStoreTest, Pins_are_kept_per_folder_and_come_back_with_their_files
     EXPECT_EQ(calls, 5);
     EXPECT_THAT(store->pinnedIDs.value(), ElementsAre(u"c.md"_s, u"b.md"_s, u"a.md"_s));
 
-    services.files.remove(folder, "b.md");
-    connect(u"/other"_s);
+    services.root.remove("library/b.md");
+    connect(other);
     EXPECT_THAT(store->pinnedIDs.value(), IsEmpty());
     store->togglePin(u"b.md"_s);
-    connect(u"/x/../other/"_s);
+    connect(folder + u"/../other/"_s);
     EXPECT_THAT(store->pinnedIDs.value(), ElementsAre(u"b.md"_s));
     connect();
     EXPECT_THAT(store->pinnedIDs.value(), ElementsAre(u"c.md"_s, u"b.md"_s, u"a.md"_s));
@@ -177,7 +175,7 @@ TEST_F(LibraryStoreTest, Pins_are_kept_per_folder_and_come_back_with_their_files
     EXPECT_THAT(shown, ElementsAre(u"c.md"_s, u"a.md"_s));
     EXPECT_EQ(storedPins(),
         (QJsonObject {
-            { folder, QJsonArray { u"c.md"_s, u"b.md"_s, u"a.md"_s } }, { u"/other"_s, QJsonArray { u"b.md"_s } } }));
+            { folder, QJsonArray { u"c.md"_s, u"b.md"_s, u"a.md"_s } }, { other, QJsonArray { u"b.md"_s } } }));
 }
 
 TEST_F(LibraryStoreTest, A_damaged_list_of_pins_never_stops_the_others)
@@ -215,9 +213,9 @@ TEST_F(LibraryStoreTest, A_chosen_folder_is_remembered_and_connected)
     EXPECT_EQ(store->folder.value(), folder);
     EXPECT_TRUE(services.defaults.get<QByteArray>(u"libraryBookmark"_s));
 
-    services.bookmarks.failBookmark(SystemError(EIO));
+    services.bookmarks.bookmarkError = SystemError(EIO);
     store->chooseFolder(window, services.openPanels.openPanel());
-    services.openPanels.choose(u"/other"_s);
+    services.openPanels.choose(other);
     EXPECT_EQ(store->folder.value(), folder);
     EXPECT_EQ(
         store->message.value(), u"Could not remember folder access: "_s + SystemError(EIO).localizedDescription());
@@ -252,7 +250,7 @@ TEST_F(LibraryStoreTest, Files_are_handed_out_and_a_refusal_is_told_in_its_own_l
     store->openSheet(u"missing.md"_s);
     store->openSheet();
     store->revealSheet(u"b.md"_s);
-    EXPECT_THAT(opener.calls, ElementsAre(u"open /library/a.md"_s, u"reveal /library/b.md"_s));
+    EXPECT_THAT(opener.calls, ElementsAre(u"open "_s + folder + u"/a.md"_s, u"reveal "_s + folder + u"/b.md"_s));
     opener.answer(std::unexpected(FileOpener::Failure { u"no"_s }));
     EXPECT_EQ(store->message.value(), u"Could not open a.md in its default application."_s);
 
@@ -266,7 +264,7 @@ TEST_F(LibraryStoreTest, Files_are_handed_out_and_a_refusal_is_told_in_its_own_l
             .directoryURL = u"/applications"_s,
             .prompt = u"Open"_s,
             .message = u"Choose an application to open c.md."_s }));
-    EXPECT_EQ(opener.calls.last(), u"open /library/c.md with /applications/vim.desktop"_s);
+    EXPECT_EQ(opener.calls.last(), u"open "_s + folder + u"/c.md with /applications/vim.desktop"_s);
     opener.answer(std::unexpected(FileOpener::Failure { u"No such program"_s }));
     EXPECT_EQ(store->message.value(), u"Could not open c.md: No such program"_s);
     saveAndFollow("a.md", "# A again"); // a load that succeeds clears only what a load said
@@ -278,7 +276,7 @@ TEST_F(LibraryStoreTest, Files_are_handed_out_and_a_refusal_is_told_in_its_own_l
     EXPECT_EQ(store->message.value(), std::nullopt);
     chooseApplication();
     store->openSheet(u"a.md"_s);
-    connect(u"/other"_s);
+    connect(other);
     opener.answer(std::unexpected(FileOpener::Failure { u"late"_s }));
     EXPECT_EQ(store->message.value(), std::nullopt);
     store.reset();
@@ -289,10 +287,10 @@ TEST_F(LibraryStoreTest, An_application_that_was_chosen_too_late_is_not_started)
 {
     connect();
     store->openSheetWith(u"a.md"_s, window);
-    connect(u"/other"_s);
+    connect(other);
     services.openPanels.choose(u"/applications/vim.desktop"_s);
     store->openSheetWith(u"a.md"_s, window);
-    services.files.remove(u"/other"_s, "a.md");
+    services.root.remove("other/a.md");
     store->refresh();
     services.executor.settle();
     services.openPanels.choose(u"/applications/vim.desktop"_s);
@@ -312,7 +310,7 @@ TEST_F(LibraryStoreTest, A_restored_folder_loads_with_the_last_sheet_selected)
     EXPECT_EQ(store->selectedSheet()->title, u"B"_s);
     EXPECT_TRUE(services.defaults.writes().empty());
 
-    services.bookmarks.removeFolder(folder);
+    services.root.remove("library");
     start(LibraryStore::RestoreFolder::yes);
     EXPECT_EQ(store->folder.value(), std::nullopt);
     EXPECT_EQ(store->message.value(), u"Folder access needs to be restored. Choose the folder again."_s);
@@ -361,7 +359,7 @@ TEST_F(LibraryStoreTest, The_last_readable_version_outlives_any_number_of_bad_sa
 TEST_F(LibraryStoreTest, A_file_that_is_written_without_pause_holds_nothing_up)
 {
     connect();
-    services.files.write(folder, "b.md", "# Saved");
+    services.root.write("library/b.md", "# Saved");
     for (auto time = 0ms; time <= 2 * LibraryStore::reloadDebounce; time += 50ms) {
         store->reload(LibraryStore::Debounced::yes);
         services.executor.advance(50ms);
@@ -407,13 +405,72 @@ TEST_F(LibraryStoreTest, A_change_of_folder_forgets_the_positions_and_takes_noth
 {
     connect();
     store->scrollPositions.insert(u"a.md"_s, { 0, 5 });
-    services.files.write(u"/other"_s, "z.md", "# Z");
-    store->connect(u"/other"_s);
+    services.root.write("other/z.md", "# Z");
+    store->connect(other);
     EXPECT_TRUE(store->scrollPositions.isEmpty());
-    EXPECT_THAT(services.events.watchedFolders(), ElementsAre(u"/other"_s));
+    EXPECT_THAT(services.events.watchedFolders(), ElementsAre(other));
     services.executor.settle();
     store->applyLoadedSheets({}, 1);
     EXPECT_THAT(titles(), ElementsAre(u"A"_s, u"B"_s, u"C"_s, u"Z"_s));
+}
+
+class LibraryWatcherTest : public LibraryStoreTest {
+protected:
+    // How many loads it took until all was quiet.
+    int loadsAfter(std::function<void()> const& change)
+    {
+        int loads = 0;
+        services.files.before = [&](auto step, auto const&) {
+            loads += step == FaultyFileSystem::Step::openFolder ? 1 : 0;
+            return 0;
+        };
+        change();
+        for (int round = 0; round < 5; ++round)
+            pass();
+        services.files.before = nullptr;
+        return loads;
+    }
+};
+
+TEST_F(LibraryWatcherTest, Folders_are_watched_as_long_as_sheets_take_pictures_from_them)
+{
+    services.root.write("library/a.md", "![x](pics/deep/a.png) ![y](../outside/b.png) ![z](c.png)");
+    store->connect(folder);
+    // What came before the watches did is found by one load more.
+    EXPECT_EQ(loadsAfter([] { }), 2);
+    EXPECT_THAT(
+        services.events.watchedFolders(), UnorderedElementsAre(folder, folder + u"/pics"_s, folder + u"/pics/deep"_s));
+
+    EXPECT_EQ(loadsAfter([&] {
+        for (int change = 0; change < 10; ++change) {
+            services.events.fire(folder);
+            services.events.fire(folder + u"/pics/deep"_s);
+        }
+    }),
+        1);
+    services.root.write("library/a.md", "![x](pics/a.png)");
+    EXPECT_EQ(loadsAfter([&] { services.events.fire(folder); }), 1);
+    EXPECT_THAT(services.events.watchedFolders(), UnorderedElementsAre(folder, folder + u"/pics"_s));
+    store->connect(other);
+    EXPECT_THAT(services.events.watchedFolders(), ElementsAre(other));
+}
+
+TEST_F(LibraryWatcherTest, Where_no_events_can_be_had_refreshing_still_works_and_asks_for_them_again)
+{
+    services.events.setAvailable(false);
+    services.root.write("library/a.md", "![x](pics/a.png)");
+    store->connect(folder);
+    EXPECT_EQ(loadsAfter([] { }), 1);
+    services.root.write("library/d.md", "# D");
+    EXPECT_EQ(loadsAfter([&] { store->refresh(); }), 1);
+    EXPECT_EQ(store->sheets.value().size(), 4);
+
+    services.events.setAvailable(true);
+    loadsAfter([&] { store->refresh(); });
+    EXPECT_EQ(loadsAfter([&] { services.events.fire(folder); }), 1);
+    services.events.endUnnoticed(folder);
+    EXPECT_EQ(loadsAfter([&] { store->refresh(); }), 2) << "something may have come before the watch did";
+    EXPECT_EQ(loadsAfter([&] { services.events.fire(folder); }), 1);
 }
 
 }

@@ -118,8 +118,8 @@ TEST_F(ReaderPanelTest, What_the_window_manager_has_to_do_holds_up_neither_the_f
 
 TEST_F(ReaderPanelTest, Each_show_begins_with_a_view_like_a_new_one)
 {
-    services.files.write(u"/library"_s, "a.md", "# Sheet\n\nword and word\n\n```sh\nls\n```\n");
-    library.connect(u"/library"_s);
+    services.root.write("library/a.md", "# Sheet\n\nword and word\n\n```sh\nls\n```\n");
+    library.connect(services.root.path("library"));
     services.executor.settle();
     library.findQuery = u"word"_s;
     show();
@@ -149,8 +149,8 @@ TEST_F(ReaderPanelTest, A_close_is_told_once_and_while_it_is_still_up)
 
 TEST_F(ReaderPanelTest, The_keyboard_goes_to_the_text_unless_a_search_field_is_open)
 {
-    services.files.write(u"/library"_s, "a.md", "# Sheet\n");
-    library.connect(u"/library"_s);
+    services.root.write("library/a.md", "# Sheet\n");
+    library.connect(services.root.path("library"));
     services.executor.settle();
     for (bool const isSearching : { true, false }) {
         library.librarySearchVisible = isSearching;

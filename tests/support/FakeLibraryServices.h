@@ -1,26 +1,28 @@
 #pragma once
 
 #include "library/LibraryStore.h"
+#include "platform/linux/qt/QtPictureDecoder.h"
 #include "support/FakeAnnouncements.h"
 #include "support/FakeClipboard.h"
 #include "support/FakeFileEvents.h"
 #include "support/FakeFileOpener.h"
-#include "support/FakeFileSystem.h"
-#include "support/FakeFolderBookmarks.h"
 #include "support/FakeOpenPanels.h"
-#include "support/FakePictureDecoder.h"
 #include "support/FakeWorkspace.h"
+#include "support/FaultyBookmarks.h"
+#include "support/FaultyFileSystem.h"
 #include "support/ManualExecutor.h"
 #include "support/MemoryUserDefaults.h"
+#include "support/TemporaryFolder.h"
 
 namespace Quillory {
 
-// Everything that a store stands on, in memory and turned by hand.
+// Everything that a store stands on: real files, bookmarks and pictures in a folder of their own, all else turned by hand.
 struct FakeLibraryServices {
+    TemporaryFolder root;
     MemoryUserDefaults defaults;
-    FakeFolderBookmarks bookmarks;
-    FakeFileSystem files;
-    FakePictureDecoder pictures;
+    FaultyBookmarks bookmarks;
+    FaultyFileSystem files;
+    QtPictureDecoder pictures;
     ManualExecutor executor;
     FakeFileEvents events { executor };
     FakeClipboard clipboard;
@@ -32,7 +34,7 @@ struct FakeLibraryServices {
     LibraryStore::Services services()
     {
         return { defaults, bookmarks, files, pictures, events, executor, clipboard, announcements, fileOpener,
-            openPanels, workspace, QStringLiteral("/starters") };
+            openPanels, workspace, root.path("starters") };
     }
 };
 
