@@ -1,7 +1,6 @@
 #include "platform/linux/files/JsonUserDefaults.h"
 #include "support/ManualExecutor.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 #include <QDir>
 #include <QFile>
@@ -22,8 +21,6 @@
 
 namespace Quillory {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 // What the writer tells across its own death: the number whose write began last, and the one whose write came back.
 struct Progress {

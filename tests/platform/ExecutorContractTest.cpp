@@ -1,8 +1,7 @@
 #include "platform/linux/qt/QtExecutor.h"
 #include "support/EventLoop.h"
 #include "support/ManualExecutor.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 #include <atomic>
 #include <memory>
@@ -12,10 +11,6 @@
 
 namespace Quillory {
 namespace {
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 struct OnManualExecutor {
     std::optional<ManualExecutor> executor { std::in_place };
@@ -42,7 +37,7 @@ struct OnQtExecutor {
 };
 
 template<typename Harness>
-class ExecutorContract : public testing::Test, public Harness {
+class ExecutorContract : public Test, public Harness {
 protected:
     // Runs everything that is owed now: what is posted and handed over last comes last.
     void quiesce()
@@ -58,7 +53,7 @@ protected:
     std::vector<int> m_log;
 };
 
-using Executors = testing::Types<OnManualExecutor, OnQtExecutor>;
+using Executors = Types<OnManualExecutor, OnQtExecutor>;
 TYPED_TEST_SUITE(ExecutorContract, Executors);
 
 TYPED_TEST(ExecutorContract, Actions_run_later_in_order_of_deadline_and_arrival_and_never_early)

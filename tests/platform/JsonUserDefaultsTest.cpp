@@ -3,8 +3,7 @@
 #include "support/EventLoop.h"
 #include "support/ManualExecutor.h"
 #include "support/OrdinaryUser.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,13 +20,10 @@
 namespace Quillory {
 namespace {
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 using Trouble = UserDefaults::Trouble;
+using Stored = UserDefaults::Value;
 
-class JsonUserDefaultsTest : public testing::Test {
+class JsonUserDefaultsTest : public Test {
 protected:
     JsonUserDefaultsTest() { chmod(QFile::encodeName(m_folder.path()).constData(), 0777); }
 
@@ -69,18 +65,46 @@ protected:
     }
 
     QTemporaryDir m_folder;
-    QString m_path = m_folder.filePath(QStringLiteral("defaults.json"));
-    QString m_a = QStringLiteral("a");
-    QString m_b = QStringLiteral("b");
+    QString m_path = m_folder.filePath(u"defaults.json"_s);
+    QString m_a = u"a"_s;
+    QString m_b = u"b"_s;
     ManualExecutor m_executor;
     std::vector<Trouble> m_troubles;
     std::optional<JsonUserDefaults> m_defaults;
     Registration m_observation;
 };
 
+TEST_F(JsonUserDefaultsTest, A_value_of_each_type_comes_back_as_it_was_set)
+{
+    auto& defaults = start();
+    QJsonArray const array { 1, u"two"_s, QJsonObject { { u"three"_s, true } } };
+    for (auto const& value : { Stored(true), Stored(false), Stored(16.5), Stored(-3.0), Stored(u"é\n\"🜁"_s),
+             Stored(QString()), Stored(QByteArray("\0\xff\x01", 3)), Stored(QByteArray()), Stored(array),
+             Stored(QJsonArray()), Stored(QJsonObject { { u"data"_s, 1 } }), Stored(QJsonObject()) }) {
+        defaults.setValue(m_a, value);
+        EXPECT_EQ(defaults.value(m_a), value);
+    }
+}
+
+TEST_F(JsonUserDefaultsTest, A_value_is_absent_under_another_type_another_key_and_after_its_removal)
+{
+    auto& defaults = start();
+    EXPECT_EQ(defaults.value(m_a), std::nullopt);
+    defaults.removeValue(m_a);
+    defaults.setValue(m_a, true);
+    EXPECT_EQ(defaults.get<bool>(m_a), true);
+    EXPECT_EQ(defaults.get<QString>(m_a), std::nullopt);
+    EXPECT_EQ(defaults.get<double>(m_a), std::nullopt);
+    EXPECT_EQ(defaults.value(u"A"_s), std::nullopt);
+    defaults.setValue(m_a, u"text"_s);
+    EXPECT_EQ(defaults.get<QString>(m_a), u"text"_s);
+    defaults.removeValue(m_a);
+    EXPECT_EQ(defaults.value(m_a), std::nullopt);
+}
+
 TEST_F(JsonUserDefaultsTest, Changes_hold_at_once_and_are_written_together_within_250_ms)
 {
-    m_path = m_folder.filePath(QStringLiteral("config/quillory/defaults.json"));
+    m_path = m_folder.filePath(u"config/quillory/defaults.json"_s);
     auto& defaults = start();
     defaults.setValue(m_a, 1.0);
     m_executor.advance(150ms);
@@ -92,7 +116,7 @@ TEST_F(JsonUserDefaultsTest, Changes_hold_at_once_and_are_written_together_withi
     EXPECT_TRUE(m_executor.runAndFinishWork());
     EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 }, { m_b, true } }));
     EXPECT_EQ(m_executor.pendingTimers(), 0U);
-    EXPECT_THAT(files(), ElementsAre(QStringLiteral("defaults.json")));
+    EXPECT_THAT(files(), ElementsAre(u"defaults.json"_s));
     struct stat status {};
     ASSERT_EQ(stat(QFile::encodeName(m_path).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777, 0600U);
@@ -102,7 +126,7 @@ TEST_F(JsonUserDefaultsTest, Data_stands_as_base64_in_an_object_of_its_own)
 {
     start().setValue(m_a, QByteArray("\xff\xfe{", 3));
     m_defaults->flush();
-    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, QJsonObject { { QStringLiteral("data"), QStringLiteral("//57") } } } }));
+    EXPECT_EQ(onDisk(), (QJsonObject { { m_a, QJsonObject { { u"data"_s, u"//57"_s } } } }));
     put(R"({"a": {"data": "eyJwYXRoIjoiLyJ9"}, "b": {"data": "not base64!"}})");
     m_defaults.reset();
     EXPECT_EQ(start().get<QByteArray>(m_a), QByteArray(R"({"path":"/"})"));
@@ -116,7 +140,7 @@ TEST_F(JsonUserDefaultsTest, Where_nothing_changes_nothing_is_written)
     put(contents);
     auto& defaults = start();
     defaults.setValue(m_a, 3.0);
-    defaults.removeValue(QStringLiteral("missing"));
+    defaults.removeValue(u"missing"_s);
     EXPECT_EQ(m_executor.pendingTimers(), 0U);
     defaults.setValue(m_a, 4.0);
     defaults.setValue(m_a, 3.0);
@@ -124,7 +148,7 @@ TEST_F(JsonUserDefaultsTest, Where_nothing_changes_nothing_is_written)
     m_defaults.reset();
     EXPECT_EQ(contentsOf(m_path), contents);
 
-    m_path = m_folder.filePath(QStringLiteral("fresh.json"));
+    m_path = m_folder.filePath(u"fresh.json"_s);
     start().flush();
     m_defaults.reset();
     EXPECT_FALSE(exists());
@@ -141,7 +165,7 @@ TEST_F(JsonUserDefaultsTest, Members_that_nobody_asks_for_stay)
     expected.remove(m_a);
     expected.insert(m_b, true);
     EXPECT_EQ(onDisk(), expected);
-    EXPECT_THAT(contentsOf(m_path).toStdString(), testing::HasSubstr("9007199254740993"));
+    EXPECT_THAT(contentsOf(m_path).toStdString(), HasSubstr("9007199254740993"));
 }
 
 TEST_F(JsonUserDefaultsTest, A_worker_that_comes_late_does_not_undo_a_newer_write)
@@ -167,13 +191,13 @@ TEST_F(JsonUserDefaultsTest, A_damaged_file_is_set_aside_under_a_free_name_and_n
     QStringList expected;
     for (auto const* damage : { "", "{\"a\": 1", "[1]", "\0\0\0" }) {
         put(damage);
-        expected << QStringLiteral("defaults.json.damaged-%1").arg(expected.size() + 1);
+        expected << u"defaults.json.damaged-%1"_s.arg(expected.size() + 1);
         auto& defaults = start();
         EXPECT_EQ(defaults.damagedFile(), m_folder.filePath(expected.last()));
         EXPECT_THAT(
             m_troubles, testing::Contains(Trouble { Trouble::Kind::setAside, m_folder.filePath(expected.last()) }));
         EXPECT_EQ(defaults.value(m_a), std::nullopt);
-        EXPECT_THAT(files(), testing::ElementsAreArray(expected));
+        EXPECT_THAT(files(), ElementsAreArray(expected));
         EXPECT_EQ(contentsOf(m_folder.filePath(expected.last())), QByteArray(damage));
     }
     m_defaults->setValue(m_b, true);
@@ -244,22 +268,22 @@ TEST_F(JsonUserDefaultsTest, A_disk_that_is_full_in_the_middle_of_a_write_harms_
     std::signal(SIGXFSZ, oldHandler);
     EXPECT_EQ(m_defaults->lastWriteError(), SystemError(EFBIG));
     EXPECT_EQ(contentsOf(m_path), before);
-    EXPECT_THAT(files(), ElementsAre(QStringLiteral("defaults.json")));
+    EXPECT_THAT(files(), ElementsAre(u"defaults.json"_s));
 }
 
 TEST_F(JsonUserDefaultsTest, A_folder_in_the_file_s_place_is_left_alone)
 {
-    ASSERT_TRUE(QDir().mkpath(m_path + QStringLiteral("/x")));
+    ASSERT_TRUE(QDir().mkpath(m_path + u"/x"_s));
     start().setValue(m_a, 1.0);
     m_defaults->flush();
     EXPECT_EQ(m_defaults->lastWriteError(), SystemError(EISDIR));
     m_defaults.reset();
-    EXPECT_TRUE(QFile::exists(m_path + QStringLiteral("/x")));
+    EXPECT_TRUE(QFile::exists(m_path + u"/x"_s));
 }
 
 TEST_F(JsonUserDefaultsTest, A_link_to_the_file_stays_a_link)
 {
-    auto const real = m_folder.filePath(QStringLiteral("real.json"));
+    auto const real = m_folder.filePath(u"real.json"_s);
     put(R"({"a": 1})");
     ASSERT_TRUE(QFile::rename(m_path, real));
     ASSERT_TRUE(QFile::link(real, m_path));
@@ -284,9 +308,9 @@ TEST(JsonUserDefaultsPath, It_lies_in_the_user_s_configuration_folder)
     QTemporaryDir const folder;
     auto const before = qgetenv("XDG_CONFIG_HOME");
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
-    EXPECT_EQ(JsonUserDefaults::standardPath(), folder.filePath(QStringLiteral("quillory/defaults.json")));
+    EXPECT_EQ(JsonUserDefaults::standardPath(), folder.filePath(u"quillory/defaults.json"_s));
     qunsetenv("XDG_CONFIG_HOME");
-    EXPECT_EQ(JsonUserDefaults::standardPath(), QDir::homePath() + QStringLiteral("/.config/quillory/defaults.json"));
+    EXPECT_EQ(JsonUserDefaults::standardPath(), QDir::homePath() + u"/.config/quillory/defaults.json"_s);
     if (!before.isNull())
         qputenv("XDG_CONFIG_HOME", before);
 }

@@ -1,7 +1,6 @@
 #include "platform/linux/qt/QtExecutor.h"
 #include "support/EventLoop.h"
-
-#include <gtest/gtest.h>
+#include "support/Test.h"
 
 #include <QEventLoop>
 
@@ -15,9 +14,7 @@
 namespace Quillory {
 namespace {
 
-using namespace std::chrono_literals;
-
-class QtExecutorTest : public testing::Test {
+class QtExecutorTest : public Test {
 protected:
     EventLoop m_loop;
     std::optional<QtExecutor> m_executor { std::in_place };

@@ -1,17 +1,10 @@
 #include "platform/linux/files/InotifyFileEvents.h"
 #include "platform/linux/qt/QtExecutor.h"
 #include "support/EventLoop.h"
-#include "support/FakeFileEvents.h"
-#include "support/ManualExecutor.h"
-
-#include <gmock/gmock.h>
+#include "support/TemporaryFolder.h"
+#include "support/Test.h"
 
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
-
-#include <cstdlib>
-#include <optional>
 
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -21,145 +14,29 @@
 namespace Quillory {
 namespace {
 
-using namespace std::chrono_literals;
-
-struct ByHand {
-    ManualExecutor executor;
-    FakeFileEvents events { executor };
-    QString path = QStringLiteral("/library");
-    QString otherPath = QStringLiteral("/other");
-
-    void change(QString const& folder) { events.fire(folder); }
-    bool runUntil(std::function<bool()> const& condition)
+class InotifyFileEventsTest : public Test {
+protected:
+    InotifyFileEventsTest()
     {
-        for (int turn = 0; turn < 1000 && !condition(); ++turn)
-            executor.advance(1ms);
-        return condition();
+        root.makeFolder("library");
+        root.makeFolder("other");
     }
-};
 
-struct OnDisk {
-    EventLoop loop;
-    QTemporaryDir root;
-    QtExecutor executor;
-    InotifyFileEvents events { executor };
-    QString path = root.filePath(QStringLiteral("library"));
-    QString otherPath = root.filePath(QStringLiteral("other"));
-    int changes = 0;
-
-    OnDisk()
+    Registration watch(QString const& folder, int& calls)
     {
-        QDir().mkdir(path);
-        QDir().mkdir(otherPath);
+        return events.watch(folder, 20ms, [&calls] { ++calls; });
     }
     void change(QString const& folder)
     {
-        QFile file(folder + QStringLiteral("/%1.md").arg(++changes));
+        QFile file(folder + u"/%1.md"_s.arg(++changes));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write("x");
     }
     bool runUntil(std::function<bool()> const& condition) { return loop.runUntil(condition); }
-};
-
-template<typename Harness>
-class FileEventsContract : public testing::Test, public Harness {
-protected:
-    Registration watch(QString const& folder, int& calls)
-    {
-        return this->events.watch(folder, 20ms, [&calls] { ++calls; });
-    }
-};
-
-using Events = testing::Types<ByHand, OnDisk>;
-TYPED_TEST_SUITE(FileEventsContract, Events);
-
-TYPED_TEST(FileEventsContract, A_burst_of_changes_is_told_once_and_a_later_one_again)
-{
-    int calls = 0;
-    auto const registration = this->watch(this->path, calls);
-    EXPECT_TRUE(registration.isActive());
-    for (int change = 0; change < 10; ++change)
-        this->change(this->path);
-    EXPECT_EQ(calls, 0);
-    ASSERT_TRUE(this->runUntil([&] { return calls > 0; }));
-    EXPECT_EQ(calls, 1);
-    this->change(this->path);
-    ASSERT_TRUE(this->runUntil([&] { return calls > 1; }));
-    EXPECT_EQ(calls, 2);
-}
-
-TYPED_TEST(FileEventsContract, Calls_are_a_latency_apart_however_many_changes_come)
-{
-    std::vector<std::chrono::nanoseconds> times;
-    auto const registration = this->events.watch(this->path, 20ms, [&] { times.push_back(this->executor.now()); });
-    Registration next;
-    std::function<void()> const changeOn = [&] {
-        this->change(this->path);
-        next = this->executor.after(1ms, changeOn);
-    };
-    changeOn();
-    ASSERT_TRUE(this->runUntil([&] { return times.size() >= 4; }));
-    for (std::size_t call = 1; call < times.size(); ++call)
-        EXPECT_GE(times[call] - times[call - 1], 20ms);
-}
-
-TYPED_TEST(FileEventsContract, Watches_hear_of_their_own_folder_until_they_end)
-{
-    int first = 0, second = 0, other = 0;
-    auto ended = this->watch(this->path, first);
-    auto const living = this->watch(this->path, second);
-    auto const elsewhere = this->watch(this->otherPath, other);
-    this->change(this->path);
-    ASSERT_TRUE(this->runUntil([&] { return first == 1 && second == 1; }));
-    ended.end();
-    this->change(this->path);
-    this->change(this->otherPath);
-    ASSERT_TRUE(this->runUntil([&] { return second == 2 && other == 1; }));
-    EXPECT_EQ(first, 1);
-}
-
-TYPED_TEST(FileEventsContract, A_watch_that_ends_takes_back_the_call_that_is_due)
-{
-    int ended = 0, living = 0;
-    Registration registration;
-    auto const other = this->events.watch(this->path, 1ms, [&] {
-        registration.end();
-        ++living;
-    });
-    registration = this->watch(this->path, ended);
-    this->change(this->path);
-    ASSERT_TRUE(this->runUntil([&] { return living == 1; }));
-    this->change(this->path);
-    ASSERT_TRUE(this->runUntil([&] { return living == 2; }));
-    int later = 0;
-    auto const marker = this->watch(this->path, later);
-    this->change(this->path);
-    ASSERT_TRUE(this->runUntil([&] { return later == 1; }));
-    EXPECT_EQ(ended, 0);
-}
-
-TYPED_TEST(FileEventsContract, A_watch_may_end_and_start_within_its_own_call)
-{
-    int first = 0, second = 0;
-    Registration registration, next;
-    registration = this->events.watch(this->path, 1ms, [&] {
-        registration.end();
-        next = this->watch(this->path, second);
-        ++first;
-    });
-    this->change(this->path);
-    ASSERT_TRUE(this->runUntil([&] { return first == 1; }));
-    this->change(this->path);
-    ASSERT_TRUE(this->runUntil([&] { return second == 1; }));
-    EXPECT_EQ(first, 1);
-}
-
-class InotifyFileEventsTest : public testing::Test, public OnDisk {
-protected:
     void shell(char const* script)
     {
         // Not QProcess: after its kind of fork the thread sanitizer is blind to this thread's locks.
-        auto const command = "set -e; cd '" + QFile::encodeName(root.path()) + "'; " + script;
+        auto const command = "set -e; cd '" + root.at() + "'; " + script;
         ASSERT_EQ(std::system(command.constData()), 0) << script;
     }
     // Whether a watch that starts now tells of what the script does.
@@ -170,27 +47,104 @@ protected:
         shell(script);
         return runUntil([&] { return calls > 0; });
     }
+
+    EventLoop loop;
+    TemporaryFolder const root;
+    QtExecutor executor;
+    InotifyFileEvents events { executor };
+    QString const path = root.path("library");
+    QString const otherPath = root.path("other");
+    int changes = 0;
 };
+
+TEST_F(InotifyFileEventsTest, A_burst_of_changes_is_told_once_and_a_later_one_again)
+{
+    int calls = 0;
+    auto const registration = watch(path, calls);
+    EXPECT_TRUE(registration.isActive());
+    for (int number = 0; number < 10; ++number)
+        change(path);
+    EXPECT_EQ(calls, 0);
+    ASSERT_TRUE(runUntil([&] { return calls > 0; }));
+    EXPECT_EQ(calls, 1);
+    change(path);
+    ASSERT_TRUE(runUntil([&] { return calls > 1; }));
+    EXPECT_EQ(calls, 2);
+}
+
+TEST_F(InotifyFileEventsTest, Calls_are_a_latency_apart_however_many_changes_come)
+{
+    std::vector<std::chrono::nanoseconds> times;
+    auto const registration = events.watch(path, 20ms, [&] { times.push_back(executor.now()); });
+    Registration next;
+    std::function<void()> const changeOn = [&] {
+        change(path);
+        next = executor.after(1ms, changeOn);
+    };
+    changeOn();
+    ASSERT_TRUE(runUntil([&] { return times.size() >= 4; }));
+    for (std::size_t call = 1; call < times.size(); ++call)
+        EXPECT_GE(times[call] - times[call - 1], 20ms);
+}
+
+TEST_F(InotifyFileEventsTest, Watches_hear_of_their_own_folder_until_they_end)
+{
+    int first = 0, second = 0, other = 0;
+    auto ended = watch(path, first);
+    auto const living = watch(path, second);
+    auto const elsewhere = watch(otherPath, other);
+    change(path);
+    ASSERT_TRUE(runUntil([&] { return first == 1 && second == 1; }));
+    ended.end();
+    change(path);
+    change(otherPath);
+    ASSERT_TRUE(runUntil([&] { return second == 2 && other == 1; }));
+    EXPECT_EQ(first, 1);
+}
+
+TEST_F(InotifyFileEventsTest, A_watch_that_ends_takes_back_the_call_that_is_due)
+{
+    int ended = 0, living = 0;
+    Registration registration;
+    auto const other = events.watch(path, 1ms, [&] {
+        registration.end();
+        ++living;
+    });
+    registration = watch(path, ended);
+    change(path);
+    ASSERT_TRUE(runUntil([&] { return living == 1; }));
+    change(path);
+    ASSERT_TRUE(runUntil([&] { return living == 2; }));
+    int later = 0;
+    auto const marker = watch(path, later);
+    change(path);
+    ASSERT_TRUE(runUntil([&] { return later == 1; }));
+    EXPECT_EQ(ended, 0);
+}
+
+TEST_F(InotifyFileEventsTest, A_watch_may_end_and_start_within_its_own_call)
+{
+    int first = 0, second = 0;
+    Registration registration, next;
+    registration = events.watch(path, 1ms, [&] {
+        registration.end();
+        next = watch(path, second);
+        ++first;
+    });
+    change(path);
+    ASSERT_TRUE(runUntil([&] { return first == 1; }));
+    change(path);
+    ASSERT_TRUE(runUntil([&] { return second == 1; }));
+    EXPECT_EQ(first, 1);
+}
 
 TEST_F(InotifyFileEventsTest, Whatever_becomes_of_an_entry_is_told)
 {
     shell("echo a > library/x.md");
-    struct Case {
-        char const* way;
-        char const* script;
-    };
-    for (auto const& [way, script] : {
-             Case { "a file is made", ": > library/new.md" },
-             Case { "a file written elsewhere and moved in", "echo f > other/y.md && mv other/y.md library/y.md" },
-             Case { "a file moved out", "mv library/y.md other/y.md" },
-             Case { "a link is made", "ln -s ../other/y.md library/link.md" },
-             Case { "permissions change", "chmod 600 library/x.md" },
-             Case { "a file is removed", "rm library/x.md" },
-             Case { "a folder is made", "mkdir library/folder" },
-             Case { "the folder is renamed", "mv library moved" },
-         }) {
-        EXPECT_TRUE(isTold(script)) << way;
-    }
+    for (auto const* script : { ": > library/new.md", "echo f > other/y.md && mv other/y.md library/y.md",
+             "mv library/y.md other/y.md", "ln -s ../other/y.md library/link.md", "chmod 600 library/x.md",
+             "rm library/x.md", "mkdir library/folder", "mv library moved" })
+        EXPECT_TRUE(isTold(script)) << script;
 }
 
 TEST_F(InotifyFileEventsTest, The_path_is_followed_when_its_folder_goes_and_another_comes)
@@ -215,7 +169,7 @@ TEST_F(InotifyFileEventsTest, A_folder_that_went_with_its_parent_is_found_again)
 {
     shell("mkdir -p up/library");
     int calls = 0;
-    auto const registration = events.watch(root.filePath(QStringLiteral("up/library")), 1ms, [&] { ++calls; });
+    auto const registration = events.watch(root.path("up/library"), 1ms, [&] { ++calls; });
     for (auto const* script : { "mv up away", "mkdir -p up/library", ": > up/library/x.md", "rm -r up" }) {
         auto const before = calls;
         shell(script);
@@ -253,9 +207,9 @@ TEST_F(InotifyFileEventsTest, Reading_the_folder_is_no_change)
 
 TEST_F(InotifyFileEventsTest, A_folder_that_is_not_there_gives_an_inactive_watch)
 {
-    EXPECT_FALSE(events.watch(root.filePath(QStringLiteral("missing")), 1ms, [] { }).isActive());
+    EXPECT_FALSE(events.watch(root.path("missing"), 1ms, [] { }).isActive());
     change(path);
-    EXPECT_FALSE(events.watch(path + QStringLiteral("/1.md"), 1ms, [] { }).isActive());
+    EXPECT_FALSE(events.watch(path + u"/1.md"_s, 1ms, [] { }).isActive());
 }
 
 TEST_F(InotifyFileEventsTest, Where_the_system_gives_nothing_the_watch_is_inactive_and_may_be_had_later)
@@ -272,14 +226,14 @@ TEST_F(InotifyFileEventsTest, Where_the_system_gives_nothing_the_watch_is_inacti
 
 TEST_F(InotifyFileEventsTest, After_an_overflow_the_folder_at_the_path_is_the_one_that_is_heard)
 {
-    QFile limit(QStringLiteral("/proc/sys/fs/inotify/max_queued_events"));
+    QFile limit(u"/proc/sys/fs/inotify/max_queued_events"_s);
     ASSERT_TRUE(limit.open(QIODevice::ReadOnly));
     auto const capacity = limit.readAll().trimmed().toInt();
     ASSERT_GT(capacity, 0);
     int calls = 0;
     auto const registration = events.watch(path, 1ms, [&] { ++calls; });
-    auto const even = QFile::encodeName(path + QStringLiteral("/even.md"));
-    auto const odd = QFile::encodeName(path + QStringLiteral("/odd.md"));
+    auto const even = QFile::encodeName(path + u"/even.md"_s);
+    auto const odd = QFile::encodeName(path + u"/odd.md"_s);
     ASSERT_GE(mknod(even.constData(), S_IFREG | 0600, 0), 0);
     for (int event = 0; event <= capacity; event += 2) {
         ASSERT_EQ(rename(even.constData(), odd.constData()), 0);
@@ -296,9 +250,9 @@ TEST_F(InotifyFileEventsTest, All_watches_share_one_instance_and_give_theirs_bac
 {
     auto const instances = [] {
         int count = 0;
-        QDir const descriptors(QStringLiteral("/proc/self/fd"));
+        QDir const descriptors(u"/proc/self/fd"_s);
         for (auto const& entry : descriptors.entryInfoList(QDir::System | QDir::Files | QDir::NoDotAndDotDot))
-            count += QFile::symLinkTarget(entry.filePath()).contains(QStringLiteral("inotify")) ? 1 : 0;
+            count += QFile::symLinkTarget(entry.filePath()).contains(u"inotify"_s) ? 1 : 0;
         return count;
     };
     int calls = 0;
