@@ -1,9 +1,8 @@
 #include "platform/linux/freedesktop/AtSpiAnnouncements.h"
 #include "support/EventLoop.h"
+#include "support/Test.h"
 
 #include "SignalRecorder.h"
-
-#include <gmock/gmock.h>
 
 #include <QDBusConnection>
 #include <QDBusReply>
@@ -11,8 +10,6 @@
 
 namespace Quillory {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 QString accessibilityBus()
 {

@@ -1,11 +1,8 @@
 #include "platform/linux/freedesktop/DesktopEntry.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 namespace Quillory {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 std::optional<DesktopEntry> parse(QByteArray const& lines)
 {

@@ -1,24 +1,17 @@
 #include "PrivateBus.h"
 
 #include "platform/linux/freedesktop/BusApplicationInstance.h"
-#include "support/Desks.h"
 #include "support/EventLoop.h"
-#include "support/FakeApplicationInstance.h"
+#include "support/Test.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 
-#include <gmock/gmock.h>
-
 #include <future>
-#include <memory>
-#include <vector>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
 using Wish = ApplicationInstance::Wish;
 using Role = ApplicationInstance::Role;
 using Request = ApplicationInstance::Request;
@@ -27,36 +20,8 @@ Request const open { .wish = Wish::open, .userTime = {} };
 Request const toggle { .wish = Wish::toggle, .userTime = {} };
 
 // A session in which other processes are started beside the one that serves.
-class ApplicationInstanceDesk {
-public:
-    virtual ~ApplicationInstanceDesk() = default;
-    virtual ApplicationInstance& first() = 0;
-    // With the server time of a click behind it, where that is not 0.
-    virtual void startAnother(Wish wish, std::uint32_t time) = 0;
-};
-
-class FakeApplicationInstanceDesk final : public ApplicationInstanceDesk {
-public:
-    ApplicationInstance& first() override { return m_first; }
-    void startAnother(Wish wish, std::uint32_t time) override
-    {
-        if (wish != Wish::none)
-            m_first.request({ wish, time ? std::optional(time) : std::nullopt });
-    }
-
-private:
-    FakeApplicationInstance m_first;
-};
-
-class BusApplicationInstanceDesk final : public ApplicationInstanceDesk {
-public:
-    ApplicationInstance& first() override { return *instance; }
-    void startAnother(Wish wish, std::uint32_t time) override
-    {
-        auto const id = time ? u"launcher/pager/12-3-desk_TIME%1"_s.arg(time) : u"without a time"_s;
-        EXPECT_EQ(roleOfAnother(wish, id), Role::handedOver);
-    }
-
+class BusApplicationInstanceTest : public Test {
+protected:
     // Another process, which waits while this one goes on.
     Role roleOfAnother(Wish wish, QString const& startupId = {})
     {
@@ -68,42 +33,12 @@ public:
         return started.get();
     }
 
-    EventLoop loop;
-    PrivateBus bus;
-    std::unique_ptr<BusApplicationInstance> instance = std::make_unique<BusApplicationInstance>(
-        bus.connect(), BusApplicationInstance::Start { u"start-1_TIME77"_s });
-};
-
-class ApplicationInstanceContract : public ContractOn<ApplicationInstanceDesk> { };
-
-TEST_P(ApplicationInstanceContract, The_wishes_of_later_starts_come_to_whoever_observes_or_wait_for_that)
-{
-    auto const desk = GetParam().make();
-    auto& first = desk->first();
-    std::vector<Request> requests;
-    auto const record = [&] {
-        return first.observeRequests([&](Request const& request) { requests.push_back(request); });
-    };
-    EXPECT_EQ(first.start(Wish::open), Role::first);
-    desk->startAnother(Wish::open, 0);
-    EXPECT_TRUE(requests.empty());
-    auto observation = record();
-    EXPECT_THAT(requests, ElementsAre(open)) << "what came before";
-    desk->startAnother(Wish::toggle, 4294967295U);
-    desk->startAnother(Wish::none, 0);
-    EXPECT_THAT(requests, ElementsAre(open, Request { .wish = Wish::toggle, .userTime = 4294967295U }));
-    observation.end();
-    desk->startAnother(Wish::open, 0);
-    EXPECT_EQ(requests.size(), 2U);
-    observation = record();
-    EXPECT_THAT(requests, ElementsAre(open, testing::_, open));
-}
-
-INSTANTIATE_TEST_SUITE_P(Fake, ApplicationInstanceContract, deskOf<FakeApplicationInstanceDesk>("fake"));
-INSTANTIATE_TEST_SUITE_P(Bus, ApplicationInstanceContract, deskOf<BusApplicationInstanceDesk>("bus"));
-
-class BusApplicationInstanceTest : public testing::Test {
-protected:
+    // With the server time of a click behind it, where that is not 0.
+    void startAnother(Wish wish, std::uint32_t time = 0)
+    {
+        auto const id = time ? u"launcher/pager/12-3-desk_TIME%1"_s.arg(time) : u"without a time"_s;
+        EXPECT_EQ(roleOfAnother(wish, id), Role::handedOver);
+    }
     Registration record()
     {
         return first->observeRequests([this](Request const& request) { requests.push_back(request); });
@@ -115,21 +50,40 @@ protected:
             u"org.quillory.Quillory"_s, u"/org/quillory/Quillory"_s, u"org.freedesktop.Application"_s, method);
         message.setArguments(arguments);
         auto const reply = desktop.asyncCall(message);
-        EXPECT_TRUE(desk.loop.runUntil([&] { return reply.isFinished(); }));
+        EXPECT_TRUE(loop.runUntil([&] { return reply.isFinished(); }));
         EXPECT_FALSE(reply.isError()) << reply.error().message().toStdString();
     }
 
-    BusApplicationInstanceDesk desk;
-    std::unique_ptr<BusApplicationInstance>& first = desk.instance;
-    QDBusConnection desktop = desk.bus.connect();
+    EventLoop loop;
+    PrivateBus bus;
+    std::unique_ptr<BusApplicationInstance> first = std::make_unique<BusApplicationInstance>(
+        bus.connect(), BusApplicationInstance::Start { u"start-1_TIME77"_s });
+    QDBusConnection desktop = bus.connect();
     std::vector<Request> requests;
 };
+
+TEST_F(BusApplicationInstanceTest, The_wishes_of_later_starts_come_to_whoever_observes_or_wait_for_that)
+{
+    EXPECT_EQ(first->start(Wish::open), Role::first);
+    startAnother(Wish::open);
+    EXPECT_TRUE(requests.empty());
+    auto observation = record();
+    EXPECT_THAT(requests, ElementsAre(open)) << "what came before";
+    startAnother(Wish::toggle, 4294967295U);
+    startAnother(Wish::none);
+    EXPECT_THAT(requests, ElementsAre(open, Request { .wish = Wish::toggle, .userTime = 4294967295U }));
+    observation.end();
+    startAnother(Wish::open);
+    EXPECT_EQ(requests.size(), 2U);
+    observation = record();
+    EXPECT_THAT(requests, ElementsAre(open, _, open));
+}
 
 TEST_F(BusApplicationInstanceTest, The_name_is_free_again_once_it_leaves)
 {
     EXPECT_EQ(first->start(Wish::open), Role::first);
     first->leave();
-    EXPECT_EQ(desk.roleOfAnother(Wish::open), Role::first);
+    EXPECT_EQ(roleOfAnother(Wish::open), Role::first);
 }
 
 TEST_F(BusApplicationInstanceTest, Where_the_first_does_not_answer_the_second_opens_for_itself)
@@ -164,7 +118,7 @@ TEST_F(BusApplicationInstanceTest, A_toggle_for_whose_sake_the_bus_began_the_pro
 {
     using Start = BusApplicationInstance::Start;
     first.reset();
-    first = std::make_unique<BusApplicationInstance>(desk.bus.connect(), Start { {}, Start::By::bus });
+    first = std::make_unique<BusApplicationInstance>(bus.connect(), Start { {}, Start::By::bus });
     EXPECT_EQ(first->start(Wish::open), Role::first);
     auto const observation = record();
     for (int time = 0; time < 2; ++time)

@@ -2,13 +2,12 @@
 #include "platform/linux/freedesktop/DesktopSystemShortcuts.h"
 
 #include "support/FakeKeyboardLayout.h"
+#include "support/Test.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
-
-#include <gmock/gmock.h>
 
 namespace Quillory {
 
@@ -19,9 +18,7 @@ void PrintTo(SymbolicHotKey const& hotKey, std::ostream* out)
 
 namespace {
 
-using namespace Qt::StringLiterals;
 using namespace DesktopShortcutFormats;
-using testing::ElementsAre;
 using enum ModifierFlags;
 
 SymbolicHotKey hotKey(std::int64_t keyCode, ModifierFlags modifiers)
@@ -29,7 +26,7 @@ SymbolicHotKey hotKey(std::int64_t keyCode, ModifierFlags modifiers)
     return { keyCode, modifiers, true };
 }
 
-class DesktopShortcutFormatsTest : public testing::Test {
+class DesktopShortcutFormatsTest : public Test {
 protected:
     FakeKeyboardLayout const layout { { { 17, u"t"_s }, { 48, u"Tab"_s }, { 116, u"Page_Up"_s }, { 36, u"Return"_s },
         { 122, u"F1"_s }, { 24, u"U002b"_s }, { 43, u"U002c"_s } } };
@@ -79,7 +76,7 @@ TEST_F(DesktopShortcutFormatsTest, Each_desktops_settings_give_what_is_in_use)
                             "</property></property></channel>",
             layout),
         ElementsAre(hotKey(122, option)));
-    EXPECT_THAT(fromKeyboardChannel("<property name=\"F1\" type=\"string\"", layout), testing::IsEmpty());
+    EXPECT_THAT(fromKeyboardChannel("<property name=\"F1\" type=\"string\"", layout), IsEmpty());
 }
 
 // The user's own settings folder, with settings in it.
@@ -123,11 +120,11 @@ TEST_F(DesktopSystemShortcutsTest, The_settings_of_the_desktop_at_hand_are_read_
         R"(<channel><property name="commands" type="empty"><property name="custom" type="empty">)"
         R"(<property name="&lt;Control&gt;F1" type="string" value="menu"/></property></property></channel>)");
     EXPECT_THAT(under("ubuntu:GNOME"),
-        testing::AllOf(testing::Contains(hotKey(122, command)), // what the user chose
-            testing::Contains(hotKey(48, option)), testing::Not(testing::Contains(hotKey(122, control)))));
+        AllOf(Contains(hotKey(122, command)), // what the user chose
+            Contains(hotKey(48, option)), Not(Contains(hotKey(122, control)))));
     EXPECT_THAT(under("KDE"), ElementsAre(hotKey(116, command)));
     EXPECT_THAT(under("XFCE"), ElementsAre(hotKey(122, control)));
-    EXPECT_THAT(under("i3"), testing::IsEmpty());
+    EXPECT_THAT(under("i3"), IsEmpty());
 }
 
 }

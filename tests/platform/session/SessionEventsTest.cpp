@@ -1,16 +1,13 @@
 #include "PrivateBus.h"
 
 #include "platform/linux/freedesktop/LogindSessionEvents.h"
-#include "support/Desks.h"
 #include "support/EventLoop.h"
-#include "support/FakeSessionEvents.h"
+#include "support/Test.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
-
-#include <gmock/gmock.h>
 
 #include <array>
 #include <functional>
@@ -24,9 +21,6 @@
 
 namespace Quillory {
 namespace {
-
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
 
 // A little logind: one session, and a pipe whose other end shows who holds sleep up.
 class SmallLogind final : public QDBusVirtualObject {
@@ -101,151 +95,119 @@ private:
     int m_delay = -1;
 };
 
-// What every implementation must do, told on a desk: the service and the system that it listens to.
-class SessionDesk {
-public:
-    virtual ~SessionDesk() = default;
-    virtual SessionEvents& events() = 0;
-    virtual void sleep() = 0;
-    virtual void wake() = 0;
-    virtual void resign() = 0;
-    // Returns when what was done has been told.
-    virtual void settle() { }
-};
-
-class FakeDesk final : public SessionDesk {
-public:
-    SessionEvents& events() override { return m_events; }
-    void sleep() override { m_events.sleep(); }
-    void wake() override { m_events.wake(); }
-    void resign() override { m_events.resign(); }
-
-private:
-    FakeSessionEvents m_events;
-};
-
-class LogindDesk final : public SessionDesk {
-public:
-    LogindDesk()
+// The service is on the bus, and the observer has begun to hear it.
+class LogindSessionEventsTest : public Test {
+protected:
+    LogindSessionEventsTest()
     {
-        m_signs = m_events.observeDidWake([this] { ++m_wakes; });
+        m_signs = events.observeDidWake([this] { ++m_wakes; });
         // The bus passes on what it was asked for; when it has been asked can only be tried.
         bool isHeard = false;
-        auto const trial = m_events.observeSessionDidResignActive([&] { isHeard = true; });
+        auto const trial = events.observeSessionDidResignActive([&] { isHeard = true; });
         while (!isHeard) {
             resign();
             settle();
         }
     }
-    SessionEvents& events() override { return m_events; }
-    void sleep() override { logind.prepareForSleep(true); }
-    void wake() override
+    void sleep() { logind.prepareForSleep(true); }
+    void wake()
     {
         ++m_wakesSent;
         logind.prepareForSleep(false);
     }
-    void resign() override { logind.change({ { u"Active"_s, false } }); }
+    void resign() { logind.change({ { u"Active"_s, false } }); }
 
     // The bus keeps what one program sends in order, so that a last signal of its own ends the wait.
-    void settle() override
+    void settle()
     {
         wake();
         EXPECT_TRUE(loop.runUntil([&] { return m_wakes == m_wakesSent && logind.isSleepHeldUp(); }));
+    }
+
+    SessionEvents::Action note(std::string what)
+    {
+        return [this, what = std::move(what)] { told.push_back(what); };
     }
 
     EventLoop loop;
     PrivateBus bus;
     SmallLogind logind { bus.connect() };
 
+    LogindSessionEvents events { bus.connect() };
+    std::vector<std::string> told;
+
 private:
-    LogindSessionEvents m_events { bus.connect() };
     int m_wakes = 0;
     int m_wakesSent = 0;
     Registration m_signs;
 };
 
-class SessionEventsContract : public ContractOn<SessionDesk> {
-protected:
-    SessionEvents::Action note(std::string what)
-    {
-        return [this, what = std::move(what)] { told.push_back(what); };
-    }
-    std::unique_ptr<SessionDesk> desk = GetParam().make();
-    std::vector<std::string> told;
-};
-
-TEST_P(SessionEventsContract, Each_event_is_told_in_order_to_those_who_observe_it_and_no_longer)
+TEST_F(LogindSessionEventsTest, Each_event_is_told_in_order_to_those_who_observe_it_and_no_longer)
 {
-    auto const sleeping = desk->events().observeWillSleep(note("sleep"));
-    auto again = desk->events().observeWillSleep(note("sleep again"));
-    auto const resigning = desk->events().observeSessionDidResignActive(note("resign"));
+    auto const sleeping = events.observeWillSleep(note("sleep"));
+    auto again = events.observeWillSleep(note("sleep again"));
+    auto const resigning = events.observeSessionDidResignActive(note("resign"));
     {
-        auto const waking = desk->events().observeDidWake(note("wake"));
-        desk->sleep();
-        desk->wake();
-        desk->resign();
+        auto const waking = events.observeDidWake(note("wake"));
+        sleep();
+        wake();
+        resign();
         while (told.size() < 4)
-            desk->settle();
+            settle();
         EXPECT_THAT(std::vector(told.begin(), told.begin() + 4), ElementsAre("sleep", "sleep again", "wake", "resign"));
     }
     again.end();
-    desk->settle();
+    settle();
     told.clear();
-    desk->sleep();
-    desk->wake();
-    desk->resign();
-    desk->settle();
+    sleep();
+    wake();
+    resign();
+    settle();
     EXPECT_THAT(told, ElementsAre("sleep", "resign"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Fake, SessionEventsContract, deskOf<FakeDesk>("fake"));
-INSTANTIATE_TEST_SUITE_P(Logind, SessionEventsContract, deskOf<LogindDesk>("logind"));
-
-TEST(LogindSessionEvents, Sleep_waits_until_all_have_been_told_and_again_the_next_time)
+TEST_F(LogindSessionEventsTest, Sleep_waits_until_all_have_been_told_and_again_the_next_time)
 {
-    LogindDesk desk;
     bool wasHeldUp = false;
-    auto const sleeping = desk.events().observeWillSleep([&] { wasHeldUp = desk.logind.isSleepHeldUp(); });
+    auto const sleeping = events.observeWillSleep([&] { wasHeldUp = logind.isSleepHeldUp(); });
     for (int time = 0; time < 2; ++time) {
         wasHeldUp = false;
-        desk.sleep();
-        EXPECT_TRUE(desk.loop.runUntil([&] { return !desk.logind.isSleepHeldUp(); }));
+        sleep();
+        EXPECT_TRUE(loop.runUntil([&] { return !logind.isSleepHeldUp(); }));
         EXPECT_TRUE(wasHeldUp);
-        desk.settle();
+        settle();
     }
 }
 
-TEST(LogindSessionEvents, A_locked_or_inactive_session_has_resigned_and_other_news_say_nothing)
+TEST_F(LogindSessionEventsTest, A_locked_or_inactive_session_has_resigned_and_other_news_say_nothing)
 {
-    LogindDesk desk;
-    int told = 0;
-    auto const resigning = desk.events().observeSessionDidResignActive([&] { ++told; });
-    desk.logind.change({ { u"Active"_s, true }, { u"IdleHint"_s, true } });
-    desk.logind.change({ { u"LockedHint"_s, false } });
-    desk.logind.change({ { u"Active"_s, false } }, u"org.example.Other"_s);
-    desk.settle();
-    EXPECT_EQ(told, 0);
-    desk.logind.lock();
-    desk.logind.change({ { u"LockedHint"_s, true } });
-    desk.logind.change({ { u"Active"_s, false } });
-    desk.settle();
-    EXPECT_EQ(told, 3);
+    int count = 0;
+    auto const resigning = events.observeSessionDidResignActive([&] { ++count; });
+    logind.change({ { u"Active"_s, true }, { u"IdleHint"_s, true } });
+    logind.change({ { u"LockedHint"_s, false } });
+    logind.change({ { u"Active"_s, false } }, u"org.example.Other"_s);
+    settle();
+    EXPECT_EQ(count, 0);
+    logind.lock();
+    logind.change({ { u"LockedHint"_s, true } });
+    logind.change({ { u"Active"_s, false } });
+    settle();
+    EXPECT_EQ(count, 3);
 }
 
-TEST(LogindSessionEvents, Another_program_does_not_put_us_to_sleep)
+TEST_F(LogindSessionEventsTest, Another_program_does_not_put_us_to_sleep)
 {
-    LogindDesk desk;
-    int told = 0;
-    auto const sleeping = desk.events().observeWillSleep([&] { ++told; });
-    auto stranger = desk.bus.connect();
+    int count = 0;
+    auto const sleeping = events.observeWillSleep([&] { ++count; });
+    auto stranger = bus.connect();
     auto signal = QDBusMessage::createSignal(
         u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s);
     stranger.send(signal << true);
     // Its own call comes back after the bus has passed the signal on.
     stranger.call(QDBusMessage::createMethodCall(
         u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
-    desk.settle();
-    EXPECT_EQ(told, 0);
+    settle();
+    EXPECT_EQ(count, 0);
 }
 
 TEST(LogindSessionEvents, Without_bus_or_logind_nothing_happens)

@@ -1,8 +1,6 @@
 #include "platform/linux/qt/QtClipboard.h"
 #include "support/EventLoop.h"
-#include "support/FakeClipboard.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 #include <QProcess>
 #include <QWindow>
@@ -10,30 +8,22 @@
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Pasteboard = Clipboard::Pasteboard;
 
-struct InMemory {
-    FakeClipboard clipboard;
-
-    QString seenByOthers(Pasteboard pasteboard) { return clipboard.text(pasteboard); }
-    bool isReadSoon(Pasteboard pasteboard, QString const& text) { return clipboard.text(pasteboard) == text; }
-    void copyElsewhere(Pasteboard pasteboard, QString const& text) { clipboard.setText(pasteboard, text); }
-};
-
 // Another process reads and owns.
-struct OnTheDesktop {
+class QtClipboardTest : public Test {
+protected:
     QtClipboard clipboard;
     EventLoop loop;
     QProcess owner;
     QWindow window;
 
-    OnTheDesktop()
+    QtClipboardTest()
     {
         window.show();
         EXPECT_TRUE(loop.runUntil([&] { return window.isExposed(); }));
     }
-    ~OnTheDesktop() { endOwner(); }
+    ~QtClipboardTest() override { endOwner(); }
 
     static QString nameOf(Pasteboard pasteboard)
     {
@@ -65,35 +55,29 @@ struct OnTheDesktop {
     }
 };
 
-template<typename Harness>
-class ClipboardContract : public testing::Test, public Harness { };
-
-using Clipboards = testing::Types<InMemory, OnTheDesktop>;
-TYPED_TEST_SUITE(ClipboardContract, Clipboards);
-
-TYPED_TEST(ClipboardContract, What_is_set_is_what_others_read_and_the_pasteboards_are_apart)
+TEST_F(QtClipboardTest, What_is_set_is_what_others_read_and_the_pasteboards_are_apart)
 {
     auto const long_ = QString(2'000'000, u'x'); // more than one transfer can carry
     for (auto const& text : { u"git log --oneline"_s, u"é\n⌘ 🜁\t'\""_s, long_ }) {
-        EXPECT_TRUE(this->clipboard.setText(Pasteboard::general, text));
-        EXPECT_TRUE(this->clipboard.setText(Pasteboard::selection, u"picked"_s));
-        EXPECT_TRUE(this->seenByOthers(Pasteboard::general) == text);
-        EXPECT_EQ(this->seenByOthers(Pasteboard::selection), u"picked"_s);
-        EXPECT_TRUE(this->clipboard.text(Pasteboard::general) == text);
+        EXPECT_TRUE(clipboard.setText(Pasteboard::general, text));
+        EXPECT_TRUE(clipboard.setText(Pasteboard::selection, u"picked"_s));
+        EXPECT_TRUE(seenByOthers(Pasteboard::general) == text);
+        EXPECT_EQ(seenByOthers(Pasteboard::selection), u"picked"_s);
+        EXPECT_TRUE(clipboard.text(Pasteboard::general) == text);
     }
 }
 
-TYPED_TEST(ClipboardContract, What_others_copy_is_read_and_taken_over_again)
+TEST_F(QtClipboardTest, What_others_copy_is_read_and_taken_over_again)
 {
     for (auto const pasteboard : { Pasteboard::general, Pasteboard::selection }) {
-        EXPECT_TRUE(this->clipboard.setText(pasteboard, u"ours"_s));
+        EXPECT_TRUE(clipboard.setText(pasteboard, u"ours"_s));
         // The second time nobody tells us, so that our latest event is older than their copy.
-        this->copyElsewhere(pasteboard, u"theirs first"_s);
+        copyElsewhere(pasteboard, u"theirs first"_s);
         for (int repeat = 0; repeat < 3; ++repeat) {
-            this->copyElsewhere(pasteboard, u"theirs"_s);
-            EXPECT_TRUE(this->isReadSoon(pasteboard, u"theirs"_s));
-            EXPECT_TRUE(this->clipboard.setText(pasteboard, u"ours again"_s));
-            EXPECT_EQ(this->seenByOthers(pasteboard), u"ours again"_s);
+            copyElsewhere(pasteboard, u"theirs"_s);
+            EXPECT_TRUE(isReadSoon(pasteboard, u"theirs"_s));
+            EXPECT_TRUE(clipboard.setText(pasteboard, u"ours again"_s));
+            EXPECT_EQ(seenByOthers(pasteboard), u"ours again"_s);
         }
     }
 }

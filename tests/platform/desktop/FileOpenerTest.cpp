@@ -1,10 +1,9 @@
 #include "platform/linux/freedesktop/DesktopFileOpener.h"
 #include "support/EventLoop.h"
-#include "support/FakeFileOpener.h"
+#include "support/TemporaryFolder.h"
+#include "support/Test.h"
 
 #include "RecordingService.h"
-
-#include <gmock/gmock.h>
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
@@ -13,7 +12,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QUrl>
 
 #include <csignal>
@@ -24,67 +22,17 @@
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
 using Outcome = std::optional<std::expected<void, FileOpener::Failure>>;
 
-// What every test of an opener has: files of its own, and what the opener answered.
-struct Asking {
-    QTemporaryDir folder;
-    EventLoop loop;
-    Outcome outcome;
-
-    FileOpener::Done asked()
-    {
-        outcome.reset();
-        return [this](auto const& result) { outcome = result; };
-    }
-    QString makeFile(QString const& name, QByteArray const& contents = {}) const
-    {
-        auto const path = folder.filePath(name);
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(contents);
-        return path;
-    }
-    QString makeProgram(QString const& name, QByteArray const& script) const
-    {
-        auto const path = makeFile(name, "#!/bin/sh\n" + script);
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        return path;
-    }
-    QByteArray contentsOf(QString const& name) const
-    {
-        QFile file(folder.filePath(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-};
-
-struct InMemory : Asking {
-    FakeFileOpener opener;
-    bool works = true;
-
-    void launcherWorks(bool isWorking) { works = isWorking; }
-    Outcome finish()
-    {
-        opener.answer(
-            works ? std::expected<void, FileOpener::Failure>() : std::unexpected(FileOpener::Failure { u"refused"_s }));
-        return outcome;
-    }
-    QString opened() { return opener.calls.last().mid(5); }
-};
-
 // A launcher of the test's own stands first in the search path.
-struct OnTheDesktop : Asking {
-    DesktopFileOpener opener { QDBusConnection::sessionBus() };
-    QByteArray searchPath = qgetenv("PATH");
-
-    OnTheDesktop()
+class DesktopFileOpenerTest : public Test {
+protected:
+    DesktopFileOpenerTest()
     {
-        qputenv("PATH", QFile::encodeName(folder.path()) + ":" + searchPath);
+        qputenv("PATH", root.at() + ":" + searchPath);
         launcherWorks(true);
     }
-    ~OnTheDesktop() { qputenv("PATH", searchPath); }
+    ~DesktopFileOpenerTest() override { qputenv("PATH", searchPath); }
 
     void launcherWorks(bool isWorking)
     {
@@ -97,40 +45,52 @@ struct OnTheDesktop : Asking {
             outcome = std::unexpected(FileOpener::Failure { u"no answer"_s });
         return outcome;
     }
-    QString opened() { return QString::fromUtf8(contentsOf(u"xdg-open.log"_s)); }
+    QString opened() { return QString::fromUtf8(root.read("xdg-open.log")); }
+    void withoutLauncher()
+    {
+        root.remove("xdg-open");
+        qputenv("PATH", root.at());
+    }
+
+    FileOpener::Done asked()
+    {
+        outcome.reset();
+        return [this](auto const& result) { outcome = result; };
+    }
+    QString makeFile(QString const& name, QByteArray const& contents = {}) const
+    {
+        root.write(name.toUtf8(), contents);
+        return root.path(name.toUtf8());
+    }
+    QString makeProgram(QString const& name, QByteArray const& script) const
+    {
+        auto const path = makeFile(name, "#!/bin/sh\n" + script);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return path;
+    }
+
+    TemporaryFolder const root { std::filesystem::temp_directory_path() }; // where programs may run
+    EventLoop loop;
+    Outcome outcome;
+    DesktopFileOpener opener { QDBusConnection::sessionBus() };
+    QByteArray searchPath = qgetenv("PATH");
+    QString const file = makeFile(u"a #1.md"_s);
 };
 
-template<typename Harness>
-class FileOpenerContract : public testing::Test, public Harness { };
-
-using Openers = testing::Types<InMemory, OnTheDesktop>;
-TYPED_TEST_SUITE(FileOpenerContract, Openers);
-
-TYPED_TEST(FileOpenerContract, The_answer_is_that_of_the_one_who_was_to_open_it)
+TEST_F(DesktopFileOpenerTest, The_answer_is_that_of_the_one_who_was_to_open_it)
 {
     for (auto const& name : { u"plain.md"_s, u"it's 100% \"C#\" $HOME;&? ü.md"_s, u"-rf.md"_s }) {
-        auto const path = this->makeFile(name);
+        auto const path = makeFile(name);
         for (bool const isWorking : { true, false }) {
-            this->launcherWorks(isWorking);
-            this->opener.open(path, this->asked());
-            auto const answer = this->finish();
+            launcherWorks(isWorking);
+            opener.open(path, asked());
+            auto const answer = finish();
             EXPECT_EQ(answer->has_value(), isWorking);
-            EXPECT_EQ(this->opened(), path);
+            EXPECT_EQ(opened(), path);
             EXPECT_TRUE(isWorking || !answer->error().description.isEmpty());
         }
     }
 }
-
-class DesktopFileOpenerTest : public testing::Test, public OnTheDesktop {
-protected:
-    void withoutLauncher()
-    {
-        QFile::remove(folder.filePath(u"xdg-open"_s));
-        qputenv("PATH", QFile::encodeName(folder.path()));
-    }
-
-    QString const file = makeFile(u"a #1.md"_s);
-};
 
 TEST_F(DesktopFileOpenerTest, Without_a_launcher_the_portal_opens_and_its_answer_counts)
 {
@@ -160,14 +120,14 @@ TEST_F(DesktopFileOpenerTest, Without_a_launcher_the_portal_opens_and_its_answer
         EXPECT_EQ(finish()->has_value(), isOpened) << answer;
         EXPECT_EQ(openedPath, file);
     }
-    opener.open(folder.filePath(u"gone.md"_s), asked());
+    opener.open(root.path("gone.md"), asked());
     EXPECT_FALSE(finish()->has_value());
 }
 
 TEST_F(DesktopFileOpenerTest, The_file_manager_is_shown_the_file_and_without_one_its_folder_opens)
 {
     opener.reveal(file);
-    EXPECT_TRUE(loop.runUntil([&] { return opened() == folder.path(); }));
+    EXPECT_TRUE(loop.runUntil([&] { return opened() == root.path(); }));
 
     QStringList shown;
     RecordingService const manager(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
@@ -186,7 +146,7 @@ constexpr char recorder[] = "{ printf '%s\\n' \"$@\"; pwd; grep -E '^Sig(Blk|Ign
 
 TEST_F(DesktopFileOpenerTest, A_chosen_application_starts_with_the_file_and_with_nothing_of_ours_in_its_way)
 {
-    auto const log = folder.filePath(u"log"_s).toUtf8();
+    auto const log = root.at("log");
     makeProgram(u"editor"_s, recorder + log + "\n");
     makeProgram(u"x-terminal-emulator"_s, "[ \"$1\" = -e ] && shift && exec \"$@\" terminal\n");
     auto const here = QDir::currentPath();
@@ -200,16 +160,16 @@ TEST_F(DesktopFileOpenerTest, A_chosen_application_starts_with_the_file_and_with
         QStringList arguments;
     };
     for (auto const& [lines, arguments] : {
-             Case { "Exec=editor --new %f\nPath=" + QFile::encodeName(folder.path()),
-                 { u"--new"_s, file, folder.path() } },
+             Case { "Exec=editor --new %f\nPath=" + root.at(),
+                 { u"--new"_s, file, root.path() } },
              Case { "Exec=editor\nTerminal=true", { file, u"terminal"_s, here } },
          }) {
-        QFile::remove(folder.filePath(u"log"_s));
+        root.remove("log");
         auto const entry = makeFile(u"editor.desktop"_s, "[Desktop Entry]\nType=Application\nName=E\n" + lines + "\n");
         opener.openWith(file, entry, asked());
         EXPECT_TRUE(finish()->has_value());
-        EXPECT_TRUE(loop.runUntil([&] { return contentsOf(u"log"_s).endsWith("end\n"); }));
-        auto written = QString::fromUtf8(contentsOf(u"log"_s)).split(u'\n');
+        EXPECT_TRUE(loop.runUntil([&] { return root.read("log").endsWith("end\n"); }));
+        auto written = QString::fromUtf8(root.read("log")).split(u'\n');
         EXPECT_EQ(written.mid(0, arguments.size()), arguments);
         EXPECT_TRUE(written.contains(u"SigBlk:\t0000000000000000"_s)) << written.join(u'|').toStdString();
         // Two above the ordinary ones are the C library's own.

@@ -1,8 +1,6 @@
 #include "platform/linux/qt/QtOpenPanels.h"
 #include "support/EventLoop.h"
-#include "support/FakeOpenPanels.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 #include <QAbstractItemModel>
 #include <QApplication>
@@ -21,27 +19,16 @@
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
 using Response = OpenPanel::Response;
 
-struct InMemory {
-    QTemporaryDir folder;
-    FakeOpenPanels panels;
-
-    InMemory() { panels.showWindow(window()); }
-    std::uint64_t window() const { return 1; }
-    void choose(QString const& path) { panels.choose(path); }
-    void dismiss() { panels.dismiss(); }
-    bool isOnScreen() { return panels.isOpen(); }
-};
-
-struct OnTheDesktop {
+class QtOpenPanelTest : public Test {
+protected:
     QTemporaryDir folder;
     EventLoop loop;
     QtOpenPanels panels;
     QWidget reader;
 
-    OnTheDesktop() { reader.show(); }
+    QtOpenPanelTest() { reader.show(); }
     std::uint64_t window() const { return reader.winId(); }
 
     QFileDialog* dialog() const
@@ -71,28 +58,22 @@ OpenPanelSettings folderSettings()
         .message = u"Choose well."_s };
 }
 
-template<typename Harness>
-class OpenPanelsContract : public testing::Test, public Harness { };
-
-using Panels = testing::Types<InMemory, OnTheDesktop>;
-TYPED_TEST_SUITE(OpenPanelsContract, Panels);
-
-TYPED_TEST(OpenPanelsContract, A_window_on_screen_takes_one_panel_at_a_time)
+TEST_F(QtOpenPanelTest, A_window_on_screen_takes_one_panel_at_a_time)
 {
-    EXPECT_FALSE(this->panels.canAttachTo(this->window() + 1));
-    EXPECT_TRUE(this->panels.canAttachTo(this->window()));
+    EXPECT_FALSE(panels.canAttachTo(window() + 1));
+    EXPECT_TRUE(panels.canAttachTo(window()));
     {
-        auto const panel = this->panels.openPanel();
+        auto const panel = panels.openPanel();
         panel->cancel(); // not shown yet
-        panel->beginSheetModal(this->window(), folderSettings(), [](Response) { ADD_FAILURE() << "nobody answered"; });
-        EXPECT_TRUE(this->isOnScreen());
-        EXPECT_FALSE(this->panels.canAttachTo(this->window()));
+        panel->beginSheetModal(window(), folderSettings(), [](Response) { ADD_FAILURE() << "nobody answered"; });
+        EXPECT_TRUE(isOnScreen());
+        EXPECT_FALSE(panels.canAttachTo(window()));
     }
-    EXPECT_FALSE(this->isOnScreen());
-    EXPECT_TRUE(this->panels.canAttachTo(this->window()));
+    EXPECT_FALSE(isOnScreen());
+    EXPECT_TRUE(panels.canAttachTo(window()));
 }
 
-TYPED_TEST(OpenPanelsContract, The_answer_comes_once_and_may_destroy_the_panel)
+TEST_F(QtOpenPanelTest, The_answer_comes_once_and_may_destroy_the_panel)
 {
     using End = std::function<void(OpenPanel&)>;
     struct Case {
@@ -100,27 +81,25 @@ TYPED_TEST(OpenPanelsContract, The_answer_comes_once_and_may_destroy_the_panel)
         Response response;
         std::optional<QString> chosen;
     };
-    auto const path = this->folder.path();
+    auto const path = folder.path();
     for (auto const& each : {
-             Case { [&](OpenPanel&) { this->choose(path); }, Response::ok, path },
-             Case { [&](OpenPanel&) { this->dismiss(); }, Response::cancel, std::nullopt },
+             Case { [&](OpenPanel&) { choose(path); }, Response::ok, path },
+             Case { [&](OpenPanel&) { dismiss(); }, Response::cancel, std::nullopt },
              Case { [&](OpenPanel& panel) { panel.cancel(); }, Response::cancel, std::nullopt },
          }) {
-        auto panel = this->panels.openPanel();
+        auto panel = panels.openPanel();
         std::vector<std::pair<Response, std::optional<QString>>> answers;
-        panel->beginSheetModal(this->window(), folderSettings(), [&](Response response) {
+        panel->beginSheetModal(window(), folderSettings(), [&](Response response) {
             answers.emplace_back(response, panel->url());
             panel->orderOut();
             panel->cancel();
             panel.reset();
         });
         each.end(*panel);
-        EXPECT_THAT(answers, testing::ElementsAre(std::pair(each.response, each.chosen)));
-        EXPECT_TRUE(this->panels.canAttachTo(this->window()));
+        EXPECT_THAT(answers, ElementsAre(std::pair(each.response, each.chosen)));
+        EXPECT_TRUE(panels.canAttachTo(window()));
     }
 }
-
-class QtOpenPanelTest : public testing::Test, public OnTheDesktop { };
 
 TEST_F(QtOpenPanelTest, The_texts_stand_on_the_dialog_which_blocks_its_window_alone)
 {
