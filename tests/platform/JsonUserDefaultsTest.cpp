@@ -1,21 +1,27 @@
 #include "platform/linux/files/JsonUserDefaults.h"
 #include "platform/linux/qt/QtExecutor.h"
+#include "support/Dice.h"
 #include "support/EventLoop.h"
 #include "support/ManualExecutor.h"
 #include "support/OrdinaryUser.h"
+#include "support/TemporaryFolder.h"
 #include "support/Test.h"
 
 #include <QDir>
 #include <QFile>
 #include <QJsonDocument>
-#include <QTemporaryDir>
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <optional>
+#include <thread>
 
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace Quillory {
 namespace {
@@ -25,27 +31,17 @@ using Stored = UserDefaults::Value;
 
 class JsonUserDefaultsTest : public Test {
 protected:
-    JsonUserDefaultsTest() { chmod(QFile::encodeName(m_folder.path()).constData(), 0777); }
-
     JsonUserDefaults& start()
     {
         m_defaults.emplace(m_path, m_executor);
         m_observation = m_defaults->observeTrouble([this](auto const& trouble) { m_troubles.push_back(trouble); });
         return *m_defaults;
     }
-    void put(QByteArray const& contents)
+    void put(QByteArray const& contents) const { m_folder.write("defaults.json", contents); }
+    QJsonObject onDisk() const
     {
-        QDir().mkpath(QFileInfo(m_path).path());
-        QFile file(m_path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(contents);
+        return QJsonDocument::fromJson(m_folder.read(QDir(m_folder.path()).relativeFilePath(m_path).toUtf8())).object();
     }
-    static QByteArray contentsOf(QString const& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-    }
-    QJsonObject onDisk() const { return QJsonDocument::fromJson(contentsOf(m_path)).object(); }
     bool exists() const { return QFile::exists(m_path); }
     QStringList files() const
     {
@@ -64,8 +60,8 @@ protected:
         m_executor.runAndFinishWork();
     }
 
-    QTemporaryDir m_folder;
-    QString m_path = m_folder.filePath(u"defaults.json"_s);
+    TemporaryFolder const m_folder;
+    QString m_path = m_folder.path("defaults.json");
     QString m_a = u"a"_s;
     QString m_b = u"b"_s;
     ManualExecutor m_executor;
@@ -104,7 +100,7 @@ TEST_F(JsonUserDefaultsTest, A_value_is_absent_under_another_type_another_key_an
 
 TEST_F(JsonUserDefaultsTest, Changes_hold_at_once_and_are_written_together_within_250_ms)
 {
-    m_path = m_folder.filePath(u"config/quillory/defaults.json"_s);
+    m_path = m_folder.path("config/quillory/defaults.json");
     auto& defaults = start();
     defaults.setValue(m_a, 1.0);
     m_executor.advance(150ms);
@@ -146,9 +142,9 @@ TEST_F(JsonUserDefaultsTest, Where_nothing_changes_nothing_is_written)
     defaults.setValue(m_a, 3.0);
     passTime();
     m_defaults.reset();
-    EXPECT_EQ(contentsOf(m_path), contents);
+    EXPECT_EQ(m_folder.read("defaults.json"), contents);
 
-    m_path = m_folder.filePath(u"fresh.json"_s);
+    m_path = m_folder.path("fresh.json");
     start().flush();
     m_defaults.reset();
     EXPECT_FALSE(exists());
@@ -165,7 +161,7 @@ TEST_F(JsonUserDefaultsTest, Members_that_nobody_asks_for_stay)
     expected.remove(m_a);
     expected.insert(m_b, true);
     EXPECT_EQ(onDisk(), expected);
-    EXPECT_THAT(contentsOf(m_path).toStdString(), HasSubstr("9007199254740993"));
+    EXPECT_THAT(m_folder.read("defaults.json").toStdString(), HasSubstr("9007199254740993"));
 }
 
 TEST_F(JsonUserDefaultsTest, A_worker_that_comes_late_does_not_undo_a_newer_write)
@@ -193,12 +189,11 @@ TEST_F(JsonUserDefaultsTest, A_damaged_file_is_set_aside_under_a_free_name_and_n
         put(damage);
         expected << u"defaults.json.damaged-%1"_s.arg(expected.size() + 1);
         auto& defaults = start();
-        EXPECT_EQ(defaults.damagedFile(), m_folder.filePath(expected.last()));
-        EXPECT_THAT(
-            m_troubles, testing::Contains(Trouble { Trouble::Kind::setAside, m_folder.filePath(expected.last()) }));
+        EXPECT_EQ(defaults.damagedFile(), m_folder.path(expected.last().toUtf8()));
+        EXPECT_THAT(m_troubles, Contains(Trouble { Trouble::Kind::setAside, m_folder.path(expected.last().toUtf8()) }));
         EXPECT_EQ(defaults.value(m_a), std::nullopt);
         EXPECT_THAT(files(), ElementsAreArray(expected));
-        EXPECT_EQ(contentsOf(m_folder.filePath(expected.last())), QByteArray(damage));
+        EXPECT_EQ(m_folder.read(expected.last().toUtf8()), QByteArray(damage));
     }
     m_defaults->setValue(m_b, true);
     m_defaults.reset();
@@ -232,7 +227,7 @@ TEST_F(JsonUserDefaultsTest, A_write_that_fails_leaves_the_old_file_and_is_tried
 {
     start().setValue(m_a, 1.0);
     m_defaults->flush();
-    ASSERT_EQ(chmod(QFile::encodeName(m_folder.path()).constData(), 0555), 0);
+    ASSERT_EQ(chmod(m_folder.at().constData(), 0555), 0);
     {
         OrdinaryUser const user;
         ASSERT_TRUE(user.holds());
@@ -245,7 +240,7 @@ TEST_F(JsonUserDefaultsTest, A_write_that_fails_leaves_the_old_file_and_is_tried
     }
     EXPECT_EQ(onDisk(), (QJsonObject { { m_a, 1 } }));
     EXPECT_EQ(m_executor.pendingTimers(), 0U);
-    ASSERT_EQ(chmod(QFile::encodeName(m_folder.path()).constData(), 0777), 0);
+    ASSERT_EQ(chmod(m_folder.at().constData(), 0777), 0);
     m_defaults->setValue(m_b, true);
     passTime();
     EXPECT_EQ(m_defaults->lastWriteError(), std::nullopt);
@@ -256,7 +251,7 @@ TEST_F(JsonUserDefaultsTest, A_disk_that_is_full_in_the_middle_of_a_write_harms_
 {
     start().setValue(m_a, 1.0);
     m_defaults->flush();
-    auto const before = contentsOf(m_path);
+    auto const before = m_folder.read("defaults.json");
     m_defaults->setValue(m_b, QString(5000, u'x'));
     rlimit old {};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
@@ -267,7 +262,7 @@ TEST_F(JsonUserDefaultsTest, A_disk_that_is_full_in_the_middle_of_a_write_harms_
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &old), 0);
     std::signal(SIGXFSZ, oldHandler);
     EXPECT_EQ(m_defaults->lastWriteError(), SystemError(EFBIG));
-    EXPECT_EQ(contentsOf(m_path), before);
+    EXPECT_EQ(m_folder.read("defaults.json"), before);
     EXPECT_THAT(files(), ElementsAre(u"defaults.json"_s));
 }
 
@@ -283,7 +278,7 @@ TEST_F(JsonUserDefaultsTest, A_folder_in_the_file_s_place_is_left_alone)
 
 TEST_F(JsonUserDefaultsTest, A_link_to_the_file_stays_a_link)
 {
-    auto const real = m_folder.filePath(u"real.json"_s);
+    auto const real = m_folder.path("real.json");
     put(R"({"a": 1})");
     ASSERT_TRUE(QFile::rename(m_path, real));
     ASSERT_TRUE(QFile::link(real, m_path));
@@ -305,14 +300,74 @@ TEST_F(JsonUserDefaultsTest, On_the_real_clock_and_worker_a_change_reaches_the_d
 
 TEST(JsonUserDefaultsPath, It_lies_in_the_user_s_configuration_folder)
 {
-    QTemporaryDir const folder;
+    TemporaryFolder const folder;
     auto const before = qgetenv("XDG_CONFIG_HOME");
     qputenv("XDG_CONFIG_HOME", QFile::encodeName(folder.path()));
-    EXPECT_EQ(JsonUserDefaults::standardPath(), folder.filePath(u"quillory/defaults.json"_s));
+    EXPECT_EQ(JsonUserDefaults::standardPath(), folder.path("quillory/defaults.json"));
     qunsetenv("XDG_CONFIG_HOME");
     EXPECT_EQ(JsonUserDefaults::standardPath(), QDir::homePath() + u"/.config/quillory/defaults.json"_s);
     if (!before.isNull())
         qputenv("XDG_CONFIG_HOME", before);
+}
+
+// What the writer tells across its own death: the number whose write began last, and the one whose write came back.
+struct Progress {
+    std::atomic<int> begun;
+    std::atomic<int> finished;
+};
+
+// Writes numbers without end, each twice in a file of some pages, so that half a file would show.
+[[noreturn]] void writeForEver(QString const& path, Progress& progress)
+{
+    ManualExecutor executor;
+    JsonUserDefaults defaults(path, executor);
+    for (int number = progress.finished + 1;; ++number) {
+        defaults.setValue(u"first"_s, static_cast<double>(number));
+        defaults.setValue(u"padding"_s, QString(20'000 + number % 1000, u'x'));
+        defaults.setValue(u"last"_s, static_cast<double>(number));
+        progress.begun = number;
+        defaults.flush();
+        progress.finished = number;
+    }
+}
+
+TEST(DefaultsCrash, A_writer_killed_at_any_moment_leaves_the_old_file_or_the_new_one)
+{
+    TemporaryFolder const folder { std::filesystem::temp_directory_path() }; // where a write takes its time
+    auto const path = folder.path("defaults.json");
+    auto* const shared = mmap(nullptr, sizeof(Progress), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(shared, MAP_FAILED);
+    auto& progress = *new (shared) Progress;
+    Dice dice(7);
+    int inMiddle = 0;
+    constexpr int kills = 200;
+    for (int kill = 0; kill < kills; ++kill) {
+        int const before = progress.finished;
+        auto const writer = fork();
+        ASSERT_GE(writer, 0);
+        if (writer == 0)
+            writeForEver(path, progress);
+        while (progress.finished < before + 1)
+            std::this_thread::yield();
+        auto const moment = std::chrono::steady_clock::now() + std::chrono::microseconds(dice.below(3000));
+        while (std::chrono::steady_clock::now() < moment) { }
+        ASSERT_EQ(::kill(writer, SIGKILL), 0);
+        int status = 0;
+        ASSERT_EQ(waitpid(writer, &status, 0), writer);
+        ASSERT_TRUE(WIFSIGNALED(status));
+
+        auto const stored = QJsonDocument::fromJson(folder.read("defaults.json")).object();
+        auto const number = stored.value(u"first"_s).toInt(-1);
+        ASSERT_EQ(stored.value(u"last"_s).toInt(-2), number);
+        ASSERT_EQ(stored.value(u"padding"_s).toString().size(), 20'000 + number % 1000);
+        ASSERT_GE(number, progress.finished);
+        ASSERT_LE(number, progress.begun);
+        inMiddle += progress.begun != progress.finished;
+    }
+    munmap(shared, sizeof(Progress));
+    EXPECT_GT(inMiddle, kills / 4);
+    for (auto const& name : folder.names())
+        EXPECT_TRUE(name.startsWith("defaults.json") && !name.contains("damaged")) << name.toStdString();
 }
 
 }

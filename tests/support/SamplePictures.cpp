@@ -5,7 +5,6 @@
 #include <QImageWriter>
 #include <QtEndian>
 
-#include <array>
 #include <cstdint>
 
 namespace Quillory {
@@ -39,13 +38,12 @@ quint32 crc32(QByteArray const& bytes)
     return ~crc;
 }
 
-QByteArray encoded(QImage const& image, QByteArray const& format, QImageIOHandler::Transformations transformation = {})
+QByteArray encoded(QImage const& image, QByteArray const& format)
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     QImageWriter writer(&buffer, format);
-    writer.setTransformation(transformation);
     return writer.write(image) ? bytes : QByteArray();
 }
 
@@ -83,40 +81,6 @@ QByteArray withChunks(QByteArray const& png, QByteArray const& chunks)
 QByteArray animationChunk(int frames)
 {
     return pngChunk("acTL", bigEndian(static_cast<quint32>(frames)) + QByteArray(4, '\0'));
-}
-
-QByteArray orientedPicture(QByteArray const& format, QSize size, int orientation)
-{
-    QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    for (int y = 0; y < size.height(); ++y)
-        for (int x = 0; x < size.width() / 2; ++x)
-            image.setPixel(x, y, qRgb(0, 0, 0));
-    if (format == "tiff") {
-        static constexpr std::array transformations { 0, 1, 3, 2, 6, 4, 5, 7 };
-        auto const index = static_cast<std::size_t>(orientation - 1);
-        return encoded(image, "tiff", QImageIOHandler::Transformations(transformations.at(index)));
-    }
-    // One entry: tag 0x112, type short, count one.
-    auto const exif = [&](auto number) {
-        return number(quint16 { 42 }) + number(quint32 { 8 }) + number(quint16 { 1 }) + number(quint16 { 0x112 })
-            + number(quint16 { 3 }) + number(quint32 { 1 }) + number(static_cast<quint16>(orientation))
-            + number(quint16 { 0 }) + number(quint32 { 0 });
-    };
-    auto const big = "MM" + exif([](auto number) { return bigEndian(number); });
-    auto const file = encoded(image, format);
-    if (format == "png")
-        return withChunks(file, pngChunk("eXIf", big));
-    if (format == "jpeg") {
-        auto const contents = QByteArray("Exif\0\0", 6) + big;
-        return file.first(2) + QByteArray::fromHex("ffe1") + bigEndian(static_cast<quint16>(contents.size() + 2))
-            + contents + file.sliced(2);
-    }
-    auto const little = "II" + exif([](auto number) { return littleEndian(number); });
-    auto const side = [](int length) { return littleEndian(static_cast<quint32>(length - 1)).first(3); };
-    auto const body = "WEBPVP8X" + littleEndian(quint32 { 10 }) + QByteArray::fromHex("08000000") + side(size.width())
-        + side(size.height()) + file.sliced(12) + "EXIF" + littleEndian(static_cast<quint32>(little.size())) + little;
-    return "RIFF" + littleEndian(static_cast<quint32>(body.size())) + body;
 }
 
 QByteArray promisingPng(QSize size)

@@ -16,10 +16,6 @@ QByteArray withChunks(QByteArray const& png, QByteArray const& chunks);
 // What announces an animation of some frames.
 QByteArray animationChunk(int frames);
 
-// A picture whose left half is dark as it is stored, with an orientation of the camera's kind (1 to 8): a JPEG, PNG, WebP
-// or TIFF.
-QByteArray orientedPicture(QByteArray const& format, QSize size, int orientation);
-
 // A PNG of a few KB whose header promises any size, in rows of zeros of one bit each.
 QByteArray promisingPng(QSize size);
 

@@ -1,24 +1,17 @@
 #include "library/LibraryStore.h"
 #include "platform/linux/files/InotifyFileEvents.h"
-#include "platform/linux/files/PosixFileSystem.h"
 #include "platform/linux/qt/QtExecutor.h"
 #include "support/EventLoop.h"
 #include "support/FakeLibraryServices.h"
-
-#include <gmock/gmock.h>
-
-#include <QFile>
-#include <QTemporaryDir>
+#include "support/Test.h"
 
 #include <cstdlib>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 // The store over real files, events and time.
-class FollowingTest : public testing::Test {
+class FollowingTest : public Test {
 protected:
     FollowingTest()
     {
@@ -28,14 +21,9 @@ protected:
 
     void shell(char const* script)
     {
-        auto const command = "set -e; cd '" + QFile::encodeName(root.path())
-            + "'; export HOME=\"$PWD\" GIT_CONFIG_NOSYSTEM=1; (" + script + ") >log 2>&1 </dev/null";
-        ASSERT_EQ(std::system(command.constData()), 0) << script << '\n' << log().toStdString();
-    }
-    QByteArray log() const
-    {
-        QFile file(root.filePath(u"log"_s));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        auto const command = "set -e; cd '" + fakes.root.at() + "'; export HOME=\"$PWD\" GIT_CONFIG_NOSYSTEM=1; ("
+            + script + ") >log 2>&1 </dev/null";
+        ASSERT_EQ(std::system(command.constData()), 0) << script << '\n' << fakes.root.read("log").toStdString();
     }
     // Of the file x.md, as it is shown.
     QString shown() const
@@ -51,15 +39,13 @@ protected:
     LibraryStore::Services services()
     {
         auto all = fakes.services();
-        return { all.defaults, all.bookmarks, files, all.pictures, events, executor, all.clipboard, all.announcements,
-            all.fileOpener, all.openPanels, all.workspace };
+        return { all.defaults, all.bookmarks, all.files, all.pictures, events, executor, all.clipboard,
+            all.announcements, all.fileOpener, all.openPanels, all.workspace };
     }
 
     EventLoop loop;
-    QTemporaryDir root;
-    QString library = root.filePath(u"library"_s);
     FakeLibraryServices fakes;
-    PosixFileSystem files;
+    QString const library = fakes.root.path("library");
     QtExecutor executor;
     InotifyFileEvents events { executor };
     LibraryStore store { services(), LibraryStore::RestoreFolder::no };
@@ -68,10 +54,7 @@ protected:
 TEST_F(FollowingTest, What_editors_and_other_programs_save_is_shown)
 {
     ASSERT_TRUE(follows(u"first\n"_s));
-    struct Case {
-        char const* script;
-        QString text;
-    };
+    using Case = std::pair<char const*, QString>;
     for (auto const& [script, text] :
         {
             Case { "echo by redirect > library/x.md", u"by redirect\n"_s },
