@@ -160,8 +160,7 @@ TEST_F(DesktopFileOpenerTest, A_chosen_application_starts_with_the_file_and_with
         QStringList arguments;
     };
     for (auto const& [lines, arguments] : {
-             Case { "Exec=editor --new %f\nPath=" + root.at(),
-                 { u"--new"_s, file, root.path() } },
+             Case { "Exec=editor --new %f\nPath=" + root.at(), { u"--new"_s, file, root.path() } },
              Case { "Exec=editor\nTerminal=true", { file, u"terminal"_s, here } },
          }) {
         root.remove("log");
