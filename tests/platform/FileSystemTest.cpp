@@ -22,7 +22,7 @@ protected:
     TemporaryFolder const root;
 };
 
-TEST_F(PosixFileSystemTest, A_listing_gives_every_entry_but_the_hidden_ones_each_time_anew)
+TEST_F(PosixFileSystemTest, A_listing_gives_every_entry_of_now_but_the_hidden_ones)
 {
     QByteArray const noText("no\xff.md");
     for (QByteArray const& name : { QByteArray("b.md"), QByteArray("B.MD"), QByteArray(".hidden.md"), noText })
