@@ -54,7 +54,7 @@ void NativeReader::update(Sheet const& sheet)
     m_scrollView->images = sheet.images;
     m_scrollView->textSize = m_store.textSize;
     m_scrollView->window()->setWindowTitle(sheet.title);
-    if (auto key = keyOf(sheet); view.documentKey != key)
+    if (auto key = keyOf(sheet); m_documentKey != key)
         rebuild(sheet, std::move(key));
     m_scrollView->layOutText();
     view.onScroll = [this, id = sheet.id](QPointF point) { m_store.scrollPositions.insert(id, point); };
@@ -72,11 +72,10 @@ DocumentKey NativeReader::keyOf(Sheet const& sheet) const
 void NativeReader::rebuild(Sheet const& sheet, DocumentKey key)
 {
     auto& view = textView();
-    if (!view.currentID.isEmpty())
+    if (m_documentKey)
         storePlace();
     view.onScroll = nullptr;
-    auto old = std::exchange(view.documentKey, key);
-    view.currentID = sheet.id;
+    auto old = std::exchange(m_documentKey, key);
     auto shown = view.exchangeDocument(documentFor(sheet, key));
     view.setSelection({});
     restorePlace(sheet.id);
@@ -125,8 +124,8 @@ void NativeReader::storePlace()
 {
     auto& view = textView();
     auto const point = view.constrained(view.scrollOrigin());
-    m_store.scrollPositions.insert(view.currentID, point);
-    m_places.insert(view.currentID, { *view.documentKey, view.textWidths(), point, view.scrollAnchor() });
+    m_store.scrollPositions.insert(m_documentKey->id, point);
+    m_places.insert(m_documentKey->id, { *m_documentKey, view.textWidths(), point, view.scrollAnchor() });
 }
 
 void NativeReader::restorePlace(QString const& id)
@@ -134,7 +133,7 @@ void NativeReader::restorePlace(QString const& id)
     auto& view = textView();
     auto const point = m_store.scrollPositions.value(id);
     auto const place = m_places.constFind(id);
-    auto const isSame = place != m_places.cend() && place->key == view.documentKey && place->point == point
+    auto const isSame = place != m_places.cend() && place->key == m_documentKey && place->point == point
         && place->widths == view.textWidths();
     if (isSame)
         view.setScrollAnchor(place->anchor, point.x());
@@ -145,10 +144,8 @@ void NativeReader::restorePlace(QString const& id)
 // A sheet of another folder may have the same name, and even the same text.
 void NativeReader::forgetFolder()
 {
-    auto& view = textView();
-    view.onScroll = nullptr;
-    view.documentKey.reset();
-    view.currentID.clear();
+    textView().onScroll = nullptr;
+    m_documentKey.reset();
     m_kept.clear();
     m_places.clear();
 }
@@ -173,16 +170,23 @@ double NativeReader::minimumWidth(Sheet const& sheet, RenderedMarkdown const& re
     return std::clamp(width, smallestWidth, TextLayout::largestCodeWidth);
 }
 
+void NativeReader::startAfresh()
+{
+    textView().startAfresh();
+    m_lastFindRequest = -1;
+    m_lastFindQuery.clear();
+}
+
 void NativeReader::serveFind()
 {
     auto& view = textView();
     int const request = m_store.findRequest;
     auto const query = m_store.findQuery.value();
-    if (view.lastFindRequest == request && view.lastFindQuery == query)
+    if (m_lastFindRequest == request && m_lastFindQuery == query)
         return;
-    auto const isNew = view.lastFindQuery != query;
-    view.lastFindRequest = request;
-    view.lastFindQuery = query;
+    auto const isNew = m_lastFindQuery != query;
+    m_lastFindRequest = request;
+    m_lastFindQuery = query;
     if (isNew)
         view.setSelection({});
     // What goes on at the other end finds whatever there is.

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "library/LibraryStore.h"
-#include "reader/ReaderScrollView.h"
+#include "reader/DocumentKey.h"
+#include "reader/text/ReaderScrollView.h"
 
 #include <QHash>
 #include <QProperty>
@@ -10,6 +11,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace Quillory {
 
@@ -32,6 +34,9 @@ public:
     // Called for every change of what the reader observes. Does nothing to the text, nor to where it is scrolled, when the
     // sheet's text, pictures and text size are the same.
     void update(Sheet const& sheet);
+
+    // Leaves what the user did in the text, and serves find anew, as a reader that was just made would.
+    void startAfresh();
 
 private:
     // A document that isn't shown now.
@@ -62,6 +67,9 @@ private:
     LibraryStore& m_store;
     std::function<void()> m_dismiss;
     ReaderScrollView* m_scrollView;
+    std::optional<DocumentKey> m_documentKey; // of what is shown
+    int m_lastFindRequest = -1; // already served
+    QString m_lastFindQuery;
     std::deque<Kept> m_kept; // the latest first
     QHash<QString, Place> m_places; // by sheet id
     Registration m_statusTask;

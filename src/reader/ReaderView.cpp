@@ -193,7 +193,7 @@ void ReaderView::observeStore()
 void ReaderView::startAfresh()
 {
     m_list->showSelection();
-    textView()->startAfresh();
+    m_reader->startAfresh();
 }
 
 void ReaderView::refreshLater()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/TextRange.h"
+
 #include <QString>
 
 #include <optional>
@@ -8,15 +10,7 @@ namespace Quillory {
 
 // A range of rendered text that can be copied, and as what.
 struct CopyTarget {
-    struct Range {
-        qsizetype location = 0; // UTF-16 units
-        qsizetype length = 0;
-        qsizetype end() const { return location + length; }
-        bool contains(qsizetype index) const { return index >= location && index - location < length; }
-        bool operator==(Range const&) const = default;
-    };
-
-    Range range;
+    TextRange range;
     QString text; // what goes onto the clipboard
     bool isBlock = false; // a code block: it gets a background and a copy button
     std::optional<QString> accessibilityLabel;

@@ -38,7 +38,7 @@ public:
     Iterator end() const;
 
     // What a target has, without making it.
-    CopyTarget::Range range(qsizetype index) const { return { m_places[index].location, m_places[index].length }; }
+    TextRange range(qsizetype index) const { return { m_places[index].location, m_places[index].length }; }
     QStringView text(qsizetype index) const;
     bool isBlock(qsizetype index) const { return m_places[index].isBlock; }
 

@@ -51,7 +51,7 @@ private:
         QString title;
         QString shortcuts; // all of them, as shown
         std::vector<Run> runs; // of the shortcuts
-        std::vector<CopyTarget::Range> targets; // within the shortcuts
+        std::vector<TextRange> targets; // within the shortcuts
         double oneLineWidth = 0; // that title and shortcuts take beside each other
         QString text;
     };

@@ -149,7 +149,7 @@ qsizetype FoldedText::foldedPosition(qsizetype source, Direction roundedTo) cons
     return index + 1 < m_stretches.size() ? static_cast<qsizetype>(m_stretches[index + 1].folded) : m_folded.size();
 }
 
-FoldedText::Match FoldedText::original(qsizetype folded, qsizetype length) const
+TextRange FoldedText::original(qsizetype folded, qsizetype length) const
 {
     // Clusters of marks alone have no folded form: of stretches that begin at the same place the last one holds it.
     auto const holding = [this](qsizetype position) {
@@ -168,8 +168,7 @@ FoldedText::Match FoldedText::original(qsizetype folded, qsizetype length) const
     return { start, end - start };
 }
 
-std::optional<FoldedText::Match> FoldedText::find(
-    QString const& query, qsizetype from, qsizetype to, Direction direction)
+std::optional<TextRange> FoldedText::find(QString const& query, qsizetype from, qsizetype to, Direction direction)
 {
     foldSome(std::numeric_limits<qsizetype>::max());
     auto const first = foldedPosition(from, Direction::forwards);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "text/TextRange.h"
+
 #include <QString>
 
 #include <optional>
@@ -13,13 +15,6 @@ class FoldedText {
 public:
     enum class Direction { forwards, backwards };
 
-    // A place in the original: whole clusters, as a person would select them.
-    struct Match {
-        qsizetype location = 0;
-        qsizetype length = 0;
-        bool operator==(Match const&) const = default;
-    };
-
     FoldedText() = default;
     explicit FoldedText(QString text);
 
@@ -27,9 +22,10 @@ public:
     // Folds about so many units more.
     void foldSome(qsizetype units);
 
-    // The first or last match that lies between two positions of the original. Folds first what is not folded yet.
+    // The first or last match that lies between two positions of the original, in whole clusters, as a person would select
+    // it. Folds first what is not folded yet.
     // `query` is folded already; an empty one is nowhere.
-    std::optional<Match> find(QString const& query, qsizetype from, qsizetype to, Direction direction);
+    std::optional<TextRange> find(QString const& query, qsizetype from, qsizetype to, Direction direction);
 
 private:
     // A stretch in which positions run side by side, or one cluster that can only be taken whole.
@@ -47,7 +43,7 @@ private:
     void foldCluster(qsizetype end);
     qsizetype sourceEnd(std::size_t stretch) const;
     qsizetype foldedPosition(qsizetype source, Direction roundedTo) const;
-    Match original(qsizetype folded, qsizetype length) const;
+    TextRange original(qsizetype folded, qsizetype length) const;
 
     QString m_text;
     QString m_folded;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "rendering/AttributedText.h"
+#include "text/TextRange.h"
 #include "textlayout/ColorSet.h"
 #include "textlayout/FontSet.h"
 
@@ -13,14 +14,6 @@
 #include <vector>
 
 namespace Quillory {
-
-// A range of a text, in UTF-16 units.
-struct TextRange {
-    qsizetype location = 0;
-    qsizetype length = 0;
-    qsizetype end() const { return location + length; }
-    bool operator==(TextRange const&) const = default;
-};
 
 // What all parts of one layout share: the text, the fonts, the colours, and what is worth making once for each set of
 // attributes. Outlives every part.

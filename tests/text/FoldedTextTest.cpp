@@ -66,15 +66,15 @@ struct PlainModel {
                 sources.emplace_back(from, to);
         }
     }
-    std::optional<FoldedText::Match> find(QString const& query, qsizetype from, qsizetype to, Direction direction) const
+    std::optional<TextRange> find(QString const& query, qsizetype from, qsizetype to, Direction direction) const
     {
-        std::optional<FoldedText::Match> last;
+        std::optional<TextRange> last;
         for (qsizetype at = 0; (at = folded.indexOf(query, at)) >= 0; ++at) {
             auto const start = sources[static_cast<std::size_t>(at)].first;
             auto const end = sources[static_cast<std::size_t>(at + query.size() - 1)].second;
             if (start < from || end > to)
                 continue;
-            last = FoldedText::Match { start, end - start };
+            last = TextRange { start, end - start };
             if (direction == Direction::forwards)
                 return last;
         }

@@ -1,4 +1,4 @@
-#include "reader/ReaderDocument.h"
+#include "reader/text/ReaderDocument.h"
 
 #include <algorithm>
 #include <ranges>

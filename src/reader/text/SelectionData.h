@@ -1,7 +1,7 @@
 #pragma once
 
 #include "rendering/AttributedText.h"
-#include "textlayout/LayoutContext.h"
+#include "text/TextRange.h"
 
 #include <QMimeData>
 

@@ -1,6 +1,6 @@
-#include "reader/TargetMenu.h"
+#include "reader/text/TargetMenu.h"
 
-#include "reader/TargetListModel.h"
+#include "reader/text/TargetListModel.h"
 
 #include <QKeyEvent>
 #include <QListView>

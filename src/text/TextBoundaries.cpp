@@ -1,4 +1,4 @@
-#include "reader/TextBoundaries.h"
+#include "text/TextBoundaries.h"
 
 #include <QTextBoundaryFinder>
 
@@ -39,7 +39,7 @@ qsizetype boundary(QTextBoundaryFinder::BoundaryType type, Window const& window,
 
 }
 
-qsizetype TextBoundaries::behindCharacter(QString const& text, qsizetype position)
+qsizetype TextBoundaries::afterCharacter(QString const& text, qsizetype position)
 {
     return boundary(QTextBoundaryFinder::Grapheme, { text, position }, true);
 }
@@ -97,10 +97,10 @@ qsizetype TextBoundaries::previousWord(QString const& text, qsizetype position)
 TextRange TextBoundaries::writtenLineAt(QString const& text, qsizetype position)
 {
     auto const begin = text.begin();
-    auto const behind = std::find_if(begin + position, text.end(), isLineEnd);
+    auto const end = std::find_if(begin + position, text.end(), isLineEnd);
     auto const first = std::find_if(
         std::make_reverse_iterator(begin + position), std::make_reverse_iterator(begin), isLineEnd);
-    return { first.base() - begin, behind - first.base() };
+    return { first.base() - begin, end - first.base() };
 }
 
 qsizetype TextBoundaries::previousLine(QString const& text, qsizetype position)

@@ -1,4 +1,4 @@
-#include "reader/ReaderTextViewFixture.h"
+#include "reader/text/ReaderTextViewFixture.h"
 #include "rendering/MarkdownRenderer.h"
 
 #include <QClipboard>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "textlayout/LayoutContext.h"
+#include "text/TextRange.h"
 
 #include <QString>
 
@@ -10,7 +10,7 @@ namespace Quillory {
 namespace TextBoundaries {
 
 // What a person takes for one character.
-qsizetype behindCharacter(QString const& text, qsizetype position);
+qsizetype afterCharacter(QString const& text, qsizetype position);
 qsizetype beforeCharacter(QString const& text, qsizetype position);
 
 // The word, the blanks or the symbol that the character at the position belongs to; empty at a line's end.
@@ -24,7 +24,7 @@ TextRange writtenLineAt(QString const& text, qsizetype position);
 // The start of this written line or the previous one, and of the next.
 qsizetype previousLine(QString const& text, qsizetype position);
 qsizetype nextLine(QString const& text, qsizetype position);
-// Where End goes in a line as laid out: not behind the blank at which it wraps.
+// where End goes in a line as laid out: not after the blank at which it wraps.
 qsizetype lastPlaceOf(QString const& text, TextRange line);
 
 }

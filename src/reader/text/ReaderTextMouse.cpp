@@ -1,7 +1,7 @@
-#include "reader/EventModifiers.h"
-#include "reader/ReaderTextView.h"
-#include "reader/TargetMenu.h"
-#include "reader/TextBoundaries.h"
+#include "reader/text/EventModifiers.h"
+#include "reader/text/ReaderTextView.h"
+#include "reader/text/TargetMenu.h"
+#include "text/TextBoundaries.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -53,7 +53,7 @@ qsizetype ReaderTextView::insertionIndexAt(QPointF point) const
     auto const rightToLeft = string()[index].direction() == QChar::DirR || string()[index].direction() == QChar::DirAL;
     auto const behind = rightToLeft ? point.x() < box.center().x() : point.x() > box.center().x();
     auto const before = TextBoundaries::beforeCharacter(string(), index + 1);
-    return behind ? TextBoundaries::behindCharacter(string(), before) : before;
+    return behind ? TextBoundaries::afterCharacter(string(), before) : before;
 }
 
 int ReaderTextView::clickCountOf(QMouseEvent const& event) const

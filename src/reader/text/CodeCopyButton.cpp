@@ -1,4 +1,4 @@
-#include "reader/CodeCopyButton.h"
+#include "reader/text/CodeCopyButton.h"
 
 #include "rendering/ReaderColors.h"
 

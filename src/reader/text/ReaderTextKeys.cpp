@@ -1,6 +1,6 @@
-#include "reader/EventModifiers.h"
-#include "reader/ReaderTextView.h"
-#include "reader/TextBoundaries.h"
+#include "reader/text/EventModifiers.h"
+#include "reader/text/ReaderTextView.h"
+#include "text/TextBoundaries.h"
 
 #include <QKeyEvent>
 
@@ -89,7 +89,7 @@ std::optional<ReaderTextView::Move> ReaderTextView::moveOf(QKeyEvent const& even
         if (collapses)
             return Move { head, m_selection.end(), false };
         return Move { head,
-            byWord ? TextBoundaries::nextWord(string(), head) : TextBoundaries::behindCharacter(string(), head),
+            byWord ? TextBoundaries::nextWord(string(), head) : TextBoundaries::afterCharacter(string(), head),
             extends };
     default:
         break;

@@ -1,4 +1,4 @@
-#include "reader/CopyLook.h"
+#include "reader/text/CopyLook.h"
 
 #include "text/Graphemes.h"
 

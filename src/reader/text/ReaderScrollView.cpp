@@ -1,4 +1,4 @@
-#include "reader/ReaderScrollView.h"
+#include "reader/text/ReaderScrollView.h"
 
 #include "textlayout/FontTextMeasure.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtGlobal>
+#include "text/TextRange.h"
 
 #include <algorithm>
 
@@ -11,9 +11,18 @@ struct TextSelection {
     qsizetype anchor = 0;
     qsizetype head = 0;
 
+    // All of both and what lies between them, the head in the second.
+    static TextSelection across(TextRange from, TextRange to)
+    {
+        if (to.location < from.location)
+            return { from.end(), to.location };
+        return { from.location, std::max(from.end(), to.end()) };
+    }
+
     qsizetype start() const { return std::min(anchor, head); }
     qsizetype end() const { return std::max(anchor, head); }
     qsizetype length() const { return end() - start(); }
+    TextRange range() const { return { start(), length() }; }
     bool isEmpty() const { return anchor == head; }
     TextSelection clamped(qsizetype textLength) const
     {

@@ -1,4 +1,4 @@
-#include "reader/SelectionData.h"
+#include "reader/text/SelectionData.h"
 
 namespace Quillory {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reader/ReaderScrollView.h"
+#include "reader/text/ReaderScrollView.h"
 #include "support/ManualExecutor.h"
 
 #include <QCoreApplication>

@@ -2,7 +2,7 @@
 
 #include "library/PreparedImage.h"
 #include "library/ShortcutSheet.h"
-#include "reader/ReaderTextView.h"
+#include "reader/text/ReaderTextView.h"
 #include "rendering/PreparedShortcuts.h"
 
 #include <QAbstractScrollArea>

@@ -1,7 +1,7 @@
-#include "reader/CodeButtonAccessible.h"
+#include "reader/text/CodeButtonAccessible.h"
 
-#include "reader/CopyLook.h"
-#include "reader/ReaderTextView.h"
+#include "reader/text/CopyLook.h"
+#include "reader/text/ReaderTextView.h"
 
 namespace Quillory {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "reader/CopyLook.h"
+#include "reader/text/CopyLook.h"
 #include "textlayout/ColorSet.h"
 
 #include <QAbstractButton>

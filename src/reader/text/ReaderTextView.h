@@ -2,11 +2,10 @@
 
 #include "platform/Executor.h"
 #include "platform/ModifierFlags.h"
-#include "reader/CodeCopyButton.h"
-#include "reader/DocumentKey.h"
-#include "reader/ReaderDocument.h"
-#include "reader/SelectionPasteboard.h"
-#include "reader/TextSelection.h"
+#include "reader/text/CodeCopyButton.h"
+#include "reader/text/ReaderDocument.h"
+#include "reader/text/SelectionPasteboard.h"
+#include "reader/text/TextSelection.h"
 
 #include <QBasicTimer>
 #include <QWidget>
@@ -41,10 +40,6 @@ public:
     std::function<void(QPointF)> onScroll;
     std::function<void(QString const&)> onOpenLink;
 
-    std::optional<DocumentKey> documentKey; // of what is shown
-    QString currentID; // of the sheet shown
-    int lastFindRequest = -1; // already served
-    QString lastFindQuery;
     ModifierFlags peekModifiers = ModifierFlags::none; // held for a running peek
 
     // The executor outlives the view.
@@ -83,7 +78,7 @@ public:
     // Selects the next match, or goes on at the other end. False when there is none anywhere.
     bool findNext(QString const& query, bool backwards);
 
-    // Leaves what the user did here, and serves find anew, as a view that was just made would.
+    // Leaves what the user did here.
     void startAfresh();
 
     // The one road by which a target is copied. True when its text is on the clipboard.

@@ -1,9 +1,9 @@
-#include "reader/ReaderTextViewAccessible.h"
+#include "reader/text/ReaderTextViewAccessible.h"
 
-#include "reader/CodeButtonAccessible.h"
-#include "reader/CopyLook.h"
-#include "reader/ReaderTextView.h"
-#include "reader/TextBoundaries.h"
+#include "reader/text/CodeButtonAccessible.h"
+#include "reader/text/CopyLook.h"
+#include "reader/text/ReaderTextView.h"
+#include "text/TextBoundaries.h"
 
 #include <QAccessible>
 #include <QHash>
@@ -268,7 +268,7 @@ ReaderTextViewAccessible::Span ReaderTextViewAccessible::spanAt(
     switch (type) {
     case QAccessible::CharBoundary: {
         auto const start = TextBoundaries::beforeCharacter(text, unit + 1);
-        return { start, TextBoundaries::behindCharacter(text, start) };
+        return { start, TextBoundaries::afterCharacter(text, start) };
     }
     case QAccessible::WordBoundary: {
         auto const word = TextBoundaries::wordAt(text, unit);

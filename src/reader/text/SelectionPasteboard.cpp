@@ -1,6 +1,6 @@
-#include "reader/SelectionPasteboard.h"
+#include "reader/text/SelectionPasteboard.h"
 
-#include "reader/SelectionData.h"
+#include "reader/text/SelectionData.h"
 
 #include <QGuiApplication>
 

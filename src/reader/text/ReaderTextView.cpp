@@ -1,6 +1,6 @@
-#include "reader/ReaderTextView.h"
+#include "reader/text/ReaderTextView.h"
 
-#include "reader/ReaderTextViewAccessible.h"
+#include "reader/text/ReaderTextViewAccessible.h"
 #include "text/SearchFolding.h"
 
 #include <QKeyEvent>
@@ -95,8 +95,6 @@ void ReaderTextView::startAfresh()
 {
     setSelection({});
     showCopied({});
-    lastFindRequest = -1;
-    lastFindQuery.clear();
 }
 
 void ReaderTextView::updateCopyActions()

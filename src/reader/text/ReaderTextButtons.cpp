@@ -1,4 +1,4 @@
-#include "reader/ReaderTextView.h"
+#include "reader/text/ReaderTextView.h"
 
 #include "rendering/ReaderColors.h"
 
