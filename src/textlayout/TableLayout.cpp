@@ -116,11 +116,11 @@ void TableLayout::estimateRows()
     auto const styles = text.paragraphRuns();
     auto run = static_cast<std::size_t>(text.runAt(m_cells.front().start));
     auto styleRun = static_cast<std::size_t>(text.paragraphRunAt(m_cells.front().start));
-    std::vector<double> heights;
+    std::vector<HeightStack::Extent> heights;
     heights.reserve(m_rowStarts.size());
-    m_exact.assign(m_rowStarts.size() - 1, true);
     for (std::size_t row = 0; row + 1 < m_rowStarts.size(); ++row) {
         double highest = 0;
+        auto exact = true;
         for (auto cell = m_rowStarts[row]; cell < m_rowStarts[row + 1]; ++cell) {
             auto const range = cellRange(cell);
             while (run + 1 < runs.size() && runs[run + 1].location <= range.location)
@@ -131,13 +131,11 @@ void TableLayout::estimateRows()
             auto const padding = style.block->padding;
             auto const estimate = estimateOf(row, cell, runs[run], style);
             highest = std::max(highest, estimate.height + 2 * padding);
-            m_exact[row] = m_exact[row] && estimate.exact;
+            exact = exact && estimate.exact;
         }
-        heights.push_back(m_rowBorder + highest);
+        heights.push_back({ m_rowBorder + highest, exact });
     }
-    m_heights = HeightTree(std::move(heights));
-    m_inexact = std::ranges::count(m_exact, false);
-    m_nextInexact = 0;
+    m_heights = HeightStack(heights);
 }
 
 ParagraphEstimate TableLayout::estimateOf(
@@ -183,7 +181,7 @@ qsizetype TableLayout::rowHolding(std::size_t cell) const
 
 double TableLayout::rightEdge(qsizetype row) const
 {
-    return m_columnEdges[static_cast<std::size_t>(m_cells[behindLastCell(row) - 1].column) + 1];
+    return m_columnEdges[static_cast<std::size_t>(m_cells[endOfCells(row) - 1].column) + 1];
 }
 
 QPointF TableLayout::contentTopLeft(std::size_t cell) const
@@ -210,7 +208,7 @@ std::unique_ptr<TextFlow> TableLayout::makeFlow(qsizetype row, std::size_t cell)
     auto content = std::make_unique<TextFlow>(
         m_context, cellRange(cell), contentWidth(cell, block(cell)), TextFlow::Tables::asParagraphs);
     // A height that is known is no estimate any more, and so must be where the lines stand within it.
-    if (m_exact[static_cast<std::size_t>(row)]) {
+    if (m_heights.isExact(row)) {
         if (content->unitCount() == 1)
             content->layOut(0, 0);
         else
@@ -222,7 +220,7 @@ std::unique_ptr<TextFlow> TableLayout::makeFlow(qsizetype row, std::size_t cell)
 std::unique_ptr<TextFlow>& TableLayout::keptFlow(qsizetype row, std::size_t cell)
 {
     auto& flows = m_rows[row];
-    flows.resize(behindLastCell(row) - firstCell(row));
+    flows.resize(endOfCells(row) - firstCell(row));
     return flows[cell - firstCell(row)];
 }
 
@@ -247,23 +245,17 @@ void TableLayout::measureRow(qsizetype row)
 {
     double highest = 0;
     auto exact = true;
-    for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+    for (auto cell = firstCell(row); cell < endOfCells(row); ++cell) {
         auto const& content = flow(row, cell);
         highest = std::max(highest, content.height() + 2 * block(cell).padding);
         exact = exact && content.isExact();
     }
-    m_heights.set(row, m_rowBorder + highest);
-
-    auto const index = static_cast<std::size_t>(row);
-    if (!m_exact[index] && exact) {
-        m_exact[index] = true;
-        --m_inexact;
-    }
+    m_heights.set(row, { m_rowBorder + highest, exact });
 }
 
-void TableLayout::dropRows(qsizetype first, qsizetype behindLast)
+void TableLayout::dropRows(qsizetype first, qsizetype end)
 {
-    for (auto row = m_rows.lower_bound(first); row != m_rows.end() && row->first < behindLast;) {
+    for (auto row = m_rows.lower_bound(first); row != m_rows.end() && row->first < end;) {
         auto const isDear = [](std::unique_ptr<TextFlow> const& flow) {
             return flow && flow->unitCount() > manyParagraphs;
         };
@@ -286,23 +278,19 @@ void TableLayout::forgetLines()
 
 void TableLayout::layOut(double top, double bottom)
 {
-    auto const first = m_heights.indexAt(top);
-    auto row = first;
-    for (auto y = m_heights.top(first); row < rowCount() && (y < bottom || row == first); ++row) {
-        layOutRow(row, top - y, bottom - y);
-        y += m_heights.height(row);
-    }
-    dropRows(0, first);
-    dropRows(row, rowCount());
+    auto const shown = m_heights.layOut(
+        top, bottom, [&](qsizetype row, double y) { layOutRow(row, top - y, bottom - y); });
+    dropRows(0, shown.first);
+    dropRows(shown.end, rowCount());
 }
 
 // A row whose height is known needs no lines before it is painted; one with long cells lets go of those out of sight.
 void TableLayout::layOutRow(qsizetype row, double top, double bottom)
 {
-    auto const exact = static_cast<bool>(m_exact[static_cast<std::size_t>(row)]);
+    auto const exact = m_heights.isExact(row);
     if (exact && !m_rows.contains(row))
         return;
-    for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+    for (auto cell = firstCell(row); cell < endOfCells(row); ++cell) {
         auto& content = flow(row, cell);
         auto const y = contentTopLeft(cell).y();
         if (!exact || content.unitCount() > manyParagraphs)
@@ -314,37 +302,28 @@ void TableLayout::layOutRow(qsizetype row, double top, double bottom)
 
 bool TableLayout::makeSomeExact(QDeadlineTimer const& deadline)
 {
-    for (; m_nextInexact < rowCount(); ++m_nextInexact) {
-        auto const row = m_nextInexact;
-        if (m_exact[static_cast<std::size_t>(row)])
-            continue;
+    return m_heights.makeSomeExact(deadline, [&](qsizetype row) {
         auto const wasMade = m_rows.contains(row);
         auto more = false;
-        for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell)
+        for (auto cell = firstCell(row); cell < endOfCells(row); ++cell)
             more = flow(row, cell).makeSomeExact(deadline) || more;
         measureRow(row);
-        if (more)
-            return true;
-        if (!wasMade)
+        if (!more && !wasMade)
             dropRows(row, row + 1);
-        if (deadline.hasExpired())
-            return m_inexact > 0;
-    }
-    return false;
+        return more;
+    });
 }
 
 TextAnchor TableLayout::anchorAt(double y)
 {
-    auto const row = m_heights.indexAt(y);
-    auto const top = m_heights.top(row);
-    auto const estimated = m_heights.height(row);
-    layOutRow(row, y - top, y - top);
-    auto const height = m_heights.height(row);
-    auto const local = height == estimated || y <= top ? y - top : (y - top) * height / estimated;
+    auto const place = m_heights.placeAt(y);
+    auto const row = place.index;
+    layOutRow(row, place.offset, place.offset);
+    auto const local = m_heights.offsetOf(place);
 
     // The first cell that still has text there stands for the row.
     auto found = firstCell(row);
-    for (auto cell = found; cell < behindLastCell(row); ++cell) {
+    for (auto cell = found; cell < endOfCells(row); ++cell) {
         if (contentTopLeft(cell).y() + flow(row, cell).height() > local) {
             found = cell;
             break;
@@ -358,7 +337,7 @@ double TableLayout::positionOf(TextAnchor const& anchor)
     auto const cell = cellHolding(anchor.location);
     auto const row = rowHolding(cell);
     auto const position = contentTopLeft(cell).y() + flow(row, cell).positionOf(anchor);
-    if (!m_exact[static_cast<std::size_t>(row)])
+    if (!m_heights.isExact(row))
         measureRow(row);
     return m_heights.top(row) + position;
 }
@@ -367,8 +346,7 @@ qsizetype TableLayout::characterIndexAt(QPointF point) const
 {
     auto const row = m_heights.indexAt(point.y());
     auto cell = firstCell(row);
-    while (cell + 1 < behindLastCell(row)
-        && m_columnEdges[static_cast<std::size_t>(m_cells[cell + 1].column)] <= point.x())
+    while (cell + 1 < endOfCells(row) && m_columnEdges[static_cast<std::size_t>(m_cells[cell + 1].column)] <= point.x())
         ++cell;
     auto const local = point - QPointF(0, m_heights.top(row)) - contentTopLeft(cell);
     return withFlow(row, cell, [&](TextFlow const& content) { return content.characterIndexAt(local); });
@@ -398,18 +376,18 @@ TextRange TableLayout::lineRange(qsizetype location) const
 
 void TableLayout::addSelection(std::vector<QRectF>& covered, TextRange range, QPointF topLeft, QRectF const& clip) const
 {
-    auto row = std::max(m_heights.indexAt(clip.top() - topLeft.y()), rowHolding(cellHolding(range.location)));
-    for (auto y = topLeft.y() + m_heights.top(row); row < rowCount() && y < clip.bottom(); ++row) {
-        for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+    auto const first = std::max(m_heights.indexAt(clip.top() - topLeft.y()), rowHolding(cellHolding(range.location)));
+    m_heights.forEach(first, topLeft.y(), clip.bottom(), [&](qsizetype row, double y) {
+        for (auto cell = firstCell(row); cell < endOfCells(row); ++cell) {
             if (cellRange(cell).location >= range.end())
-                return;
+                return false;
             if (cellRange(cell).end() <= range.location)
                 continue;
             auto const content = QPointF(topLeft.x(), y) + contentTopLeft(cell);
             withFlow(row, cell, [&](TextFlow const& flow) { flow.addSelection(covered, range, content, clip); });
         }
-        y += m_heights.height(row);
-    }
+        return true;
+    });
 }
 
 }

@@ -26,7 +26,7 @@ public:
     // As those of TextFlow.
     void layOut(double top, double bottom);
     bool makeSomeExact(QDeadlineTimer const& deadline);
-    bool isExact() const { return m_inexact == 0; }
+    bool isExact() const { return m_heights.isExact(); }
     TextAnchor anchorAt(double y);
     double positionOf(TextAnchor const& anchor);
 
@@ -61,7 +61,7 @@ private:
     TableBlock const& block(std::size_t cell) const;
     TextRange cellRange(std::size_t cell) const;
     std::size_t firstCell(qsizetype row) const { return m_rowStarts[static_cast<std::size_t>(row)]; }
-    std::size_t behindLastCell(qsizetype row) const { return m_rowStarts[static_cast<std::size_t>(row) + 1]; }
+    std::size_t endOfCells(qsizetype row) const { return m_rowStarts[static_cast<std::size_t>(row) + 1]; }
     std::size_t cellHolding(qsizetype location) const;
     qsizetype rowHolding(std::size_t cell) const;
     double rightEdge(qsizetype row) const; // of the row's last cell, where its line begins
@@ -77,7 +77,7 @@ private:
     auto withFlow(qsizetype row, std::size_t cell, Work work) const;
     void layOutRow(qsizetype row, double top, double bottom);
     void measureRow(qsizetype row);
-    void dropRows(qsizetype first, qsizetype behindLast);
+    void dropRows(qsizetype first, qsizetype end);
     void paintBorders(QPainter& painter, QPointF topLeft, qsizetype row, QRectF const& clip) const;
     void paintBackgrounds(QPainter& painter, QPointF topLeft, qsizetype row) const;
 
@@ -86,14 +86,11 @@ private:
     bool m_isFixed = false; // columns take a fixed share each
     double m_border = 0; // of the lines down
     double m_rowBorder = 0; // of those across
-    std::vector<Cell> m_cells; // and one behind the last that says where it ends
+    std::vector<Cell> m_cells; // and one after the last that says where it ends
     std::vector<std::size_t> m_rowStarts; // positions in m_cells, and the number of cells
     std::vector<ColumnDemand> m_demands;
-    std::vector<double> m_columnEdges; // left edges of the lines before each column and behind the last
-    HeightTree m_heights; // of the rows, each with the line above it
-    std::vector<bool> m_exact;
-    qsizetype m_inexact = 0;
-    qsizetype m_nextInexact = 0;
+    std::vector<double> m_columnEdges; // left edges of the lines before each column and after the last
+    HeightStack m_heights; // of the rows, each with the line above it
     std::map<qsizetype, LaidOutRow> m_rows;
 };
 

@@ -38,7 +38,7 @@ void TableLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& clip)
             break;
         paintBackgrounds(painter, rowTopLeft, row);
         paintBorders(painter, rowTopLeft, row, clip);
-        for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+        for (auto cell = firstCell(row); cell < endOfCells(row); ++cell) {
             auto const content = rowTopLeft + contentTopLeft(cell);
             if (content.x() < clip.right() && content.x() + contentWidth(cell, block(cell)) > clip.left())
                 flow(row, cell).paint(painter, content, clip);
@@ -52,7 +52,7 @@ void TableLayout::paintBackgrounds(QPainter& painter, QPointF topLeft, qsizetype
     auto const line = m_rowBorder > 0 ? grid.thickness(m_rowBorder) : 0;
     auto const top = grid.edge(topLeft.y()) + line;
     auto const bottom = grid.edge(topLeft.y() + m_heights.height(row));
-    for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+    for (auto cell = firstCell(row); cell < endOfCells(row); ++cell) {
         auto const& background = block(cell).background;
         if (!background)
             continue;
@@ -80,7 +80,7 @@ void TableLayout::paintBorders(QPainter& painter, QPointF topLeft, qsizetype row
                 QRectF(grid.edge(topLeft.x() + edge), y, line, std::min(longestPiece, bottom - y)), colorOf(cell));
     };
     if (m_rowBorder <= 0) {
-        for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell) {
+        for (auto cell = firstCell(row); cell < endOfCells(row); ++cell) {
             if (block(cell).border == TableBlock::Border::leftEdge)
                 down(m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)], top, cell);
         }
@@ -95,9 +95,9 @@ void TableLayout::paintBorders(QPainter& painter, QPointF topLeft, qsizetype row
         across(bottom, rightEdge(row));
 
     // Every line once, and none over another: they may be translucent.
-    for (auto cell = firstCell(row); cell < behindLastCell(row); ++cell)
+    for (auto cell = firstCell(row); cell < endOfCells(row); ++cell)
         down(m_columnEdges[static_cast<std::size_t>(m_cells[cell].column)], top + line, cell);
-    down(rightEdge(row), top + line, behindLastCell(row) - 1);
+    down(rightEdge(row), top + line, endOfCells(row) - 1);
 }
 
 }

@@ -36,11 +36,10 @@ void TextChapters::setWidths(TextWidths const& widths)
 
 void TextChapters::estimate()
 {
-    std::vector<double> heights(m_flows.size());
+    std::vector<HeightStack::Extent> heights(m_flows.size());
     for (std::size_t chapter = 0; chapter < heights.size(); ++chapter)
-        heights[chapter] = estimatedHeight(range(static_cast<qsizetype>(chapter)));
-    m_heights = HeightTree(std::move(heights));
-    m_nextInexact = 0;
+        heights[chapter].height = estimatedHeight(range(static_cast<qsizetype>(chapter)));
+    m_heights = HeightStack(heights);
     // A short text need not wait for anything.
     if (count() == 1)
         opened(0);
@@ -91,7 +90,8 @@ TextFlow& TextChapters::opened(qsizetype chapter)
 
 void TextChapters::noteHeight(qsizetype chapter)
 {
-    m_heights.set(chapter, m_flows[static_cast<std::size_t>(chapter)]->height());
+    auto const& flow = *m_flows[static_cast<std::size_t>(chapter)];
+    m_heights.set(chapter, { flow.height(), flow.isExact() });
 }
 
 double TextChapters::usedWidth() const
@@ -116,56 +116,33 @@ void TextChapters::layOut(double top, double bottom)
 {
     if (count() == 0)
         return;
-    auto const first = m_heights.indexAt(top);
-    auto chapter = first;
-    for (auto y = m_heights.top(first); chapter < count() && (y < bottom || chapter == first); ++chapter) {
+    auto const shown = m_heights.layOut(top, bottom, [&](qsizetype chapter, double y) {
         flow(chapter).layOut(top - y, bottom - y);
         noteHeight(chapter);
-        y += m_heights.height(chapter);
+    });
+    for (auto chapter = m_shown.first; chapter < m_shown.end; ++chapter) {
+        if (!shown.contains(chapter))
+            flow(chapter).leave();
     }
-    for (auto shown = m_firstShown; shown < m_behindShown; ++shown) {
-        if (shown < first || shown >= chapter)
-            flow(shown).leave();
-    }
-    m_firstShown = first;
-    m_behindShown = chapter;
+    m_shown = shown;
 }
 
 bool TextChapters::makeSomeExact(QDeadlineTimer const& deadline)
 {
-    for (; m_nextInexact < count(); ++m_nextInexact) {
-        auto const more = opened(m_nextInexact).makeSomeExact(deadline);
-        noteHeight(m_nextInexact);
-        if (more)
-            return true;
-        if (deadline.hasExpired()) {
-            ++m_nextInexact;
-            return !isExact();
-        }
-    }
-    return false;
-}
-
-bool TextChapters::isExact() const
-{
-    auto const isDone = [this](std::unique_ptr<TextFlow> const& flow) {
-        return flow && flow->widths() == m_widths && flow->isExact();
-    };
-    return std::all_of(m_flows.begin() + m_nextInexact, m_flows.end(), isDone);
+    return m_heights.makeSomeExact(deadline, [&](qsizetype chapter) {
+        auto const more = opened(chapter).makeSomeExact(deadline);
+        noteHeight(chapter);
+        return more;
+    });
 }
 
 TextAnchor TextChapters::anchorAt(double y)
 {
     if (count() == 0)
         return { 0, y };
-    auto const chapter = m_heights.indexAt(y);
-    auto const top = m_heights.top(chapter);
-    auto const estimated = m_heights.height(chapter);
-    auto& flow = opened(chapter);
-    // What was a place in an estimate is the same share of what it really comes to.
-    auto const share = y > top && estimated > 0 ? flow.height() / estimated : 1;
-    auto const anchor = flow.anchorAt((y - top) * share);
-    noteHeight(chapter);
+    auto const place = m_heights.placeAt(y);
+    auto const anchor = opened(place.index).anchorAt(m_heights.offsetOf(place));
+    noteHeight(place.index);
     return anchor;
 }
 
@@ -195,11 +172,10 @@ void TextChapters::paint(QPainter& painter, QRectF const& clip)
 {
     if (count() == 0)
         return;
-    auto chapter = m_heights.indexAt(clip.top());
-    for (auto y = m_heights.top(chapter); chapter < count() && y < clip.bottom(); ++chapter) {
+    m_heights.forEach(m_heights.indexAt(clip.top()), 0, clip.bottom(), [&](qsizetype chapter, double y) {
         flow(chapter).paint(painter, { 0, y }, clip);
-        y += m_heights.height(chapter);
-    }
+        return true;
+    });
 }
 
 qsizetype TextChapters::characterIndexAt(QPointF point) const
@@ -233,13 +209,13 @@ void TextChapters::addSelection(std::vector<QRectF>& covered, TextRange range, Q
 {
     if (count() == 0)
         return;
-    auto chapter = std::max(m_heights.indexAt(clip.top()), chapterHolding(range.location));
-    for (auto y = m_heights.top(chapter); chapter < count() && y < clip.bottom(); ++chapter) {
+    auto const first = std::max(m_heights.indexAt(clip.top()), chapterHolding(range.location));
+    m_heights.forEach(first, 0, clip.bottom(), [&](qsizetype chapter, double y) {
         if (this->range(chapter).location >= range.end())
-            break;
+            return false;
         flow(chapter).addSelection(covered, range, { 0, y }, clip);
-        y += m_heights.height(chapter);
-    }
+        return true;
+    });
 }
 
 }

@@ -25,7 +25,7 @@ public:
     void forgetLines();
     void layOut(double top, double bottom);
     bool makeSomeExact(QDeadlineTimer const& deadline);
-    bool isExact() const;
+    bool isExact() const { return m_heights.isExact(); }
     TextAnchor anchorAt(double y);
     double positionOf(TextAnchor const& anchor);
     double height() const { return m_heights.total(); }
@@ -53,11 +53,9 @@ private:
     LayoutContext const& m_context;
     TextWidths m_widths;
     std::vector<quint32> m_starts; // of the chapters, and the end of the last
-    HeightTree m_heights;
+    HeightStack m_heights; // a chapter of other widths is an estimate
     mutable std::vector<std::unique_ptr<TextFlow>> m_flows; // of the chapters looked at so far
-    qsizetype m_nextInexact = 0; // no chapter before this one is inexact
-    qsizetype m_firstShown = 0; // by the last layOut()
-    qsizetype m_behindShown = 0;
+    HeightStack::Span m_shown; // by the last layOut()
 };
 
 }

@@ -42,7 +42,7 @@ void TextFlow::forgetLines()
 void TextFlow::leave()
 {
     m_lines.clear();
-    m_firstShown = m_behindShown = 0;
+    m_shown = {};
     dropTables();
 }
 
@@ -51,11 +51,7 @@ void TextFlow::estimate()
 {
     auto const& text = m_context.text();
     auto const count = static_cast<qsizetype>(m_starts.size()) - 1;
-    std::vector<double> heights(static_cast<std::size_t>(count));
-    m_exact.assign(heights.size(), false);
-    m_inexact = count;
-    m_nextInexact = 0;
-
+    std::vector<HeightStack::Extent> heights(static_cast<std::size_t>(count));
     auto const runs = text.runs();
     auto const styles = text.paragraphRuns();
     auto run = count > 0 ? static_cast<std::size_t>(text.runAt(m_range.location)) : 0;
@@ -73,20 +69,16 @@ void TextFlow::estimate()
             if (style.block->widths == TableBlock::Widths::fixed)
                 fixedTables.push_back(unit);
             else
-                heights[index] = estimatedTableHeight(unit);
+                heights[index].height = estimatedTableHeight(unit);
             continue;
         }
         auto const estimate = estimatedParagraph(m_context, stretch(unit), runs[run], style, m_widths.of(style));
-        heights[index] = estimate.height;
-        m_exact[index] = estimate.exact;
-        m_inexact -= estimate.exact ? 1 : 0;
+        heights[index] = { estimate.height, estimate.exact };
     }
-    m_heights = HeightTree(std::move(heights));
+    m_heights = HeightStack(heights);
     // Their columns need no measuring, and a single row may be all there is.
-    for (auto const unit : fixedTables) {
-        auto const& layout = table(unit);
-        setExact(unit, layout.height(), layout.isExact());
-    }
+    for (auto const unit : fixedTables)
+        noteHeight(unit, table(unit));
 }
 
 double TextFlow::estimatedTableHeight(qsizetype unit) const
@@ -152,7 +144,7 @@ std::shared_ptr<TableLayout const> TextFlow::tableToRead(qsizetype unit) const
 {
     if (auto const* made = tableIfMade(unit))
         return { std::shared_ptr<void>(), made };
-    if (!m_exact[static_cast<std::size_t>(unit)])
+    if (!m_heights.isExact(unit))
         return nullptr;
     auto layout = std::make_shared<TableLayout>(m_context, unitRange(unit), m_widths.visible);
     layout->makeSomeExact(QDeadlineTimer(QDeadlineTimer::Forever));
@@ -168,10 +160,10 @@ TableLayout& TextFlow::table(qsizetype unit)
         layout->setAvailableWidth(m_widths.visible);
     else
         layout = std::make_unique<TableLayout>(m_context, unitRange(unit), m_widths.visible);
-    if (m_exact[static_cast<std::size_t>(unit)])
+    if (m_heights.isExact(unit))
         layout->makeSomeExact(QDeadlineTimer(QDeadlineTimer::Forever));
     m_widestTable = std::max(m_widestTable, layout->width());
-    m_heights.set(unit, layout->height());
+    m_heights.set(unit, { layout->height(), false });
     return *layout;
 }
 
@@ -186,17 +178,13 @@ TextFlow::Paragraph TextFlow::keptParagraph(qsizetype unit)
 TextFlow::Paragraph TextFlow::layOutParagraph(qsizetype unit)
 {
     auto lines = keptParagraph(unit);
-    setExact(unit, lines->height(), true);
+    m_heights.set(unit, { lines->height(), true });
     return lines;
 }
 
-void TextFlow::setExact(qsizetype unit, double height, bool exact)
+void TextFlow::noteHeight(qsizetype unit, TableLayout const& table)
 {
-    auto const index = static_cast<std::size_t>(unit);
-    if (exact && !m_exact[index])
-        --m_inexact;
-    m_exact[index] = m_exact[index] || exact;
-    m_heights.set(unit, height);
+    m_heights.set(unit, { table.height(), table.isExact() });
 }
 
 void TextFlow::layOutUnit(qsizetype unit, double top, double bottom)
@@ -207,79 +195,60 @@ void TextFlow::layOutUnit(qsizetype unit, double top, double bottom)
     }
     auto& layout = table(unit);
     layout.layOut(top, bottom);
-    setExact(unit, layout.height(), layout.isExact());
+    noteHeight(unit, layout);
 }
 
 void TextFlow::layOut(double top, double bottom)
 {
     if (unitCount() == 0)
         return;
-    auto const first = unitAt(top);
-    auto unit = first;
-    for (auto y = m_heights.top(first); unit < unitCount() && (y < bottom || unit == first); ++unit) {
-        layOutUnit(unit, top - y, bottom - y);
-        y += m_heights.height(unit);
-    }
-    m_lines.erase(m_lines.begin(), m_lines.lower_bound(first));
-    m_lines.erase(m_lines.lower_bound(unit), m_lines.end());
-    m_firstShown = first;
-    m_behindShown = unit;
+    m_shown = m_heights.layOut(top, bottom, [&](qsizetype unit, double y) { layOutUnit(unit, top - y, bottom - y); });
+    m_lines.erase(m_lines.begin(), m_lines.lower_bound(m_shown.first));
+    m_lines.erase(m_lines.lower_bound(m_shown.end), m_lines.end());
     dropTables();
 }
 
 void TextFlow::dropTables()
 {
-    std::erase_if(m_tableLayouts, [this](auto const& made) { return !isShown(made.first) && made.second->isShort(); });
+    std::erase_if(
+        m_tableLayouts, [this](auto const& made) { return !m_shown.contains(made.first) && made.second->isShort(); });
     for (auto const& [unit, layout] : m_tableLayouts) {
-        if (!isShown(unit))
+        if (!m_shown.contains(unit))
             layout->forgetLines();
     }
 }
 
 bool TextFlow::makeSomeExact(QDeadlineTimer const& deadline)
 {
-    for (; m_nextInexact < unitCount(); ++m_nextInexact) {
-        auto const unit = m_nextInexact;
-        if (m_exact[static_cast<std::size_t>(unit)])
-            continue;
-        if (isTable(unit)) {
-            auto& layout = table(unit);
-            auto const more = layout.makeSomeExact(deadline);
-            setExact(unit, layout.height(), layout.isExact());
-            if (more)
-                return true;
-            if (!isShown(unit) && layout.isShort())
-                m_tableLayouts.erase(unit);
-        } else {
-            setExact(unit, paragraph(unit)->height(), true);
+    return m_heights.makeSomeExact(deadline, [&](qsizetype unit) {
+        if (!isTable(unit)) {
+            m_heights.set(unit, { paragraph(unit)->height(), true });
+            return false;
         }
-        if (deadline.hasExpired())
-            return m_inexact > 0;
-    }
-    return false;
+        auto& layout = table(unit);
+        auto const more = layout.makeSomeExact(deadline);
+        noteHeight(unit, layout);
+        if (!more && !m_shown.contains(unit) && layout.isShort())
+            m_tableLayouts.erase(unit);
+        return more;
+    });
 }
 
 TextAnchor TextFlow::anchorAt(double y)
 {
     if (unitCount() == 0)
         return { m_range.location, y };
-    auto const unit = unitAt(y);
-    auto const top = m_heights.top(unit);
-    auto const estimated = m_heights.height(unit);
-    // What was a place in an estimate is the same share of what it really comes to.
-    auto const local = [&] {
-        auto const height = m_heights.height(unit);
-        return height == estimated || y <= top || estimated <= 0 ? y - top : (y - top) * height / estimated;
-    };
-    if (isTable(unit)) {
-        table(unit);
-        auto const anchor = tableIfMade(unit)->anchorAt(local());
-        setExact(unit, tableIfMade(unit)->height(), tableIfMade(unit)->isExact());
+    auto const place = m_heights.placeAt(y);
+    if (isTable(place.index)) {
+        auto& layout = table(place.index);
+        auto const anchor = layout.anchorAt(m_heights.offsetOf(place));
+        noteHeight(place.index, layout);
         return anchor;
     }
-    auto const lines = layOutParagraph(unit);
-    auto const& line = lines->lineAt(local());
-    return { line.location, local() - line.top };
+    auto const lines = layOutParagraph(place.index);
+    auto const offset = m_heights.offsetOf(place);
+    auto const& line = lines->lineAt(offset);
+    return { line.location, offset - line.top };
 }
 
 double TextFlow::positionOf(TextAnchor const& anchor)
@@ -289,8 +258,9 @@ double TextFlow::positionOf(TextAnchor const& anchor)
     auto const unit = unitHolding(anchor.location);
     auto const top = m_heights.top(unit);
     if (isTable(unit)) {
-        auto const position = table(unit).positionOf(anchor);
-        setExact(unit, table(unit).height(), table(unit).isExact());
+        auto& layout = table(unit);
+        auto const position = layout.positionOf(anchor);
+        noteHeight(unit, layout);
         return top + position;
     }
     return top + layOutParagraph(unit)->lineHolding(anchor.location).top + anchor.offset;
@@ -300,15 +270,14 @@ void TextFlow::paint(QPainter& painter, QPointF topLeft, QRectF const& clip)
 {
     if (unitCount() == 0)
         return;
-    auto unit = unitAt(clip.top() - topLeft.y());
-    for (auto y = topLeft.y() + m_heights.top(unit); unit < unitCount() && y < clip.bottom(); ++unit) {
-        auto const height = m_heights.height(unit);
+    auto const first = unitAt(clip.top() - topLeft.y());
+    m_heights.forEach(first, topLeft.y(), clip.bottom(), [&](qsizetype unit, double y) {
         if (!isTable(unit))
             keptParagraph(unit)->paint(painter, { topLeft.x(), y }, clip);
         else if (auto* layout = tableIfMade(unit))
             layout->paint(painter, { topLeft.x(), y }, clip);
-        y += height;
-    }
+        return true;
+    });
 }
 
 qsizetype TextFlow::characterIndexAt(QPointF point) const
@@ -361,16 +330,16 @@ void TextFlow::addSelection(std::vector<QRectF>& covered, TextRange range, QPoin
 {
     if (unitCount() == 0 || range.length == 0)
         return;
-    auto unit = std::max(unitAt(clip.top() - topLeft.y()), unitHolding(range.location));
-    for (auto y = topLeft.y() + m_heights.top(unit); unit < unitCount() && y < clip.bottom(); ++unit) {
+    auto const first = std::max(unitAt(clip.top() - topLeft.y()), unitHolding(range.location));
+    m_heights.forEach(first, topLeft.y(), clip.bottom(), [&](qsizetype unit, double y) {
         if (unitRange(unit).location >= range.end())
-            break;
+            return false;
         if (!isTable(unit))
             paragraph(unit)->addSelection(covered, range, { topLeft.x(), y }, clip);
         else if (auto const* layout = tableIfMade(unit))
             layout->addSelection(covered, range, { topLeft.x(), y }, clip);
-        y += m_heights.height(unit);
-    }
+        return true;
+    });
 }
 
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "textlayout/HeightTree.h"
+#include "textlayout/HeightStack.h"
 #include "textlayout/LayoutContext.h"
 #include "textlayout/ParagraphLayout.h"
 
@@ -47,7 +47,7 @@ public:
     void layOut(double top, double bottom);
     // Makes units exact from the first to the last, at least one, until the time is over. True when there are more.
     bool makeSomeExact(QDeadlineTimer const& deadline);
-    bool isExact() const { return m_inexact == 0; }
+    bool isExact() const { return m_heights.isExact(); }
 
     TextAnchor anchorAt(double y);
     double positionOf(TextAnchor const& anchor);
@@ -84,20 +84,15 @@ private:
     Paragraph layOutParagraph(qsizetype unit);
     void layOutUnit(qsizetype unit, double top, double bottom);
     void dropTables();
-    bool isShown(qsizetype unit) const { return unit >= m_firstShown && unit < m_behindShown; }
-    void setExact(qsizetype unit, double height, bool exact);
+    void noteHeight(qsizetype unit, TableLayout const& table);
 
     LayoutContext const& m_context;
     TextRange m_range;
     TextWidths m_widths;
     Tables m_tables;
     std::vector<quint32> m_starts; // of the units, and the end of the last
-    HeightTree m_heights;
-    std::vector<bool> m_exact;
-    qsizetype m_inexact = 0;
-    qsizetype m_nextInexact = 0; // no unit before this one is inexact
-    qsizetype m_firstShown = 0; // by the last layOut()
-    qsizetype m_behindShown = 0;
+    HeightStack m_heights;
+    HeightStack::Span m_shown; // by the last layOut()
     double m_widestTable = 0; // of those laid out at these widths
     std::map<qsizetype, Paragraph> m_lines;
     std::map<qsizetype, std::unique_ptr<TableLayout>> m_tableLayouts;
