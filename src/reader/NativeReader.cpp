@@ -13,10 +13,8 @@ namespace Quillory {
 
 namespace {
 
-constexpr double smallestWidth = 330;
-constexpr double smallestStructuredWidth = 100;
-constexpr double widthOfCharacter = 0.65; // of the text size
-constexpr double widthBesideCode = 80;
+constexpr double widthOfCharacter = 0.65; // of the text size, wider than that of fixed-pitch fonts
+constexpr double widthBesideCode = 80; // points: the block's own margins and its button
 constexpr std::size_t mostKeptDocuments = 16;
 
 // In characters as a person counts them, which are never more than units.
@@ -33,11 +31,11 @@ qsizetype longestLine(QStringView text, qsizetype longest)
 
 NativeReader::NativeReader(LibraryStore& store, std::function<void()> dismiss, QWidget* parent)
     : m_store(store)
-    , m_dismiss(std::move(dismiss))
     , m_scrollView(new ReaderScrollView(store.executor(), parent))
     , m_folderObservation(store.generation.addNotifier([this] { forgetFolder(); }))
 {
     textView().onCopy = [this](QString const& text) { return m_store.copy(text); };
+    textView().onDismiss = std::move(dismiss);
     textView().onNavigate = [this](int offset) { m_store.selectAdjacent(offset); };
     textView().onOpenLink = [](QString const& link) { QDesktopServices::openUrl(QUrl(link)); };
 }
@@ -47,16 +45,11 @@ NativeReader::~NativeReader() = default;
 void NativeReader::update(Sheet const& sheet)
 {
     auto& view = textView();
-    view.onDismiss = m_dismiss;
     view.peekModifiers = m_store.peekModifiers;
     view.setLearningModeEnabled(m_store.learningModeEnabled);
-    m_scrollView->shortcuts = sheet.shortcuts;
-    m_scrollView->images = sheet.images;
-    m_scrollView->textSize = m_store.textSize;
     m_scrollView->window()->setWindowTitle(sheet.title);
     if (auto key = keyOf(sheet); m_documentKey != key)
         rebuild(sheet, std::move(key));
-    m_scrollView->layOutText();
     view.onScroll = [this, id = sheet.id](QPointF point) { m_store.scrollPositions.insert(id, point); };
     serveFind();
 }
@@ -76,7 +69,7 @@ void NativeReader::rebuild(Sheet const& sheet, DocumentKey key)
         storePlace();
     view.onScroll = nullptr;
     auto old = std::exchange(m_documentKey, key);
-    auto shown = view.exchangeDocument(documentFor(sheet, key));
+    auto shown = view.show(documentFor(sheet, key));
     view.setSelection({});
     restorePlace(sheet.id);
     // A sheet that is only shown anew will not come back as it was.
@@ -87,24 +80,21 @@ void NativeReader::rebuild(Sheet const& sheet, DocumentKey key)
 std::unique_ptr<ReaderDocument> NativeReader::documentFor(Sheet const& sheet, DocumentKey const& key)
 {
     auto const fonts = FontSet::ofDesktop();
-    // A structured sheet is rendered for the width that it is laid out at, others for any.
-    auto const isSame = [&](Kept const& kept) {
-        auto const& layout = kept.document->layout;
-        auto const fits = !sheet.shortcuts || layout.widths() == m_scrollView->textWidths();
-        return kept.key == key && fits && layout.fonts() == fonts;
-    };
-    std::unique_ptr<ReaderDocument> document;
+    auto const isSame = [&](Kept const& kept) { return kept.key == key && kept.document->layout().fonts() == fonts; };
     if (auto const known = std::ranges::find_if(m_kept, isSame); known != m_kept.end()) {
-        document = std::move(known->document);
+        auto document = std::move(known->document);
         m_kept.erase(known);
-        m_scrollView->minimumCodeWidth = minimumWidth(sheet, document->rendered);
-        document->layout.setWidths(m_scrollView->textWidths());
         return document;
     }
+    auto const width = textView().textWidth();
+    auto const& colors = textView().colors();
+    if (sheet.shortcuts) {
+        ReaderDocument::Shortcuts shortcuts { *sheet.shortcuts, sheet.images, m_store.textSize };
+        return std::make_unique<ReaderDocument>(std::move(shortcuts), width, fonts, colors);
+    }
     auto rendered = render(sheet);
-    m_scrollView->minimumCodeWidth = minimumWidth(sheet, rendered);
-    return std::make_unique<ReaderDocument>(
-        std::move(rendered), m_scrollView->textWidths(), fonts, textView().colors());
+    auto const codeWidth = minimumCodeWidth(rendered.copyTargets);
+    return std::make_unique<ReaderDocument>(std::move(rendered), codeWidth, width, fonts, colors);
 }
 
 void NativeReader::keep(Kept kept)
@@ -112,7 +102,7 @@ void NativeReader::keep(Kept kept)
     m_kept.push_front(std::move(kept));
     qsizetype characters = 0;
     auto const isTooMuch = [&](Kept const& each) {
-        characters += each.document->rendered.text.length();
+        characters += each.document->rendered().text.length();
         return characters > mostKept;
     };
     m_kept.erase(std::ranges::find_if(m_kept, isTooMuch), m_kept.end());
@@ -152,22 +142,18 @@ void NativeReader::forgetFolder()
 
 RenderedMarkdown NativeReader::render(Sheet const& sheet) const
 {
-    if (sheet.shortcuts)
-        return m_scrollView->renderedShortcuts();
     if (sheet.parsed)
         return MarkdownRenderer::render(*sheet.parsed, sheet.title, sheet.images, m_store.textSize);
     return MarkdownRenderer::render(sheet.source, sheet.title, sheet.images, m_store.textSize);
 }
 
-double NativeReader::minimumWidth(Sheet const& sheet, RenderedMarkdown const& rendered) const
+double NativeReader::minimumCodeWidth(CopyTargets const& targets) const
 {
-    if (sheet.shortcuts)
-        return smallestStructuredWidth;
     qsizetype longest = 0;
-    for (qsizetype target = 0; target < std::ssize(rendered.copyTargets); ++target)
-        longest = longestLine(rendered.copyTargets.text(target), longest);
+    for (qsizetype target = 0; target < std::ssize(targets); ++target)
+        longest = longestLine(targets.text(target), longest);
     auto const width = static_cast<double>(longest) * m_store.textSize * widthOfCharacter + widthBesideCode;
-    return std::clamp(width, smallestWidth, TextLayout::largestCodeWidth);
+    return std::clamp(width, ReaderDocument::smallestCodeWidth, TextLayout::largestCodeWidth);
 }
 
 void NativeReader::startAfresh()

@@ -19,7 +19,7 @@ namespace Quillory {
 // from the one shown, keeps the scroll position of each sheet, and serves find requests. GUI thread only.
 class NativeReader {
 public:
-    // Characters of the documents that are kept besides the one shown, so that a sheet seen before costs no rendering.
+    // Characters of the documents that are kept next to the one shown, so that a sheet seen before costs no rendering.
     static constexpr qsizetype mostKept = 4'000'000;
 
     // The store outlives the reader; `dismiss` closes it.
@@ -55,7 +55,8 @@ private:
     ReaderTextView& textView() const { return m_scrollView->textView(); }
     DocumentKey keyOf(Sheet const& sheet) const;
     RenderedMarkdown render(Sheet const& sheet) const;
-    double minimumWidth(Sheet const& sheet, RenderedMarkdown const& rendered) const;
+    // That code asks for, so that its longest line stays in one.
+    double minimumCodeWidth(CopyTargets const& targets) const;
     void rebuild(Sheet const& sheet, DocumentKey key);
     std::unique_ptr<ReaderDocument> documentFor(Sheet const& sheet, DocumentKey const& key);
     void keep(Kept kept);
@@ -65,7 +66,6 @@ private:
     void forgetFolder();
 
     LibraryStore& m_store;
-    std::function<void()> m_dismiss;
     ReaderScrollView* m_scrollView;
     std::optional<DocumentKey> m_documentKey; // of what is shown
     int m_lastFindRequest = -1; // already served

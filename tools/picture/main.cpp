@@ -84,8 +84,8 @@ void draw(Sheet const& sheet, QString const& path, QCommandLineParser const& opt
     if (!scroll.grab().save(path))
         fail(u"\"%1\" can't be written."_s.arg(path));
     QTextStream(stdout) << "content " << scroll.textView().contentSize().width() << " x "
-                        << scroll.textView().contentSize().height() << ", text " << scroll.textWidths().visible
-                        << " wide\n";
+                        << scroll.textView().contentSize().height() << ", text "
+                        << scroll.textView().textWidths().visible << " wide\n";
 }
 
 void tellRuns(QString const& path, int line, Qt::Orientation orientation)

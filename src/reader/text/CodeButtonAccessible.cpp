@@ -8,8 +8,6 @@ namespace Quillory {
 namespace {
 
 constexpr qsizetype labelCharacters = 50;
-constexpr double fromRight = 54;
-constexpr double fromTop = 4;
 
 }
 
@@ -57,9 +55,8 @@ QRect CodeButtonAccessible::rect() const
 {
     if (!isValid())
         return {};
-    auto const y = m_view->blockRectangle(m_target).top() + fromTop - m_view->scrollOrigin().y();
-    auto const corner = QPointF(m_view->width() - fromRight, y).toPoint();
-    return { m_view->mapToGlobal(corner), CodeCopyButton::fixedSize };
+    auto const top = m_view->blockRectangle(m_target).top() - m_view->scrollOrigin().y();
+    return { m_view->mapToGlobal(CodeBlock::buttonCorner(m_view->width(), top)), CodeCopyButton::fixedSize };
 }
 
 QAccessible::State CodeButtonAccessible::state() const

@@ -1,7 +1,5 @@
 #include "reader/text/ReaderScrollView.h"
 
-#include "textlayout/FontTextMeasure.h"
-
 #include <QEvent>
 #include <QScrollBar>
 
@@ -12,15 +10,13 @@ namespace Quillory {
 
 namespace {
 
-constexpr double besideText = 2 * ReaderTextView::inset;
-constexpr double narrowestRendering = 100;
-constexpr int scrollStep = 20;
+constexpr int scrollStep = 20; // points that one click on a bar's arrow scrolls
 
-// How far a bar goes. The shares of columns may add up to a trifle more than the width that they share.
+// How far a bar goes. The shares of columns may add up to slightly more than the width that they share.
 int farthest(double content, int page)
 {
-    constexpr double trifle = 0.01;
-    return std::max(0, static_cast<int>(std::ceil(content - trifle)) - page);
+    constexpr double tolerance = 0.01; // points
+    return std::max(0, static_cast<int>(std::ceil(content - tolerance)) - page);
 }
 
 }
@@ -38,39 +34,7 @@ ReaderScrollView::ReaderScrollView(Executor& executor, QWidget* parent)
     m_textView->setFocusProxy(nullptr);
     setFocusProxy(m_textView);
     connect(m_textView, &ReaderTextView::moved, this, &ReaderScrollView::updateScrollBars);
-    layOutText();
-}
-
-double ReaderScrollView::structuredWidth() const
-{
-    return std::max(contentWidth() - besideText, narrowestRendering);
-}
-
-TextWidths ReaderScrollView::textWidths() const
-{
-    return { structuredWidth(), std::max(contentWidth() - besideText, minimumCodeWidth) };
-}
-
-void ReaderScrollView::layOutText()
-{
-    auto const widths = textWidths();
-    if (widths == m_textView->textWidths())
-        return;
-    if (shortcuts)
-        m_textView->setRendered(renderedShortcuts(), widths);
-    else
-        m_textView->setTextWidths(widths);
-}
-
-RenderedMarkdown ReaderScrollView::renderedShortcuts()
-{
-    auto const fonts = FontSet::ofDesktop();
-    auto const isPrepared = m_prepared && m_prepared->sheet == *shortcuts && m_prepared->images == images
-        && m_prepared->textSize == textSize && m_prepared->fonts == fonts;
-    if (!isPrepared)
-        m_prepared.emplace(*shortcuts, images, textSize, fonts,
-            PreparedShortcuts(*shortcuts, images, textSize, FontTextMeasure(fonts)));
-    return m_prepared->shortcuts.render(structuredWidth());
+    updateScrollBars();
 }
 
 void ReaderScrollView::updateScrollBars()
@@ -100,7 +64,7 @@ void ReaderScrollView::scrollContentsBy(int dx, int dy)
     if (m_settingBars)
         return;
     if (dx == 0 && dy < 0 && verticalScrollBar()->value() == verticalScrollBar()->maximum())
-        return m_textView->scrollToEnd();
+        return m_textView->scrollToEnd(ReaderTextView::ToEnd::byPageWhenNear);
     auto const follow = [](double value, QScrollBar const& bar) {
         return qRound(value) == bar.value() ? value : bar.value();
     };
@@ -112,22 +76,7 @@ void ReaderScrollView::scrollContentsBy(int dx, int dy)
 // The text view takes its own events; the wheel turns the bars.
 bool ReaderScrollView::viewportEvent(QEvent* event)
 {
-    switch (event->type()) {
-    case QEvent::Wheel:
-        return QAbstractScrollArea::viewportEvent(event);
-    case QEvent::Resize:
-        layOutText();
-        return false;
-    default:
-        return false;
-    }
-}
-
-void ReaderScrollView::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::FontChange && shortcuts)
-        m_textView->setRendered(renderedShortcuts());
-    QAbstractScrollArea::changeEvent(event);
+    return event->type() == QEvent::Wheel && QAbstractScrollArea::viewportEvent(event);
 }
 
 }

@@ -1,9 +1,17 @@
 #include "reader/text/ReaderTextView.h"
 
+#include "reader/text/BlockPainter.h"
+#include "reader/text/EventModifiers.h"
 #include "reader/text/ReaderTextViewAccessible.h"
+#include "reader/text/SelectionPainting.h"
 #include "text/SearchFolding.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+#include <QPaintEvent>
+#include <QPainter>
 #include <QTimerEvent>
 
 #include <algorithm>
@@ -15,22 +23,32 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto idleSlice = 4ms;
+constexpr auto idleSlice = 4ms; // a quarter of a frame: keys and painting don't wait for more
 constexpr qsizetype foldedAtOnce = 2'048; // units, of which several steps fit into that time
+constexpr QSize firstSize { 440, 300 }; // points, until the view is laid out
 
-// Bottoms settle within a step or two; the bound keeps a faulty height from hanging the program.
+// Becoming exact may move the place that is scrolled to. Bottoms settle within a step or two; the bound keeps a faulty
+// height from hanging the program.
 constexpr int mostPasses = 8;
 
-constexpr double buttonRoom = 68; // kept free at the right edge of blocks
-constexpr double firstWidth = 440; // of the text, until the view is laid out
+// Until the step has nothing more to do.
+template<typename Step>
+void repeatInPasses(Step step)
+{
+    for (int pass = 0; pass < mostPasses; ++pass) {
+        if (!step())
+            return;
+    }
+}
 
 }
 
 ReaderTextView::ReaderTextView(Executor& executor, QWidget* parent)
     : QWidget(parent)
-    , m_executor(executor)
     , m_colors(ColorSet::fromPalette(palette()))
-    , m_document(std::make_unique<ReaderDocument>(RenderedMarkdown(), firstWidth, FontSet::ofDesktop(), m_colors))
+    , m_document(std::make_unique<ReaderDocument>(
+          RenderedMarkdown(), ReaderDocument::smallestCodeWidth, firstSize.width(), FontSet::ofDesktop(), m_colors))
+    , m_buttons(*this, executor)
 {
     ReaderTextViewAccessible::install();
     setAccessibleName(tr("Cheat sheet content"));
@@ -40,44 +58,31 @@ ReaderTextView::ReaderTextView(Executor& executor, QWidget* parent)
     setAttribute(Qt::WA_OpaquePaintEvent);
     // A mirrored view would start at the far end of text wider than itself.
     setLayoutDirection(Qt::LeftToRight);
-    resize(440, 300);
+    resize(firstSize);
+    m_buttons.onClick = [this](qsizetype target) { copyTarget(target); };
+    m_buttons.onCopiedChanged = [this] { Q_EMIT copiedChanged(); };
 }
 
 ReaderTextView::~ReaderTextView() = default;
 
-void ReaderTextView::setRendered(RenderedMarkdown rendered)
+std::unique_ptr<ReaderDocument> ReaderTextView::show(std::unique_ptr<ReaderDocument> document)
 {
-    take(std::make_unique<ReaderDocument>(std::move(rendered), textWidths(), FontSet::ofDesktop(), m_colors));
-}
-
-void ReaderTextView::setRendered(RenderedMarkdown rendered, TextWidths const& widths)
-{
-    auto const anchor = m_document->layout.anchorAt(m_origin.y() - inset);
-    auto document = std::make_unique<ReaderDocument>(std::move(rendered), widths, FontSet::ofDesktop(), m_colors);
-    // At the very top there is nothing above that could push the first line away, spacing and inset included.
-    if (m_origin.y() > 0)
-        m_origin.setY(std::max(0.0, document->layout.positionOf(anchor) + inset));
-    take(std::move(document));
-}
-
-std::unique_ptr<ReaderDocument> ReaderTextView::exchangeDocument(std::unique_ptr<ReaderDocument> document)
-{
-    auto old = std::move(m_document);
-    old->layout.forgetLines();
-    take(std::move(document));
+    document->fit(textWidth(), m_colors);
+    auto old = std::exchange(m_document, std::move(document));
+    old->leave();
+    takeUpText();
     return old;
 }
 
-void ReaderTextView::take(std::unique_ptr<ReaderDocument> document)
+// The text is another one: nothing that was noted of the old one holds.
+void ReaderTextView::takeUpText()
 {
-    m_document = std::move(document);
-    m_buttonsDirty = true;
-    m_press.drag = Drag::none;
-    m_columnOfMoves.reset();
+    m_buttons.clear();
+    m_pointer.cancel();
+    m_commands.forgetColumn();
     setSelection(m_selection);
     layOut();
-    layoutCodeButtons();
-    updateCopyActions();
+    Q_EMIT targetsChanged();
 }
 
 void ReaderTextView::setLearningModeEnabled(bool isEnabled)
@@ -86,34 +91,15 @@ void ReaderTextView::setLearningModeEnabled(bool isEnabled)
         return;
     m_learningModeEnabled = isEnabled;
     m_pasteboard.setLearningModeEnabled(isEnabled);
-    showCopied({});
-    layoutCodeButtons();
-    updateCopyActions();
+    m_buttons.setLook(isEnabled, m_colors);
+    m_buttons.showNoneCopied();
+    Q_EMIT targetsChanged();
 }
 
 void ReaderTextView::startAfresh()
 {
     setSelection({});
-    showCopied({});
-}
-
-void ReaderTextView::updateCopyActions()
-{
-    Q_EMIT targetsChanged();
-}
-
-void ReaderTextView::setTextWidths(TextWidths const& widths)
-{
-    if (widths == textWidths())
-        return;
-    auto& layout = m_document->layout;
-    m_columnOfMoves.reset();
-    // At the very top there is nothing above that could push the first line away, spacing and inset included.
-    auto const anchor = layout.anchorAt(m_origin.y() - inset);
-    layout.setWidths(widths);
-    if (m_origin.y() > 0)
-        m_origin.setY(std::max(0.0, layout.positionOf(anchor) + inset));
-    layOut();
+    m_buttons.showNoneCopied();
 }
 
 void ReaderTextView::setScrollOrigin(QPointF origin)
@@ -122,36 +108,39 @@ void ReaderTextView::setScrollOrigin(QPointF origin)
     layOut();
 }
 
-void ReaderTextView::scrollToEnd()
+void ReaderTextView::scrollToEnd(ToEnd how)
 {
     auto const start = m_origin.y();
-    auto const end = [this] { return constrained({ 0, contentSize().height() }).y(); };
-    auto const isNear = end() - start <= height();
-    auto const target = [&] { return isNear ? std::min(end(), start + height()) : end(); };
-    for (int pass = 0; pass < mostPasses && m_origin.y() < target(); ++pass)
-        setScrollOrigin({ m_origin.x(), target() });
+    auto const isOnePage = how == ToEnd::byPageWhenNear && endOfScrolling() - start <= height();
+    repeatInPasses([&] {
+        auto const target = isOnePage ? std::min(endOfScrolling(), start + height()) : endOfScrolling();
+        if (m_origin.y() >= target)
+            return false;
+        setScrollOrigin({ m_origin.x(), target });
+        return true;
+    });
 }
 
 TextAnchor ReaderTextView::scrollAnchor()
 {
-    return m_document->layout.anchorAt(m_origin.y() - inset);
+    return m_document->layout().anchorAt(m_origin.y() - inset);
 }
 
 void ReaderTextView::setScrollAnchor(TextAnchor const& anchor, double x)
 {
     // What lies below the line becomes exact on the way, and only then is it known how far the text reaches.
-    for (int pass = 0; pass < mostPasses; ++pass) {
+    repeatInPasses([&] {
         auto const before = m_origin;
-        QPointF const wanted(x, m_document->layout.positionOf(anchor) + inset);
+        QPointF const wanted(x, m_document->layout().positionOf(anchor) + inset);
         setScrollOrigin(wanted);
-        if (m_origin == wanted || m_origin == before)
-            return;
-    }
+        return m_origin != wanted && m_origin != before;
+    });
 }
 
 QSizeF ReaderTextView::contentSize() const
 {
-    return { m_document->layout.usedWidth() + 2 * inset, m_document->layout.height() + 2 * inset };
+    auto const& layout = m_document->layout();
+    return { layout.usedWidth() + 2 * inset, layout.height() + 2 * inset };
 }
 
 QPointF ReaderTextView::constrained(QPointF origin) const
@@ -165,15 +154,13 @@ QPointF ReaderTextView::constrained(QPointF origin) const
 void ReaderTextView::layOut()
 {
     auto origin = m_origin;
-    for (int pass = 0; pass < mostPasses; ++pass) {
-        auto const correction = m_document->layout.layOutVisible(origin.y() - inset, height());
-        auto const next = constrained(origin + QPointF(0, correction));
-        if (next == origin)
-            break;
-        origin = next;
-    }
+    repeatInPasses([&] {
+        auto const correction = m_document->layout().layOutVisible(origin.y() - inset, height());
+        auto const before = std::exchange(origin, constrained(origin + QPointF(0, correction)));
+        return origin != before;
+    });
     moveOrigin(origin);
-    layoutCodeButtons();
+    layOutButtons();
     Q_EMIT moved();
     update();
     startIdleWork();
@@ -191,33 +178,34 @@ void ReaderTextView::moveOrigin(QPointF origin)
 
 void ReaderTextView::startIdleWork()
 {
-    if ((!m_document->layout.isExact() || !m_document->folded.isComplete()) && !m_idle.isActive())
+    if ((!m_document->layout().isExact() || !m_document->folded().isComplete()) && !m_idle.isActive())
         m_idle.start(0, this);
 }
 
 void ReaderTextView::doIdleWork()
 {
     // A person may look for something at once; heights that are estimates do no harm.
-    if (!m_document->folded.isComplete())
+    if (!m_document->folded().isComplete())
         foldSome();
-    else if (!m_document->layout.isExact())
+    else if (!m_document->layout().isExact())
         makeSomeExact();
-    if (m_document->folded.isComplete() && m_document->layout.isExact())
+    if (m_document->folded().isComplete() && m_document->layout().isExact())
         m_idle.stop();
 }
 
 void ReaderTextView::foldSome()
 {
+    auto& folded = m_document->folded();
     QDeadlineTimer const deadline(idleSlice, Qt::PreciseTimer);
     do
-        m_document->folded.foldSome(foldedAtOnce);
-    while (!m_document->folded.isComplete() && !deadline.hasExpired());
+        folded.foldSome(foldedAtOnce);
+    while (!folded.isComplete() && !deadline.hasExpired());
 }
 
 void ReaderTextView::makeSomeExact()
 {
-    auto const atEnd = m_origin.y() > 0 && m_origin.y() >= constrained({ 0, contentSize().height() }).y() - 1;
-    auto const result = m_document->layout.makeSomeExact(m_origin.y() - inset, idleSlice);
+    auto const atEnd = m_origin.y() > 0 && m_origin.y() >= endOfScrolling() - 1;
+    auto const result = m_document->layout().makeSomeExact(m_origin.y() - inset, idleSlice);
     auto const origin = m_origin + QPointF(0, result.correction);
     auto const next = constrained(origin);
     moveOrigin(next);
@@ -227,14 +215,17 @@ void ReaderTextView::makeSomeExact()
     else
         Q_EMIT moved();
     if (result.correction != 0)
-        layoutCodeButtons();
+        layOutButtons();
 }
 
 bool ReaderTextView::event(QEvent* event)
 {
-    if (event->type() == QEvent::ApplicationFontChange && FontSet::ofDesktop() != m_document->layout.fonts())
-        setRendered(std::exchange(m_document->rendered, {}));
-    if (event->type() == QEvent::ShortcutOverride && commandOf(*static_cast<QKeyEvent*>(event))) {
+    auto const isFontChange = event->type() == QEvent::ApplicationFontChange || event->type() == QEvent::FontChange;
+    if (isFontChange && FontSet::ofDesktop() != fonts()) {
+        m_document->setFonts(FontSet::ofDesktop(), m_colors);
+        takeUpText();
+    }
+    if (event->type() == QEvent::ShortcutOverride && m_commands.claims(*static_cast<QKeyEvent*>(event))) {
         event->accept();
         return true;
     }
@@ -245,25 +236,77 @@ void ReaderTextView::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::PaletteChange) {
         m_colors = ColorSet::fromPalette(palette());
-        refreshButtons();
+        m_buttons.setLook(m_learningModeEnabled, m_colors);
         update();
     }
     QWidget::changeEvent(event);
 }
 
+// At another width the line at the top stays there.
 void ReaderTextView::resizeEvent(QResizeEvent*)
 {
-    layOut();
+    if (m_document->fits(textWidth()))
+        return layOut();
+    auto const anchor = m_document->layout().anchorAt(m_origin.y() - inset);
+    auto const change = m_document->fit(textWidth(), m_colors);
+    // At the very top there is nothing above that could push the first line away, spacing and inset included.
+    if (m_origin.y() > 0)
+        m_origin.setY(std::max(0.0, m_document->layout().positionOf(anchor) + inset));
+    m_commands.forgetColumn();
+    if (change == ReaderDocument::Change::rendered)
+        takeUpText();
+    else
+        layOut();
 }
 
 void ReaderTextView::timerEvent(QTimerEvent* event)
 {
     if (event->timerId() == m_idle.timerId())
         doIdleWork();
-    else if (event->timerId() == m_autoScroll.timerId())
-        extendSelection(m_dragPoint);
     else
         QWidget::timerEvent(event);
+}
+
+ModifierFlags ReaderTextView::modifiersWithoutPeek(Qt::KeyboardModifiers modifiers) const
+{
+    return without(modifierFlags(modifiers), peekModifiers);
+}
+
+void ReaderTextView::keyPressEvent(QKeyEvent* event)
+{
+    if (!m_commands.perform(*event))
+        event->ignore();
+}
+
+void ReaderTextView::mousePressEvent(QMouseEvent* event)
+{
+    if (event->button() != Qt::LeftButton)
+        return;
+    m_commands.forgetColumn();
+    m_pointer.press(*event);
+}
+
+void ReaderTextView::mouseMoveEvent(QMouseEvent* event)
+{
+    m_pointer.move(*event);
+}
+
+void ReaderTextView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_pointer.release(*event);
+}
+
+std::unique_ptr<QMenu> ReaderTextView::makeMenu() const
+{
+    return m_commands.makeMenu();
+}
+
+void ReaderTextView::contextMenuEvent(QContextMenuEvent* event)
+{
+    auto* const menu = makeMenu().release();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(event->globalPos());
 }
 
 void ReaderTextView::setSelection(TextSelection selection)
@@ -276,26 +319,22 @@ void ReaderTextView::setSelection(TextSelection selection)
     Q_EMIT selectionChanged();
 }
 
-qsizetype ReaderTextView::characterIndexAt(QPointF point) const
-{
-    return m_document->layout.characterIndexAt(point - QPointF(inset, inset));
-}
-
 QRectF ReaderTextView::boundingRect(TextRange range) const
 {
-    return m_document->layout.boundingRect(range.location, range.length).translated(inset, inset);
+    return m_document->layout().boundingRect(range.location, range.length).translated(inset, inset);
 }
 
 // Heights on the way to a place far off become exact only there, which may move it: hence several passes.
 void ReaderTextView::scrollToVisible(TextRange range, ScrollTo where)
 {
-    auto const target = m_document->targetAt(range.location);
-    auto const room = target && m_document->rendered.copyTargets.isBlock(*target) ? buttonRoom : inset;
-    for (int pass = 0; pass < mostPasses; ++pass) {
+    auto const target = targetAt(range.location);
+    auto const room = target && rendered().copyTargets.isBlock(*target) ? CodeBlock::buttonRoom : inset;
+    repeatInPasses([&] {
         auto const rect = boundingRect(range);
         auto origin = m_origin;
-        auto const isBesides = rect.top() < origin.y() || rect.bottom() > origin.y() + height();
-        if (isBesides && where == ScrollTo::middle && pass == 0)
+        auto const isOutside = rect.top() < origin.y() || rect.bottom() > origin.y() + height();
+        auto const first = std::exchange(where, ScrollTo::nearest);
+        if (isOutside && first == ScrollTo::middle)
             origin.setY(rect.center().y() - height() / 2.0);
         else if (rect.top() < origin.y() || rect.height() > height())
             origin.setY(rect.top() - inset);
@@ -309,16 +348,17 @@ void ReaderTextView::scrollToVisible(TextRange range, ScrollTo where)
             origin.setX(std::min(rect.left() - 2 * inset, rect.right() + room - width()));
         origin = constrained(origin);
         if (origin == m_origin)
-            return;
+            return false;
         setScrollOrigin(origin);
-    }
+        return true;
+    });
 }
 
 bool ReaderTextView::findNext(QString const& query, bool backwards)
 {
     using Direction = FoldedText::Direction;
     auto const folded = foldedForSearch(query);
-    auto& text = m_document->folded;
+    auto& text = m_document->folded();
     auto const direction = backwards ? Direction::backwards : Direction::forwards;
     auto match = backwards ? text.find(folded, 0, m_selection.start(), direction)
                            : text.find(folded, m_selection.end(), length(), direction);
@@ -326,9 +366,96 @@ bool ReaderTextView::findNext(QString const& query, bool backwards)
         match = text.find(folded, 0, length(), direction);
     if (!match)
         return false;
-    setSelection({ match->location, match->location + match->length });
-    scrollToVisible({ match->location, match->length }, ScrollTo::middle);
+    setSelection({ match->location, match->end() });
+    scrollToVisible(*match, ScrollTo::middle);
     return true;
+}
+
+bool ReaderTextView::copyTarget(qsizetype index)
+{
+    if (m_learningModeEnabled || index < 0 || index >= m_document->targetCount() || !onCopy)
+        return false;
+    if (!onCopy(m_document->target(index).text))
+        return false;
+    m_buttons.showCopied(index);
+    return true;
+}
+
+void ReaderTextView::copy()
+{
+    m_pasteboard.write(QClipboard::Clipboard, rendered().text, m_selection.range());
+}
+
+void ReaderTextView::offerPrimarySelection() const
+{
+    m_pasteboard.write(QClipboard::Selection, rendered().text, m_selection.range());
+}
+
+std::unique_ptr<QMimeData> ReaderTextView::selectionData() const
+{
+    return m_pasteboard.data(rendered().text, m_selection.range());
+}
+
+void ReaderTextView::selectAll()
+{
+    setSelection({ 0, length() });
+    offerPrimarySelection();
+}
+
+QRectF ReaderTextView::blockRectangle(qsizetype targetIndex) const
+{
+    if (targetIndex < 0 || targetIndex >= m_document->targetCount())
+        return {};
+    auto const glyphs = boundingRect(rendered().copyTargets.range(targetIndex));
+    auto const width = std::min(textWidth(), textWidths().container);
+    return { m_origin.x() + inset, glyphs.top() - CodeBlock::margin, width,
+        std::max(glyphs.height() + 2 * CodeBlock::margin, CodeBlock::smallestHeight) };
+}
+
+std::vector<CodeBlock> ReaderTextView::blocksIn(QRectF const& visible) const
+{
+    auto const margin = CodeBlock::smallestHeight; // a block may reach that far beyond its text
+    auto const shown = m_document->layout().textRangeFor(
+        visible.top() - inset - margin, visible.bottom() - inset + margin);
+    auto const [first, end] = m_document->blocksIn(shown);
+    std::vector<CodeBlock> blocks;
+    for (auto block = first; block < end; ++block) {
+        auto const target = blockTargets()[block];
+        if (auto const rectangle = blockRectangle(target); rectangle.intersects(visible))
+            blocks.push_back({ target, rectangle });
+    }
+    return blocks;
+}
+
+void ReaderTextView::layOutButtons()
+{
+    m_buttons.layOut(blocksIn(QRectF(m_origin, QSizeF(size()))), *m_document, m_origin);
+    update();
+}
+
+void ReaderTextView::paintEvent(QPaintEvent* event)
+{
+    QPainter painter(this);
+    painter.fillRect(event->rect(), ReaderColors::surface.resolved(m_colors.appearance));
+    // Whole pixels of the device keep lines and glyphs sharp.
+    auto const scale = devicePixelRatioF();
+    QPointF const origin(std::round(m_origin.x() * scale) / scale, std::round(m_origin.y() * scale) / scale);
+    auto const visible = QRectF(event->rect()).translated(origin);
+    BlockPainter const blocks(blocksIn(visible), m_colors.appearance);
+    painter.translate(-origin);
+    painter.setRenderHint(QPainter::Antialiasing);
+    blocks.paintBackgrounds(painter);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.save();
+    painter.translate(inset, inset);
+    auto const ofText = visible.translated(-inset, -inset);
+    m_document->layout().paint(painter, ofText, m_colors);
+    if (!m_selection.isEmpty())
+        paintSelection(painter, m_document->layout().selectionRects(m_selection.range(), ofText),
+            palette().color(QPalette::Active, QPalette::Highlight), m_colors.appearance);
+    painter.restore();
+    painter.setRenderHint(QPainter::Antialiasing);
+    blocks.paintEdges(painter, m_origin.x(), width());
 }
 
 }

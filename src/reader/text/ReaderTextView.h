@@ -2,15 +2,17 @@
 
 #include "platform/Executor.h"
 #include "platform/ModifierFlags.h"
+#include "reader/text/CodeButtons.h"
 #include "reader/text/CodeCopyButton.h"
 #include "reader/text/ReaderDocument.h"
 #include "reader/text/SelectionPasteboard.h"
+#include "reader/text/TextCommands.h"
+#include "reader/text/TextPointer.h"
 #include "reader/text/TextSelection.h"
 
 #include <QBasicTimer>
 #include <QWidget>
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,9 +29,9 @@ class ReaderTextView : public QWidget {
     Q_OBJECT
 public:
     static constexpr double inset = 16; // of the text, on all sides
-    static constexpr std::chrono::milliseconds feedbackTime { 1500 };
 
     enum class ScrollTo { nearest, middle };
+    enum class ToEnd { always, byPageWhenNear };
 
     // Puts a target's text onto the clipboard; true when it is there.
     std::function<bool(QString const&)> onCopy;
@@ -40,31 +42,29 @@ public:
     std::function<void(QPointF)> onScroll;
     std::function<void(QString const&)> onOpenLink;
 
-    ModifierFlags peekModifiers = ModifierFlags::none; // held for a running peek
+    ModifierFlags peekModifiers = ModifierFlags::none; // held for a running peek; NativeReader writes them
 
     // The executor outlives the view.
     explicit ReaderTextView(Executor& executor, QWidget* parent = nullptr);
     ~ReaderTextView() override;
 
-    RenderedMarkdown const& rendered() const { return m_document->rendered; }
-    // The scroll origin and the selection stay, as far as the new text reaches.
-    void setRendered(RenderedMarkdown rendered);
-    // The same text rendered for other widths: the line at the top stays there instead.
-    void setRendered(RenderedMarkdown rendered, TextWidths const& widths);
-    // Shows another document, at the widths that it is laid out for, and hands back the one shown now.
-    std::unique_ptr<ReaderDocument> exchangeDocument(std::unique_ptr<ReaderDocument> document);
+    // Shows another document, fitted to the view, and hands back the one shown before. The scroll origin and the selection
+    // stay, as far as the new text reaches.
+    std::unique_ptr<ReaderDocument> show(std::unique_ptr<ReaderDocument> document);
+    using QWidget::show;
+    RenderedMarkdown const& rendered() const { return m_document->rendered(); }
+    // That the text has, in points.
+    double textWidth() const { return width() - 2 * inset; }
+    TextWidths const& textWidths() const { return m_document->layout().widths(); }
 
     bool learningModeEnabled() const { return m_learningModeEnabled; }
     void setLearningModeEnabled(bool isEnabled);
 
-    TextWidths const& textWidths() const { return m_document->layout.widths(); }
-    void setTextWidths(TextWidths const& widths);
-
     // The point of the content that stands at the view's top left corner, always within what can be scrolled to.
     QPointF scrollOrigin() const { return m_origin; }
     void setScrollOrigin(QPointF origin);
-    // Down to the end, wherever it turns out to be once it is laid out; past no more than one page when it seemed near.
-    void scrollToEnd();
+    // Down to the end, wherever it turns out to be once it is laid out; or no more than one page, when it seemed near.
+    void scrollToEnd(ToEnd how);
     QPointF constrained(QPointF origin) const;
     QSizeF contentSize() const;
     // The line at the top, which heights that change don't move.
@@ -83,31 +83,35 @@ public:
 
     // The one road by which a target is copied. True when its text is on the clipboard.
     bool copyTarget(qsizetype index);
-    // Puts the selected text onto the clipboard.
+    // Puts the selected text onto the clipboard, and where the middle button takes it from.
     void copy();
+    void offerPrimarySelection() const;
+    // For a drag. Null when the selection must not leave.
+    std::unique_ptr<QMimeData> selectionData() const;
     void selectAll();
 
-    // The area behind a target's text, in points of the content. Empty for an index that is none.
+    // The area around a target's text, in points of the content. Empty when out of range.
     QRectF blockRectangle(qsizetype targetIndex) const;
     // The buttons of the blocks in sight, in the order of the text.
-    std::vector<CodeCopyButton*> const& codeButtons() const { return m_codeButtons; }
-    std::optional<qsizetype> copiedTarget() const { return m_copiedTarget; }
-
+    std::vector<CodeCopyButton*> const& codeButtons() const { return m_buttons.inSight(); }
+    std::optional<qsizetype> copiedTarget() const { return m_buttons.copied(); }
     // The positions of the targets that are blocks.
-    std::vector<qsizetype> const& blockTargets() const { return m_document->blocks; }
+    std::vector<qsizetype> const& blockTargets() const { return m_document->blocks(); }
 
-    FontSet const& fonts() const { return m_document->layout.fonts(); }
+    FontSet const& fonts() const { return m_document->layout().fonts(); }
     ColorSet const& colors() const { return m_colors; }
+    ModifierFlags modifiersWithoutPeek(Qt::KeyboardModifiers modifiers) const;
 
-    // The character at a point of the content, and the place between characters that is nearest to it.
-    qsizetype characterIndexAt(QPointF point) const;
-    qsizetype insertionIndexAt(QPointF point) const;
-    // In points of the content.
+    // As those of ReaderDocument and its layout, at points of the content.
+    qsizetype characterIndexAt(QPointF point) const { return m_document->layout().characterIndexAt(toText(point)); }
+    qsizetype insertionIndexAt(QPointF point) const { return m_document->insertionIndexAt(toText(point)); }
+    std::optional<qsizetype> characterUnder(QPointF point) const { return m_document->characterUnder(toText(point)); }
+    QString linkAt(QPointF point) const { return m_document->linkAt(toText(point)); }
+    std::optional<qsizetype> targetAt(qsizetype character) const { return m_document->targetAt(character); }
     QRectF boundingRect(TextRange range) const;
-    TextRange lineRange(qsizetype position) const { return m_document->layout.lineRange(position); }
+    TextRange lineRange(qsizetype position) const { return m_document->layout().lineRange(position); }
 
-    // Of the item's choice: "Copy", "Select All", then one item a target. In Learning Mode nothing but why.
-    std::unique_ptr<QMenu> makeMenu();
+    std::unique_ptr<QMenu> makeMenu() const;
 
     // Everything is known of the text and nothing more is going on.
     bool isSettled() const { return !m_idle.isActive(); }
@@ -133,81 +137,31 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    enum class Granularity { characters, words, lines };
-    enum class Command { copy, selectAll };
-    enum class Drag { none, selecting, text };
-    struct Press {
-        QPointF location; // in points of the view
-        quint64 timestamp = 0;
-        int clickCount = 0;
-        bool hadSelection = false;
-        Drag drag = Drag::none;
-        TextRange unit; // what the click selected, from which a drag goes on
-    };
-    // Where a key moves an end of the selection from and to.
-    struct Move {
-        qsizetype start = 0;
-        qsizetype head = 0;
-        bool extends = false;
-    };
+    static QPointF toText(QPointF point) { return point - QPointF(inset, inset); }
+    qsizetype length() const { return rendered().text.length(); }
+    double endOfScrolling() const { return constrained({ 0, contentSize().height() }).y(); }
 
-    QString const& string() const { return m_document->rendered.text.string(); }
-    qsizetype length() const { return string().size(); }
-    QPointF toContent(QPointF point) const { return point + m_origin; }
-
-    void take(std::unique_ptr<ReaderDocument> document);
+    void takeUpText();
     void layOut();
     void moveOrigin(QPointF origin);
     void startIdleWork();
     void doIdleWork();
     void foldSome();
     void makeSomeExact();
+    std::vector<CodeBlock> blocksIn(QRectF const& visible) const;
+    void layOutButtons();
 
-    void layoutCodeButtons();
-    void updateCopyActions();
-    void showCopied(std::optional<qsizetype> target);
-    void refreshButtons();
-    template<typename Visit>
-    void forEachVisibleBlock(QRectF const& visible, Visit visit) const;
-    void paintBlocks(QPainter& painter, QRectF const& visible) const;
-    void paintSelection(QPainter& painter, QRectF const& visible) const;
-    void paintStrips(QPainter& painter, QRectF const& visible) const;
-
-    ModifierFlags modifiersWithoutPeek(Qt::KeyboardModifiers modifiers) const;
-    std::optional<Command> commandOf(QKeyEvent const& event) const;
-    bool scrollByKey(QKeyEvent const& event);
-    std::optional<Move> moveOf(QKeyEvent const& event);
-    qsizetype startOfMoves();
-    qsizetype verticalMove(qsizetype head, double distance);
-    void applyMove(Move const& move);
-
-    int clickCountOf(QMouseEvent const& event) const;
-    TextRange unitAt(qsizetype position, Granularity granularity) const;
-    void extendSelection(QPointF point);
-    void startTextDrag();
-    void finishClick(QMouseEvent const& event);
-    bool holdsCharacter(qsizetype index, QPointF point) const;
-    QString linkAt(QPointF point) const;
-    void updateCursor(QPointF point);
-    void offerPrimarySelection() const;
-
-    Executor& m_executor;
     ColorSet m_colors;
     std::unique_ptr<ReaderDocument> m_document;
     QPointF m_origin;
-    QPointF m_toldOrigin; // which a change of width leaves behind until all is laid out
+    QPointF m_toldOrigin; // which a change of width leaves where it was until all is laid out
     TextSelection m_selection;
     SelectionPasteboard m_pasteboard;
     bool m_learningModeEnabled = false;
-    std::vector<CodeCopyButton*> m_codeButtons;
-    bool m_buttonsDirty = true;
-    std::optional<qsizetype> m_copiedTarget;
-    Registration m_feedbackTask;
-    Press m_press;
-    QPointF m_dragPoint;
-    std::optional<double> m_columnOfMoves; // where moves up and down stay
+    CodeButtons m_buttons;
+    TextCommands m_commands { *this };
+    TextPointer m_pointer { *this };
     QBasicTimer m_idle;
-    QBasicTimer m_autoScroll;
 };
 
 }

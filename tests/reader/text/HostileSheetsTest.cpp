@@ -67,7 +67,7 @@ protected:
                     .shortcuts = { { { { { u"command"_s }, u"p"_s }, { {}, nasty() } } } } });
             sheet.sections.append(added);
         }
-        return ShortcutRenderer::render(sheet, {}, scroll.structuredWidth(), 16, FontTextMeasure(view.fonts()));
+        return ShortcutRenderer::render(sheet, {}, view.textWidth(), 16, FontTextMeasure(view.fonts()));
     }
 
     void expectWholeTargets()
@@ -133,7 +133,7 @@ protected:
 
 TEST_F(HostileSheetsTest, Keycaps_and_skin_tones_are_one_picture_each)
 {
-    view.setRendered(sheet(u"1\uFE0F\u20E3 1\u20E3 \U0001F44D\U0001F3FD\U0001F44D"_s));
+    show(sheet(u"1\uFE0F\u20E3 1\u20E3 \U0001F44D\U0001F3FD\U0001F44D"_s));
     auto const width = [this](qsizetype from, qsizetype length) { return view.boundingRect({ from, length }).width(); };
     EXPECT_GT(width(4, 2), 4 * width(3, 1)) << "a picture around the digit";
     EXPECT_NEAR(width(0, 3), width(4, 2), 1) << "not one beside it";
@@ -146,7 +146,7 @@ TEST_F(HostileSheetsTest, Ranges_places_clicks_and_finds_stay_whole)
         scroll.resize(200 + dice(5) * 150, 400);
         auto const isStructured = round % 4 == 3;
         auto const source = isStructured ? QString() : markdown();
-        view.setRendered(isStructured ? structured() : MarkdownRenderer::render(source, {}, {}, 16));
+        show(isStructured ? structured() : MarkdownRenderer::render(source, {}, {}, 16));
         std::set<qsizetype> borders { 0 };
         QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, string());
         while (finder.toNextBoundary() >= 0)

@@ -22,7 +22,7 @@ TEST_F(ReaderTextViewTest, A_click_copies_what_lies_under_it_and_nothing_else_do
         QPointF moved;
         QStringList copied;
     };
-    view.setRendered(sheet(u"Say $ls -l$ then $mmmm$ and go\n>code in a block"_s));
+    show(sheet(u"Say $ls -l$ then $mmmm$ and go\n>code in a block"_s));
     auto const inline1 = pointAt(u"ls -l"_s);
     auto const inline2 = pointAt(u"mmmm"_s);
     auto const behindText = pointAt(u"go"_s) + QPointF(120, 0);
@@ -64,7 +64,7 @@ TEST_F(ReaderTextViewTest, A_click_copies_what_lies_under_it_and_nothing_else_do
 
 TEST_F(ReaderTextViewTest, The_copied_look_is_that_of_the_last_copy_and_ends_in_time)
 {
-    view.setRendered(sheet(u">first\n>second"_s));
+    show(sheet(u">first\n>second"_s));
     ASSERT_EQ(view.codeButtons().size(), 2U);
     view.codeButtons()[0]->click();
     EXPECT_THAT(copiedButtons(), ElementsAre(0));
@@ -91,14 +91,14 @@ TEST_F(ReaderTextViewTest, The_copied_look_is_that_of_the_last_copy_and_ends_in_
 
     view.setLearningModeEnabled(false);
     EXPECT_TRUE(view.copyTarget(1));
-    view.setRendered(sheet(u">other\n>text"_s));
+    show(sheet(u">other\n>text"_s));
     EXPECT_THAT(copiedButtons(), IsEmpty());
     EXPECT_EQ(executor.pendingTimers(), 0U);
 }
 
 TEST_F(ReaderTextViewTest, A_hundred_thousand_blocks_have_buttons_where_they_show_alone)
 {
-    view.setRendered(sheet(u">code\n"_s.repeated(100'000)));
+    show(sheet(u">code\n"_s.repeated(100'000)));
     auto const check = [&] {
         auto const& buttons = view.codeButtons();
         ASSERT_FALSE(buttons.empty());
@@ -139,7 +139,7 @@ TEST_F(ReaderTextViewTest, Selected_text_is_copied_with_tabs_for_cells_without_p
     auto* const clipboard = QGuiApplication::clipboard();
     clipboard->setText(u"before"_s);
     auto const expectCopied = [&](RenderedMarkdown const& rendered, bool isLearning, QString const& expected) {
-        view.setRendered(rendered);
+        show(rendered);
         view.setLearningModeEnabled(isLearning);
         QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
@@ -154,7 +154,7 @@ TEST_F(ReaderTextViewTest, Selected_text_is_copied_with_tabs_for_cells_without_p
 
 TEST_F(ReaderTextViewTest, The_menu_has_an_item_for_each_target_in_order)
 {
-    view.setRendered(sheet(u"$a && b$ and $%1$\n>code"_s.arg(u"x"_s.repeated(60))));
+    show(sheet(u"$a && b$ and $%1$\n>code"_s.arg(u"x"_s.repeated(60))));
     auto menu = view.makeMenu();
     QStringList titles;
     for (auto const* const action : menu->actions())
@@ -166,7 +166,7 @@ TEST_F(ReaderTextViewTest, The_menu_has_an_item_for_each_target_in_order)
     menu->actions()[4]->trigger();
     EXPECT_THAT(copied, ElementsAre(u"x"_s.repeated(60)));
     auto* const stale = menu->actions()[5];
-    view.setRendered(sheet(u"$only$"_s));
+    show(sheet(u"$only$"_s));
     stale->trigger();
     EXPECT_EQ(copied.size(), 1);
 

@@ -72,10 +72,10 @@ protected:
     {
         return view.rendered().text.string().mid(view.selection().start(), view.selection().length());
     }
-    void setMinimumCodeWidth(double width)
+    void show(RenderedMarkdown rendered, double minimumCodeWidth = ReaderDocument::smallestCodeWidth)
     {
-        scroll.minimumCodeWidth = width;
-        scroll.layOutText();
+        view.show(std::make_unique<ReaderDocument>(
+            std::move(rendered), minimumCodeWidth, view.textWidth(), view.fonts(), view.colors()));
     }
 
     qsizetype positionOf(QString const& text) const { return view.rendered().text.string().indexOf(text); }

@@ -21,7 +21,7 @@ struct KeyStep {
 
 TEST_F(ReaderTextViewTest, Keys_scroll_by_geometry)
 {
-    view.setRendered(paragraphs(300));
+    show(paragraphs(300));
     settle();
     KeyStep const steps[] {
         { "Down", Qt::Key_Down, {}, 1000, 40 },
@@ -53,7 +53,7 @@ TEST_F(ReaderTextViewTest, End_and_the_bar_at_its_end_reach_the_end_of_a_text_no
 {
     for (auto const byKey : { true, false }) {
         view.setScrollOrigin({});
-        view.setRendered(paragraphs(3000));
+        show(paragraphs(3000));
         if (byKey)
             QTest::keyClick(&view, Qt::Key_End);
         else
@@ -69,7 +69,7 @@ TEST_F(ReaderTextViewTest, Keys_navigate_dismiss_and_move_the_selection)
     std::string steps;
     view.onNavigate = [&](int step) { steps += step < 0 ? '<' : '>'; };
     view.onDismiss = [&] { steps += 'x'; };
-    view.setRendered(sheet(u"one two\nthree four\n\nfive e\u0301 six"_s));
+    show(sheet(u"one two\nthree four\n\nfive e\u0301 six"_s));
     struct Case {
         std::string name;
         Qt::Key key;
@@ -117,7 +117,7 @@ TEST_F(ReaderTextViewTest, Keys_navigate_dismiss_and_move_the_selection)
 
 TEST_F(ReaderTextViewTest, Double_and_triple_clicks_select_words_and_lines)
 {
-    view.setRendered(sheet(u"git commit --amend\nrun foo_bar, now\n\nlast line"_s));
+    show(sheet(u"git commit --amend\nrun foo_bar, now\n\nlast line"_s));
     struct Case {
         QString at;
         int count;
@@ -150,13 +150,13 @@ TEST_F(ReaderTextViewTest, Double_and_triple_clicks_select_words_and_lines)
 
 TEST_F(ReaderTextViewTest, Find_goes_round_in_both_directions_and_brings_matches_into_sight)
 {
-    view.setRendered({ [] {
-                          AttributedText::Builder builder;
-                          builder.append(u"Café one\n"_s + u"filler\n"_s.repeated(500) + u"cafe\u0301 two\n"_s
-                                  + u"filler\n"_s.repeated(500) + u"CAFE three"_s,
-                              {}, {});
-                          return std::move(builder).build();
-                      }(),
+    show({ [] {
+              AttributedText::Builder builder;
+              builder.append(u"Café one\n"_s + u"filler\n"_s.repeated(500) + u"cafe\u0301 two\n"_s
+                      + u"filler\n"_s.repeated(500) + u"CAFE three"_s,
+                  {}, {});
+              return std::move(builder).build();
+          }(),
         {} });
     std::vector<qsizetype> const places { 0, 9 + 3500, 9 + 3500 + 10 + 3500 };
     auto const expectAt = [&](std::size_t place) {
@@ -182,7 +182,7 @@ TEST_F(ReaderTextViewTest, Find_goes_round_in_both_directions_and_brings_matches
 
 TEST_F(ReaderTextViewTest, The_wheel_scrolls_and_the_origin_is_told)
 {
-    view.setRendered(paragraphs(300));
+    show(paragraphs(300));
     settle();
     std::vector<QPointF> told;
     view.onScroll = [&](QPointF origin) { told.push_back(origin); };
@@ -197,7 +197,7 @@ TEST_F(ReaderTextViewTest, A_new_width_keeps_the_top_line)
 {
     auto const filler = QStringLiteral(
         "é filler that wraps at each of these widths, and takes more than one line of text\n");
-    view.setRendered(sheet(filler.repeated(100) + u">line\n"_s.repeated(100)));
+    show(sheet(filler.repeated(100) + u">line\n"_s.repeated(100)));
     settle();
     auto const shown = [this] { return view.blockRectangle(0).top() - view.scrollOrigin().y(); };
     view.setScrollOrigin({ 0, view.blockRectangle(0).top() + 8 });
@@ -218,9 +218,9 @@ TEST_F(ReaderTextViewTest, A_structured_sheet_flows_into_the_columns_of_a_new_wi
             added.entries.append({ .title = u"entry %1.%2"_s.arg(section).arg(entry) });
         sheet.sections.append(added);
     }
-    scroll.shortcuts = sheet;
-    scroll.minimumCodeWidth = 100;
     scroll.resize(550, 400);
+    view.show(std::make_unique<ReaderDocument>(
+        ReaderDocument::Shortcuts { sheet, {}, 14 }, view.textWidth(), view.fonts(), view.colors()));
     auto const left = [this](int section) {
         return view.boundingRect({ positionOf(u"Section %1."_s.arg(section)), 1 }).left();
     };
@@ -239,17 +239,16 @@ TEST_F(ReaderTextViewTest, A_structured_sheet_flows_into_the_columns_of_a_new_wi
 
 TEST_F(ReaderTextViewTest, Code_wider_than_the_view_brings_a_horizontal_bar_and_prose_none)
 {
-    view.setRendered(paragraphs(20));
-    setMinimumCodeWidth(1200);
+    show(paragraphs(20), 1200);
     EXPECT_EQ(scroll.horizontalScrollBar()->maximum(), 0);
-    view.setRendered(sheet(u"before\n>"_s + u"code"_s.repeated(100)));
+    show(sheet(u"before\n>"_s + u"code"_s.repeated(100)), 1200);
     auto const end = view.boundingRect({ 7, 400 }).right();
     EXPECT_NEAR(scroll.horizontalScrollBar()->maximum(), end + 16 - view.width(), 2) << "to where the code ends";
 }
 
 TEST_F(ReaderTextViewTest, A_block_spans_the_visible_width_and_stays_there_when_scrolled_sideways)
 {
-    view.setRendered(sheet(u"before\n>"_s + u"code"_s.repeated(100)));
+    show(sheet(u"before\n>"_s + u"code"_s.repeated(100)));
     auto const width = view.width() - 32;
     EXPECT_EQ(view.blockRectangle(0).left(), 16);
     EXPECT_EQ(view.blockRectangle(0).width(), width);
@@ -262,7 +261,7 @@ TEST_F(ReaderTextViewTest, A_block_spans_the_visible_width_and_stays_there_when_
 
 TEST_F(ReaderTextViewTest, Surface_and_block_follow_the_palette)
 {
-    view.setRendered(sheet(u"before\n>code"_s));
+    show(sheet(u"before\n>code"_s));
     auto const inBlock = [this] { return (view.blockRectangle(0).center() - view.scrollOrigin()).toPoint(); };
     EXPECT_EQ(picture().pixelColor(2, 2), QColor(0xFF, 0xFF, 0xFF));
     EXPECT_EQ(picture().pixelColor(inBlock()), QColor(0xF4, 0xF4, 0xF5));

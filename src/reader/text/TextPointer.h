@@ -1,0 +1,48 @@
+#pragma once
+
+#include "reader/text/PointerGesture.h"
+#include "text/TextRange.h"
+
+#include <QBasicTimer>
+#include <QObject>
+
+class QMouseEvent;
+
+namespace Quillory {
+
+class ReaderTextView;
+
+// The mouse in a text view: carries out what its gestures ask for, selects, scrolls while a selection goes beyond an
+// edge, drags text out, and follows links and copies at a click. The view outlives it. GUI thread only.
+class TextPointer : public QObject {
+public:
+    explicit TextPointer(ReaderTextView& view);
+
+    void press(QMouseEvent const& event);
+    void move(QMouseEvent const& event);
+    void release(QMouseEvent const& event);
+    // The text is another now.
+    void cancel() { m_gesture.cancel(); }
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
+
+private:
+    QPointF toContent(QPointF point) const;
+    // What a place in the view selects in the units of the gesture.
+    TextRange unitAt(QPointF point) const;
+    TextRange caretAt(QPointF point) const;
+    void select(TextRange to);
+    void selectTo(QPointF point);
+    void dragText();
+    void click(QPointF point);
+    void updateCursor(QPointF point);
+
+    ReaderTextView& m_view;
+    PointerGesture m_gesture;
+    TextRange m_from; // what the press selected, from which the selection goes on
+    QPointF m_last; // where a selection beyond an edge goes to
+    QBasicTimer m_autoScroll;
+};
+
+}
