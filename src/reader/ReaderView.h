@@ -10,11 +10,13 @@
 #include <vector>
 
 class QLabel;
-class QPushButton;
 
 namespace Quillory {
 
-class SheetList;
+class EmptyState;
+class MessageBar;
+class Sidebar;
+class TopBar;
 
 // The whole content of the reader panel: a top bar, the sidebar of sheets and the selected sheet with its banners.
 // Follows the store; several changes of one turn of the event loop cost one refresh. GUI thread only.
@@ -26,7 +28,7 @@ public:
     ~ReaderView() override;
 
     // The bar by which the window around it can be dragged.
-    QWidget* topBar() const { return m_topBar; }
+    QWidget* topBar() const;
     ReaderTextView* textView() const { return &m_reader->scrollView().textView(); }
 
     // Leaves what the user did in the view itself, for the next time that it is called up.
@@ -39,26 +41,19 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    QWidget* makeTopBar();
-    QWidget* makeSidebar();
-    QWidget* makeReadingSide();
-    QWidget* makeEmptyState(QWidget* parent);
+    QWidget* makeReadingSide(std::function<void()> dismiss);
     void observeStore();
     void refreshLater();
-    void refreshBanners(Sheet const* sheet);
+    void refreshError(Sheet const* sheet);
     void applyColors();
 
     LibraryStore& m_store;
-    std::function<void()> m_dismiss;
-    QWidget* m_topBar;
-    SheetList* m_list = nullptr;
+    TopBar* m_topBar;
+    Sidebar* m_sidebar;
     QLabel* m_title = nullptr;
-    QWidget* m_messageBar = nullptr;
-    QLabel* m_message = nullptr;
+    MessageBar* m_message = nullptr;
     QLabel* m_error = nullptr;
-    QWidget* m_emptyState = nullptr;
-    QLabel* m_emptyText = nullptr;
-    QPushButton* m_chooseFolder = nullptr;
+    EmptyState* m_emptyState = nullptr;
     std::unique_ptr<NativeReader> m_reader;
     std::vector<QPropertyNotifier> m_observations;
     bool m_isRefreshDue = false;

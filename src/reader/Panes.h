@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QWidget>
+
+class QToolButton;
+
+namespace Quillory {
+
+// What the reader's bars are made of. The style sheet of ReaderView knows them by their names.
+
+// A bar's or a side's ground: "chrome" or "surface".
+void makePane(QWidget& widget, char const* name);
+QWidget* makeSeparator(QWidget* parent);
+// A small cross that never takes the keyboard; the label is spoken and shown under the pointer.
+QToolButton* makeCloseButton(QWidget* parent, QString const& label);
+
+}
