@@ -13,11 +13,6 @@ namespace Quillory {
 
 namespace {
 
-QString translated(char const* text)
-{
-    return QCoreApplication::translate("Library", text);
-}
-
 bool isFileName(QString const& name)
 {
     return !name.isEmpty() && !name.contains(u'/') && name != QLatin1StringView(".") && name != QLatin1StringView("..");
@@ -47,8 +42,8 @@ InstallResult resultOf(QString const& name, std::expected<void, SystemError> con
         return InstallResult::created(name);
     if (published.error().code() == EEXIST)
         return InstallResult::skipped(name); // somebody was faster
-    return InstallResult::failed(
-        translated("Could not install %1: %2").arg(name, published.error().localizedDescription()));
+    return InstallResult::failed(QCoreApplication::translate("Library", "Could not install %1: %2")
+            .arg(name, published.error().localizedDescription()));
 }
 
 }
@@ -57,7 +52,7 @@ InstallResult installFile(
     FileSystem const& files, QString const& name, QByteArray const& bytes, QString const& directory)
 {
     if (!isFileName(name))
-        return InstallResult::failed(translated("Invalid starter filename"));
+        return InstallResult::failed(QCoreApplication::translate("Library", "Invalid starter filename"));
 
     auto const entries = files.everyName(directory);
     if (!entries)
@@ -70,13 +65,13 @@ InstallResult installFile(
 
     auto const folder = files.openForInstalling(directory);
     if (!folder)
-        return InstallResult::failed(translated("Could not open the selected folder"));
+        return InstallResult::failed(QCoreApplication::translate("Library", "Could not open the selected folder"));
 
     auto const temporary = ".quillory-" + QUuid::createUuid().toByteArray(QUuid::WithoutBraces) + ".tmp";
     auto file = (*folder)->createFile(temporary);
     if (!file)
-        return InstallResult::failed(
-            translated("Could not create %1: %2").arg(name, file.error().localizedDescription()));
+        return InstallResult::failed(QCoreApplication::translate("Library", "Could not create %1: %2")
+                .arg(name, file.error().localizedDescription()));
     auto const written = writeFile(**file, bytes);
     file->reset();
     if (!written) {

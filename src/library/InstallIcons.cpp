@@ -23,11 +23,6 @@ QString iconsFolder()
     return QStringLiteral("icons");
 }
 
-QString translated(char const* text)
-{
-    return QCoreApplication::translate("Library", text);
-}
-
 // Ascending, each once.
 QStringList iconReferences(ShortcutSheet const& sheet)
 {
@@ -43,7 +38,8 @@ QStringList iconReferences(ShortcutSheet const& sheet)
 std::optional<InstallResult> makeIconsFolder(FileSystem const& files, QString const& library)
 {
     auto const cannotMake = [](SystemError error) {
-        return InstallResult::failed(translated("Could not install icons: %1").arg(error.localizedDescription()));
+        return InstallResult::failed(
+            QCoreApplication::translate("Library", "Could not install icons: %1").arg(error.localizedDescription()));
     };
     auto const name = iconsFolder().toUtf8();
     auto const folder = files.openForInstalling(library);
@@ -52,8 +48,8 @@ std::optional<InstallResult> makeIconsFolder(FileSystem const& files, QString co
     if (auto const made = (*folder)->makeFolder(name); !made && made.error().code() != EEXIST)
         return cannotMake(made.error());
     if (!(*folder)->isFolder(name).value_or(false))
-        return InstallResult::failed(
-            translated("Cannot install icons: icons must be a local directory, not a symlink."));
+        return InstallResult::failed(QCoreApplication::translate(
+            "Library", "Cannot install icons: icons must be a local directory, not a symlink."));
     return std::nullopt;
 }
 
@@ -61,8 +57,8 @@ InstallResult installIcon(
     FileSystem const& files, QString const& reference, OpenFolder const* source, QString const& directory)
 {
     auto const invalid = [&] {
-        return InstallResult::failed(
-            translated("Missing or invalid bundled icon: %1").arg(firstGraphemes(reference, shownReferenceLength)));
+        return InstallResult::failed(QCoreApplication::translate("Library", "Missing or invalid bundled icon: %1")
+                .arg(firstGraphemes(reference, shownReferenceLength)));
     };
     auto const parts = reference.split(u'/');
     if (!source || parts.size() != 2 || parts.first() != iconsFolder())

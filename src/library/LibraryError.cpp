@@ -17,4 +17,10 @@ QString description(LibraryError error)
     Q_UNREACHABLE();
 }
 
+QString descriptionOfUnreadableFolder(SystemError const& error)
+{
+    return QCoreApplication::translate("Library", "Could not read the folder. Choose it again or refresh. %1")
+        .arg(error.localizedDescription());
+}
+
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/SystemError.h"
+
 #include <QString>
 
 namespace Quillory {
@@ -7,7 +9,8 @@ namespace Quillory {
 // Why a file that could be read is no sheet.
 enum class LibraryError { tooLarge, encoding };
 
-// What the user reads.
+// For the user to read.
 QString description(LibraryError error);
+QString descriptionOfUnreadableFolder(SystemError const& error);
 
 }

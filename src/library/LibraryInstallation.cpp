@@ -2,6 +2,7 @@
 
 #include "library/InstallFile.h"
 #include "library/InstallIcons.h"
+#include "library/LibraryError.h"
 #include "library/LibraryLoad.h"
 #include "library/StarterSheets.h"
 
@@ -10,11 +11,6 @@
 namespace Quillory {
 
 namespace {
-
-QString translated(char const* text)
-{
-    return QCoreApplication::translate("Library", text);
-}
 
 std::optional<QByteArray> starterContents(FileSystem const& files, QString const& starters, QString const& target)
 {
@@ -50,8 +46,7 @@ LibraryInstallation::Outcome LibraryInstallation::run(
     if (auto loaded = load())
         outcome.library = *std::move(loaded);
     else
-        outcome.error = translated("Could not read the folder. Choose it again or refresh. ")
-            + loaded.error().localizedDescription();
+        outcome.error = descriptionOfUnreadableFolder(loaded.error());
     return outcome;
 }
 
@@ -59,7 +54,8 @@ QList<InstallResult> LibraryInstallation::installStarter(FileSystem const& files
 {
     auto const bytes = starterContents(files, starters, target);
     if (!bytes)
-        return { InstallResult::failed(translated("Missing bundled starter: %1").arg(target)) };
+        return { InstallResult::failed(
+            QCoreApplication::translate("Library", "Missing bundled starter: %1").arg(target)) };
     QList<InstallResult> results { installFile(files, target, *bytes, folder) };
     if (results.first().kind != InstallResult::Kind::created || !StarterSheets::isStructured(target))
         return results;

@@ -1,56 +1,15 @@
 #include "library/LibraryStore.h"
 
+#include "library/LibraryError.h"
 #include "library/LibraryLoad.h"
 #include "library/LibraryReference.h"
-#include "library/PinnedSheets.h"
 #include "text/TextOrder.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 
 namespace Quillory {
 
 namespace {
-
-QString lastSheetKey()
-{
-    return QStringLiteral("lastSheet");
-}
-
-QString learningModeKey()
-{
-    return QStringLiteral("learningModeEnabled");
-}
-
-QString modifierGestureKey()
-{
-    return QStringLiteral("modifierGesture");
-}
-
-QString textSizeKey()
-{
-    return QStringLiteral("textSize");
-}
-
-double storedTextSize(UserDefaults const& defaults)
-{
-    auto const stored = defaults.get<double>(textSizeKey()).value_or(0);
-    if (stored == 0)
-        return LibraryStore::defaultTextSize;
-    return std::clamp(stored, LibraryStore::minimumTextSize, LibraryStore::maximumTextSize);
-}
-
-ModifierGesture storedGesture(UserDefaults const& defaults)
-{
-    auto const stored = defaults.get<QString>(modifierGestureKey()).value_or(QString());
-    return modifierGestureFromRawValue(stored).value_or(ModifierGesture::off);
-}
-
-QString translated(char const* text)
-{
-    return QCoreApplication::translate("Library", text);
-}
 
 // A sheet that could not be read keeps what was read of it last, if that was anything.
 void keepLastReadable(QList<Sheet>& loaded, QList<Sheet> const& current)
@@ -80,13 +39,15 @@ void keepLastReadable(QList<Sheet>& loaded, QList<Sheet> const& current)
 }
 
 LibraryStore::LibraryStore(Services services, RestoreFolder restore)
-    : modifierGesture(storedGesture(services.defaults))
-    , m_services(services)
+    : m_services(services)
+    , m_preferences(services.defaults)
     , m_access(services.defaults, services.bookmarks)
+    , m_sheetFiles(services.fileOpener, services.executor, [this](QString const& sentence) { say(sentence); })
 {
-    learningModeEnabled.setValue(services.defaults.get<bool>(learningModeKey()).value_or(false));
-    selectedID.setValue(services.defaults.get<QString>(lastSheetKey()));
-    textSize.setValue(storedTextSize(services.defaults));
+    modifierGesture.setValue(m_preferences.modifierGesture());
+    learningModeEnabled.setValue(m_preferences.learningModeEnabled());
+    selectedID.setValue(m_preferences.lastSheet());
+    textSize.setValue(m_preferences.textSize());
     if (restore == RestoreFolder::yes)
         restoreFolder();
     m_troubleObservation = services.defaults.observeTrouble([this](auto const& trouble) { sayTrouble(trouble); });
@@ -96,7 +57,7 @@ void LibraryStore::restoreFolder()
 {
     auto const restored = m_access.restore();
     if (!restored)
-        say(translated("Folder access needs to be restored. Choose the folder again."));
+        say(tr("Folder access needs to be restored. Choose the folder again."));
     else if (*restored)
         connect(**restored);
 }
@@ -104,7 +65,7 @@ void LibraryStore::restoreFolder()
 void LibraryStore::say(QString const& sentence, Speaker speaker)
 {
     m_speaker = speaker;
-    message = sentence;
+    message.setValue(sentence);
 }
 
 void LibraryStore::sayTrouble(UserDefaults::Trouble const& trouble)
@@ -112,11 +73,11 @@ void LibraryStore::sayTrouble(UserDefaults::Trouble const& trouble)
     using enum UserDefaults::Trouble::Kind;
     switch (trouble.kind) {
     case setAside:
-        return say(translated("The settings file was damaged and has been set aside as %1.").arg(trouble.file));
+        return say(tr("The settings file was damaged and has been set aside as %1.").arg(trouble.file));
     case unreadable:
-        return say(translated("The settings could not be read from %1: %2").arg(trouble.file, trouble.description));
+        return say(tr("The settings could not be read from %1: %2").arg(trouble.file, trouble.description));
     case unwritable:
-        return say(translated("The settings could not be written to %1: %2").arg(trouble.file, trouble.description));
+        return say(tr("The settings could not be written to %1: %2").arg(trouble.file, trouble.description));
     }
 }
 
@@ -125,12 +86,13 @@ void LibraryStore::connect(QString const& newFolder)
     if (m_watcher)
         m_watcher->stop();
     stopLoading();
+    m_sheetFiles.forget();
     generation.setValue(generation + 1);
     folder.setValue(newFolder);
     setSheets({});
-    pinnedIDs.setValue(PinnedSheets::stored(m_services.defaults, newFolder));
+    pinnedIDs.setValue(m_preferences.pins(newFolder));
     tellPinsChanged();
-    message = std::nullopt;
+    message.setValue(std::nullopt);
     scrollPositions.clear();
     m_watcher.emplace(m_services.events, newFolder, [this] { reload(Debounced::yes); });
     reload();
@@ -155,7 +117,12 @@ void LibraryStore::stopLoading()
     m_loadTask.end();
     m_loading = Loading::none;
     m_installTask.end();
-    busy.setValue(false);
+    updateBusy();
+}
+
+void LibraryStore::updateBusy()
+{
+    busy.setValue(m_loading != Loading::none || m_installTask.isActive());
 }
 
 LibraryInstallation::Load LibraryStore::loading() const
@@ -178,9 +145,16 @@ void LibraryStore::startLoad()
         return;
     }
     m_loading = Loading::running;
-    busy.setValue(true);
+    updateBusy();
     m_loadTask = m_services.executor.detach(loading(),
         [this, loadGeneration = generation.value()](auto loaded) { finishLoad(std::move(loaded), loadGeneration); });
+}
+
+void LibraryStore::restartLoad()
+{
+    m_loadTask.end();
+    m_loading = Loading::none;
+    startLoad();
 }
 
 void LibraryStore::finishLoad(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration)
@@ -191,23 +165,21 @@ void LibraryStore::finishLoad(std::expected<LoadedLibrary, SystemError> loaded, 
     if (wasOutdated)
         startLoad();
     else
-        busy.setValue(false);
+        updateBusy();
 }
 
 // False when an observer has connected another folder meanwhile.
 bool LibraryStore::takeLoaded(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration)
 {
     if (!loaded) {
-        say(translated("Could not read the folder. Choose it again or refresh. ")
-                + loaded.error().localizedDescription(),
-            Speaker::load);
+        say(descriptionOfUnreadableFolder(loaded.error()), Speaker::load);
         return true;
     }
     applyLoadedSheets(std::move(loaded->sheets), loadGeneration);
     if (loadGeneration != generation)
         return false;
     if (m_speaker == Speaker::load)
-        message = std::nullopt;
+        message.setValue(std::nullopt);
     if (m_watcher)
         m_watcher->follow(loaded->pictureFolders);
     return true;
@@ -265,10 +237,10 @@ bool LibraryStore::copy(QString const& text)
     if (learningModeEnabled)
         return false;
     if (!m_services.clipboard.setText(Clipboard::Pasteboard::general, text)) {
-        copyFeedback.setValue(translated("Copy failed"));
+        copyFeedback.setValue(tr("Copy failed"));
         return false;
     }
-    auto const copied = translated("Copied");
+    auto const copied = tr("Copied");
     copyFeedback.setValue(copied);
     m_services.announcements.announce(copied, Announcements::Priority::medium);
     clearCopyFeedbackLater();
@@ -290,14 +262,14 @@ void LibraryStore::setLearningModeEnabled(bool isEnabled)
     if (isEnabled == learningModeEnabled)
         return;
     learningModeEnabled.setValue(isEnabled);
-    m_services.defaults.setValue(learningModeKey(), isEnabled);
+    m_preferences.setLearningModeEnabled(isEnabled);
     copyFeedback.setValue(QString());
 }
 
 void LibraryStore::setModifierGesture(ModifierGesture gesture)
 {
     modifierGesture.setValue(gesture);
-    m_services.defaults.setValue(modifierGestureKey(), rawValue(gesture));
+    m_preferences.setModifierGesture(gesture);
     if (modifierGestureChanged)
         modifierGestureChanged();
 }
@@ -305,7 +277,7 @@ void LibraryStore::setModifierGesture(ModifierGesture gesture)
 void LibraryStore::setTextSize(double size)
 {
     textSize.setValue(size);
-    m_services.defaults.setValue(textSizeKey(), size);
+    m_preferences.setTextSize(size);
 }
 
 void LibraryStore::togglePin(QString const& id)
@@ -319,7 +291,7 @@ void LibraryStore::togglePin(QString const& id)
         pins.append(id);
     }
     pinnedIDs.setValue(pins);
-    PinnedSheets::store(m_services.defaults, *folder.value(), pins);
+    m_preferences.setPins(*folder.value(), pins);
     tellPinsChanged();
 }
 
@@ -348,10 +320,7 @@ QList<Sheet> LibraryStore::pinnedSheets() const
 void LibraryStore::setSelectedID(std::optional<QString> const& id)
 {
     selectedID.setValue(id);
-    if (id)
-        m_services.defaults.setValue(lastSheetKey(), *id);
-    else
-        m_services.defaults.removeValue(lastSheetKey());
+    m_preferences.setLastSheet(id);
 }
 
 void LibraryStore::shutdown()

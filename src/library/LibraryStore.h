@@ -4,7 +4,9 @@
 #include "library/FolderAccess.h"
 #include "library/LibraryInstallation.h"
 #include "library/LibraryWatcher.h"
+#include "library/Preferences.h"
 #include "library/Sheet.h"
+#include "library/SheetFiles.h"
 #include "library/StoreProperty.h"
 #include "platform/Announcements.h"
 #include "platform/Clipboard.h"
@@ -16,6 +18,7 @@
 #include "platform/PictureDecoder.h"
 #include "platform/Workspace.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QList>
 #include <QPointF>
@@ -31,10 +34,17 @@
 
 namespace Quillory {
 
+class MessageBar;
+class NativeReader;
+class PresentationCoordinator;
+class ReaderView;
+
 // The one observable model: the connected folder, its sheets, the selection, what search and find are at, what the user
-// should read, and the preferences. Every property can be observed; assigning an equal value tells nobody.
+// should read, and the preferences. Every property can be observed; assigning an equal value tells nobody. Where another
+// class assigns one as well, its type names that class.
 // Main thread only.
 class LibraryStore {
+    Q_DECLARE_TR_FUNCTIONS(Library)
 public:
     struct Services {
         UserDefaults& defaults;
@@ -57,11 +67,6 @@ public:
 
     static constexpr std::chrono::milliseconds reloadDebounce { 150 };
     static constexpr std::chrono::milliseconds copyFeedbackTime { 1500 };
-    // A launcher may end with its editor: an answer that comes later than this says nothing about the start.
-    static constexpr std::chrono::seconds launchAnswerTime { 5 };
-    static constexpr double defaultTextSize = 16;
-    static constexpr double minimumTextSize = 11;
-    static constexpr double maximumTextSize = 32;
 
     LibraryStore(Services services, RestoreFolder restore);
     LibraryStore(LibraryStore const&) = delete;
@@ -99,7 +104,7 @@ public:
 
     void setLearningModeEnabled(bool isEnabled);
     void setModifierGesture(ModifierGesture gesture);
-    void setTextSize(double size); // points, within the range above
+    void setTextSize(double size); // points
 
     // Pins a loaded sheet of this folder, or takes its pin away.
     void togglePin(QString const& id);
@@ -125,28 +130,29 @@ public:
     StoreProperty<std::optional<QString>> selectedID;
     StoreProperty<std::optional<QString>> folder;
     StoreProperty<int> generation { 0 }; // raised at each connect: guards loads, installs and panels
-    QProperty<std::optional<QString>> message;
+    StoreProperty<std::optional<QString>, MessageBar> message;
     StoreProperty<bool> busy { false };
 
-    QProperty<QString> libraryQuery;
-    QProperty<bool> librarySearchVisible { false };
-    QProperty<bool> findVisible { false };
-    QProperty<QString> findQuery;
+    StoreProperty<QString, ReaderView> libraryQuery;
+    StoreProperty<bool, ReaderView> librarySearchVisible { false };
+    StoreProperty<bool, ReaderView> findVisible { false };
+    StoreProperty<QString, ReaderView> findQuery;
     StoreProperty<int> findRequest { 0 }; // raised at each request to move to a match
     StoreProperty<bool> findBackwards { false };
-    QProperty<QString> findStatus;
+    StoreProperty<QString, NativeReader> findStatus;
     StoreProperty<QString> copyFeedback;
 
     StoreProperty<bool> learningModeEnabled { false };
     StoreProperty<ModifierGesture> modifierGesture { ModifierGesture::off };
-    StoreProperty<double> textSize { defaultTextSize };
-    QProperty<bool> gesturePermissionGranted { false };
-    QProperty<ModifierFlags> peekModifiers { ModifierFlags::none }; // those of the running peek
+    StoreProperty<double> textSize { Preferences::defaultTextSize };
+    StoreProperty<bool, PresentationCoordinator> gesturePermissionGranted { false };
+    StoreProperty<ModifierFlags, PresentationCoordinator> peekModifiers { ModifierFlags::none }; // of the running peek
 
     StoreProperty<QStringList> pinnedIDs;
     StoreProperty<std::shared_ptr<OpenPanel>> filePanel; // the one that is open, null when there is none
-    QHash<QString, QPointF> scrollPositions; // by sheet id
+    QHash<QString, QPointF> scrollPositions; // by sheet id; NativeReader stores them
 
+    // Set by PresentationCoordinator.
     std::function<void()> modifierGestureChanged;
     std::function<void()> pinsChanged;
     std::function<void()> filePickerWillPresent;
@@ -157,15 +163,10 @@ private:
     // A change that comes while a load runs may be missing from it.
     enum class Loading { none, running, runningAndOutdated };
 
-    struct SheetFile {
-        QString name;
-        QString path;
-        bool operator==(SheetFile const&) const = default;
-    };
-
     // A load of the folder as it is now, for a worker.
     LibraryInstallation::Load loading() const;
     void startLoad();
+    void restartLoad();
     void finishLoad(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration);
     bool takeLoaded(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration);
     void stopLoading();
@@ -175,19 +176,22 @@ private:
     void finishInstallation(LibraryInstallation::Outcome outcome, int installGeneration);
     void setSheets(QList<Sheet> newSheets);
     void setSelectedID(std::optional<QString> const& id);
+    void updateBusy();
     void clearCopyFeedbackLater();
     void tellPinsChanged() const;
 
+    static OpenPanelSettings folderSettings();
+    static OpenPanelSettings applicationSettings(QString const& folder, QString const& fileName);
     bool canPresent(std::optional<std::uint64_t> window) const;
     void present(std::shared_ptr<OpenPanel> const& panel, OpenPanelSettings const& settings, std::uint64_t window,
         std::function<void(QString const& chosen)> accepted);
     void takeFolder(QString const& chosen);
-    std::optional<SheetFile> fileOfSheet(std::optional<QString> const& id) const;
-    void launch(SheetFile const& file, QString const& application);
-    FileOpener::Done reportingFailure(std::function<QString(FileOpener::Failure const&)> sentence);
+    std::optional<SheetFiles::File> fileOfSheet(std::optional<QString> const& id) const;
 
     Services m_services;
+    Preferences m_preferences;
     FolderAccess m_access;
+    SheetFiles m_sheetFiles;
     std::optional<LibraryWatcher> m_watcher;
     Registration m_reloadTask; // the wait for a load
     std::chrono::nanoseconds m_reloadDue {};
@@ -197,7 +201,6 @@ private:
     Registration m_installTask;
     std::list<Registration> m_copyFeedbackTasks;
     Registration m_troubleObservation;
-    std::shared_ptr<void> m_lifetime = std::make_shared<char>(); // for answers that come after this object's end
 };
 
 }

@@ -1,39 +1,28 @@
-// The dialogs that the store opens and the files that it hands to other programs.
+// The file panels of the store, and the files that it hands to other programs.
 
 #include "library/LibraryStore.h"
 
-#include <QCoreApplication>
-
 namespace Quillory {
 
-namespace {
-
-QString translated(char const* text)
-{
-    return QCoreApplication::translate("Library", text);
-}
-
-OpenPanelSettings folderSettings()
+OpenPanelSettings LibraryStore::folderSettings()
 {
     return {
         .canChooseDirectories = true,
         .canChooseFiles = false,
         .canCreateDirectories = true,
-        .prompt = translated("Choose folder"),
-        .message = translated("Choose a folder containing your cheat sheets."),
+        .prompt = tr("Choose folder"),
+        .message = tr("Choose a folder containing your cheat sheets."),
     };
 }
 
-OpenPanelSettings applicationSettings(QString const& folder, QString const& fileName)
+OpenPanelSettings LibraryStore::applicationSettings(QString const& folder, QString const& fileName)
 {
     return {
         .allowedContentType = OpenPanelSettings::ContentType::application,
         .directoryURL = folder,
-        .prompt = translated("Open"),
-        .message = translated("Choose an application to open %1.").arg(fileName),
+        .prompt = tr("Open"),
+        .message = tr("Choose an application to open %1.").arg(fileName),
     };
-}
-
 }
 
 bool LibraryStore::canPresent(std::optional<std::uint64_t> window) const
@@ -71,13 +60,13 @@ void LibraryStore::chooseFolder(std::optional<std::uint64_t> window, std::unique
 void LibraryStore::takeFolder(QString const& chosen)
 {
     if (auto const remembered = m_access.remember(chosen); !remembered) {
-        say(translated("Could not remember folder access: ") + remembered.error().localizedDescription());
+        say(tr("Could not remember folder access: %1").arg(remembered.error().localizedDescription()));
         return;
     }
     connect(m_access.url().value_or(chosen));
 }
 
-std::optional<LibraryStore::SheetFile> LibraryStore::fileOfSheet(std::optional<QString> const& id) const
+std::optional<SheetFiles::File> LibraryStore::fileOfSheet(std::optional<QString> const& id) const
 {
     auto const& wanted = id ? id : selectedID.value();
     if (!folder.value() || !wanted)
@@ -85,36 +74,19 @@ std::optional<LibraryStore::SheetFile> LibraryStore::fileOfSheet(std::optional<Q
     auto const* const sheet = findSheet(sheets, *wanted);
     if (!sheet)
         return std::nullopt;
-    auto const& base = *folder.value();
-    auto const separator = base.endsWith(u'/') ? QString() : QStringLiteral("/");
-    return SheetFile { sheet->id, base + separator + sheet->id };
-}
-
-// What is said of a failure when it comes in time, unless another folder is connected by then.
-FileOpener::Done LibraryStore::reportingFailure(std::function<QString(FileOpener::Failure const&)> sentence)
-{
-    return [this, alive = std::weak_ptr(m_lifetime), started = generation.value(),
-               deadline = m_services.executor.now() + launchAnswerTime,
-               sentence = std::move(sentence)](std::expected<void, FileOpener::Failure> const& opened) {
-        if (!opened && !alive.expired() && generation == started && m_services.executor.now() <= deadline)
-            say(sentence(opened.error()));
-    };
+    return SheetFiles::in(*folder.value(), sheet->id);
 }
 
 void LibraryStore::openSheet(std::optional<QString> const& id)
 {
-    auto const file = fileOfSheet(id);
-    if (!file)
-        return;
-    m_services.fileOpener.open(file->path, reportingFailure([name = file->name](FileOpener::Failure const&) {
-        return translated("Could not open %1 in its default application.").arg(name);
-    }));
+    if (auto const file = fileOfSheet(id))
+        m_sheetFiles.open(*file);
 }
 
 void LibraryStore::revealSheet(std::optional<QString> const& id)
 {
     if (auto const file = fileOfSheet(id))
-        m_services.fileOpener.reveal(file->path);
+        m_sheetFiles.reveal(*file);
 }
 
 void LibraryStore::openSheetWith(std::optional<QString> const& id, std::optional<std::uint64_t> window)
@@ -126,16 +98,8 @@ void LibraryStore::openSheetWith(std::optional<QString> const& id, std::optional
     present(m_services.openPanels.openPanel(), settings, *window,
         [this, id, file = *file, started = generation.value()](QString const& application) {
             if (generation == started && fileOfSheet(id) == file)
-                launch(file, application);
+                m_sheetFiles.openWith(file, application);
         });
-}
-
-void LibraryStore::launch(SheetFile const& file, QString const& application)
-{
-    m_services.fileOpener.openWith(
-        file.path, application, reportingFailure([name = file.name](FileOpener::Failure const& failure) {
-            return translated("Could not open %1: ").arg(name) + failure.description;
-        }));
 }
 
 }

@@ -21,7 +21,6 @@ void LibraryStore::installStarters(QStringList names)
     for (auto const& name : names)
         installation.targets.append(StarterSheets::targetName(name));
 
-    busy.setValue(true);
     std::stop_source cancellation;
     auto task = m_services.executor.detach(
         [&files = m_services.files, installation = std::move(installation), load = loading(),
@@ -32,6 +31,7 @@ void LibraryStore::installStarters(QStringList names)
         cancellation.request_stop();
         task.end();
     });
+    updateBusy();
 }
 
 void LibraryStore::finishInstallation(LibraryInstallation::Outcome outcome, int installGeneration)
@@ -43,8 +43,11 @@ void LibraryStore::finishInstallation(LibraryInstallation::Outcome outcome, int 
     if (installGeneration != generation)
         return; // an observer has connected another folder
     say(outcome.message());
-    busy.setValue(false);
     m_installTask.end();
+    updateBusy();
+    // One that runs was begun before this one's own look at the folder, and would bring the older list back.
+    if (outcome.library && m_loading != Loading::none)
+        restartLoad();
     if (m_watcher && outcome.library)
         m_watcher->follow(outcome.library->pictureFolders);
 }

@@ -2,10 +2,14 @@
 
 #include <QProperty>
 
+#include <concepts>
+#include <utility>
+
 namespace Quillory {
 
-// A property that everybody can read and observe and that only LibraryStore assigns, since more hangs on it.
-template<typename Value>
+// A property that everybody can read and observe. LibraryStore assigns it, since more hangs on it; where there is a
+// `Writer`, that class assigns it as well and says so: `store.findStatus.assignAs<NativeReader>(status)`.
+template<typename Value, typename Writer = void>
 class StoreProperty : private QProperty<Value> {
 public:
     StoreProperty() = default;
@@ -19,6 +23,13 @@ public:
     using QProperty<Value>::addNotifier;
     using QProperty<Value>::onValueChanged;
     using QProperty<Value>::subscribe;
+
+    template<typename Assigner>
+        requires std::same_as<Assigner, Writer>
+    void assignAs(Value newValue)
+    {
+        setValue(std::move(newValue));
+    }
 
 private:
     friend class LibraryStore;

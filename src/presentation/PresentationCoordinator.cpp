@@ -48,7 +48,8 @@ void PresentationCoordinator::observe()
 // Where a permission can come or go while the program runs, it is noticed here; nobody is asked for it.
 void PresentationCoordinator::refreshGesture()
 {
-    m_store.gesturePermissionGranted = ModifierGesturePermission::isGranted(m_services.permission);
+    m_store.gesturePermissionGranted.assignAs<PresentationCoordinator>(
+        ModifierGesturePermission::isGranted(m_services.permission));
     m_modifierMonitor.configure(m_store.modifierGesture.value(), m_store.gesturePermissionGranted.value());
 }
 
@@ -161,7 +162,7 @@ void PresentationCoordinator::beginPeek(ModifierFlags modifiers, std::uint16_t k
     bool const wasClosed = m_state == PresentationState::closed;
     m_previousApp = m_services.workspace.frontmostApplication();
     m_isPeeking = true;
-    m_store.peekModifiers = modifiers;
+    m_store.peekModifiers.assignAs<PresentationCoordinator>(modifiers);
     if (wasClosed) {
         m_store.reload();
         m_state = PresentationState::panel;
@@ -202,7 +203,7 @@ void PresentationCoordinator::clearPeek()
     m_isPeeking = false;
     m_gesturePeek = false;
     m_modifierMonitor.reset();
-    m_store.peekModifiers = ModifierFlags::none;
+    m_store.peekModifiers.assignAs<PresentationCoordinator>(ModifierFlags::none);
     applyPeekLevel();
 }
 

@@ -26,8 +26,8 @@ void startStore(JsonUserDefaults& defaults)
         { defaults, others.bookmarks, others.files, others.pictures, others.events, others.executor, others.clipboard,
             others.announcements, others.fileOpener, others.openPanels, others.workspace },
         LibraryStore::RestoreFolder::yes);
-    require(store.textSize.value() >= LibraryStore::minimumTextSize);
-    require(store.textSize.value() <= LibraryStore::maximumTextSize);
+    require(store.textSize.value() >= Preferences::minimumTextSize);
+    require(store.textSize.value() <= Preferences::maximumTextSize);
     store.shutdown();
 }
 

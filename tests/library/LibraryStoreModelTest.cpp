@@ -41,12 +41,12 @@ struct Model {
     std::map<QString, std::optional<Folder>> disk;
     std::optional<QString> folder;
     int generation = 0;
-    bool busy = false;
     bool isWatching = false;
     std::optional<QString> message;
     bool isLoadsMessage = false;
     bool isLoading = false;
     bool isOutdated = false;
+    bool isInstalling = false;
     Folder sheets;
     std::optional<QString> selected;
 
@@ -69,8 +69,7 @@ struct Model {
         delivery.reset();
         start.reset();
         current = { { Kind::load, 0 }, { Kind::installation, 0 } };
-        isLoading = isOutdated = false;
-        busy = false;
+        isLoading = isOutdated = isInstalling = false;
     }
 
     void connect(QString const& path)
@@ -98,7 +97,6 @@ struct Model {
         isOutdated = std::exchange(isLoading, true);
         if (isOutdated)
             return;
-        busy = true;
         current[Kind::load] = ++tasks;
         queued.push_back({ Kind::load, tasks, *folder });
     }
@@ -108,7 +106,7 @@ struct Model {
         if (!folder)
             return;
         current[Kind::installation] = ++tasks;
-        busy = true;
+        isInstalling = true;
         queued.push_back({ Kind::installation, tasks, *folder, names });
     }
 
@@ -179,13 +177,13 @@ struct Model {
         } else if (isLoadsMessage) {
             message.reset();
         }
-        busy = false;
-        if (isLoad)
-            isLoading = false;
+        (isLoad ? isLoading : isInstalling) = false;
         if (isLoad && std::exchange(isOutdated, false))
             load();
         if (!job.found)
             return;
+        if (!isLoad && std::exchange(isLoading, false))
+            load(); // what the running one has seen is older
         sheets = *job.found;
         if (!selected || !sheets.contains(*selected))
             selected = sheets.empty() ? std::nullopt : std::optional(sheets.begin()->first);
@@ -320,7 +318,7 @@ protected:
 
     void compare() const
     {
-        ASSERT_EQ(store->busy.value(), model.busy);
+        ASSERT_EQ(store->busy.value(), model.isLoading || model.isInstalling);
         ASSERT_EQ(store->generation.value(), model.generation);
         ASSERT_EQ(store->message.value(), model.message);
         Model::Folder shown;

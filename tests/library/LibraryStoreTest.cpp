@@ -269,9 +269,9 @@ TEST_F(LibraryStoreTest, Files_are_handed_out_and_a_refusal_is_told_in_its_own_l
     EXPECT_EQ(store->message.value(), u"Could not open c.md: No such program"_s);
     saveAndFollow("a.md", "# A again"); // a load that succeeds clears only what a load said
     EXPECT_EQ(store->message.value(), u"Could not open c.md: No such program"_s);
-    store->message = std::nullopt;
+    store->message.assignAs<MessageBar>(std::nullopt);
     store->openSheet(u"a.md"_s);
-    services.executor.advance(LibraryStore::launchAnswerTime + 1ms);
+    services.executor.advance(SheetFiles::launchAnswerTime + 1ms);
     opener.answer(std::unexpected(FileOpener::Failure { u"the editor has ended"_s }));
     EXPECT_EQ(store->message.value(), std::nullopt);
     chooseApplication();

@@ -121,7 +121,7 @@ TEST_F(ReaderPanelTest, Each_show_begins_with_a_view_like_a_new_one)
     services.root.write("library/a.md", "# Sheet\n\nword and word\n\n```sh\nls\n```\n");
     library.connect(services.root.path("library"));
     services.executor.settle();
-    library.findQuery = u"word"_s;
+    library.findQuery.assignAs<ReaderView>(u"word"_s);
     show();
     auto& text = *panel.findChild<ReaderTextView*>();
     auto const firstMatch = text.selection();
@@ -153,7 +153,7 @@ TEST_F(ReaderPanelTest, The_keyboard_goes_to_the_text_unless_a_search_field_is_o
     library.connect(services.root.path("library"));
     services.executor.settle();
     for (bool const isSearching : { true, false }) {
-        library.librarySearchVisible = isSearching;
+        library.librarySearchVisible.assignAs<ReaderView>(isSearching);
         show();
         panel.setFocus();
         panel.focusReader();

@@ -64,7 +64,7 @@ protected:
     QString selected() const { return text().mid(view.selection().start(), view.selection().length()); }
     void find(QString const& query, LibraryStore::FindDirection direction = LibraryStore::FindDirection::forwards)
     {
-        store.findQuery = query;
+        store.findQuery.assignAs<ReaderView>(query);
         store.requestFind(direction);
         reader.update(*shown);
     }
@@ -97,7 +97,8 @@ TEST_F(NativeReaderTest, Only_a_change_of_what_is_read_renders_anew)
         { "a rescan that finds the same", [](Sheet&) {}, false },
         { "an error line", [](Sheet& other) { other.error = u"can't be read"_s; }, false },
         { "Learning Mode", [this](Sheet&) { store.setLearningModeEnabled(true); }, false },
-        { "a peek", [this](Sheet&) { store.peekModifiers = ModifierFlags::command; }, false },
+        { "a peek", [this](Sheet&) { store.peekModifiers.assignAs<PresentationCoordinator>(ModifierFlags::command); },
+            false },
         { "another picture under the old name", [](Sheet& other) { other.images[u"a.png"_s].fingerprint = 8; }, true },
         { "one picture more", [](Sheet& other) { other.images.insert(u"b.png"_s, { {}, 7 }); }, true },
         { "another text size", [this](Sheet&) { store.setTextSize(20); }, true },
@@ -155,7 +156,7 @@ TEST_F(NativeReaderTest, Find_is_served_once_a_request_on_the_text_now_shown_and
     services.executor.runPosted();
     EXPECT_EQ(store.findStatus.value(), QString());
 
-    store.findQuery = u"alpha"_s;
+    store.findQuery.assignAs<ReaderView>(u"alpha"_s);
     store.requestFind(LibraryStore::FindDirection::forwards);
     show(first);
     EXPECT_EQ(selected(), u"Alpha"_s) << "a request that comes with another sheet is for that sheet";

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "input/ModifierGesture.h"
+#include "platform/UserDefaults.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace Quillory {
+
+// What the library keeps of the user's choices, each under its key. What is damaged in the user defaults is as if it
+// were not there. Main thread only.
+class Preferences {
+public:
+    // In points.
+    static constexpr double defaultTextSize = 16;
+    static constexpr double minimumTextSize = 11;
+    static constexpr double maximumTextSize = 32;
+
+    // `defaults` outlives it.
+    explicit Preferences(UserDefaults& defaults);
+
+    std::optional<QString> lastSheet() const;
+    void setLastSheet(std::optional<QString> const& id);
+
+    bool learningModeEnabled() const;
+    void setLearningModeEnabled(bool isEnabled);
+
+    ModifierGesture modifierGesture() const;
+    void setModifierGesture(ModifierGesture gesture);
+
+    // Within the range above; any size can be stored.
+    double textSize() const;
+    void setTextSize(double size);
+
+    // The ids of the sheets that are pinned in `folder`, in pin order. Storing keeps those of all other folders.
+    QStringList pins(QString const& folder) const;
+    void setPins(QString const& folder, QStringList const& pins);
+
+private:
+    UserDefaults& m_defaults;
+};
+
+}
