@@ -2,6 +2,8 @@
 
 #include "text/Capitalized.h"
 
+#include <QCoreApplication>
+
 namespace Quillory::StarterSheets {
 
 namespace {
@@ -43,7 +45,7 @@ QString label(QString const& name)
         return u"IntelliJ IDEA"_s;
     if (name.endsWith(structuredEnding)) {
         auto stem = name.chopped(structuredEnding.size());
-        return capitalized(stem.replace(u'-', u' ')) + u" · JSON example"_s;
+        return QCoreApplication::translate("Library", "%1 · JSON example").arg(capitalized(stem.replace(u'-', u' ')));
     }
     if (name == "pandas"_L1)
         return name;

@@ -43,7 +43,7 @@ void addMessage(QFileDialog& dialog, QString const& message)
 
 void restrictToApplications(QFileDialog& dialog)
 {
-    dialog.setNameFilters({ QFileDialog::tr("Applications") + QStringLiteral(" (*.desktop)") });
+    dialog.setNameFilters({ QtOpenPanel::tr("Applications (*.desktop)") });
     QList<QUrl> places;
     for (auto const& folder : QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
         if (QDir(folder).exists())
@@ -67,15 +67,15 @@ void makeFolder(QFileDialog& dialog, QString const& name)
     if (isName && folder.mkdir(name))
         dialog.selectFile(path);
     else
-        refuse(dialog, QFileDialog::tr("The folder \"%1\" can't be made here.").arg(name));
+        refuse(dialog, QtOpenPanel::tr("The folder \"%1\" can't be made here.").arg(name));
 }
 
 void askForNewFolder(QFileDialog& dialog)
 {
     auto* const question = new QInputDialog(&dialog);
     question->setAttribute(Qt::WA_DeleteOnClose);
-    question->setWindowTitle(QFileDialog::tr("New Folder"));
-    question->setLabelText(QFileDialog::tr("Name of the new folder:"));
+    question->setWindowTitle(QtOpenPanel::tr("New Folder"));
+    question->setLabelText(QtOpenPanel::tr("Name of the new folder:"));
     QObject::connect(question, &QInputDialog::textValueSelected, &dialog,
         [&dialog](QString const& name) { makeFolder(dialog, name); });
     question->open();

@@ -2,6 +2,8 @@
 
 #include "platform/OpenPanel.h"
 
+#include <QCoreApplication>
+
 #include <memory>
 
 class QFileDialog;
@@ -10,6 +12,7 @@ namespace Quillory {
 
 // A window-modal file dialog of the toolkit.
 class QtOpenPanel final : public OpenPanel {
+    Q_DECLARE_TR_FUNCTIONS(QtOpenPanel)
 public:
     QtOpenPanel();
     ~QtOpenPanel() override;
