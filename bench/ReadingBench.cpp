@@ -91,7 +91,7 @@ public:
 private:
     FakeLibraryServices m_services;
     LibraryStore m_store { m_services.services(), LibraryStore::RestoreFolder::no };
-    NativeReader m_reader { m_store, [] { } };
+    NativeReader m_reader { m_store, { m_services.executor }, [] { } };
 };
 
 double stockFirstFrame(QByteArray const& source)

@@ -21,7 +21,9 @@
 
 #include <QApplication>
 #include <QDBusConnection>
+#include <QDesktopServices>
 #include <QDir>
+#include <QUrl>
 
 #include <chrono>
 #include <cstdlib>
@@ -117,6 +119,8 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .screens = desktop.screens(),
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
         .instance = instance,
+        .openLink = [](QString const& link) { QDesktopServices::openUrl(QUrl(link)); },
+        .quit = [] { QCoreApplication::exit(); },
         .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
     });
     OrderlyEnd end([&] {

@@ -117,9 +117,6 @@ public:
     // The selected sheet, null when there is none. Lives until the sheets change.
     Sheet const* selectedSheet() const;
 
-    // Carries the waiting of the views as well.
-    Executor& executor() const { return m_services.executor; }
-
     // The sheets of `pinnedIDs` in that order, those without a sheet left out.
     QList<Sheet> pinnedSheets() const;
 

@@ -4,7 +4,6 @@
 #include "presentation/WindowEdges.h"
 
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QToolTip>
@@ -26,7 +25,7 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     , m_store(store)
     , m_services(std::move(services))
     , m_view(
-          store, [this] { onDismiss(); }, this)
+          store, { m_services.executor, m_services.openLink }, [this] { onDismiss(); }, this)
     , m_drag(*this)
 {
     setMinimumSize(PanelFrame::minimumSize.toSize());
@@ -233,7 +232,7 @@ void ReaderPanel::keyPressEvent(QKeyEvent* event)
     if (event->key() == Qt::Key_Escape)
         onDismiss();
     else if (event->matches(QKeySequence::Quit))
-        QCoreApplication::exit();
+        m_services.quit();
     else
         QWidget::keyPressEvent(event);
 }

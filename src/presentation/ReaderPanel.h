@@ -30,6 +30,8 @@ public:
         Screens& screens;
         Executor& executor;
         MakePanelWindow makeWindow;
+        std::function<void(QString const& link)> openLink;
+        std::function<void()> quit; // the whole program
     };
 
     static constexpr char frameKey[] = "persistentPanelFrame";

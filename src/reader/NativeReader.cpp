@@ -4,8 +4,6 @@
 #include "text/Graphemes.h"
 
 #include <QCoreApplication>
-#include <QDesktopServices>
-#include <QUrl>
 
 #include <algorithm>
 
@@ -29,15 +27,17 @@ qsizetype longestLine(QStringView text, qsizetype longest)
 
 }
 
-NativeReader::NativeReader(LibraryStore& store, std::function<void()> dismiss, QWidget* parent)
+NativeReader::NativeReader(
+    LibraryStore& store, ReaderServices const& services, std::function<void()> dismiss, QWidget* parent)
     : m_store(store)
-    , m_scrollView(new ReaderScrollView(store.executor(), parent))
+    , m_executor(services.executor)
+    , m_scrollView(new ReaderScrollView(services.executor, parent))
     , m_folderObservation(store.generation.addNotifier([this] { forgetFolder(); }))
 {
     textView().onCopy = [this](QString const& text) { return m_store.copy(text); };
     textView().onDismiss = std::move(dismiss);
     textView().onNavigate = [this](int offset) { m_store.selectAdjacent(offset); };
-    textView().onOpenLink = [](QString const& link) { QDesktopServices::openUrl(QUrl(link)); };
+    textView().onOpenLink = services.openLink;
 }
 
 NativeReader::~NativeReader() = default;
@@ -182,7 +182,7 @@ void NativeReader::serveFind()
                                         : QCoreApplication::translate("NativeReader", "No matches");
     m_statusTask.end();
     if (status != m_store.findStatus.value())
-        m_statusTask = m_store.executor().post([this, status] { m_store.findStatus = status; });
+        m_statusTask = m_executor.post([this, status] { m_store.findStatus.assignAs<NativeReader>(status); });
 }
 
 }

@@ -2,6 +2,7 @@
 
 #include "library/LibraryStore.h"
 #include "reader/DocumentKey.h"
+#include "reader/ReaderServices.h"
 #include "reader/text/ReaderScrollView.h"
 
 #include <QHash>
@@ -23,7 +24,8 @@ public:
     static constexpr qsizetype mostKept = 4'000'000;
 
     // The store outlives the reader; `dismiss` closes it.
-    NativeReader(LibraryStore& store, std::function<void()> dismiss, QWidget* parent = nullptr);
+    NativeReader(
+        LibraryStore& store, ReaderServices const& services, std::function<void()> dismiss, QWidget* parent = nullptr);
     ~NativeReader();
     NativeReader(NativeReader const&) = delete;
     NativeReader& operator=(NativeReader const&) = delete;
@@ -66,6 +68,7 @@ private:
     void forgetFolder();
 
     LibraryStore& m_store;
+    Executor& m_executor;
     ReaderScrollView* m_scrollView;
     std::optional<DocumentKey> m_documentKey; // of what is shown
     int m_lastFindRequest = -1; // already served

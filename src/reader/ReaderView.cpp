@@ -38,9 +38,10 @@ Layout* tightLayout(QWidget* widget)
 
 }
 
-ReaderView::ReaderView(LibraryStore& store, std::function<void()> dismiss, QWidget* parent)
+ReaderView::ReaderView(LibraryStore& store, ReaderServices services, std::function<void()> dismiss, QWidget* parent)
     : QWidget(parent)
     , m_store(store)
+    , m_services(std::move(services))
     , m_topBar(new TopBar(this))
     , m_sidebar(new Sidebar(store, this))
 {
@@ -96,7 +97,7 @@ QWidget* ReaderView::makeReadingSide(std::function<void()> dismiss)
     m_emptyState = new EmptyState(m_store, side);
     rows->addWidget(m_emptyState, 1);
 
-    m_reader = std::make_unique<NativeReader>(m_store, std::move(dismiss), side);
+    m_reader = std::make_unique<NativeReader>(m_store, m_services, std::move(dismiss), side);
     rows->addWidget(&m_reader->scrollView(), 1);
     return side;
 }
@@ -123,21 +124,13 @@ void ReaderView::startAfresh()
 
 void ReaderView::refreshLater()
 {
-    if (m_isRefreshDue)
-        return;
-    m_isRefreshDue = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            if (m_isRefreshDue)
-                refresh();
-        },
-        Qt::QueuedConnection);
+    if (!m_refreshTask.isActive())
+        m_refreshTask = m_services.executor.post([this] { refresh(); });
 }
 
 void ReaderView::refresh()
 {
-    m_isRefreshDue = false;
+    m_refreshTask.end();
     m_sidebar->list().refresh();
     auto const* const sheet = m_store.selectedSheet();
     m_title->setText(sheet ? sheet->title : QStringLiteral("Quillory"));
@@ -156,7 +149,7 @@ void ReaderView::refreshError(Sheet const* sheet)
     m_error->setVisible(hasError);
     if (hasError)
         m_error->setText(
-            *sheet->error + (sheet->source.isEmpty() ? QString() : tr(" Showing the last readable version.")));
+            sheet->source.isEmpty() ? *sheet->error : tr("%1 Showing the last readable version.").arg(*sheet->error));
 }
 
 void ReaderView::changeEvent(QEvent* event)

@@ -2,6 +2,7 @@
 
 #include "library/LibraryStore.h"
 #include "reader/NativeReader.h"
+#include "reader/ReaderServices.h"
 
 #include <QProperty>
 #include <QWidget>
@@ -24,7 +25,7 @@ class ReaderView : public QWidget {
     Q_OBJECT
 public:
     // The store outlives the view; `dismiss` closes the reader.
-    ReaderView(LibraryStore& store, std::function<void()> dismiss, QWidget* parent = nullptr);
+    ReaderView(LibraryStore& store, ReaderServices services, std::function<void()> dismiss, QWidget* parent = nullptr);
     ~ReaderView() override;
 
     // The bar by which the window around it can be dragged.
@@ -48,6 +49,7 @@ private:
     void applyColors();
 
     LibraryStore& m_store;
+    ReaderServices m_services;
     TopBar* m_topBar;
     Sidebar* m_sidebar;
     QLabel* m_title = nullptr;
@@ -56,7 +58,7 @@ private:
     EmptyState* m_emptyState = nullptr;
     std::unique_ptr<NativeReader> m_reader;
     std::vector<QPropertyNotifier> m_observations;
-    bool m_isRefreshDue = false;
+    Registration m_refreshTask;
 };
 
 }

@@ -78,7 +78,7 @@ protected:
     LibraryStore store { services.services(), LibraryStore::RestoreFolder::no };
     QWidget window;
     int dismissals = 0;
-    NativeReader reader { store, [this] { ++dismissals; }, &window };
+    NativeReader reader { store, { services.executor }, [this] { ++dismissals; }, &window };
     ReaderTextView& view { reader.scrollView().textView() };
     Sheet const* shown = nullptr;
 };
@@ -205,7 +205,7 @@ TEST_F(NativeReaderTest, Bars_and_text_agree_on_light_or_dark)
     QPalette darkWindowsLightPages(QColor(60, 60, 60), QColor(40, 40, 40));
     darkWindowsLightPages.setColor(QPalette::Base, Qt::white);
     darkWindowsLightPages.setColor(QPalette::Text, Qt::black);
-    ReaderView content(store, [] { });
+    ReaderView content(store, { services.executor }, [] { });
     content.setPalette(darkWindowsLightPages);
     EXPECT_EQ(content.grab().toImage().pixelColor(content.topBar()->geometry().center()), QColor(0xF4, 0xF3, 0xF1));
     EXPECT_EQ(content.textView()->colors().appearance, ReaderColors::Appearance::light);
