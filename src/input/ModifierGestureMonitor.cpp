@@ -34,7 +34,7 @@ ModifierGestureMonitor::ModifierGestureMonitor(Executor& executor, Operations op
 
 ModifierGestureMonitor::~ModifierGestureMonitor()
 {
-    m_self.reset();
+    m_lifetime.end();
     m_holdTask.end();
     cancelObservation();
 }
@@ -63,16 +63,9 @@ bool ModifierGestureMonitor::mustAct(ModifierGesture gesture, bool isEnabled) co
 
 void ModifierGestureMonitor::startObserving()
 {
-    std::weak_ptr const weak = m_self;
     m_observation = m_operations.observeEvents(
-        [weak](ModifierEvent const& event) {
-            if (auto const self = weak.lock())
-                (*self)->handle(event);
-        },
-        [weak] {
-            if (auto const self = weak.lock())
-                (*self)->reset();
-        });
+        m_lifetime.guarded([this](ModifierEvent const& event) { handle(event); }),
+        m_lifetime.guarded([this] { reset(); }));
 }
 
 void ModifierGestureMonitor::cancelObservation()
@@ -125,10 +118,7 @@ void ModifierGestureMonitor::follow(ModifierEvent const& event, bool isDown)
         ended();
     if (auto const* second = std::get_if<ModifierGestureRecognizer::SecondDown>(&m_recognizer.state())) {
         m_holdTask = m_executor.after(
-            ModifierGestureRecognizer::holdLimit, [weak = std::weak_ptr(m_self), keyCode = second->keyCode] {
-                if (auto const self = weak.lock())
-                    (*self)->checkHold(keyCode);
-            });
+            ModifierGestureRecognizer::holdLimit, [this, keyCode = second->keyCode] { checkHold(keyCode); });
     }
 }
 

@@ -5,10 +5,10 @@
 #include "platform/Executor.h"
 #include "platform/InputPermission.h"
 #include "platform/KeyState.h"
+#include "platform/Lifetime.h"
 #include "platform/ModifierEvents.h"
 
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace Quillory {
@@ -69,8 +69,7 @@ private:
     ModifierGestureRecognizer m_recognizer;
     std::optional<ModifierEventObservation> m_observation;
     Registration m_holdTask;
-    // What receivers hold weakly: they do nothing once it is gone.
-    std::shared_ptr<ModifierGestureMonitor*> m_self = std::make_shared<ModifierGestureMonitor*>(this);
+    Lifetime m_lifetime;
 };
 
 }

@@ -6,22 +6,13 @@ namespace Quillory {
 
 Registration NotificationCenter::observe(QString const& name, Handler handler)
 {
-    auto observer = std::make_shared<Observer>(name, std::move(handler));
-    m_observers.push_back(observer);
-    return Registration([this, observer] {
-        observer->handler = nullptr;
-        std::erase(m_observers, observer);
-    });
+    return m_observers[name].add(std::move(handler));
 }
 
 void NotificationCenter::post(Notification const& notification) const
 {
-    auto const observers = m_observers;
-    for (auto const& observer : observers) {
-        // A handler may end its own observation, and with it what it holds.
-        if (auto const handler = observer->handler; handler && observer->name == notification.name)
-            handler(notification);
-    }
+    if (auto const observers = m_observers.find(notification.name); observers != m_observers.end())
+        observers->second.tell(notification);
 }
 
 }

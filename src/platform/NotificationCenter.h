@@ -1,14 +1,12 @@
 #pragma once
 
-#include "platform/Registration.h"
+#include "platform/Observers.h"
 
 #include <QString>
 
 #include <any>
 #include <functional>
 #include <map>
-#include <memory>
-#include <vector>
 
 namespace Quillory {
 
@@ -34,11 +32,7 @@ public:
     void post(Notification const& notification) const;
 
 private:
-    struct Observer {
-        QString name;
-        Handler handler;
-    };
-    std::vector<std::shared_ptr<Observer>> m_observers;
+    std::map<QString, Observers<void(Notification const&)>> m_observers;
 };
 
 }

@@ -6,6 +6,7 @@
 #include "platform/Executor.h"
 #include "platform/InputPermission.h"
 #include "platform/KeyState.h"
+#include "platform/Lifetime.h"
 #include "platform/ModifierEvents.h"
 #include "platform/SessionEvents.h"
 #include "platform/Workspace.h"
@@ -14,7 +15,6 @@
 #include "presentation/StatusItems.h"
 
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -66,10 +66,7 @@ private:
     template<typename... Arguments>
     auto weakly(void (PresentationCoordinator::*operation)(Arguments...))
     {
-        return [self = std::weak_ptr(m_self), operation](Arguments... arguments) {
-            if (auto const living = self.lock())
-                ((*living)->*operation)(arguments...);
-        };
+        return m_lifetime.guarded([this, operation](Arguments... arguments) { (this->*operation)(arguments...); });
     }
 
     void bindShortcuts();
@@ -109,7 +106,7 @@ private:
     bool m_isPeeking = false;
     bool m_gesturePeek = false;
     ModifierGestureMonitor m_modifierMonitor;
-    std::shared_ptr<PresentationCoordinator*> m_self = std::make_shared<PresentationCoordinator*>(this);
+    Lifetime m_lifetime;
     std::vector<Registration> m_observations;
 };
 

@@ -247,7 +247,7 @@ private:
 };
 
 InotifyFileEvents::InotifyFileEvents(Executor& executor)
-    : m_instance(std::make_shared<Instance>(executor))
+    : m_instance(std::make_unique<Instance>(executor))
 {
 }
 
@@ -259,10 +259,7 @@ Registration InotifyFileEvents::watch(
     auto watch = m_instance->add(folder, latency, std::move(changed));
     if (!watch)
         return {};
-    return Registration([instance = std::weak_ptr(m_instance), watch = std::move(watch)] {
-        if (auto const living = instance.lock())
-            living->remove(watch);
-    });
+    return Registration(m_lifetime.guarded([this, watch = std::move(watch)] { m_instance->remove(watch); }));
 }
 
 void InotifyFileEvents::lookAgain()

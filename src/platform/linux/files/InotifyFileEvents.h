@@ -2,6 +2,7 @@
 
 #include "platform/Executor.h"
 #include "platform/FileEvents.h"
+#include "platform/Lifetime.h"
 
 #include <memory>
 
@@ -20,7 +21,8 @@ public:
 
 private:
     class Instance;
-    std::shared_ptr<Instance> m_instance;
+    std::unique_ptr<Instance> m_instance;
+    Lifetime m_lifetime;
 };
 
 }

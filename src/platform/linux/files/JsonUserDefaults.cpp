@@ -125,10 +125,9 @@ void JsonUserDefaults::removeValue(QString const& key)
 
 Registration JsonUserDefaults::observeTrouble(std::function<void(Trouble const&)> told)
 {
-    m_told = std::move(told);
     if (m_trouble)
-        m_told(*m_trouble);
-    return Registration([this] { m_told = nullptr; });
+        told(*m_trouble);
+    return m_observers.add(std::move(told));
 }
 
 void JsonUserDefaults::tell(Trouble const& trouble)
@@ -136,8 +135,7 @@ void JsonUserDefaults::tell(Trouble const& trouble)
     if (m_trouble == trouble)
         return;
     m_trouble = trouble;
-    if (m_told)
-        m_told(trouble);
+    m_observers.tell(trouble);
 }
 
 void JsonUserDefaults::flush()

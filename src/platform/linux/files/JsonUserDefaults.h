@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/Executor.h"
+#include "platform/Observers.h"
 #include "platform/SystemError.h"
 #include "platform/UserDefaults.h"
 
@@ -71,7 +72,7 @@ private:
     std::optional<SystemError> m_lastWriteError;
     std::optional<QString> m_damagedFile;
     std::optional<Trouble> m_trouble; // until the file is written
-    std::function<void(Trouble const&)> m_told;
+    Observers<void(Trouble const&)> m_observers;
 };
 
 }

@@ -116,18 +116,17 @@ void BusApplicationInstance::receive(Request request)
     bool const isWhyItRuns = std::exchange(m_start.by, Start::By::user) == Start::By::bus;
     if (isWhyItRuns && request.wish == Wish::toggle)
         request.wish = Wish::open;
-    if (m_requested)
-        m_requested(request);
-    else
+    if (m_requested.isEmpty())
         m_kept.push_back(request);
+    else
+        m_requested.tell(request);
 }
 
 Registration BusApplicationInstance::observeRequests(std::function<void(Request const&)> requested)
 {
-    m_requested = std::move(requested);
     for (auto const& request : std::exchange(m_kept, {}))
-        m_requested(request);
-    return Registration([this] { m_requested = nullptr; });
+        requested(request);
+    return m_requested.add(std::move(requested));
 }
 
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/ApplicationInstance.h"
+#include "platform/Observers.h"
 #include "platform/linux/freedesktop/ApplicationInterface.h"
 
 #include <QDBusConnection>
@@ -57,7 +58,7 @@ private:
     Start m_start;
     std::chrono::milliseconds m_answerTime;
     ApplicationInterface m_interface;
-    std::function<void(Request const&)> m_requested;
+    Observers<void(Request const&)> m_requested;
     std::vector<Request> m_kept;
 };
 

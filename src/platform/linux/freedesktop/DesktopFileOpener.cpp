@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <QPointer>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -75,10 +74,9 @@ void DesktopFileOpener::open(QString const& path, Done done)
     if (launcher.isEmpty())
         return openByPortal(path, std::move(done));
     auto const shared = std::make_shared<Done>(std::move(done));
-    auto const ended = [self = QPointer(this), shared](std::optional<int> status) {
-        if (self)
-            (*shared)(status == 0 ? Result() : failure(tr("The desktop could not open it.")));
-    };
+    auto const ended = m_lifetime.guarded([shared](std::optional<int> status) {
+        (*shared)(status == 0 ? Result() : failure(tr("The desktop could not open it.")));
+    });
     if (auto const started = ChildProcess::start({ launcher, path }, {}, ended); !started)
         (*shared)(failure(started.error().localizedDescription()));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FileOpener.h"
+#include "platform/Lifetime.h"
 
 #include <QDBusConnection>
 #include <QObject>
@@ -24,6 +25,7 @@ private:
     void openByPortal(QString const& path, Done done);
 
     QDBusConnection m_bus;
+    Lifetime m_lifetime;
 };
 
 }

@@ -16,10 +16,6 @@ QString const managerPath = QStringLiteral("/org/freedesktop/login1");
 QString const managerInterface = QStringLiteral("org.freedesktop.login1.Manager");
 QString const sessionInterface = QStringLiteral("org.freedesktop.login1.Session");
 
-QString const willSleep = QStringLiteral("will sleep");
-QString const didWake = QStringLiteral("did wake");
-QString const didResignActive = QStringLiteral("did resign active");
-
 template<typename Value, typename Done>
 void whenAnswered(QObject* owner, QDBusPendingCall const& call, Done done)
 {
@@ -47,22 +43,17 @@ LogindSessionEvents::LogindSessionEvents(QDBusConnection const& systemBus)
 
 Registration LogindSessionEvents::observeWillSleep(Action action)
 {
-    return observe(willSleep, std::move(action));
+    return m_willSleep.add(std::move(action));
 }
 
 Registration LogindSessionEvents::observeDidWake(Action action)
 {
-    return observe(didWake, std::move(action));
+    return m_didWake.add(std::move(action));
 }
 
 Registration LogindSessionEvents::observeSessionDidResignActive(Action action)
 {
-    return observe(didResignActive, std::move(action));
-}
-
-Registration LogindSessionEvents::observe(QString const& event, Action action)
-{
-    return m_center.observe(event, [action = std::move(action)](Notification const&) { action(); });
+    return m_didResignActive.add(std::move(action));
 }
 
 void LogindSessionEvents::holdSleepUp()
@@ -97,7 +88,7 @@ void LogindSessionEvents::listenToSession(QString const& path)
 void LogindSessionEvents::prepareForSleep(bool isAboutToSleep)
 {
     m_isAsleep = isAboutToSleep;
-    m_center.post({ isAboutToSleep ? willSleep : didWake, {} });
+    (isAboutToSleep ? m_willSleep : m_didWake).tell();
     if (isAboutToSleep)
         m_sleepDelay = {};
     else if (!m_sleepDelay.isValid())
@@ -106,7 +97,7 @@ void LogindSessionEvents::prepareForSleep(bool isAboutToSleep)
 
 void LogindSessionEvents::lock()
 {
-    m_center.post({ didResignActive, {} });
+    m_didResignActive.tell();
 }
 
 void LogindSessionEvents::propertiesChanged(QString const& interface, QVariantMap const& changed, QStringList const&)
@@ -117,7 +108,7 @@ void LogindSessionEvents::propertiesChanged(QString const& interface, QVariantMa
     bool const isAway = !changed.value(QStringLiteral("Active"), true).toBool()
         || changed.value(QStringLiteral("LockedHint"), false).toBool();
     if (isAway)
-        m_center.post({ didResignActive, {} });
+        m_didResignActive.tell();
 }
 
 }

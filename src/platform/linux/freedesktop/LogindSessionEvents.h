@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/NotificationCenter.h"
+#include "platform/Observers.h"
 #include "platform/SessionEvents.h"
 
 #include <QDBusConnection>
@@ -28,13 +28,14 @@ private Q_SLOTS:
     void propertiesChanged(QString const& interface, QVariantMap const& changed, QStringList const& invalidated);
 
 private:
-    Registration observe(QString const& event, Action action);
     void holdSleepUp();
     void findSession();
     void listenToSession(QString const& path);
 
     QDBusConnection m_bus;
-    NotificationCenter m_center;
+    Observers<void()> m_willSleep;
+    Observers<void()> m_didWake;
+    Observers<void()> m_didResignActive;
     // While it is open the system waits with going to sleep, a few seconds at most.
     QDBusUnixFileDescriptor m_sleepDelay;
     bool m_isAsleep = false;

@@ -1,8 +1,9 @@
 #include "platform/linux/qt/QtExecutor.h"
 
+#include "platform/Lifetime.h"
+
 #include <QBasicTimer>
 #include <QCoreApplication>
-#include <QPointer>
 #include <QTimerEvent>
 
 #include <algorithm>
@@ -46,10 +47,7 @@ public:
         Key const key { start + std::clamp(delay, std::chrono::nanoseconds::zero(), longest), m_arrivals++ };
         m_waiting.emplace(key, std::move(action));
         arm();
-        return Registration([timers = QPointer<Timers>(this), key] {
-            if (timers)
-                timers->remove(key);
-        });
+        return Registration(m_lifetime.guarded([this, key] { remove(key); }));
     }
 
 protected:
@@ -116,6 +114,7 @@ private:
     std::uint64_t m_arrivals = 0;
     bool m_isWakeUnderWay = false;
     QBasicTimer m_timer;
+    Lifetime m_lifetime;
 };
 
 struct QtExecutor::Task {

@@ -35,14 +35,11 @@ QtLocalKeyEvents::QtLocalKeyEvents(KeyCodes keyCodes)
 
 Registration QtLocalKeyEvents::observe(Monitor monitor)
 {
-    if (m_monitors.empty())
+    if (m_monitors.isEmpty())
         QCoreApplication::instance()->installEventFilter(this);
-    auto shared = std::make_shared<Monitor>(std::move(monitor));
-    m_monitors.push_back(shared);
-    return Registration([this, shared] {
-        *shared = nullptr;
-        std::erase(m_monitors, shared);
-        if (m_monitors.empty())
+    return Registration([this, observation = m_monitors.add(std::move(monitor))]() mutable {
+        observation.end();
+        if (m_monitors.isEmpty())
             QCoreApplication::instance()->removeEventFilter(this);
     });
 }
@@ -63,13 +60,7 @@ bool QtLocalKeyEvents::eventFilter(QObject* watched, QEvent* event)
         .modifiers = flags(key.modifiers()),
         .repeat = key.isAutoRepeat() ? RawKeyEvent::Repeat::yes : RawKeyEvent::Repeat::no,
     };
-    auto const monitors = m_monitors;
-    for (auto const& monitor : monitors) {
-        // It may end its own observation.
-        if (auto const call = *monitor; call && call(raw) == Answer::swallow)
-            return true;
-    }
-    return false;
+    return m_monitors.tellUntil(Answer::swallow, raw);
 }
 
 }

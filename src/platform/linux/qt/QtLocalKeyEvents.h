@@ -1,14 +1,13 @@
 #pragma once
 
 #include "platform/LocalKeyEvents.h"
+#include "platform/Observers.h"
 
 #include <QObject>
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
-#include <vector>
 
 namespace Quillory {
 
@@ -27,7 +26,7 @@ public:
 
 private:
     KeyCodes m_keyCodes;
-    std::vector<std::shared_ptr<Monitor>> m_monitors;
+    Observers<Answer(RawKeyEvent const&)> m_monitors;
 };
 
 }

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 namespace Quillory {
 
@@ -47,16 +48,6 @@ X11Connection::~X11Connection()
     xcb_disconnect(m_connection);
 }
 
-Registration X11Connection::observeEvents(EventHandler handler)
-{
-    auto shared = std::make_shared<EventHandler>(std::move(handler));
-    m_handlers.push_back(shared);
-    return Registration([this, shared] {
-        *shared = nullptr;
-        std::erase(m_handlers, shared);
-    });
-}
-
 void X11Connection::listenOnRoot(std::uint32_t eventMask)
 {
     m_rootEventMask |= eventMask;
@@ -69,7 +60,7 @@ void X11Connection::drain()
     while (auto const event = nextEvent()) {
         bool const isError = event->response_type == 0;
         if (!isError)
-            dispatch(*event);
+            m_handlers.tell(*event);
     }
     xcb_flush(m_connection);
     bool const isLost = xcb_connection_has_error(m_connection) != 0;
@@ -110,16 +101,6 @@ std::uint32_t X11Connection::presentTime()
             m_waiting.push_back(std::move(event));
     }
     return time;
-}
-
-void X11Connection::dispatch(xcb_generic_event_t const& event)
-{
-    // A handler may end registrations, its own among them.
-    auto const handlers = m_handlers;
-    for (auto const& handler : handlers) {
-        if (auto const call = *handler)
-            call(event);
-    }
 }
 
 bool X11Connection::succeeded(xcb_void_cookie_t checked) const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Registration.h"
+#include "platform/Observers.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -17,7 +17,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
-#include <vector>
+#include <utility>
 
 class QSocketNotifier;
 
@@ -44,7 +44,7 @@ public:
     X11Connection& operator=(X11Connection const&) = delete;
 
     // Calls `handler` for every event, in order, until the registration ends.
-    Registration observeEvents(EventHandler handler);
+    Registration observeEvents(EventHandler handler) { return m_handlers.add(std::move(handler)); }
 
     // Asks for further events of the root window, beside those that were asked for already.
     void listenOnRoot(std::uint32_t eventMask);
@@ -79,11 +79,10 @@ public:
 private:
     X11Connection(xcb_connection_t* connection, xcb_screen_t const* screen);
     XcbOwned<xcb_generic_event_t> nextEvent();
-    void dispatch(xcb_generic_event_t const& event);
 
     xcb_connection_t* m_connection;
     xcb_screen_t const* m_screen;
-    std::vector<std::shared_ptr<EventHandler>> m_handlers;
+    Observers<void(xcb_generic_event_t const&)> m_handlers;
     std::unordered_map<std::string, xcb_atom_t> m_atoms;
     std::deque<XcbOwned<xcb_generic_event_t>> m_waiting;
     std::uint32_t m_rootEventMask = 0;

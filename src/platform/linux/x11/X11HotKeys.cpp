@@ -85,10 +85,7 @@ std::expected<Registration, HotKeys::Refusal> X11HotKeys::registerHotKey(
     if (auto const grabbed = grab(*hotKey); !grabbed)
         return std::unexpected(grabbed.error());
     m_hotKeys.push_back(hotKey);
-    return Registration([this, weak = std::weak_ptr(hotKey)] {
-        if (auto const living = weak.lock())
-            remove(living);
-    });
+    return Registration(m_lifetime.guarded([this, hotKey] { remove(hotKey); }));
 }
 
 std::expected<void, HotKeys::Refusal> X11HotKeys::probe(std::uint16_t keyCode, ModifierFlags modifiers)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/HotKeys.h"
+#include "platform/Lifetime.h"
 #include "platform/linux/x11/ModifierMap.h"
 #include "platform/linux/x11/X11Clock.h"
 #include "platform/linux/x11/X11Connection.h"
@@ -87,6 +88,7 @@ private:
     QTimer m_followKeyboardMap;
     QTimer m_guard;
     Registration m_events;
+    Lifetime m_lifetime;
 };
 
 }

@@ -222,16 +222,9 @@ void X11Workspace::writeUserTime(xcb_window_t window)
 Registration X11Workspace::observeActivation(std::function<void(RunningApplication const&)> activated)
 {
     // What came to the front before is no news, also when the server's word of it is still on its way.
-    if (m_observers.empty())
+    if (m_observers.isEmpty())
         m_front = m_connection.number(m_connection.root(), activeWindow).value_or(m_front);
-    auto observer = std::make_shared<Observer>(std::move(activated));
-    m_observers.push_back(observer);
-    return Registration([this, weak = std::weak_ptr(observer)] {
-        if (auto const living = weak.lock()) {
-            *living = nullptr;
-            std::erase(m_observers, living);
-        }
-    });
+    return m_observers.add(std::move(activated));
 }
 
 void X11Workspace::handle(xcb_generic_event_t const& event)
@@ -250,12 +243,7 @@ void X11Workspace::handle(xcb_generic_event_t const& event)
     if (!application)
         return;
     m_front = *front;
-    // An observer may end registrations, its own among them.
-    auto const observers = m_observers;
-    for (auto const& observer : observers) {
-        if (auto const call = *observer)
-            call(*application);
-    }
+    m_observers.tell(*application);
 }
 
 }

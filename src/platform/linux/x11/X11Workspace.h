@@ -1,13 +1,12 @@
 #pragma once
 
+#include "platform/Observers.h"
 #include "platform/Workspace.h"
 #include "platform/linux/x11/X11Clock.h"
 #include "platform/linux/x11/X11Connection.h"
 
 #include <chrono>
-#include <memory>
 #include <unordered_set>
-#include <vector>
 
 namespace Quillory {
 
@@ -29,8 +28,6 @@ public:
     Registration observeActivation(std::function<void(RunningApplication const&)> activated) override;
 
 private:
-    using Observer = std::function<void(RunningApplication const&)>;
-
     bool isManaged() const;
     std::optional<xcb_window_t> frontWindow() const;
     std::optional<RunningApplication> describe(xcb_window_t named, xcb_window_t front) const;
@@ -52,7 +49,7 @@ private:
     xcb_window_t m_front = XCB_WINDOW_NONE; // the latest, also while there is none
     mutable std::optional<std::chrono::steady_clock::time_point> m_noFrontSince;
     X11Clock m_frontChanges;
-    std::vector<std::shared_ptr<Observer>> m_observers;
+    Observers<void(RunningApplication const&)> m_observers;
     Registration m_events;
 };
 

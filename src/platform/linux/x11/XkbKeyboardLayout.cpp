@@ -81,7 +81,7 @@ XkbKeyboardLayout::XkbKeyboardLayout(X11Connection& connection)
 {
     m_tell.setSingleShot(true);
     m_tell.setInterval(storm);
-    m_tell.callOnTimeout([this] { m_changes.post({}); });
+    m_tell.callOnTimeout([this] { m_changes.tell(); });
     m_events = m_connection.observeEvents([this](auto const& event) { handle(event); });
 }
 
@@ -120,7 +120,7 @@ std::optional<std::uint16_t> XkbKeyboardLayout::keyCode(QString const& symbolNam
 Registration XkbKeyboardLayout::observeChanges(std::function<void()> changed)
 {
     listen();
-    return m_changes.observe({}, [changed = std::move(changed)](Notification const&) { changed(); });
+    return m_changes.add(std::move(changed));
 }
 
 // Only the switch from one layout to another is asked for, not each modifier that goes down.

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/KeyboardLayout.h"
-#include "platform/NotificationCenter.h"
+#include "platform/Observers.h"
 #include "platform/linux/x11/X11Connection.h"
 
 #include <QTimer>
@@ -39,7 +39,7 @@ private:
     X11Connection& m_connection;
     mutable std::uint8_t m_firstEvent = 0; // of the server's keyboard extension; 0 before it was asked for
     mutable std::optional<Map> m_map;
-    NotificationCenter m_changes;
+    Observers<void()> m_changes;
     QTimer m_tell;
     Registration m_events;
 };
