@@ -1,9 +1,11 @@
 #pragma once
 
+#include "KeyboardShortcuts/Shortcut.h"
 #include "platform/Registration.h"
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 namespace Quillory {
 
@@ -23,6 +25,7 @@ public:
 
     std::int64_t const carbonKeyCode;
     std::int64_t const carbonModifiers;
+    std::optional<KeyCombination> const combination; // both, as the keyboard has them
     Action const onKeyDown;
     Action const onKeyUp;
     std::uint32_t const id;

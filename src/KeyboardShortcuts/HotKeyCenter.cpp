@@ -39,12 +39,10 @@ void HotKeyCenter::setMenu(Menu menu)
 
 bool HotKeyCenter::request(HotKey& hotKey)
 {
-    Shortcut const shortcut { hotKey.carbonKeyCode, hotKey.carbonModifiers };
-    if (!std::in_range<std::uint16_t>(shortcut.carbonKeyCode)
-        || !std::in_range<std::uint32_t>(shortcut.carbonModifiers))
+    if (!hotKey.combination)
         return false;
-    auto registration = m_service.registerHotKey(static_cast<std::uint16_t>(shortcut.carbonKeyCode),
-        shortcut.comparableModifiers(), [this, id = hotKey.id](HotKeys::Phase phase) { handleHotKey(id, phase); });
+    auto registration = m_service.registerHotKey(hotKey.combination->keyCode, hotKey.combination->modifiers,
+        [this, id = hotKey.id](HotKeys::Phase phase) { handleHotKey(id, phase); });
     if (!registration)
         return false;
     hotKey.eventHotKeyRef = std::move(*registration);
@@ -101,10 +99,10 @@ bool HotKeyCenter::isTakenBySystem(Shortcut const& shortcut, SystemShortcuts con
         return false;
     if (shortcut.isTakenBySystem(system.symbolicHotKeys()))
         return true;
-    if (!std::in_range<std::uint16_t>(shortcut.carbonKeyCode))
+    auto const combination = shortcut.combination();
+    if (!combination)
         return false;
-    auto const probed = m_service.probe(
-        static_cast<std::uint16_t>(shortcut.carbonKeyCode), shortcut.comparableModifiers());
+    auto const probed = m_service.probe(combination->keyCode, combination->modifiers);
     return !probed && probed.error().reason == HotKeys::Refusal::Reason::taken;
 }
 
@@ -123,13 +121,9 @@ LocalKeyEvents::Answer HotKeyCenter::handleRawKey(RawKeyEvent const& event) cons
     bool const isDown = event.kind == RawKeyEvent::Kind::down;
     if (isDown && event.repeat == RawKeyEvent::Repeat::yes)
         return passOn;
-    Shortcut const struck { event.keyCode, Shortcut::carbonModifiersOf(event.modifiers) };
+    auto const struck = Shortcut { event.keyCode, Shortcut::carbonModifiersOf(event.modifiers) }.combination();
     auto const hotKeys = living();
-    auto const hotKey = std::ranges::find_if(hotKeys, [&](auto const& each) {
-        return each->carbonKeyCode == struck.carbonKeyCode
-            && Shortcut { each->carbonKeyCode, each->carbonModifiers }.comparableModifiers()
-            == struck.comparableModifiers();
-    });
+    auto const hotKey = std::ranges::find_if(hotKeys, [&](auto const& each) { return each->combination == struck; });
     if (hotKey == hotKeys.end())
         return passOn;
     (isDown ? (*hotKey)->onKeyDown : (*hotKey)->onKeyUp)();

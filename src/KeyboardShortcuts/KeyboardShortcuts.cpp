@@ -9,10 +9,12 @@ KeyboardShortcuts::KeyboardShortcuts(ShortcutStorage& storage, HotKeyCenter& cen
     : m_storage(storage)
     , m_center(center)
     , m_executor(executor)
-    , m_storageChanges(storage.listen({
-          .willChange = [this](Name const& name) { unregisterShortcut(name); },
-          .didChange = [this](Name const& name) { registerShortcut(name); },
-      }))
+    , m_storageChanges(storage.listen([this](ShortcutStorage::Change change, Name const& name) {
+        if (change == ShortcutStorage::Change::coming)
+            unregisterShortcut(name);
+        else
+            registerShortcut(name);
+    }))
 {
 }
 

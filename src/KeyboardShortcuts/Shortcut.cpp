@@ -95,6 +95,13 @@ ModifierFlags Shortcut::comparableModifiers() const
     return static_cast<ModifierFlags>(std::uint32_t(flags) & ~std::uint32_t(ModifierFlags::function));
 }
 
+std::optional<KeyCombination> Shortcut::combination() const
+{
+    if (!std::in_range<std::uint16_t>(carbonKeyCode) || !std::in_range<std::uint32_t>(carbonModifiers))
+        return std::nullopt;
+    return KeyCombination { static_cast<std::uint16_t>(carbonKeyCode), comparableModifiers() };
+}
+
 QString Shortcut::description(KeyboardLayout const& layout) const
 {
     QString shown;

@@ -12,6 +12,14 @@
 
 namespace Quillory {
 
+// A key with modifiers as the keyboard has it, to register and to compare with what was struck.
+struct KeyCombination {
+    std::uint16_t keyCode = 0;
+    ModifierFlags modifiers = ModifierFlags::none;
+
+    bool operator==(KeyCombination const&) const = default;
+};
+
 // A key with modifiers, as it is stored: a virtual key code and a Carbon modifier mask.
 struct Shortcut {
     std::int64_t carbonKeyCode = 0;
@@ -23,6 +31,9 @@ struct Shortcut {
 
     // The same without the Function modifier where the key makes it say nothing: what two shortcuts are compared by.
     ModifierFlags comparableModifiers() const;
+
+    // With the comparable modifiers. Absent when no key can have that code.
+    std::optional<KeyCombination> combination() const;
 
     // As the user sees it: the modifiers' symbols, then the key under the layout in use; U+FFFD for a key without a
     // character.

@@ -3,24 +3,23 @@
 #include "KeyboardShortcuts/Shortcut.h"
 #include "KeyboardShortcuts/ShortcutName.h"
 #include "platform/NotificationCenter.h"
+#include "platform/Observers.h"
 #include "platform/UserDefaults.h"
 
 #include <functional>
-#include <memory>
+#include <map>
 #include <optional>
-#include <vector>
+#include <utility>
 
 namespace Quillory {
 
 // The shortcuts as the user's preferences keep them: the text of a shortcut, false for one that the user took away,
-// or nothing. Main thread only.
+// or nothing. Each is read once, when it is first asked for, and follows what is set here. Main thread only.
 class ShortcutStorage {
 public:
     // Told right before and right after a stored value is written.
-    struct Listener {
-        std::function<void(ShortcutName const&)> willChange;
-        std::function<void(ShortcutName const&)> didChange;
-    };
+    enum class Change { coming, made };
+    using Listener = std::function<void(Change, ShortcutName const&)>;
 
     // Posted after each change and what the listeners made of it; "name" in its user info holds the ShortcutName.
     static QString shortcutByNameDidChange() { return QStringLiteral("KeyboardShortcuts_shortcutByNameDidChange"); }
@@ -37,12 +36,15 @@ public:
     // Only where nothing was ever stored.
     void storeInitialShortcut(ShortcutName const& name);
 
-    Registration listen(Listener listener);
+    Registration listen(Listener listener) { return m_listeners.add(std::move(listener)); }
 
 private:
+    std::optional<Shortcut> read(ShortcutName const& name) const;
+
     UserDefaults& m_defaults;
     NotificationCenter& m_notifications;
-    std::vector<std::shared_ptr<Listener>> m_listeners;
+    mutable std::map<QString, std::optional<Shortcut>> m_shortcuts; // by raw value
+    Observers<void(Change, ShortcutName const&)> m_listeners;
 };
 
 }
