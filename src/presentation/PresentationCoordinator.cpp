@@ -3,6 +3,8 @@
 #include "input/ModifierGesturePermission.h"
 #include "presentation/PeekHold.h"
 
+#include <utility>
+
 namespace Quillory {
 
 PresentationCoordinator::PresentationCoordinator(
@@ -58,7 +60,7 @@ void PresentationCoordinator::toggle()
     if (isPickerOnScreen())
         return;
     // A panel that is minimized looks closed to the user.
-    if (m_state == PresentationState::closed || m_panel.isMinimized())
+    if (m_presentation == Presentation::closed || m_panel.isMinimized())
         open();
     else
         close();
@@ -68,13 +70,13 @@ void PresentationCoordinator::open()
 {
     if (isPickerOnScreen())
         return;
-    if (m_state == PresentationState::closed)
+    if (m_presentation == Presentation::closed)
         m_previousApp = m_services.workspace.frontmostApplication();
     m_panel.dismissTooltips();
     savePanelFrame();
     clearPeek();
     m_store.reload();
-    m_state = PresentationState::panel;
+    m_presentation = Presentation::resident;
     m_panel.show(presence());
 }
 
@@ -85,7 +87,7 @@ void PresentationCoordinator::close()
     m_panel.dismissTooltips();
     savePanelFrame();
     clearPeek();
-    m_state = PresentationState::closed;
+    m_presentation = Presentation::closed;
     // Asked before the panel goes: the window manager hands the front on by itself as soon as a window is hidden.
     auto const before = front();
     m_panel.orderOut();
@@ -98,7 +100,7 @@ void PresentationCoordinator::windowWillClose()
     m_panel.dismissTooltips();
     savePanelFrame();
     clearPeek();
-    m_state = PresentationState::closed;
+    m_presentation = Presentation::closed;
     restorePreviousApp(front());
     m_services.shortcuts.yieldKeyboard();
 }
@@ -120,7 +122,7 @@ void PresentationCoordinator::restorePreviousApp(Front front)
 
 void PresentationCoordinator::peekKeyDown()
 {
-    if (m_isPeeking)
+    if (isPeeking())
         return;
     if (isPickerOnScreen())
         return;
@@ -130,42 +132,39 @@ void PresentationCoordinator::peekKeyDown()
     // One combination for both is the toggle, however long it is held.
     if (m_services.shortcuts.getShortcut(ShortcutName::toggleQuillory()) == peek)
         return;
-    beginPeek(peek->modifiers(), static_cast<std::uint16_t>(peek->carbonKeyCode));
+    beginPeek(Presentation::keyPeek, peek->modifiers(), static_cast<std::uint16_t>(peek->carbonKeyCode));
 }
 
 void PresentationCoordinator::peekKeyUp()
 {
-    if (m_gesturePeek)
+    if (isGesturePeek())
         return;
     resetAndClosePeek();
 }
 
 void PresentationCoordinator::gestureBegan(ModifierFlags flags, std::uint16_t keyCode)
 {
-    if (m_isPeeking)
+    if (isPeeking())
         return;
     if (isPickerOnScreen())
         return;
-    m_gesturePeek = true;
-    beginPeek(flags, keyCode);
+    beginPeek(Presentation::gesturePeek, flags, keyCode);
 }
 
 void PresentationCoordinator::gestureEnded()
 {
-    if (!m_gesturePeek)
+    if (!isGesturePeek())
         return;
     resetAndClosePeek();
 }
 
-void PresentationCoordinator::beginPeek(ModifierFlags modifiers, std::uint16_t keyCode)
+void PresentationCoordinator::beginPeek(Presentation peek, ModifierFlags modifiers, std::uint16_t keyCode)
 {
-    bool const wasClosed = m_state == PresentationState::closed;
+    bool const wasClosed = std::exchange(m_presentation, peek) == Presentation::closed;
     m_previousApp = m_services.workspace.frontmostApplication();
-    m_isPeeking = true;
     m_store.peekModifiers.assignAs<PresentationCoordinator>(modifiers);
     if (wasClosed) {
         m_store.reload();
-        m_state = PresentationState::panel;
         m_panel.show(presence());
     }
     applyPeekLevel();
@@ -178,7 +177,7 @@ void PresentationCoordinator::beginPeek(ModifierFlags modifiers, std::uint16_t k
 void PresentationCoordinator::pollPeek(ModifierFlags modifiers, std::uint16_t keyCode)
 {
     m_peekTask = m_services.executor.after(peekPoll, [this, modifiers, keyCode] {
-        if (!m_isPeeking)
+        if (!isPeeking())
             return;
         auto& keys = m_services.keys;
         if (peekStillHeld(keys.keyIsDown(keyCode), keys.flags(), modifiers))
@@ -192,7 +191,7 @@ void PresentationCoordinator::pollPeek(ModifierFlags modifiers, std::uint16_t ke
 void PresentationCoordinator::resetAndClosePeek()
 {
     m_modifierMonitor.reset();
-    if (m_isPeeking)
+    if (isPeeking())
         close();
 }
 
@@ -200,8 +199,8 @@ void PresentationCoordinator::resetAndClosePeek()
 void PresentationCoordinator::clearPeek()
 {
     m_peekTask.end();
-    m_isPeeking = false;
-    m_gesturePeek = false;
+    if (isPeeking())
+        m_presentation = Presentation::resident;
     m_modifierMonitor.reset();
     m_store.peekModifiers.assignAs<PresentationCoordinator>(ModifierFlags::none);
     applyPeekLevel();
@@ -224,9 +223,9 @@ void PresentationCoordinator::applicationActivated(RunningApplication const& app
     refreshGesture();
     if (isThisApplication(application))
         return;
-    if (m_isPeeking)
+    if (isPeeking())
         resetAndClosePeek();
-    if (m_state == PresentationState::panel)
+    if (m_presentation != Presentation::closed)
         m_previousApp = application;
 }
 
@@ -240,7 +239,7 @@ void PresentationCoordinator::filePickerWillPresent()
 
 void PresentationCoordinator::savePanelFrame()
 {
-    if (m_state == PresentationState::panel)
+    if (m_presentation != Presentation::closed)
         m_panel.savePanelFrame();
 }
 

@@ -52,13 +52,19 @@ public:
     void windowDidResize() { savePanelFrame(); }
     void windowWillClose();
 
-    PresentationState state() const { return m_state; }
-    bool isPeeking() const { return m_isPeeking; }
-    bool isGesturePeek() const { return m_gesturePeek; }
+    PresentationState state() const
+    {
+        return m_presentation == Presentation::closed ? PresentationState::closed : PresentationState::panel;
+    }
+    bool isPeeking() const { return m_presentation == Presentation::keyPeek || isGesturePeek(); }
+    bool isGesturePeek() const { return m_presentation == Presentation::gesturePeek; }
     bool isPolling() const { return m_peekTask.isActive(); }
     std::optional<RunningApplication> const& previousApp() const { return m_previousApp; }
 
 private:
+    // A peek is ended by what began it: the keys of its shortcut, or the gesture.
+    enum class Presentation { closed, resident, keyPeek, gesturePeek };
+
     // Whether this program had the front when the panel was about to go.
     enum class Front { ours, theirs };
 
@@ -77,7 +83,7 @@ private:
     void peekKeyUp();
     void gestureBegan(ModifierFlags flags, std::uint16_t keyCode);
     void gestureEnded();
-    void beginPeek(ModifierFlags modifiers, std::uint16_t keyCode);
+    void beginPeek(Presentation peek, ModifierFlags modifiers, std::uint16_t keyCode);
     void pollPeek(ModifierFlags modifiers, std::uint16_t keyCode);
     void resetAndClosePeek();
     void clearPeek();
@@ -90,7 +96,7 @@ private:
     void rebuildPins() { m_items.rebuildPins(); }
     void savePanelFrame();
     void applyPeekLevel() { m_panel.applyPeekLevel(presence()); }
-    PanelPresence presence() const { return m_isPeeking ? PanelPresence::peek : PanelPresence::resident; }
+    PanelPresence presence() const { return isPeeking() ? PanelPresence::peek : PanelPresence::resident; }
     bool isPickerOnScreen() const;
     Front front() const;
     void restorePreviousApp(Front front);
@@ -100,11 +106,9 @@ private:
     Services m_services;
     PanelSurface& m_panel;
     StatusItems& m_items;
-    PresentationState m_state = PresentationState::closed;
+    Presentation m_presentation = Presentation::closed;
     std::optional<RunningApplication> m_previousApp; // where the keyboard goes back to
     Registration m_peekTask;
-    bool m_isPeeking = false;
-    bool m_gesturePeek = false;
     ModifierGestureMonitor m_modifierMonitor;
     Lifetime m_lifetime;
     std::vector<Registration> m_observations;

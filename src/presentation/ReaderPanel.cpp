@@ -58,28 +58,30 @@ void ReaderPanel::show(PanelPresence presence)
     applyPeekLevel(presence);
     m_services.workspace.prepareToShow(winId());
     m_window->willShow();
-    bool const wasVisible = isVisible();
+    bool const wasUp = m_shown.has_value();
+    m_shown = Shown { .isLevelTold = wasUp && m_shown->isLevelTold, .isFresh = false };
     QWidget::show();
-    if (wasVisible)
+    if (wasUp)
         m_window->didShow();
     else
         m_levelTask = m_services.executor.after(longestUntilExposed, [this] { tellLevel(); });
     makeKeyAndOrderFront();
     focusReader();
-    m_isJustShown = true;
+    m_shown->isFresh = true;
 }
 
 void ReaderPanel::takeFrame()
 {
+    bool const isFirst = !m_screens;
     m_screens = m_services.screens.screens();
     auto const screen = usersScreen();
-    if (!std::exchange(m_isPlaced, true) && screen)
+    if (isFirst && screen)
         move(PanelFrame::centered(screen->visibleFrame).topLeft().toPoint());
     // One that is in place already stays there, also where a window manager has corrected it.
-    if (isVisible() && screen == PanelFrame::screenOf(m_screens, geometry()))
+    if (isVisible() && screen == PanelFrame::screenOf(*m_screens, geometry()))
         return;
     auto const stored = m_services.defaults.get<QString>(QLatin1StringView(frameKey));
-    auto const frame = PanelFrame::forShow(stored, pos(), m_screens, screen).toRect();
+    auto const frame = PanelFrame::forShow(stored, pos(), *m_screens, screen).toRect();
     using enum PanelFrameGuard::Until;
     m_restoringPanelFrame.place(isVisible() ? nextFrame : inFront);
     setGeometry(frame);
@@ -87,7 +89,7 @@ void ReaderPanel::takeFrame()
 
 void ReaderPanel::didComeUp()
 {
-    if (isVisible() && !m_isLevelTold)
+    if (m_shown && !m_shown->isLevelTold)
         m_levelTask = m_services.executor.post([this] { tellLevel(); });
 }
 
@@ -97,7 +99,7 @@ void ReaderPanel::comeOnScreen()
     if (!isVisible())
         return;
     m_screens = m_services.screens.screens();
-    auto const screen = PanelFrame::screenOf(m_screens, geometry());
+    auto const screen = PanelFrame::screenOf(*m_screens, geometry());
     auto const frame = screen ? PanelFrame::clamped(geometry(), screen->visibleFrame).toRect() : geometry();
     m_restoringPanelFrame.place(PanelFrameGuard::Until::nextFrame);
     if (frame == geometry())
@@ -108,8 +110,8 @@ void ReaderPanel::comeOnScreen()
 
 std::optional<Screens::Screen> ReaderPanel::usersScreen() const
 {
-    auto const front = m_screens.size() > 1 ? m_services.workspace.frontmostFrame() : std::nullopt;
-    return PanelFrame::usersScreen(m_screens, front, m_services.screens.pointer());
+    auto const front = m_screens->size() > 1 ? m_services.workspace.frontmostFrame() : std::nullopt;
+    return PanelFrame::usersScreen(*m_screens, front, m_services.screens.pointer());
 }
 
 // The window's own events, since the widget takes its frame for granted as soon as it has asked for it. A window manager
@@ -134,7 +136,7 @@ void ReaderPanel::userTakes(Qt::Edges edges, QPoint pointer)
 
 void ReaderPanel::makeKeyAndOrderFront()
 {
-    if (std::exchange(m_isJustShown, false))
+    if (m_shown && std::exchange(m_shown->isFresh, false))
         return;
     raise();
     m_services.workspace.activateIgnoringOtherApps(winId());
@@ -149,8 +151,7 @@ void ReaderPanel::hidePanel()
 {
     m_focusTask.end();
     m_levelTask.end();
-    m_isJustShown = false;
-    m_isLevelTold = false;
+    m_shown.reset();
     hide();
     m_window->didHide();
     takeLevel();
@@ -166,7 +167,8 @@ void ReaderPanel::savePanelFrame()
 void ReaderPanel::focusReader()
 {
     m_focusTask = m_services.executor.post([this] {
-        m_isJustShown = false;
+        if (m_shown)
+            m_shown->isFresh = false;
         if (m_store.librarySearchVisible.value() || m_store.findVisible.value())
             return;
         if (auto* const text = m_view.textView(); text->isVisibleTo(this))
@@ -177,11 +179,11 @@ void ReaderPanel::focusReader()
 void ReaderPanel::applyPeekLevel(PanelPresence presence)
 {
     m_presence = presence;
-    if (!isVisible())
+    if (!m_shown)
         takeLevel();
-    else if (presence == PanelPresence::peek && m_isLevelTold)
+    else if (m_shown->isLevelTold && presence == PanelPresence::peek)
         tellLevel();
-    else if (m_isLevelTold)
+    else if (m_shown->isLevelTold)
         m_levelTask = m_services.executor.post([this] { tellLevel(); });
 }
 
@@ -196,7 +198,7 @@ void ReaderPanel::takeLevel()
 void ReaderPanel::tellLevel()
 {
     takeLevel();
-    if (!std::exchange(m_isLevelTold, true))
+    if (!std::exchange(m_shown->isLevelTold, true))
         m_window->didShow();
 }
 

@@ -16,6 +16,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace Quillory {
 
@@ -63,6 +64,12 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    // While the panel is up, also when it is covered or minimized.
+    struct Shown {
+        bool isLevelTold = false; // to the window manager, since the panel has come up
+        bool isFresh = false; // shown in this turn, with nothing left to do for its place at the front
+    };
+
     void takeFrame();
     std::optional<Screens::Screen> usersScreen() const;
     void followFrame(QEvent const& event);
@@ -79,15 +86,13 @@ private:
     std::unique_ptr<PanelWindow> m_window;
     WindowDrag m_drag;
     PanelFrameGuard m_restoringPanelFrame;
-    QList<Screens::Screen> m_screens; // as they were when the panel was placed
+    std::optional<QList<Screens::Screen>> m_screens; // as they were when the panel was placed
     Registration m_focusTask;
     Registration m_levelTask;
     Registration m_screenChanges;
     QPropertyNotifier m_filePanels;
     PanelPresence m_presence = PanelPresence::resident;
-    bool m_isLevelTold = false; // to the window manager, since it has come up
-    bool m_isPlaced = false;
-    bool m_isJustShown = false; // in this turn, with nothing left to do for its place at the front
+    std::optional<Shown> m_shown;
 };
 
 }
