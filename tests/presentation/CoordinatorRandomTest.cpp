@@ -1,13 +1,11 @@
 #include "presentation/SummoningDesk.h"
 
-#include <gmock/gmock.h>
-
-#include <random>
+#include "support/Dice.h"
+#include "support/Test.h"
 
 namespace Quillory {
 namespace {
 
-using namespace std::chrono_literals;
 using Presence = SummoningDesk::Presence;
 
 // The rules of summoning, told a second time and as plainly as can be: what is up, which keys are held, who is in
@@ -40,7 +38,7 @@ struct Model {
         if (front != panelWindow)
             return;
         activate(latest.front()); // by the window manager
-        if (previous == panelWindow)
+        if (previous == 0 || previous == panelWindow)
             return;
         activated.push_back(previous);
         activate(previous);
@@ -98,187 +96,146 @@ struct Model {
 class CoordinatorWalk {
 public:
     explicit CoordinatorWalk(unsigned seed)
-        : m_random(seed)
+        : m_dice(seed)
     {
     }
 
-    void step()
+    // Names what has happened; empty when the step can't be taken now.
+    std::string step()
     {
-        switch (std::uniform_int_distribution(0, 15)(m_random)) {
-        case 0:
-            m_step = "toggle shortcut";
-            desk.strikeToggle();
-            model.presence == Presence::closed ? model.open() : model.close();
-            break;
-        case 1:
-            m_step = "open";
-            desk.coordinator->open();
-            model.open();
-            break;
-        case 2:
-            m_step = "dismiss";
-            desk.coordinator->close();
-            model.close();
-            break;
-        case 3:
-        case 4:
-            pressPeek();
-            break;
-        case 5:
-            releasePeek();
-            break;
-        case 6:
-            losePeekRelease();
-            break;
-        case 7:
-        case 8:
-            holdOption();
-            break;
-        case 9:
-            releaseOption();
-            break;
-        case 10:
-        case 11:
-            switchTo();
-            break;
-        case 12:
-            session();
-            break;
-        case 13:
-            closeButton();
-            break;
-        case 14:
-            picker();
-            break;
-        case 15:
-            m_step = "time passes";
-            desk.executor.advance(std::chrono::milliseconds(std::uniform_int_distribution(1, 700)(m_random)));
-            break;
-        }
+        using Self = CoordinatorWalk;
+        return (this
+                    ->*m_dice.anyOf(std::array { &Self::toggle, &Self::open, &Self::dismiss, &Self::pressPeek,
+                        &Self::pressPeek, &Self::releasePeek, &Self::losePeekRelease, &Self::holdOption,
+                        &Self::holdOption, &Self::releaseOption, &Self::switchTo, &Self::switchTo, &Self::changeSession,
+                        &Self::closeByButton, &Self::picker, &Self::passTime }))();
     }
-
-    std::string lastStep() const { return m_step; }
 
     SummoningDesk desk;
     Model model;
 
 private:
-    void pressPeek()
+    std::string toggle()
     {
-        if (model.peekKeyHeld)
-            return;
-        m_step = "peek shortcut down";
-        desk.pressPeek();
-        model.peekKeyHeld = true;
-        model.beginPeek(Presence::keyboardPeek);
+        desk.strikeToggle();
+        model.presence == Presence::closed ? model.open() : model.close();
+        return "toggle shortcut";
     }
-    void releasePeek()
+    std::string open()
     {
-        if (!model.peekKeyHeld)
-            return;
-        m_step = "peek shortcut up";
+        desk.coordinator->open();
+        model.open();
+        return "open";
+    }
+    std::string dismiss()
+    {
+        desk.coordinator->close();
+        model.close();
+        return "dismiss";
+    }
+    std::string pressPeek()
+    {
+        if (std::exchange(model.peekKeyHeld, true))
+            return {};
+        desk.pressPeek();
+        model.beginPeek(Presence::keyboardPeek);
+        return "peek shortcut down";
+    }
+    std::string releasePeek()
+    {
+        if (!std::exchange(model.peekKeyHeld, false))
+            return {};
         desk.releasePeek();
-        model.peekKeyHeld = false;
         if (model.presence != Presence::gesturePeek)
             model.endPeek();
+        return "peek shortcut up";
     }
-    void losePeekRelease()
+    std::string losePeekRelease()
     {
-        if (!model.peekKeyHeld)
-            return;
-        m_step = "peek keys let go unseen";
+        if (!std::exchange(model.peekKeyHeld, false))
+            return {};
         desk.losePeekRelease();
         desk.executor.advance(30ms);
-        model.peekKeyHeld = false;
         if (model.presence == Presence::keyboardPeek)
             model.endPeek();
         desk.hotKeys.release(SummoningDesk::peekKey);
         if (model.presence != Presence::gesturePeek)
             model.endPeek();
+        return "peek keys let go unseen";
     }
-    void holdOption()
+    std::string holdOption()
     {
-        if (model.optionHeld)
-            return;
-        m_step = "gesture";
+        if (std::exchange(model.optionHeld, true))
+            return {};
         desk.holdOption();
-        model.optionHeld = true;
         model.observing = model.observing && model.permitted;
         // The modifiers of a held peek spoil it.
         model.gestureOn = model.observing && !model.peekKeyHeld;
         if (model.gestureOn)
             model.beginPeek(Presence::gesturePeek);
+        return "gesture";
     }
-    void releaseOption()
+    std::string releaseOption()
     {
-        if (!model.optionHeld)
-            return;
-        m_step = "gesture key up";
+        if (!std::exchange(model.optionHeld, false))
+            return {};
         desk.releaseOption();
-        model.optionHeld = false;
         model.endGesture();
+        return "gesture key up";
     }
-    void switchTo()
+    std::string switchTo()
     {
-        std::uint64_t const windows[] { editor.window, secondEditorWindow.window, browser.window, panelWindow };
-        auto const window = windows[std::uniform_int_distribution(0, 3)(m_random)];
-        // A panel that is away can't be switched to.
+        auto const window = m_dice.anyOf(
+            std::array { editor.window, secondEditorWindow.window, browser.window, panelWindow });
         if (window == panelWindow && model.presence == Presence::closed)
-            return;
-        m_step = "window " + std::to_string(window) + " to the front";
-        if (std::uniform_int_distribution(0, 9)(m_random) == 0)
+            return {};
+        if (m_dice.oneIn(10))
             model.permitted = desk.permission.canListen = !model.permitted;
         desk.workspace.bringToFront(window);
         model.activate(window);
+        return "window " + std::to_string(window) + " to the front";
     }
-    void session()
+    std::string changeSession()
     {
-        switch (std::uniform_int_distribution(0, 2)(m_random)) {
-        case 0:
-            m_step = "sleep";
-            desk.session.sleep();
-            model.endPeek();
-            break;
-        case 1:
-            m_step = "session resigns";
-            desk.session.resign();
-            model.endPeek();
-            break;
-        default:
-            m_step = "wake";
+        if (m_dice.oneIn(3)) {
             desk.session.wake();
             model.endGesture();
             model.refreshGesture();
+            return "wake";
         }
+        m_dice.oneIn(2) ? desk.session.sleep() : desk.session.resign();
+        model.endPeek();
+        return "sleep or session resigns";
     }
-    void closeButton()
+    std::string closeByButton()
     {
-        if (model.presence == Presence::closed || model.picker)
-            return;
-        m_step = "close button";
+        if (model.presence == Presence::closed)
+            return {};
         desk.coordinator->windowWillClose();
         desk.panel.goAway();
         model.leave();
+        return "close button";
     }
-    void picker()
+    std::string picker()
     {
-        m_step = model.picker ? "picker answered" : "picker";
-        if (model.picker) {
+        if (std::exchange(model.picker, !model.picker)) {
             desk.services.openPanels.dismiss();
-            model.picker = false;
-            return;
+            return "picker answered";
         }
-        if (model.presence == Presence::closed)
-            return;
         model.gestureOn = false;
-        model.presence = Presence::resident;
-        model.picker = true;
+        if (model.presence != Presence::closed)
+            model.presence = Presence::resident;
         model.front = panelWindow;
         desk.presentPicker();
+        return "picker";
+    }
+    std::string passTime()
+    {
+        desk.executor.advance(std::chrono::milliseconds(1 + m_dice.below(700)));
+        return "time passes";
     }
 
-    std::mt19937 m_random;
-    std::string m_step;
+    Dice m_dice;
 };
 
 TEST(CoordinatorAtRandom, It_follows_the_rules_through_every_sequence_of_events)
@@ -286,10 +243,10 @@ TEST(CoordinatorAtRandom, It_follows_the_rules_through_every_sequence_of_events)
     for (unsigned seed = 1; seed <= 60; ++seed) {
         CoordinatorWalk walk(seed);
         for (int step = 0; step < 500; ++step) {
-            walk.step();
-            SCOPED_TRACE("seed " + std::to_string(seed) + ", step " + std::to_string(step) + ": " + walk.lastStep());
+            auto const what = walk.step();
+            SCOPED_TRACE("seed " + std::to_string(seed) + ", step " + std::to_string(step) + ": " + what);
             ASSERT_EQ(walk.desk.presence(), walk.model.presence);
-            ASSERT_THAT(walk.desk.contradictions(), testing::ElementsAre());
+            ASSERT_THAT(walk.desk.contradictions(), ElementsAre());
             ASSERT_EQ(walk.desk.workspace.frontmostApplication()->window, walk.model.front);
             std::vector<std::uint64_t> activated;
             for (auto const& application : walk.desk.workspace.activations)
@@ -303,7 +260,7 @@ TEST(CoordinatorAtRandom, It_follows_the_rules_through_every_sequence_of_events)
         EXPECT_EQ(walk.desk.session.observers(), 0);
         EXPECT_EQ(walk.desk.workspace.observers(), 0U);
         EXPECT_EQ(walk.desk.events.observations(), 0U);
-        EXPECT_THAT(walk.desk.hotKeys.registered(), testing::IsEmpty());
+        EXPECT_THAT(walk.desk.hotKeys.registered(), IsEmpty());
     }
 }
 

@@ -1,14 +1,12 @@
 #include "presentation/PanelFrame.h"
 #include "presentation/PanelFrameGuard.h"
 
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 #include <limits>
 
 namespace Quillory {
 namespace {
-
-using namespace Qt::StringLiterals;
 
 QRectF const screen { 0, 0, 1280, 900 };
 QRectF const secondScreen { 1280, 0, 1024, 768 };

@@ -1,20 +1,16 @@
 #include "presentation/SummoningDesk.h"
 
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-using testing::ElementsAre;
 using Presence = SummoningDesk::Presence;
 
 constexpr auto C = Presence::closed;
 constexpr auto R = Presence::resident;
 constexpr auto K = Presence::keyboardPeek;
 constexpr auto G = Presence::gesturePeek;
-constexpr Presence everyPresence[] { C, R, K, G };
 
 using Act = void (*)(SummoningDesk&);
 
@@ -24,7 +20,8 @@ void closePanelByItsButton(SummoningDesk& desk)
     desk.panel.goAway();
 }
 
-TEST(PresentationCoordinator, Every_event_leads_from_each_presence_to_the_one_told)
+// What the random walk has no step for.
+TEST(PresentationCoordinator, Rare_events_lead_from_each_presence_to_the_one_told)
 {
     struct Row {
         char const* event;
@@ -32,21 +29,8 @@ TEST(PresentationCoordinator, Every_event_leads_from_each_presence_to_the_one_to
         Presence after[4]; // from closed, resident, keyboard peek, gesture peek
     };
     Row const rows[] {
-        { "toggle shortcut", [](auto& desk) { desk.strikeToggle(); }, { R, C, C, C } },
-        { "toggle", [](auto& desk) { desk.coordinator->toggle(); }, { R, C, C, C } },
         { "toggle of a minimized panel", [](auto& desk) { desk.panel.minimized = true, desk.coordinator->toggle(); },
             { R, R, R, R } },
-        { "open", [](auto& desk) { desk.coordinator->open(); }, { R, R, R, R } },
-        { "dismiss", [](auto& desk) { desk.coordinator->close(); }, { C, C, C, C } },
-        { "peek shortcut down", [](auto& desk) { desk.pressPeek(); }, { K, K, K, G } },
-        { "peek shortcut up", [](auto& desk) { desk.pressPeek(), desk.releasePeek(); }, { C, C, C, G } },
-        { "gesture began",
-            [](auto& desk) {
-                if (!desk.keys.keyIsDown(SummoningDesk::leftOption))
-                    desk.holdOption();
-            },
-            { G, G, K, G } },
-        { "gesture ended", [](auto& desk) { desk.releaseOption(); }, { C, R, K, C } },
         { "keys let go unseen",
             [](auto& desk) {
                 desk.keys.down = { SummoningDesk::leftControl, SummoningDesk::leftCommand };
@@ -65,34 +49,18 @@ TEST(PresentationCoordinator, Every_event_leads_from_each_presence_to_the_one_to
                 desk.executor.advance(10s);
             },
             { C, R, K, G } },
-        { "another application activated", [](auto& desk) { desk.workspace.bringToFront(browser.window); },
-            { C, R, C, C } },
-        { "this application activated", [](auto& desk) { desk.workspace.bringToFront(panelWindow); }, { C, R, K, G } },
-        { "will sleep", [](auto& desk) { desk.session.sleep(); }, { C, R, C, C } },
-        { "session resigns", [](auto& desk) { desk.session.resign(); }, { C, R, C, C } },
-        { "wake", [](auto& desk) { desk.session.wake(); }, { C, R, K, C } },
-        { "close button", closePanelByItsButton, { C, C, C, C } },
-        { "picker about to show", [](auto& desk) { desk.presentPicker(); }, { C, R, R, R } },
         { "gesture switched off", [](auto& desk) { desk.library.setModifierGesture(ModifierGesture::off); },
             { C, R, K, C } },
     };
     for (auto const& [event, act, after] : rows) {
-        for (auto const before : everyPresence) {
+        for (auto const before : { C, R, K, G }) {
             SCOPED_TRACE(std::string(event) + " from presence " + std::to_string(int(before)));
             SummoningDesk desk;
             desk.become(before);
             ASSERT_EQ(desk.presence(), before);
             act(desk);
             EXPECT_EQ(desk.presence(), after[int(before)]);
-            EXPECT_THAT(desk.contradictions(), ElementsAre());
-        }
-        for (auto const before : { C, R }) {
-            SCOPED_TRACE(std::string(event) + " beside a picker, from presence " + std::to_string(int(before)));
-            SummoningDesk desk;
-            desk.become(before);
-            desk.presentPicker();
-            act(desk);
-            EXPECT_EQ(desk.presence(), act == closePanelByItsButton ? C : before);
+            EXPECT_THAT(desk.contradictions(), IsEmpty());
         }
     }
 }
@@ -135,55 +103,13 @@ TEST(PresentationCoordinator, Things_are_done_in_the_order_that_hands_the_keyboa
     }
 }
 
-TEST(PresentationCoordinator, The_keyboard_goes_back_where_it_belongs)
+TEST(PresentationCoordinator, The_keyboard_goes_nowhere_when_nobody_had_it)
 {
-    auto const toFront = [](SummoningDesk& desk, std::uint64_t window) { desk.workspace.bringToFront(window); };
-    struct Row {
-        char const* story;
-        std::function<void(SummoningDesk&)> act;
-        std::vector<RunningApplication> activated;
-    };
-    Row const rows[] {
-        { "the very window of two of one program", [](auto& d) { d.strikeToggle(), d.strikeToggle(); },
-            { secondEditorWindow } },
-        { "after a peek", [](auto& d) { d.pressPeek(), d.releasePeek(); }, { secondEditorWindow } },
-        { "to the last other application",
-            [&](auto& d) {
-                d.coordinator->open();
-                toFront(d, browser.window);
-                toFront(d, panelWindow);
-                d.coordinator->close();
-            },
-            { browser } },
-        { "not from one that has the front already",
-            [&](auto& d) { d.coordinator->open(), toFront(d, browser.window), d.strikeToggle(); }, {} },
-        { "not from one that ended a peek",
-            [&](auto& d) { d.holdOption(), toFront(d, browser.window), d.releaseOption(); }, {} },
-        { "nowhere after a peek over the panel itself",
-            [](auto& d) { d.coordinator->open(), d.pressPeek(), d.releasePeek(); }, {} },
-        { "nowhere when nobody was there",
-            [](auto& d) {
-                d.workspace.close(secondEditorWindow.window);
-                d.coordinator->open();
-                d.coordinator->close();
-            },
-            {} },
-        { "by the close button as well", [](auto& d) { d.coordinator->open(), closePanelByItsButton(d); },
-            { secondEditorWindow } },
-        { "to where it was when the panel closed and was opened elsewhere",
-            [&](auto& d) {
-                d.strikeToggle(), d.strikeToggle();
-                toFront(d, browser.window);
-                d.strikeToggle(), d.strikeToggle();
-            },
-            { secondEditorWindow, browser } },
-    };
-    for (auto const& [story, act, activated] : rows) {
-        SCOPED_TRACE(story);
-        SummoningDesk desk;
-        act(desk);
-        EXPECT_EQ(desk.workspace.activations, activated);
-    }
+    SummoningDesk desk;
+    desk.workspace.close(secondEditorWindow.window);
+    desk.coordinator->open();
+    desk.coordinator->close();
+    EXPECT_THAT(desk.workspace.activations, IsEmpty());
 }
 
 TEST(PresentationCoordinator, A_gesture_under_way_is_abandoned_by_whatever_changes_the_scene)

@@ -3,20 +3,16 @@
 #include "support/FakeLibraryServices.h"
 #include "support/FakePanelWindow.h"
 #include "support/FakeScreens.h"
+#include "support/Test.h"
 
 #include <QTest>
-
-#include <gmock/gmock.h>
 
 namespace Quillory {
 namespace {
 
-using namespace Qt::StringLiterals;
-using testing::ElementsAre;
-
 auto const frameKey = QLatin1StringView(ReaderPanel::frameKey);
 
-class ReaderPanelTest : public testing::Test {
+class ReaderPanelTest : public Test {
 protected:
     ReaderPanelTest()
     {
