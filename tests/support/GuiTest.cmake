@@ -8,5 +8,6 @@ function(quillory_gui_test NAME)
     LINKS ${TEST_LINKS}
     LIBRARIES ${TEST_LIBRARIES} GTest::gmock)
   target_include_directories(${NAME} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+  target_compile_definitions(${NAME} PRIVATE QUILLORY_GOLDEN_SHEETS="${CMAKE_SOURCE_DIR}/tests/rendering/golden/sheets")
   gtest_discover_tests(${NAME} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120 ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
 endfunction()

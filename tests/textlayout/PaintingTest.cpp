@@ -1,0 +1,239 @@
+#include "support/GoldenSheets.h"
+#include "support/Ink.h"
+#include "support/Test.h"
+#include "textlayout/TestTexts.h"
+
+#include <QRegion>
+
+namespace Quillory {
+namespace {
+
+constexpr double width = 500;
+
+ColorSet distinctColors(ReaderColors::Appearance appearance)
+{
+    return { .label = QColor(0xD0, 0x00, 0x00),
+        .secondaryLabel = QColor(0x00, 0x90, 0x00),
+        .quaternaryLabel = QColor(0x80, 0x60, 0x00),
+        .separator = QColor(0x00, 0x00, 0xFF, 0x80),
+        .link = QColor(0xC0, 0x00, 0xC0),
+        .appearance = appearance };
+}
+
+struct Cell {
+    TableCell place;
+    TableBlock block;
+    double left = 0, right = 0, top = 0;
+    double bottom = 0; // of the row
+};
+
+// A text as it ought to be painted, from where the layout says that its letters stand.
+class PaintedText {
+public:
+    PaintedText(AttributedText const& text, ReaderColors::Appearance appearance, double scale)
+        : m_colors(distinctColors(appearance))
+        , m_scale(scale)
+        , m_layout(text, width, FontSet::ofDesktop(), m_colors)
+    {
+        makeAllExact(m_layout);
+        readCells();
+    }
+
+    QRectF all() const { return { 0, 0, m_layout.usedWidth() + 1, std::ceil(m_layout.height()) + 1 }; }
+
+    QImage painted(QRectF const& visible)
+    {
+        auto image = empty();
+        m_layout.layOutVisible(visible.top(), visible.height());
+        QPainter painter(&image);
+        m_layout.paint(painter, visible, m_colors);
+        return image;
+    }
+
+    void expectInkWhereTheLayoutSays()
+    {
+        auto const image = painted(all());
+        Ink ink(image, backdrop());
+        auto const& text = m_layout.text();
+        for (auto const run : text.runs()) {
+            for (TextRange piece { run.location, 0 }; piece.location < run.end(); piece.location = piece.end()) {
+                auto const line = m_layout.lineRange(piece.location);
+                piece.length = std::max<qsizetype>(std::min(line.end(), run.end()) - piece.location, 1);
+                expectPiece(ink, text.attributes(run), piece);
+            }
+        }
+        EXPECT_EQ(ink.leftOver(), "");
+    }
+
+    void expectPartsToLookLikeTheWhole()
+    {
+        auto const whole = painted(all());
+        auto const bare = empty();
+        for (double top = 0; top < all().height(); top += all().height() / 4) {
+            QRectF const part(std::fmod(top, 200), std::round(top), 210, std::ceil(all().height() / 4));
+            auto const image = painted(part);
+            auto const isAsIn = [&](QImage const& expected, QRectF const& area) {
+                auto const shown = area & all();
+                auto const pixels = QRectF(shown.topLeft() * m_scale, shown.size() * m_scale).toAlignedRect();
+                return shown.isEmpty() || image.copy(pixels) == expected.copy(pixels);
+            };
+            EXPECT_TRUE(isAsIn(whole, part)) << "from " << top;
+            // What is out of sight costs nothing, but for the lines and rows that begin or end in sight.
+            constexpr double besides = 80;
+            EXPECT_TRUE(isAsIn(bare, { 0, -besides, all().width(), part.top() })) << "from " << top;
+            EXPECT_TRUE(isAsIn(bare, { 0, part.bottom() + besides, all().width(), all().height() })) << "from " << top;
+        }
+    }
+
+private:
+    QColor surface() const { return ReaderColors::surface.resolved(m_colors.appearance); }
+    QImage empty() const
+    {
+        QImage image((all().size() * m_scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(m_scale);
+        image.fill(surface());
+        return image;
+    }
+
+    void readCells()
+    {
+        auto const& text = m_layout.text();
+        m_layout.layOutVisible(0, m_layout.height());
+        for (auto const run : text.paragraphRuns()) {
+            auto const& style = text.paragraphStyle(run);
+            if (!style.block)
+                continue;
+            auto const place = text.tableCell(run);
+            auto const& block = *style.block;
+            auto const isFixed = block.widths == TableBlock::Widths::fixed;
+            if (m_cells.empty() || m_cells.back().place != place) {
+                auto const border = isFixed ? 0 : block.borderWidth;
+                Cell cell { .place = place, .block = block };
+                cell.top = m_layout.boundingRect(run.location, 1).top() - style.paragraphSpacingBefore - block.padding
+                    - border;
+                cell.left = isFixed ? place.column * block.widthPercent / 100 * width : all().width();
+                cell.right = isFixed ? cell.left + block.widthPercent / 100 * width : 0;
+                m_cells.push_back(cell);
+            }
+            auto& cell = m_cells.back();
+            // With its line feeds a selected cell is covered to its edges.
+            for (auto const& covered : m_layout.selectionRects({ run.location, run.length }, all())) {
+                if (!isFixed)
+                    cell.left = std::min(cell.left, covered.left() - block.padding - block.borderWidth);
+                if (!isFixed)
+                    cell.right = std::max(cell.right, covered.right() + block.padding);
+            }
+            auto const end = run.end() < text.length()
+                ? m_layout.boundingRect(run.end(), 1).top() - spacingBefore(run.end())
+                : m_layout.height();
+            cell.bottom = end - (isFixed ? 0 : block.borderWidth);
+        }
+        for (auto cell = m_cells.rbegin(); cell != m_cells.rend(); ++cell) {
+            auto const isLastRow = cell == m_cells.rbegin() || std::prev(cell)->place.table != cell->place.table;
+            if (!isLastRow && std::prev(cell)->place.row != cell->place.row)
+                cell->bottom = std::prev(cell)->top;
+            else if (!isLastRow)
+                cell->bottom = std::prev(cell)->bottom;
+        }
+    }
+    double spacingBefore(qsizetype location) const
+    {
+        auto const& text = m_layout.text();
+        auto const run = text.paragraphRuns()[static_cast<std::size_t>(text.paragraphRunAt(location))];
+        auto const& style = text.paragraphStyle(run);
+        return style.paragraphSpacingBefore
+            + (style.block ? style.block->padding
+                        + (style.block->widths == TableBlock::Widths::fixed ? 0 : style.block->borderWidth)
+                           : 0);
+    }
+
+    // In pixels of the device, since lines begin on one and are at least one wide.
+    int edge(double position) const { return static_cast<int>(std::floor(position * m_scale + 0.01)); }
+
+    // Everything but letters and pictures: the surface, the cells' backgrounds, and every table line once.
+    QImage backdrop() const
+    {
+        auto image = empty();
+        QRegion lines;
+        QColor lineColor;
+        image.setDevicePixelRatio(1);
+        QPainter painter(&image);
+        for (auto cell = m_cells.begin(); cell != m_cells.end(); ++cell) {
+            auto const& block = cell->block;
+            auto const thickness = std::max(1, qRound(block.borderWidth * m_scale));
+            auto const isLast = std::next(cell) == m_cells.end() || std::next(cell)->place.row != cell->place.row
+                || std::next(cell)->place.table != cell->place.table;
+            QRect const box(QPoint(edge(cell->left), edge(cell->top)), QPoint(edge(cell->right), edge(cell->bottom)));
+            auto const isGrid = block.border == TableBlock::Border::allEdges;
+            if (block.background)
+                painter.fillRect(box.adjusted(thickness, thickness, -1, -1), m_colors.resolved(*block.background));
+            lineColor = m_colors.resolved(block.borderColor);
+            auto const height = box.height() - 1 + (isGrid ? thickness : 0);
+            if (block.border != TableBlock::Border::none)
+                lines += QRect(box.left(), box.top(), thickness, height);
+            if (!isGrid)
+                continue;
+            lines += QRect(box.left(), box.top(), box.width() - 1 + thickness, thickness);
+            lines += QRect(box.left(), box.bottom(), box.width() - 1 + thickness, thickness);
+            if (isLast)
+                lines += QRect(box.right(), box.top(), thickness, height);
+        }
+        for (auto const& line : lines)
+            painter.fillRect(line, lineColor);
+        painter.end();
+        image.setDevicePixelRatio(m_scale);
+        return image;
+    }
+
+    void expectPiece(Ink& ink, TextAttributes const& attributes, TextRange const& piece)
+    {
+        auto const letters = QStringView(m_layout.text().string()).sliced(piece.location, piece.length);
+        auto const visible = letters.trimmed();
+        auto const box = m_layout.boundingRect(piece.location, piece.length);
+        if (attributes.attachment) {
+            auto const* const symbol = std::get_if<Symbol>(&attributes.attachment->picture);
+            auto const color = symbol ? m_colors.resolved(symbol->color) : QColor(GoldenSheets::pictureColor);
+            EXPECT_GT(ink.account(box, color).strongest, 0.5) << "picture at " << piece.location;
+            return;
+        }
+        if (std::ranges::any_of(letters, [](QChar letter) { return letter.isSurrogate(); }))
+            return ink.ignore(box.adjusted(-2, -2, 2, 2));
+        auto const color = attributes.link.isEmpty() ? m_colors.resolved(attributes.color) : m_colors.link;
+        std::optional<QColor> ground;
+        if (attributes.background)
+            ground = m_colors.resolved(*attributes.background);
+        auto const found = ink.account(box, color, ground);
+        auto const what = visible.toString().toStdString() + " at " + std::to_string(piece.location);
+        if (visible.isEmpty() || color.alpha() == 0)
+            return;
+        EXPECT_GT(found.strongest, 0.5) << what;
+        EXPECT_TRUE(found.ground || !ground) << what;
+        if (attributes.strikethrough || !attributes.link.isEmpty()) {
+            EXPECT_GT(found.columns, 0.75) << "the line of " << what;
+        }
+    }
+
+    ColorSet m_colors;
+    double m_scale;
+    TextLayout m_layout;
+    std::vector<Cell> m_cells;
+};
+
+TEST(Painting, Ink_is_where_the_layout_says_in_its_roles_colour_and_nowhere_else)
+{
+    for (auto const& name : GoldenSheets::names()) {
+        auto const text = GoldenSheets::rendered(name, width).text;
+        for (auto const appearance : { ReaderColors::Appearance::light, ReaderColors::Appearance::dark }) {
+            for (auto const scale : { 1.0, 2.0 }) {
+                SCOPED_TRACE(name.toStdString() + (appearance == ReaderColors::Appearance::dark ? " dark" : " light")
+                    + (scale > 1 ? " at 2" : " at 1"));
+                PaintedText painted(text, appearance, scale);
+                painted.expectInkWhereTheLayoutSays();
+                painted.expectPartsToLookLikeTheWhole();
+            }
+        }
+    }
+}
+
+}
+}
