@@ -208,9 +208,9 @@ private:
             return;
         EXPECT_GT(found.strongest, 0.5) << what;
         EXPECT_TRUE(found.ground || !ground) << what;
-        if (attributes.strikethrough || !attributes.link.isEmpty()) {
-            EXPECT_GT(found.columns, 0.75) << "the line of " << what;
-        }
+        auto const hasLine = attributes.strikethrough || !attributes.link.isEmpty();
+        EXPECT_TRUE(hasLine ? found.columns > 0.75 : ground || !visible.contains(u' ') || found.columns < 1)
+            << "the line of " << what;
     }
 
     ColorSet m_colors;

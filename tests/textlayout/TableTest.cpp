@@ -82,6 +82,24 @@ TEST(Table, A_column_goes_by_its_widest_cell_wherever_it_stands)
     }
 }
 
+TEST(Table, Cells_that_are_not_laid_out_ask_for_little_more_than_they_need)
+{
+    struct Case {
+        QString cell;
+        double width;
+        double used; // in widths of the cell in one line
+    };
+    for (auto const& [cell, width, used] : { Case { u"\U0001F600\U0001F600\U0001F600\U0001F600"_qs, 2'000, 1.1 },
+             { u"漢字"_qs.repeated(40), 300, 0 }, { u"words, of letters"_qs, 2'000, 1.1 } }) {
+        auto layout = layoutOf(tableText(Rows(500, { cell, u"x"_qs })), width);
+        makeAllExact(layout);
+        auto const inLine = layoutOf(plainText(cell), 9'000).boundingRect(0, cell.size()).width();
+        auto const column = boxOf(layout, u"x"_qs).left() - boxOf(layout, cell).left();
+        EXPECT_LE(column, used > 0 ? used * inLine + 13 : width) << cell.toStdString();
+        EXPECT_EQ(layout.usedWidth(), width) << cell.toStdString();
+    }
+}
+
 // Columns of a fixed share each, all in one row, as sheets of shortcuts have them.
 AttributedText columnsText(int columns, int paragraphs)
 {

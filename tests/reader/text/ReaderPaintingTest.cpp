@@ -181,6 +181,26 @@ TEST_F(ReaderPaintingTest, Blocks_strips_buttons_and_lines_have_their_ink_and_no
     }
 }
 
+TEST_F(ReaderPaintingTest, A_button_looks_different_when_it_is_over_when_it_has_copied_and_when_it_cannot)
+{
+    view.setRendered(sheet(u">code"_s));
+    auto* const button = view.codeButtons().front();
+    std::vector<QImage> looks { button->grab().toImage() };
+    auto const look = [&] {
+        auto const image = button->grab().toImage();
+        EXPECT_THAT(looks, testing::Not(testing::Contains(image))) << "after " << looks.size();
+        looks.push_back(image);
+    };
+    button->click();
+    look();
+    button->setAttribute(Qt::WA_UnderMouse);
+    look();
+    button->setDown(true);
+    look();
+    view.setLearningModeEnabled(true);
+    look();
+}
+
 TEST_F(ReaderPaintingTest, A_selection_is_a_wash_over_what_it_covers_and_over_nothing_else)
 {
     struct Case {

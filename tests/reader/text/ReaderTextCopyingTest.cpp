@@ -60,6 +60,10 @@ TEST_F(ReaderTextViewTest, A_click_copies_what_lies_under_it_and_nothing_else_do
     EXPECT_EQ(copied.size(), 2) << "what the peek holds is no modifier";
     click(inline1, Qt::MetaModifier | Qt::ShiftModifier);
     EXPECT_EQ(copied.size(), 2);
+
+    view.selectAll();
+    click(inline2, {}, { 5, 0 });
+    EXPECT_EQ(selected(), QString()) << "what was selected was not taken far enough to be dragged";
 }
 
 TEST_F(ReaderTextViewTest, The_copied_look_is_that_of_the_last_copy_and_ends_in_time)

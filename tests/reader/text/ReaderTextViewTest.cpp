@@ -129,6 +129,7 @@ TEST_F(ReaderTextViewTest, Double_and_triple_clicks_select_words_and_lines)
         { u"_bar"_s, 2, {}, u"foo_bar"_s },
         { u"commit"_s, 3, {}, u"git commit --amend"_s },
         { u"last"_s, 3, {}, u"last line"_s },
+        { u"\nlast"_s, 2, {}, {} },
         { u"commit"_s, 2, u"foo"_s, u"commit --amend\nrun foo_bar"_s },
         { u"foo"_s, 2, u"commit"_s, u"commit --amend\nrun foo_bar"_s },
         { u"run"_s, 3, u"commit"_s, u"git commit --amend\nrun foo_bar, now"_s },
