@@ -18,72 +18,73 @@ ParsedMarkdown parsed(std::string_view text)
     return ParsedMarkdown::parsingUtf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
 }
 
-// A line for each node, row and cell: its depth, kind and payload. Walks through the payloads alone.
+// A line for each node, row and cell: its depth, what the parser calls it, and all that it holds. Goes through the
+// payloads alone.
 class Dump {
 public:
-    explicit Dump(ParsedMarkdown const& tree)
+    static std::string of(ParsedMarkdown const& tree)
     {
-        push(tree.nodes());
-        while (!m_levels.empty()) {
-            auto const next = m_levels.back().front();
-            m_levels.back().pop_front();
-            m_depth = m_levels.size() - 1;
-            std::visit(*this, next);
-            while (!m_levels.empty() && m_levels.back().empty())
-                m_levels.pop_back();
+        Dump dump;
+        dump.push(tree.nodes());
+        while (!dump.m_levels.empty()) {
+            auto const next = dump.m_levels.back().front();
+            dump.m_levels.back().pop_front();
+            dump.m_depth = dump.m_levels.size() - 1;
+            std::visit(dump, next);
+            while (!dump.m_levels.empty() && dump.m_levels.back().empty())
+                dump.m_levels.pop_back();
         }
+        return dump.m_text;
     }
 
-    std::string const& text() const { return m_text; }
-
-    void operator()(ParsedMarkdown::Node node) { std::visit(*this, node.value()); }
     void operator()(ParsedMarkdown::Row row) { line("row", row.cells); }
     void operator()(ParsedMarkdown::Cell cell) { line("cell", cell.nodes); }
-    void operator()(ParsedMarkdown::Text text) { line("text" + quoted(text.string)); }
-    void operator()(ParsedMarkdown::InlineCode code) { line("inlineCode" + quoted(code.string)); }
-    void operator()(ParsedMarkdown::CodeBlock code) { line("codeBlock" + quoted(code.string)); }
-    void operator()(ParsedMarkdown::Heading heading)
+    void operator()(ParsedMarkdown::Node node)
     {
-        line("heading " + std::to_string(heading.level) + quoted(heading.text), heading.children);
+        static char const* const names[] { "text", "code", "code_block", "heading", "paragraph", "strong", "emph",
+            "strikethrough", "link", "image", "item", "block_quote", "table", "html", "list", "break",
+            "thematic_break" };
+        auto const value = node.value();
+        std::visit([&](auto const& payload) { add(names[value.index()], payload); }, value);
     }
-    void operator()(ParsedMarkdown::Paragraph paragraph) { line("paragraph", paragraph.children); }
-    void operator()(ParsedMarkdown::Strong strong) { line("strong", strong.children); }
-    void operator()(ParsedMarkdown::Emphasis emphasis) { line("emphasis", emphasis.children); }
-    void operator()(ParsedMarkdown::Strikethrough strikethrough) { line("strikethrough", strikethrough.children); }
-    void operator()(ParsedMarkdown::Link link) { line("link" + quoted(link.destination), link.children); }
-    void operator()(ParsedMarkdown::Image image) { line("image" + quoted(image.source) + quoted(image.description)); }
-    void operator()(ParsedMarkdown::ListItem item)
-    {
-        line(!item.checked ? "listItem" : *item.checked ? "listItem true" : "listItem false", item.children);
-    }
-    void operator()(ParsedMarkdown::BlockQuote quote) { line("blockQuote", quote.children); }
-    void operator()(ParsedMarkdown::Table table) { line("table", table.rows); }
-    void operator()(ParsedMarkdown::Html html)
-    {
-        line((html.block ? "html block" : "html inline") + quoted(html.string));
-    }
-    void operator()(ParsedMarkdown::Container container) { line("container", container.children); }
-    void operator()(ParsedMarkdown::LineBreak) { line("lineBreak"); }
-    void operator()(ParsedMarkdown::ThematicBreak) { line("thematicBreak"); }
 
 private:
     using Item = std::variant<ParsedMarkdown::Node, ParsedMarkdown::Row, ParsedMarkdown::Cell>;
 
-    void line(std::string const& content) { m_text += std::to_string(m_depth) + ' ' + content + '\n'; }
+    template<typename Payload>
+    void add(std::string content, Payload const& payload)
+    {
+        if constexpr (requires { payload.level; })
+            content += ' ' + std::to_string(payload.level) + quoted(payload.text);
+        if constexpr (requires { payload.block; })
+            content += payload.block ? " block" : " inline";
+        if constexpr (requires { payload.checked; })
+            content += !payload.checked ? "" : *payload.checked ? " checked" : " open";
+        if constexpr (requires { payload.string; })
+            content += quoted(payload.string);
+        if constexpr (requires { payload.destination; })
+            content += quoted(payload.destination);
+        if constexpr (requires { payload.source; })
+            content += quoted(payload.source) + quoted(payload.description);
+        if constexpr (requires { payload.children; })
+            line(content, payload.children);
+        else if constexpr (requires { payload.rows; })
+            line(content, payload.rows);
+        else
+            line(content, ParsedMarkdown().nodes());
+    }
 
     template<typename Children>
     void line(std::string const& content, Children children)
     {
-        line(content);
+        m_text += std::to_string(m_depth) + ' ' + content + '\n';
         push(children);
     }
 
     template<typename Children>
     void push(Children children)
     {
-        std::deque<Item> level;
-        for (auto child : children)
-            level.emplace_back(child);
+        std::deque<Item> level(children.begin(), children.end());
         if (!level.empty())
             m_levels.push_back(std::move(level));
     }
@@ -93,25 +94,16 @@ private:
     std::string m_text;
 };
 
-std::string dumpOf(ParsedMarkdown const& tree)
-{
-    return Dump(tree).text();
-}
-
 std::string plainTextOf(cmark_node* root)
 {
     std::string plain;
     auto const enter = [&](cmark_node* node) {
         auto const type = ParserTree::typeOf(node);
         auto const* const literal = cmark_node_get_literal(node);
-        if (type == "softbreak")
-            plain += ' ';
-        else if (type == "linebreak")
-            plain += '\n';
-        else if (type == "code")
-            plain += '`' + std::string(literal) + '`';
+        if (type == "softbreak" || type == "linebreak")
+            plain += type == "linebreak" ? '\n' : ' ';
         else if (literal)
-            plain += literal;
+            plain += type == "code" ? '`' + std::string(literal) + '`' : literal;
         return true;
     };
     ParserTree::walk(root, enter, [](cmark_node*) { });
@@ -120,36 +112,23 @@ std::string plainTextOf(cmark_node* root)
 
 std::string lineOf(cmark_node* node, std::string_view type)
 {
-    auto const literal = [&] { return quoted(std::string_view(cmark_node_get_literal(node))); };
-    if (type == "text")
-        return "text" + literal();
-    if (type == "code")
-        return "inlineCode" + literal();
-    if (type == "code_block")
-        return "codeBlock" + literal();
+    auto const name = std::string(type);
     if (type == "heading")
-        return "heading " + std::to_string(cmark_node_get_heading_level(node))
+        return name + ' ' + std::to_string(cmark_node_get_heading_level(node))
             + quoted(std::string_view(plainTextOf(node)));
     if (type == "link")
-        return "link" + quotedUnlessEmpty(cmark_node_get_url(node));
+        return name + quotedUnlessEmpty(cmark_node_get_url(node));
     if (type == "image")
-        return "image" + quotedUnlessEmpty(cmark_node_get_url(node)) + quoted(std::string_view(plainTextOf(node)));
+        return name + quotedUnlessEmpty(cmark_node_get_url(node)) + quoted(std::string_view(plainTextOf(node)));
     if (type == "tasklist")
-        return cmark_gfm_extensions_get_tasklist_item_checked(node) ? "listItem true" : "listItem false";
-    if (type == "html_inline")
-        return "html inline" + literal();
-    if (type == "html_block")
-        return "html block" + literal();
-    static std::pair<std::string_view, char const*> const names[] { { "paragraph", "paragraph" },
-        { "strong", "strong" }, { "emph", "emphasis" }, { "strikethrough", "strikethrough" }, { "item", "listItem" },
-        { "block_quote", "blockQuote" }, { "table", "table" }, { "table_header", "row" }, { "table_row", "row" },
-        { "table_cell", "cell" }, { "softbreak", "lineBreak" }, { "linebreak", "lineBreak" },
-        { "thematic_break", "thematicBreak" }, { "list", "container" } };
-    for (auto const& [parsers, ours] : names) {
-        if (type == parsers)
-            return ours;
-    }
-    return "unexpected " + std::string(type);
+        return cmark_gfm_extensions_get_tasklist_item_checked(node) ? "item checked" : "item open";
+    if (type == "softbreak" || type == "linebreak")
+        return "break";
+    if (type.starts_with("table_"))
+        return type == "table_cell" ? "cell" : "row";
+    auto const* const literal = cmark_node_get_literal(node);
+    auto const kind = type.starts_with("html_") ? "html " + name.substr(5) : name;
+    return literal ? kind + quoted(std::string_view(literal)) : kind;
 }
 
 // What the model must hold of a text, made from the parser's tree without any code of the program.
@@ -181,7 +160,7 @@ TEST(ParsedMarkdown, Its_tree_is_what_the_parsers_tree_says)
     for (auto const& text : texts) {
         auto const tree = parsed(text);
         auto const expected = expectedDump(text);
-        ASSERT_EQ(dumpOf(tree), expected) << text;
+        ASSERT_EQ(Dump::of(tree), expected) << text;
         ASSERT_EQ(ParsedMarkdown::parsing(QString::fromStdString(text)), tree) << text;
     }
     EXPECT_EQ(parsed("- a\n- **b**").nodeCount(), 8);
@@ -235,7 +214,7 @@ TEST(ParsedMarkdown, Trees_of_any_depth_are_walked_compared_and_freed)
         auto const tree = parsed(text);
         auto const copy = tree;
         EXPECT_EQ(copy, parsed(text)) << piece;
-        EXPECT_TRUE(dumpOf(tree) == expectedDump(text)) << piece;
+        EXPECT_TRUE(Dump::of(tree) == expectedDump(text)) << piece;
     }
 }
 

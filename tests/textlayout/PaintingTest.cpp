@@ -33,7 +33,7 @@ public:
     PaintedText(AttributedText const& text, ReaderColors::Appearance appearance, double scale)
         : m_colors(distinctColors(appearance))
         , m_scale(scale)
-        , m_layout(text, width, FontSet::ofDesktop(), m_colors)
+        , m_layout(layoutOf(text, width)) // in colours that others take the place of
     {
         makeAllExact(m_layout);
         readCells();

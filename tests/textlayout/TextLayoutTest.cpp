@@ -1,8 +1,6 @@
 #include "textlayout/TestTexts.h"
 #include "textlayout/TextUnits.h"
 
-#include <QImage>
-#include <QPainter>
 #include <QTextBoundaryFinder>
 
 #include <gmock/gmock.h>
@@ -270,25 +268,6 @@ TEST(TextLayout, A_hit_beside_a_line_finds_the_nearest_character_and_never_more_
     EXPECT_EQ(layout.characterIndexAt({ 290, 99 * line }), string.size() - 1);
     EXPECT_EQ(layout.boundingRect(5, 1).width(), 0) << "a line feed has no width";
     EXPECT_EQ(layout.boundingRect(0, string.size()), QRectF(0, 0, 300, 3 * line));
-}
-
-TEST(TextLayout, New_colours_show_without_new_heights)
-{
-    auto layout = layoutOf(plainText(QString(QChar(0x2588)).repeated(20)), 300);
-    layout.layOutVisible(0, 100);
-    auto const height = layout.height();
-    auto const painted = [&](QColor const& color) {
-        ColorSet colors;
-        colors.label = color;
-        QImage image(300, 60, QImage::Format_RGB32);
-        image.fill(Qt::white);
-        QPainter painter(&image);
-        layout.paint(painter, image.rect(), colors);
-        return image.pixelColor(40, static_cast<int>(height / 2));
-    };
-    EXPECT_EQ(painted(Qt::red), QColor(Qt::red));
-    EXPECT_EQ(painted(Qt::blue), QColor(Qt::blue));
-    EXPECT_EQ(layout.height(), height);
 }
 
 TEST(TextLayout, Emptiness_has_no_height)
