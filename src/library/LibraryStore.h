@@ -66,7 +66,7 @@ public:
     enum class FindDirection { forwards, backwards };
 
     static constexpr std::chrono::milliseconds reloadDebounce { 150 };
-    static constexpr std::chrono::milliseconds copyFeedbackTime { 1500 };
+    static constexpr std::chrono::milliseconds copyFeedbackTime = Clipboard::feedbackTime;
 
     LibraryStore(Services services, RestoreFolder restore);
     LibraryStore(LibraryStore const&) = delete;

@@ -2,11 +2,16 @@
 
 #include <QString>
 
+#include <chrono>
+
 namespace Quillory {
 
 // The desktop's pasteboards for text. Main thread only.
 class Clipboard {
 public:
+    // How long what was copied says so: long enough to be noticed, over before the next copy.
+    static constexpr std::chrono::milliseconds feedbackTime { 1500 };
+
     enum class Pasteboard {
         general,
         selection, // what a middle click pastes, where the desktop has it

@@ -7,7 +7,7 @@
 
 namespace Quillory {
 
-// What a text view shows: two documents with equal keys show the same text.
+// Tells what a text view shows: two documents with equal keys show the same text.
 struct DocumentKey {
     QString id; // of the sheet
     QString source;

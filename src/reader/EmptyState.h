@@ -9,7 +9,7 @@ class QPushButton;
 
 namespace Quillory {
 
-// What stands in the place of a sheet while there is none, with the way to a folder. GUI thread only.
+// Stands in the place of a sheet while there is none, with the way to a folder. GUI thread only.
 class EmptyState : public QWidget {
     Q_OBJECT
 public:

@@ -8,7 +8,7 @@ class QLabel;
 
 namespace Quillory {
 
-// What the store has to say, until it is dismissed. Hidden while there is nothing. GUI thread only.
+// The store's message, until it is dismissed. Hidden while there is nothing. GUI thread only.
 class MessageBar : public QWidget {
     Q_OBJECT
 public:

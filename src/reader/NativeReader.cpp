@@ -72,7 +72,7 @@ void NativeReader::rebuild(Sheet const& sheet, DocumentKey key)
     auto shown = view.show(documentFor(sheet, key));
     view.setSelection({});
     restorePlace(sheet.id);
-    // A sheet that is only shown anew will not come back as it was.
+    // A sheet that is only rendered again will not come back as it was.
     if (old && old->id != sheet.id)
         keep({ std::move(*old), std::move(shown) });
 }
@@ -175,7 +175,7 @@ void NativeReader::serveFind()
     m_lastFindQuery = query;
     if (isNew)
         view.setSelection({});
-    // What goes on at the other end finds whatever there is.
+    // A search that goes on at the other end finds whatever there is.
     auto const found = view.findNext(query, m_store.findBackwards);
     auto const status = query.isEmpty() ? QString()
         : found                         ? QCoreApplication::translate("NativeReader", "Match")

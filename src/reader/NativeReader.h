@@ -37,7 +37,7 @@ public:
     // sheet's text, pictures and text size are the same.
     void update(Sheet const& sheet);
 
-    // Leaves what the user did in the text, and serves find anew, as a reader that was just made would.
+    // Leaves what the user did in the text, and serves find again, as a reader that was just made would.
     void startAfresh();
 
 private:
@@ -46,7 +46,7 @@ private:
         DocumentKey key;
         std::unique_ptr<ReaderDocument> document;
     };
-    // What stood at the top when a position was stored: exact where a point is only as exact as estimated heights.
+    // The line at the top when a position was stored: exact where a point is only as exact as estimated heights.
     struct Place {
         DocumentKey key;
         TextWidths widths;

@@ -6,7 +6,7 @@ class QToolButton;
 
 namespace Quillory {
 
-// What the reader's bars are made of. The style sheet of ReaderView knows them by their names.
+// The parts of the reader's bars. The style sheet of ReaderView knows them by their names.
 
 // A bar's or a side's ground: "chrome" or "surface".
 void makePane(QWidget& widget, char const* name);

@@ -53,7 +53,7 @@ public:
     qsizetype paragraphRunAt(qsizetype location) const;
 
     // The same text with every paragraph in one style, that of its end. A picture has no style, and what marks a quote
-    // or an item has not that of the table or code behind it.
+    // or an item has not that of the table or code after it.
     AttributedText withWholeParagraphs() const;
 
     bool operator==(AttributedText const& other) const;

@@ -82,7 +82,7 @@ public:
 private:
     struct OpenNodes {
         Nodes::Iterator next, end;
-        QStringView ending; // appended behind the last node
+        QStringView ending; // appended after the last node
     };
 
     struct OpenTable {

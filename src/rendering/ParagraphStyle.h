@@ -44,10 +44,10 @@ struct ParagraphStyle {
     double tailIndent = 0; // 0 for none; below 0 room at the right edge, even where text runs from right to left
     double minimumLineHeight = 0;
     double paragraphSpacingBefore = 0;
-    double paragraphSpacing = 0; // behind the paragraph
+    double paragraphSpacing = 0; // after the paragraph
     double lineSpacing = 0; // between lines
     Wrapping wrapping = Wrapping::atView;
-    double rightTabStop = 0; // where text behind a tab ends, from the paragraph's left edge; 0 for none
+    double rightTabStop = 0; // where text after a tab ends, from the paragraph's left edge; 0 for none
     std::optional<TableBlock> block;
 
     bool operator==(ParagraphStyle const&) const = default;

@@ -7,7 +7,7 @@
 namespace Quillory {
 
 // Makes the records in one pass over a document's elements. Both trees are in document order, so an element's record
-// ends where the record of the element behind its subtree begins.
+// ends where the record of the element after its subtree begins.
 class ParsedMarkdownBuilder {
 public:
     explicit ParsedMarkdownBuilder(Markup::Document const& document)
@@ -48,7 +48,7 @@ private:
         }
     }
 
-    // Converts the element and says which comes next: its first child, or what stands behind it.
+    // Converts the element and says which comes next: its first child, or what follows it.
     std::uint32_t convert(Element element)
     {
         using Raw = Markup::RawMarkupKind;

@@ -117,10 +117,10 @@ private:
         std::uint8_t flags = noFlag;
         std::uint8_t level = 0; // heading
         std::uint8_t unused = 0;
-        std::uint32_t end = 0; // position behind the last record of this subtree
+        std::uint32_t end = 0; // position after the last record of this subtree
         std::uint32_t offset = 0; // of the string in the pool, UTF-16 units
         std::uint32_t length = 0;
-        std::uint32_t second = 0; // image: length of the description, right behind the source
+        std::uint32_t second = 0; // image: length of the description, right after the source
 
         bool operator==(Record const&) const = default;
     };

@@ -31,8 +31,8 @@ public:
 private:
     class Drawing;
 
-    // Positions in m_looks. Behind the first modifier stand two looks for each: of its symbol, and of the symbol's last
-    // character, which has the gap behind it.
+    // Positions in m_looks. After the first modifier stand two looks for each: of its symbol, and of the symbol's last
+    // character, which has the gap after it.
     enum Look : std::size_t {
         entryLook,
         detailLook,

@@ -20,7 +20,7 @@ struct Dynamic {
 };
 
 inline constexpr Dynamic chrome { 0xFFF4F3F1, 0xFF2C2D30 };             // bars and sidebar
-inline constexpr Dynamic surface { 0xFFFFFFFF, 0xFF232426 };            // behind the reading text
+inline constexpr Dynamic surface { 0xFFFFFFFF, 0xFF232426 };            // under the reading text
 inline constexpr Dynamic codeBackground { 0xFFF4F4F5, 0xFF303136 };     // code blocks, copy buttons
 inline constexpr Dynamic codeBorder { 0xFFD9D9DC, 0xFF4A4B50 };         // outline of code blocks, thin separators
 inline constexpr Dynamic learningBackground { 0xFFF3E9D6, 0xFF4C4230 }; // Learning Mode bar while it is on

@@ -11,7 +11,7 @@ namespace Quillory {
 struct SectionExtent {
     struct Entry {
         qsizetype characters = 0; // of title and text
-        double lines = 0;         // besides those
+        double lines = 0;         // in addition to those
     };
 
     qsizetype characters = 0; // of the description

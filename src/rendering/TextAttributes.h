@@ -48,7 +48,7 @@ struct TextAttributes {
     std::optional<Color> background;
     QString link; // empty for none
     bool strikethrough = false;
-    double kern = 0; // points added behind each character
+    double kern = 0; // points added after each character
     bool isGap = false; // the characters stand for nothing but room
     double baselineOffset = 0; // points, up
     std::optional<Attachment> attachment;

@@ -15,7 +15,7 @@ struct FileName {
     static FileName fromBytes(QByteArrayView bytes);
 };
 
-// What stands behind the last point, empty without one. A point at the start makes a hidden name, not an extension.
+// The part after the last point, empty without one. A point at the start makes a hidden name, not an extension.
 QStringView pathExtension(QStringView name);
 
 // The name without its last extension: "keys.quillory" for "keys.quillory.json".

@@ -98,7 +98,7 @@ void FoldedText::foldAligned(qsizetype end)
     }
 }
 
-// The last cluster may go on behind `end`: it is left for the next time.
+// The last cluster may go on after `end`: it is left for the next time.
 void FoldedText::foldClusters(qsizetype end)
 {
     auto const start = m_read;
@@ -133,7 +133,7 @@ qsizetype FoldedText::sourceEnd(std::size_t stretch) const
     return stretch + 1 < m_stretches.size() ? static_cast<qsizetype>(m_stretches[stretch + 1].source) : m_text.size();
 }
 
-// A position inside a cluster is rounded to its end when what lies behind it is asked for, else to its start.
+// A position inside a cluster is rounded to its end when what follows it is asked for, else to its start.
 qsizetype FoldedText::foldedPosition(qsizetype source, Direction roundedTo) const
 {
     if (source >= m_text.size() || m_stretches.empty())
@@ -172,11 +172,11 @@ std::optional<TextRange> FoldedText::find(QString const& query, qsizetype from, 
 {
     foldSome(std::numeric_limits<qsizetype>::max());
     auto const first = foldedPosition(from, Direction::forwards);
-    auto const behind = foldedPosition(to, Direction::backwards);
-    if (query.isEmpty() || behind - first < query.size())
+    auto const end = foldedPosition(to, Direction::backwards);
+    if (query.isEmpty() || end - first < query.size())
         return {};
-    auto const within = QStringView(m_folded).sliced(first, behind - first);
-    // Without a place to begin at, Qt 6.4 looks for a single character one behind the end as well.
+    auto const within = QStringView(m_folded).sliced(first, end - first);
+    // Without a place to begin at, Qt 6.4 looks for a single character one after the end as well.
     auto const found = direction == Direction::forwards ? within.indexOf(query)
                                                         : within.lastIndexOf(query, within.size() - query.size());
     if (found < 0)

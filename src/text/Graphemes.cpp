@@ -37,7 +37,7 @@ qsizetype graphemeCount(QStringView text)
         if (end == text.size())
             break;
         if (end > start) {
-            --end; // the last of them may have a mark behind it
+            --end; // the last of them may have a mark after it
             --count;
         }
         start = end;

@@ -6,10 +6,10 @@
 
 namespace Quillory {
 
-// Where characters, words and lines of a text begin and end, at a cost that does not go with the text's length.
+// The boundaries of characters, words and lines in a text, at a cost that does not go with the text's length.
 namespace TextBoundaries {
 
-// What a person takes for one character.
+// A character is what a person takes for one.
 qsizetype afterCharacter(QString const& text, qsizetype position);
 qsizetype beforeCharacter(QString const& text, qsizetype position);
 

@@ -83,7 +83,7 @@ bool isFreeMark(char32_t scalar)
 }
 
 // The end of the next piece: never before a character that leans on the piece. Qt forgets to compose what follows in
-// the same text once it has composed a mark above U+FFFF, so a piece ends behind such a one.
+// the same text once it has composed a mark above U+FFFF, so a piece ends after such a one.
 qsizetype pieceEnd(QStringView text, qsizetype start)
 {
     bool mayEnd = false;

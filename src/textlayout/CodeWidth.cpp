@@ -11,9 +11,8 @@ namespace Quillory {
 namespace {
 
 constexpr std::size_t linesLaidOut = 8;
-constexpr double unlimited = 1e6;
 constexpr char16_t firstIdeograph = u'\u2E80';
-constexpr char16_t behindIdeographs = u'\uF900'; // with the surrogates, of which two make one character
+constexpr char16_t endOfIdeographs = u'\uF900'; // with the surrogates, of which two make one character
 constexpr double columnsOfIdeograph = 2.2; // emoji are a little wider than two letters
 
 struct CodeLine {
@@ -40,7 +39,7 @@ double boundOfMixed(LayoutContext const& context, AttributedText::Run const& run
             width += column;
         else if (letter.isHighSurrogate())
             width += columnsOfIdeograph * column;
-        else if (letter.unicode() >= firstIdeograph && letter.unicode() < behindIdeographs)
+        else if (letter.unicode() >= firstIdeograph && letter.unicode() < endOfIdeographs)
             width += letter.isLowSurrogate() ? 0 : columnsOfIdeograph * column;
         else
             width += context.letterWidth(run, line.sliced(index, 1));
@@ -111,7 +110,8 @@ double codeWidth(LayoutContext const& context, double enough)
             break;
         if (bound > enough || number == linesLaidOut)
             return std::max(width, std::ceil(bound));
-        ParagraphLayout const line(context, { range }, unlimited, ParagraphLayout::Breaks::betweenWords);
+        ParagraphLayout const line(
+            context, { range }, LayoutContext::unlimitedWidth, ParagraphLayout::Breaks::betweenWords);
         // What ends at the very edge of a line would wrap.
         width = std::max(width, std::ceil(line.widestWidth() + beside) + 1);
     }

@@ -13,7 +13,6 @@ namespace {
 constexpr std::size_t cellsLaidOut = 200; // over all columns, at most
 constexpr std::size_t cellsLaidOutOfColumn = 8;
 constexpr std::size_t paragraphsLaidOut = 16; // of one cell
-constexpr double unlimited = 1e6;
 constexpr double narrowestColumn = 8; // characters: shorter words aren't broken even where the table gets too wide
 constexpr char16_t firstIdeograph = u'\u2E80'; // from here on lines break between characters
 constexpr double columnsOfTab = 8;
@@ -128,7 +127,8 @@ std::optional<CellWidths> laidOutWidths(LayoutContext const& context, TextRange 
         TextRange paragraph { starts[unit], static_cast<qsizetype>(starts[unit + 1]) - starts[unit] };
         if (context.text().string()[paragraph.end() - 1] == u'\n')
             --paragraph.length;
-        ParagraphLayout const lines(context, { paragraph }, unlimited, ParagraphLayout::Breaks::betweenWords);
+        ParagraphLayout const lines(
+            context, { paragraph }, LayoutContext::unlimitedWidth, ParagraphLayout::Breaks::betweenWords);
         widths.word = std::max(widths.word, lines.narrowestWidth());
         widths.line = std::max(widths.line, lines.widestWidth());
     }

@@ -40,7 +40,7 @@ public:
     bool isExact() const { return m_inexact == 0; }
     bool isExact(qsizetype index) const { return m_exact[static_cast<std::size_t>(index)]; }
 
-    // What is exact once stays so.
+    // Once exact, a height stays so.
     void set(qsizetype index, Extent extent);
 
     Place placeAt(double y) const;

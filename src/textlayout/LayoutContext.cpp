@@ -35,7 +35,7 @@ LineExtent lineExtentOf(QFont const& font)
     layout.beginLayout();
     auto line = layout.createLine();
     line.setLeadingIncluded(true);
-    line.setLineWidth(1e6);
+    line.setLineWidth(LayoutContext::unlimitedWidth);
     layout.endLayout();
     return { line.height(), line.ascent() };
 }

@@ -15,15 +15,16 @@
 
 namespace Quillory {
 
-// What all parts of one layout share: the text, the fonts, the colours, and what is worth making once for each set of
+// Shared by all parts of one layout: the text, the fonts, the colours, and what is worth making once for each set of
 // attributes. Outlives every part.
 class LayoutContext {
 public:
-    // What pairs of letters may stand further apart than their widths say: share of the text's width, and points on top.
+    // Pairs of letters may stand further apart than their widths say: share of the text's width, and points on top.
     static constexpr double kerningShare = 1.02;
     static constexpr double kerningSlack = 1;
+    static constexpr double unlimitedWidth = 1e6; // points, at which no line wraps
 
-    // What is known of the characters of a run without laying them out.
+    // Known of the characters of a run without laying them out.
     struct Metrics {
         QFont font; // with kerning and underlines
         double lineHeight = 0;
@@ -48,7 +49,7 @@ public:
     QColor foreground(TextAttributes const& attributes) const;
 
 private:
-    // What runs have in common that look the same: those of a thousand links differ only in where they lead.
+    // Shared by all runs that look the same: those of a thousand links differ only in where they lead.
     struct Look {
         Metrics metrics;
         std::optional<QTextCharFormat> format;

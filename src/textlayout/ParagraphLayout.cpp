@@ -164,7 +164,7 @@ bool ParagraphLayout::isInsideCode(qsizetype place) const
         && run.end() > m_stretch.range.location + place;
 }
 
-// Ends a line that the layout would end behind a hyphen of code at the last other break, if it has one.
+// Ends a line that the layout would end after a hyphen of code at the last other break, if it has one.
 void ParagraphLayout::endOutsideCode(QTextLine& line, double width)
 {
     auto const start = line.textStart();

@@ -27,7 +27,7 @@ public:
         qsizetype location = 0;
         double top = 0;
         double height = 0;
-        int lettersEnd = 0; // within the stretch: blanks behind it hang over the edge and have no place of their own
+        int lettersEnd = 0; // within the stretch: blanks after it hang over the edge and have no place of their own
     };
 
     static constexpr double tabColumns = 4; // widths of a blank between two tab stops
@@ -55,7 +55,7 @@ public:
     QRectF boundingRect(TextRange range) const;
     // What the line that holds the character takes of the text, without its line feed.
     TextRange lineRange(qsizetype location) const;
-    // Adds what a selection of the range covers, line by line, up to the edge where it goes on behind a line.
+    // Adds what a selection of the range covers, line by line, up to the edge where it goes on after a line.
     void addSelection(std::vector<QRectF>& covered, TextRange range, QPointF topLeft, QRectF const& clip) const;
 
 private:

@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t cellsOfShortTable = 64;
 constexpr quint32 charactersOfShortTable = 2'048;
 
-// A cell of more paragraphs keeps its flow once made: its heights are too dear to be measured again.
+// A cell of more paragraphs keeps its flow once made: its heights take too long to be measured again.
 constexpr qsizetype manyParagraphs = 64;
 
 }

@@ -32,7 +32,7 @@ public:
 
     double width() const { return m_columnEdges.back() + (m_isFixed ? 0 : m_border); }
     double height() const { return m_heights.total() + m_rowBorder; }
-    // Laying it out anew costs less than keeping it would.
+    // Laying it out again costs less than keeping it would.
     bool isShort() const;
     qsizetype rowCount() const { return m_heights.size(); }
 

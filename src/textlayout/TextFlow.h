@@ -40,7 +40,7 @@ public:
     void setWidths(TextWidths const& widths);
     // Drops the lines and keeps the heights.
     void forgetLines();
-    // Nothing of it is shown any more: keeps only what would be dear to make again.
+    // Nothing of it is shown any more: keeps only what takes long to make again.
     void leave();
 
     // Makes what lies from top to bottom exact. What lies above keeps its place.

@@ -15,7 +15,7 @@ constexpr qsizetype clusterSearch = 64;
 constexpr qsizetype longestCluster = 512;
 constexpr std::size_t mostRuns = 512;
 
-qsizetype behindLastBlank(QStringView string)
+qsizetype afterLastBlank(QStringView string)
 {
     for (auto end = string.size(); end > std::max<qsizetype>(string.size() - wordSearch, 0); --end) {
         if (string[end - 1].isSpace())
@@ -27,7 +27,7 @@ qsizetype behindLastBlank(QStringView string)
 // Where to cut at most `length` units off the start of a longer string.
 qsizetype stretchOf(QStringView string, qsizetype length)
 {
-    if (auto const end = behindLastBlank(string.first(length)); end > 0)
+    if (auto const end = afterLastBlank(string.first(length)); end > 0)
         return end;
     // Between clusters; in one that goes on for longer than anybody could write, at least not between surrogates.
     auto const window = string.sliced(length - clusterSearch)

@@ -48,7 +48,7 @@ void BlockPainter::paintEdges(QPainter& painter, double left, double width) cons
         painter.fillPath(rightEnd(rectangle, CodeBlock::buttonRoom), m_background);
         QPainterPath shape;
         shape.addRoundedRect(rectangle, radius, radius);
-        // What lies in both shapes is not filled.
+        // The part that lies in both shapes is not filled.
         QPainterPath outside;
         outside.addRect(QRectF(left, rectangle.top(), width, rectangle.height()));
         outside.addPath(shape);

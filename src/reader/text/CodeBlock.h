@@ -16,7 +16,7 @@ struct CodeBlock {
     qsizetype target = 0;
     QRectF rectangle; // of the content
 
-    // Where the button's corner is in the view, by the block's top edge there.
+    // The top left corner of the button in the view, by the block's top edge there.
     static QPoint buttonCorner(double viewWidth, double top)
     {
         return QPointF(viewWidth - buttonFromRight, top + buttonFromTop).toPoint();

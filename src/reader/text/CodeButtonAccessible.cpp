@@ -5,12 +5,6 @@
 
 namespace Quillory {
 
-namespace {
-
-constexpr qsizetype labelCharacters = 50;
-
-}
-
 CodeButtonAccessible::CodeButtonAccessible(ReaderTextView* view, qsizetype target)
     : m_view(view)
     , m_target(target)
@@ -40,7 +34,7 @@ QString CodeButtonAccessible::text(QAccessible::Text type) const
     switch (type) {
     case QAccessible::Name:
         return CopyLook::label(
-            m_view->rendered().copyTargets[static_cast<std::size_t>(m_target)].text, labelCharacters);
+            m_view->rendered().copyTargets[static_cast<std::size_t>(m_target)].text, CopyLook::spokenCharacters);
     case QAccessible::Description:
     case QAccessible::Help:
         return look.help;

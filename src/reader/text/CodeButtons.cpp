@@ -1,5 +1,6 @@
 #include "reader/text/CodeButtons.h"
 
+#include "platform/Clipboard.h"
 #include "reader/text/CodeCopyButton.h"
 #include "reader/text/ReaderDocument.h"
 
@@ -70,7 +71,7 @@ void CodeButtons::refresh(CodeCopyButton& button) const
 void CodeButtons::showCopied(qsizetype target)
 {
     setCopied(target);
-    m_feedbackTask = m_executor.after(feedbackTime, [this] { showNoneCopied(); });
+    m_feedbackTask = m_executor.after(Clipboard::feedbackTime, [this] { showNoneCopied(); });
 }
 
 void CodeButtons::showNoneCopied()

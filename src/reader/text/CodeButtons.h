@@ -6,7 +6,6 @@
 
 #include <QWidget>
 
-#include <chrono>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -20,10 +19,6 @@ class ReaderDocument;
 // just been copied. GUI thread only.
 class CodeButtons {
 public:
-    static constexpr std::chrono::milliseconds feedbackTime {
-        1500
-    }; // long enough to be seen, gone before the next look
-
     // A button's target.
     std::function<void(qsizetype)> onClick;
     std::function<void()> onCopiedChanged;

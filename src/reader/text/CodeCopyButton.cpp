@@ -10,24 +10,23 @@ namespace Quillory {
 
 namespace {
 
-constexpr qsizetype labelCharacters = 50;
 constexpr double radius = 5;
 constexpr double lineWidth = 1.3;
 constexpr double disabledOpacity = 0.35;
 
-// Two sheets of paper, one behind the other, about a centre at the origin.
+// Two sheets of paper, one over the other, about a centre at the origin.
 void drawDocuments(QPainter& painter)
 {
-    QPainterPath behind;
-    behind.moveTo(2, -3);
-    behind.lineTo(2, -4.5);
-    behind.quadTo(2, -6.5, 0, -6.5);
-    behind.lineTo(-4, -6.5);
-    behind.quadTo(-6, -6.5, -6, -4.5);
-    behind.lineTo(-6, 0.5);
-    behind.quadTo(-6, 2.5, -4, 2.5);
-    behind.lineTo(-3, 2.5);
-    painter.drawPath(behind);
+    QPainterPath back;
+    back.moveTo(2, -3);
+    back.lineTo(2, -4.5);
+    back.quadTo(2, -6.5, 0, -6.5);
+    back.lineTo(-4, -6.5);
+    back.quadTo(-6, -6.5, -6, -4.5);
+    back.lineTo(-6, 0.5);
+    back.quadTo(-6, 2.5, -4, 2.5);
+    back.lineTo(-3, 2.5);
+    painter.drawPath(back);
     painter.drawRoundedRect(QRectF(-2.5, -3, 8, 9.5), 2, 2);
 }
 
@@ -47,7 +46,7 @@ CodeCopyButton::CodeCopyButton(qsizetype tag, QString const& label, QWidget* par
     , m_tag(tag)
     , m_colors(ColorSet::fromPalette(palette()))
 {
-    setAccessibleName(CopyLook::label(label, labelCharacters));
+    setAccessibleName(CopyLook::label(label, CopyLook::spokenCharacters));
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_Hover);
     setFixedSize(fixedSize);

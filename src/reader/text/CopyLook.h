@@ -4,9 +4,11 @@
 
 namespace Quillory {
 
-// What a copy button tells: its symbol, its help (also shown under the pointer) and its accessibility value.
+// The state of a copy button as it is told: its symbol, its help (also shown under the pointer) and its accessibility value.
 struct CopyLook {
     enum class Symbol { documents, checkmark };
+
+    static constexpr qsizetype spokenCharacters = 50; // of code: enough to know it by, not more than one listens to
 
     Symbol symbol = Symbol::documents;
     QString help;

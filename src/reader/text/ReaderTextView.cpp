@@ -128,7 +128,7 @@ TextAnchor ReaderTextView::scrollAnchor()
 
 void ReaderTextView::setScrollAnchor(TextAnchor const& anchor, double x)
 {
-    // What lies below the line becomes exact on the way, and only then is it known how far the text reaches.
+    // The text below the line becomes exact on the way, and only then is it known how far the text reaches.
     repeatInPasses([&] {
         auto const before = m_origin;
         QPointF const wanted(x, m_document->layout().positionOf(anchor) + inset);
@@ -209,7 +209,7 @@ void ReaderTextView::makeSomeExact()
     auto const origin = m_origin + QPointF(0, result.correction);
     auto const next = constrained(origin);
     moveOrigin(next);
-    // What became exact may end sooner than estimated: then lines above come into view.
+    // A text that became exact may end sooner than estimated: then lines above come into view.
     if (next != origin || atEnd)
         layOut();
     else

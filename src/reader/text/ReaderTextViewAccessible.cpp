@@ -12,8 +12,6 @@ namespace Quillory {
 
 namespace {
 
-constexpr qsizetype nameCharacters = 50;
-
 QAccessibleInterface* make(QString const&, QObject* object)
 {
     auto* const view = qobject_cast<ReaderTextView*>(object);
@@ -173,7 +171,7 @@ QStringList ReaderTextViewAccessible::actionNames() const
     m_actionNames.reserve(std::ssize(targets));
     for (auto const& target : targets) {
         auto const name = target.accessibilityLabel ? CopyLook::label(*target.accessibilityLabel)
-                                                    : CopyLook::label(target.text, nameCharacters);
+                                                    : CopyLook::label(target.text, CopyLook::spokenCharacters);
         auto unique = name;
         for (int number = 2; copied.contains(unique) && copied[unique] != target.text; ++number)
             unique = QStringLiteral("%1 (%2)").arg(name).arg(number);

@@ -13,7 +13,7 @@ namespace Quillory {
 
 class ReaderTextView;
 
-// What an assistive program gets of the text view: the text, its attributes and selection, one button for each block and
+// The text view for assistive programs: the text, its attributes and selection, one button for each block and
 // one action for each target, all answered when asked. The text can't be edited. Offsets count Unicode scalars, as
 // assistive programs do on this desktop.
 class ReaderTextViewAccessible : public QAccessibleWidget, public QAccessibleTextInterface {

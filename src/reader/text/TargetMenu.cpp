@@ -82,7 +82,7 @@ void addList(QMenu& menu, qsizetype count, std::function<QString(qsizetype)> con
         "QListView::item:selected { background: palette(highlight); color: palette(highlighted-text); }"));
     list->setFixedSize(listWidth, rowsInSight * list->sizeHintForRow(0));
     QObject::connect(list, &QListView::entered, list, [list](QModelIndex const& row) { list->setCurrentIndex(row); });
-    // Where a click activates as well, both come.
+    // Both come on desktops where a click activates as well.
     auto const choose = [&menu, chosen, isDone = std::make_shared<bool>(false)](QModelIndex const& row) {
         if (std::exchange(*isDone, true))
             return;

@@ -12,7 +12,7 @@ namespace Quillory {
 
 class ReaderTextView;
 
-// What keys and the menu do in a text view: leave, change the sheet, copy, select and scroll. The view outlives it. GUI
+// The keys and the menu of a text view: leave, change the sheet, copy, select and scroll. The view outlives it. GUI
 // thread only.
 class TextCommands {
 public:

@@ -29,7 +29,7 @@ protected:
 
 private:
     QPointF toContent(QPointF point) const;
-    // What a place in the view selects in the units of the gesture.
+    // The text that a place in the view selects in the units of the gesture.
     TextRange unitAt(QPointF point) const;
     TextRange caretAt(QPointF point) const;
     void select(TextRange to);

@@ -6,7 +6,7 @@
 
 namespace Quillory {
 
-// What is selected of a text: from where the selection began to where it was moved last. UTF-16 positions.
+// A selection in a text: from where the selection began to where it was moved last. UTF-16 positions.
 struct TextSelection {
     qsizetype anchor = 0;
     qsizetype head = 0;

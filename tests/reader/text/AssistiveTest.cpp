@@ -11,9 +11,10 @@ namespace {
 
 class AssistiveTest : public ReaderTextViewTest {
 protected:
+    using ReaderTextViewTest::show;
     void show(QString const& name)
     {
-        view.setRendered(GoldenSheets::rendered(name, 468));
+        show(GoldenSheets::rendered(name, 468));
         settle();
         scalars = view.rendered().text.string().toUcs4();
         spoken = QAccessible::queryAccessibleInterface(&view);
@@ -93,7 +94,7 @@ TEST_F(AssistiveTest, Actions_of_one_name_are_numbered_and_follow_the_text)
     for (auto const& [shown, names] :
         { std::pair(u"$one$"_s, QStringList { u"Copy one"_s }), { u"$two$"_s, { u"Copy two"_s } },
             { u"$%1b$ $%1c$"_s.arg(QString(60, u'a')), { label, label + u" (2)"_s } } }) {
-        view.setRendered(sheet(shown));
+        show(sheet(shown));
         EXPECT_EQ(QAccessible::queryAccessibleInterface(&view)->actionInterface()->actionNames(), names);
     }
 }

@@ -160,7 +160,7 @@ protected:
 TEST_F(ReaderPaintingTest, Blocks_strips_buttons_and_lines_have_their_ink_and_nothing_else_has_any)
 {
     auto const longLine = u"code "_s.repeated(60);
-    view.setRendered(sheet(
+    show(sheet(
         u"before\n>short\nbetween\n>"_s + longLine + u"\nafter\n"_s + u"line\n"_s.repeated(30) + u">"_s + longLine));
     settle();
     for (auto const appearance : { Appearance::light, Appearance::dark }) {
@@ -183,7 +183,7 @@ TEST_F(ReaderPaintingTest, Blocks_strips_buttons_and_lines_have_their_ink_and_no
 
 TEST_F(ReaderPaintingTest, A_button_looks_different_when_it_is_over_when_it_has_copied_and_when_it_cannot)
 {
-    view.setRendered(sheet(u">code"_s));
+    show(sheet(u">code"_s));
     auto* const button = view.codeButtons().front();
     std::vector<QImage> looks { button->grab().toImage() };
     auto const look = [&] {
@@ -212,7 +212,7 @@ TEST_F(ReaderPaintingTest, A_selection_is_a_wash_over_what_it_covers_and_over_no
         setPalette(appearance, highlight);
         for (auto const& name : GoldenSheets::names()) {
             SCOPED_TRACE(name.toStdString() + " on " + wash.name().toStdString());
-            view.setRendered(GoldenSheets::rendered(name, 468));
+            show(GoldenSheets::rendered(name, 468));
             settle();
             view.setScrollOrigin({ 0, 60 });
             view.setSelection({});

@@ -32,10 +32,7 @@ TEST_F(ReaderTextViewTest, A_click_copies_what_lies_under_it_and_nothing_else_do
         { "text", pointAt(u"then"_s), {}, {}, {} },
         { "the empty part of a line", behindText, {}, {}, {} },
         { "a hand that trembles", inline2, {}, { 3, 2 }, { u"mmmm"_s } },
-        { "a drag of five points", inline2, {}, { 5, 0 }, {} },
-        { "Shift", inline1, Qt::ShiftModifier, {}, {} },
         { "Alt", inline1, Qt::AltModifier, {}, {} },
-        { "Super", inline1, Qt::MetaModifier, {}, {} },
         { "Control doesn't count", inline1, Qt::ControlModifier, {}, { u"ls -l"_s } },
     };
     for (auto const& each : cases) {
