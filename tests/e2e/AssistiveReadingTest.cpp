@@ -1,6 +1,6 @@
 #include "e2e/AssistiveClient.h"
 #include "e2e/ReaderOnADesktop.h"
-#include "platform/desktop/SignalRecorder.h"
+#include "support/SignalRecorder.h"
 
 #include <QDBusVariant>
 
@@ -107,6 +107,8 @@ TEST_F(AssistiveReadingTest, A_copy_is_told_by_its_button_and_announced)
     client.doAction(button, 0);
     EXPECT_TRUE(Desktop::eventually([&] { return client.description(button) == u"Copied"_s; }));
     EXPECT_TRUE(Desktop::eventually([&] { return !announcements.heard.isEmpty(); }));
+    EXPECT_EQ(announcements.heard.value(0).signature(), u"siiv(so)"_s);
+    EXPECT_EQ(announcements.heard.value(0).arguments().value(1), 1) << "a polite one";
     EXPECT_EQ(announcements.heard.value(0).arguments().value(3).value<QDBusVariant>().variant(), u"Copied"_s);
     EXPECT_TRUE(Desktop::eventually([&] { return client.description(button) == u"Copy command"_s; }));
 }

@@ -12,10 +12,7 @@ std::optional<DesktopEntry> parse(QByteArray const& lines)
 
 TEST(DesktopEntry, A_command_line_becomes_the_arguments_that_it_means)
 {
-    struct Case {
-        char const* exec;
-        QStringList command; // empty for a malformed line
-    };
+    using Case = std::pair<char const*, QStringList>; // no command for a malformed line
     auto const file = u"/s/a b.md"_s;
     auto const url = u"file:///s/a%20b.md"_s;
     for (auto const& [exec, command] : {

@@ -1,9 +1,8 @@
 #include "platform/linux/freedesktop/DesktopFileOpener.h"
+#include "support/BusService.h"
 #include "support/EventLoop.h"
 #include "support/TemporaryFolder.h"
 #include "support/Test.h"
-
-#include "RecordingService.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
@@ -37,6 +36,10 @@ protected:
     void launcherWorks(bool isWorking)
     {
         makeProgram(u"xdg-open"_s, "printf %s \"$1\" > \"$0.log\"\nexit " + QByteArray(isWorking ? "0" : "3") + "\n");
+    }
+    static QDBusConnection ownConnection()
+    {
+        return QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"service"_s);
     }
     Outcome finish()
     {
@@ -100,7 +103,7 @@ TEST_F(DesktopFileOpenerTest, Without_a_launcher_the_portal_opens_and_its_answer
 
     QString openedPath;
     uint response = 0;
-    RecordingService const portal(u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+    BusService const portal(ownConnection(), u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
         [&](QDBusMessage const& call, QDBusConnection& bus) {
             auto const arguments = call.arguments();
             auto const descriptor = arguments.at(1).value<QDBusUnixFileDescriptor>();
@@ -130,7 +133,7 @@ TEST_F(DesktopFileOpenerTest, The_file_manager_is_shown_the_file_and_without_one
     EXPECT_TRUE(loop.runUntil([&] { return opened() == root.path(); }));
 
     QStringList shown;
-    RecordingService const manager(u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+    BusService const manager(ownConnection(), u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
         [&](QDBusMessage const& call, QDBusConnection&) {
             shown << call.member() << call.arguments().at(0).toStringList();
             return std::optional(QVariantList());

@@ -40,13 +40,6 @@ protected:
         }
         return nullptr;
     }
-    void choose(QString const& path)
-    {
-        dialog()->selectFile(path);
-        QMetaObject::invokeMethod(dialog(), "accept");
-    }
-    void dismiss() { dialog()->reject(); }
-    bool isOnScreen() { return dialog() != nullptr; }
 };
 
 OpenPanelSettings folderSettings()
@@ -66,27 +59,24 @@ TEST_F(QtOpenPanelTest, A_window_on_screen_takes_one_panel_at_a_time)
         auto const panel = panels.openPanel();
         panel->cancel(); // not shown yet
         panel->beginSheetModal(window(), folderSettings(), [](Response) { ADD_FAILURE() << "nobody answered"; });
-        EXPECT_TRUE(isOnScreen());
+        EXPECT_TRUE(dialog());
         EXPECT_FALSE(panels.canAttachTo(window()));
     }
-    EXPECT_FALSE(isOnScreen());
+    EXPECT_FALSE(dialog());
     EXPECT_TRUE(panels.canAttachTo(window()));
 }
 
 TEST_F(QtOpenPanelTest, The_answer_comes_once_and_may_destroy_the_panel)
 {
-    using End = std::function<void(OpenPanel&)>;
-    struct Case {
-        End end;
-        Response response;
-        std::optional<QString> chosen;
-    };
     auto const path = folder.path();
-    for (auto const& each : {
-             Case { [&](OpenPanel&) { choose(path); }, Response::ok, path },
-             Case { [&](OpenPanel&) { dismiss(); }, Response::cancel, std::nullopt },
-             Case { [&](OpenPanel& panel) { panel.cancel(); }, Response::cancel, std::nullopt },
-         }) {
+    auto const choose = [&](OpenPanel&) {
+        dialog()->selectFile(path);
+        QMetaObject::invokeMethod(dialog(), "accept");
+    };
+    using Case = std::tuple<std::function<void(OpenPanel&)>, Response, std::optional<QString>>;
+    for (auto const& [end, expected, chosen] : { Case { choose, Response::ok, path },
+             Case { [&](OpenPanel&) { dialog()->reject(); }, Response::cancel, std::nullopt },
+             Case { [&](OpenPanel& panel) { panel.cancel(); }, Response::cancel, std::nullopt } }) {
         auto panel = panels.openPanel();
         std::vector<std::pair<Response, std::optional<QString>>> answers;
         panel->beginSheetModal(window(), folderSettings(), [&](Response response) {
@@ -95,8 +85,8 @@ TEST_F(QtOpenPanelTest, The_answer_comes_once_and_may_destroy_the_panel)
             panel->cancel();
             panel.reset();
         });
-        each.end(*panel);
-        EXPECT_THAT(answers, ElementsAre(std::pair(each.response, each.chosen)));
+        end(*panel);
+        EXPECT_THAT(answers, ElementsAre(std::pair(expected, chosen)));
         EXPECT_TRUE(panels.canAttachTo(window()));
     }
 }
@@ -113,7 +103,7 @@ TEST_F(QtOpenPanelTest, The_texts_stand_on_the_dialog_which_blocks_its_window_al
     ASSERT_TRUE(message);
     EXPECT_EQ(message->text(), u"Choose well."_s);
     EXPECT_TRUE(loop.runUntil([&] { return message->isVisible() && message->height() > 0; }));
-    EXPECT_EQ(message->mapTo(dialog(), QPoint()).y() < dialog()->height() / 4, true);
+    EXPECT_LT(message->mapTo(dialog(), QPoint()).y(), dialog()->height() / 4);
 
     QWidget hidden;
     EXPECT_FALSE(panels.canAttachTo(hidden.winId()));

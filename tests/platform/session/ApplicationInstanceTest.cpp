@@ -77,11 +77,6 @@ TEST_F(BusApplicationInstanceTest, The_wishes_of_later_starts_come_to_whoever_ob
     EXPECT_EQ(requests.size(), 2U);
     observation = record();
     EXPECT_THAT(requests, ElementsAre(open, _, open));
-}
-
-TEST_F(BusApplicationInstanceTest, The_name_is_free_again_once_it_leaves)
-{
-    EXPECT_EQ(first->start(Wish::open), Role::first);
     first->leave();
     EXPECT_EQ(roleOfAnother(Wish::open), Role::first);
 }

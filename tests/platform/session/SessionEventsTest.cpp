@@ -1,13 +1,13 @@
 #include "PrivateBus.h"
 
 #include "platform/linux/freedesktop/LogindSessionEvents.h"
+#include "support/BusService.h"
 #include "support/EventLoop.h"
 #include "support/Test.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
-#include <QDBusVirtualObject>
 
 #include <array>
 #include <functional>
@@ -23,36 +23,15 @@ namespace Quillory {
 namespace {
 
 // A little logind: one session, and a pipe whose other end shows who holds sleep up.
-class SmallLogind final : public QDBusVirtualObject {
+class SmallLogind {
 public:
     explicit SmallLogind(QDBusConnection const& bus)
         : m_bus(bus)
     {
-        EXPECT_TRUE(m_bus.registerVirtualObject(u"/org/freedesktop/login1"_s, this, QDBusConnection::SubPath));
-        EXPECT_TRUE(m_bus.registerService(u"org.freedesktop.login1"_s));
+        EXPECT_TRUE(m_service.isRegistered);
     }
 
-    ~SmallLogind() override
-    {
-        m_bus.unregisterObject(u"/org/freedesktop/login1"_s, QDBusConnection::UnregisterTree);
-        if (m_delay >= 0)
-            close(m_delay);
-    }
-
-    QString introspect(QString const&) const override { return {}; }
-
-    bool handleMessage(QDBusMessage const& message, QDBusConnection const& connection) override
-    {
-        if (message.member() == u"Inhibit") {
-            EXPECT_EQ(message.arguments().at(0), u"sleep"_s);
-            EXPECT_EQ(message.arguments().at(3), u"delay"_s);
-            connection.send(message.createReply(QVariant::fromValue(newDelay())));
-        } else {
-            session = message.arguments().at(0).toString();
-            connection.send(message.createReply(QVariant::fromValue(QDBusObjectPath(sessionPath))));
-        }
-        return true;
-    }
+    ~SmallLogind() { closeDelay(); }
 
     void prepareForSleep(bool isAboutToSleep)
     {
@@ -75,15 +54,25 @@ public:
         return m_delay >= 0 && poll(&reader, 1, 0) == 0;
     }
 
-    QString session; // that was asked for
-
 private:
+    QVariantList answer(QDBusMessage const& call)
+    {
+        if (call.member() != u"Inhibit")
+            return { QVariant::fromValue(QDBusObjectPath(sessionPath)) };
+        EXPECT_EQ(call.arguments().at(0), u"sleep"_s);
+        EXPECT_EQ(call.arguments().at(3), u"delay"_s);
+        return { QVariant::fromValue(newDelay()) };
+    }
+    void closeDelay() const
+    {
+        if (m_delay >= 0)
+            close(m_delay);
+    }
     QDBusUnixFileDescriptor newDelay()
     {
         std::array<int, 2> ends {};
         EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-        if (m_delay >= 0)
-            close(m_delay);
+        closeDelay();
         m_delay = ends[0];
         QDBusUnixFileDescriptor writer;
         writer.giveFileDescriptor(ends[1]);
@@ -93,6 +82,8 @@ private:
     QString const sessionPath = u"/org/freedesktop/login1/session/_32"_s;
     QDBusConnection m_bus;
     int m_delay = -1;
+    BusService m_service { m_bus, u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
+        [this](QDBusMessage const& call, auto&) { return answer(call); } };
 };
 
 // The service is on the bus, and the observer has begun to hear it.
