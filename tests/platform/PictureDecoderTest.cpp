@@ -5,6 +5,8 @@
 #include <QColor>
 #include <QFile>
 
+#include <sys/resource.h>
+
 namespace Quillory {
 namespace {
 
@@ -51,9 +53,7 @@ TEST(QtPictureDecoder, A_picture_tells_its_kind_frames_and_size_and_is_decoded_w
 TEST(QtPictureDecoder, What_is_no_picture_gives_nothing)
 {
     QtPictureDecoder const decoder;
-    for (auto const& bytes : { QByteArray(), QByteArray("x"),
-             QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" "
-                        "width=\"9\" height=\"9\"/>"),
+    for (auto const& bytes : { QByteArray(), QByteArray("x"), QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\"/>"),
              QByteArray("P3 1 1 255 1 2 3\n"), QByteArray("#define a_width 1\n#define a_height 1\n"),
              QByteArray("/* XPM */ static char * a[] = {\"1 1 1 1\",\"a c #000\",\"a\"};"),
              QByteArray("\x89PNG\r\n\x1A\n"), QByteArray("\xFF\xD8\xFF"), QByteArray("GIF89a"),
@@ -105,18 +105,6 @@ TEST(QtPictureDecoder, Bitmaps_come_in_the_layout_of_painting_with_their_colours
     }
 }
 
-qint64 peakKilobytes()
-{
-    QFile status(QStringLiteral("/proc/self/status"));
-    if (!status.open(QIODevice::ReadOnly))
-        return -1;
-    for (auto const& line : status.readAll().split('\n')) {
-        if (line.startsWith("VmHWM:"))
-            return line.simplified().split(' ').value(1).toLongLong();
-    }
-    return -1;
-}
-
 TEST(QtPictureDecoder, A_small_file_that_unpacks_to_a_huge_picture_is_refused_without_the_memory)
 {
     QtPictureDecoder const decoder;
@@ -126,8 +114,11 @@ TEST(QtPictureDecoder, A_small_file_that_unpacks_to_a_huge_picture_is_refused_wi
     auto const text = pngChunk("zTXt", QByteArray("Title\0\0", 7) + qCompress(QByteArray(7'900'000, 'x'), 9).sliced(4));
     auto const chatty = withChunks(encodedPicture("png", { 9, 9 }), text.repeated(100));
     auto const huge = gifOf({ 65'535, 65'535 }, 1);
+    auto const peakKilobytes = [] {
+        rusage usage {};
+        return getrusage(RUSAGE_SELF, &usage), usage.ru_maxrss;
+    };
     auto const before = peakKilobytes();
-    ASSERT_GT(before, 0);
     for (auto const& bytes : { promising, huge }) {
         EXPECT_EQ(decoder.image(bytes), std::nullopt);
         EXPECT_EQ(decoder.thumbnail(bytes, 720), std::nullopt);

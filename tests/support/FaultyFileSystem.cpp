@@ -57,10 +57,7 @@ public:
         return m_files.step(Step::read, name, [&] { return m_real->read(name, limit); });
     }
     Result<QByteArray> realPath() const override { return m_real->realPath(); }
-    Result<QByteArray> realPath(QByteArray const& path) const override
-    {
-        return m_files.step(Step::realPath, path, [&] { return m_real->realPath(path); });
-    }
+    Result<QByteArray> realPath(QByteArray const& path) const override { return m_real->realPath(path); }
     Result<std::unique_ptr<OpenFile>> open(QByteArray const& path) const override
     {
         return m_files.opened<File>(Step::open, path, [&] { return m_real->open(path); });
@@ -86,10 +83,7 @@ public:
 class FaultyFileSystem::Install final : public Wrapped<InstallFolder> {
 public:
     using Wrapped::Wrapped;
-    Result<bool> isFolder(QByteArray const& name) const override
-    {
-        return m_files.step(Step::isFolder, name, [&] { return m_real->isFolder(name); });
-    }
+    Result<bool> isFolder(QByteArray const& name) const override { return m_real->isFolder(name); }
     Result<void> makeFolder(QByteArray const& name) override
     {
         return m_files.step(Step::makeFolder, name, [&] { return m_real->makeFolder(name); });
@@ -103,10 +97,7 @@ public:
     {
         return m_files.step(Step::publish, newName, [&] { return m_real->publish(name, newName); });
     }
-    Result<void> remove(QByteArray const& name) override
-    {
-        return m_files.step(Step::remove, name, [&] { return m_real->remove(name); });
-    }
+    Result<void> remove(QByteArray const& name) override { return m_real->remove(name); }
 };
 
 std::expected<std::unique_ptr<OpenFolder>, SystemError> FaultyFileSystem::openFolder(QString const& path) const
