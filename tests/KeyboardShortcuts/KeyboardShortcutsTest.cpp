@@ -28,9 +28,11 @@ protected:
         return [this, what = std::move(what)] { happened.push_back(what); };
     }
 
-    static RawKeyEvent raw(RawKeyEvent::Kind kind, ModifierFlags modifiers, std::uint16_t keyCode = 40)
+    using Kind = RawKeyEvent::Kind;
+    using Repeat = RawKeyEvent::Repeat;
+    bool swallows(Kind kind, ModifierFlags modifiers, std::uint16_t keyCode = 40, Repeat repeat = Repeat::no)
     {
-        return { kind, keyCode, modifiers, RawKeyEvent::Repeat::no };
+        return line.localKeyEvents.send({ kind, keyCode, modifiers, repeat }) == LocalKeyEvents::Answer::swallow;
     }
 
     void openMenu() { line.notifications.post({ NotificationCenter::menuDidBeginTracking(), {} }); }
@@ -56,8 +58,7 @@ TEST_F(KeyboardShortcutsTest, Only_a_readable_string_under_the_names_key_is_a_sh
         return ShortcutStorage(defaults, line.notifications).getShortcut(name);
     };
     EXPECT_EQ(stored(toggle), std::nullopt);
-    for (UserDefaults::Value const& unreadable : { UserDefaults::Value(false), UserDefaults::Value(true),
-             UserDefaults::Value(u"no JSON"_s), UserDefaults::Value(u"{}"_s), UserDefaults::Value(40.0) }) {
+    for (auto const& unreadable : { UserDefaults::Value(false), UserDefaults::Value(u"{}"_s) }) {
         store(toggle, unreadable);
         EXPECT_EQ(stored(toggle), std::nullopt);
     }
@@ -106,7 +107,7 @@ TEST_F(KeyboardShortcutsTest, Each_change_is_posted_with_its_name_after_the_hot_
 
 TEST_F(KeyboardShortcutsTest, A_key_code_that_no_key_can_have_is_not_registered)
 {
-    for (std::int64_t const keyCode : { std::int64_t { -1 }, std::int64_t { 65536 }, std::int64_t { 65536 + 40 } }) {
+    for (std::int64_t const keyCode : { -1, 65536, 65536 + 40 }) {
         shortcuts.onKeyUp(toggle, note("never"));
         shortcuts.setShortcut(Shortcut { keyCode, 6144 }, toggle);
     }
@@ -115,8 +116,6 @@ TEST_F(KeyboardShortcutsTest, A_key_code_that_no_key_can_have_is_not_registered)
 
 TEST_F(KeyboardShortcutsTest, The_Function_modifier_says_nothing_on_an_arrow_key_and_much_on_a_letter)
 {
-    using enum RawKeyEvent::Kind;
-    using enum LocalKeyEvents::Answer;
     constexpr std::int64_t functionBit = 0x20000;
     constexpr std::uint16_t upArrow = 126;
     shortcuts.onKeyDown(toggle, note("arrow"));
@@ -124,10 +123,10 @@ TEST_F(KeyboardShortcutsTest, The_Function_modifier_says_nothing_on_an_arrow_key
     shortcuts.setShortcut(Shortcut { upArrow, functionBit }, toggle);
     shortcuts.setShortcut(Shortcut { 40, functionBit }, peek);
     openMenu();
-    EXPECT_EQ(line.localKeyEvents.send(raw(down, ModifierFlags::none, upArrow)), swallow);
-    EXPECT_EQ(line.localKeyEvents.send(raw(down, ModifierFlags::function, upArrow)), swallow);
-    EXPECT_EQ(line.localKeyEvents.send(raw(down, ModifierFlags::none)), passOn);
-    EXPECT_EQ(line.localKeyEvents.send(raw(down, ModifierFlags::function)), swallow);
+    EXPECT_TRUE(swallows(Kind::down, ModifierFlags::none, upArrow));
+    EXPECT_TRUE(swallows(Kind::down, ModifierFlags::function, upArrow));
+    EXPECT_FALSE(swallows(Kind::down, ModifierFlags::none));
+    EXPECT_TRUE(swallows(Kind::down, ModifierFlags::function));
     EXPECT_THAT(happened, ElementsAre("arrow", "arrow", "letter"));
 }
 
@@ -153,9 +152,9 @@ TEST_F(KeyboardShortcutsTest, A_shortcut_is_taken_by_the_desktops_settings_or_by
     } const settings;
     shortcuts.onKeyUp(toggle, note("up"));
     shortcuts.setShortcut(controlOptionK, toggle);
-    hotKeys.refusals = { { { 37, controlOption }, HotKeys::Refusal::Reason::taken },
-        { { 36, controlOption }, HotKeys::Refusal::Reason::unknownKey },
-        { { 111, ModifierFlags::none }, HotKeys::Refusal::Reason::taken } };
+    using enum HotKeys::Refusal::Reason;
+    hotKeys.refusals = { { { 37, controlOption }, taken }, { { 36, controlOption }, unknownKey },
+        { { 111, ModifierFlags::none }, taken } };
     auto const isTaken = [&](Shortcut const& shortcut) { return line.center.isTakenBySystem(shortcut, settings); };
     EXPECT_TRUE(isTaken({ 38, 6144 }));
     EXPECT_TRUE(isTaken({ 37, 6144 }));
@@ -175,7 +174,7 @@ TEST_F(KeyboardShortcutsTest, The_hot_keys_end_with_their_owner)
     }
     EXPECT_THAT(hotKeys.registered(), IsEmpty());
     openMenu();
-    EXPECT_EQ(line.localKeyEvents.send(raw(RawKeyEvent::Kind::down, controlOption)), LocalKeyEvents::Answer::passOn);
+    EXPECT_FALSE(swallows(Kind::down, controlOption));
 }
 
 // What the line should do, told as sets: which shortcuts have a hot key, which of them the system has, which are down.
@@ -230,29 +229,22 @@ protected:
         if (mode != normal)
             down.clear();
         else
-            std::erase_if(table, [&](auto key) { return refused.contains(key) && !isHeldByUs(key); });
+            std::erase_if(table, [&](auto key) { return refused.contains(key) && !held.contains(key); });
     }
-
-    bool isHeldByUs(std::size_t key) const { return std::ranges::count(held, key) > 0; }
 
     void strike(std::size_t key, bool isPress)
     {
         bool const isRaw = mode == HotKeyCenter::Mode::menuOpen;
         if (isRaw) {
-            using enum RawKeyEvent::Kind;
-            auto const answer = line.localKeyEvents.send(
-                raw(isPress ? RawKeyEvent::Kind::down : up, controlOption, keys[key]));
-            EXPECT_EQ(answer == LocalKeyEvents::Answer::swallow, table.contains(key));
-            auto repeat = raw(RawKeyEvent::Kind::down, controlOption, keys[key]);
-            repeat.repeat = RawKeyEvent::Repeat::yes;
-            EXPECT_EQ(line.localKeyEvents.send(repeat), LocalKeyEvents::Answer::passOn);
+            EXPECT_EQ(swallows(isPress ? Kind::down : Kind::up, controlOption, keys[key]), table.contains(key));
+            EXPECT_FALSE(swallows(Kind::down, controlOption, keys[key], Repeat::yes));
         } else if (isPress) {
             hotKeys.press(keys[key], controlOption);
         } else {
             hotKeys.release(keys[key]);
         }
         bool const comes = isRaw ? table.contains(key)
-            : isPress            ? isHeldByUs(key) && down.insert(key).second
+            : isPress            ? held.contains(key) && down.insert(key).second
                                  : down.erase(key) == 1;
         for (auto const name : comes ? order : std::vector<std::size_t>()) {
             if (stored[name] == key)
@@ -264,8 +256,7 @@ protected:
     std::vector<std::optional<std::size_t>> stored { 3 };
     std::map<std::size_t, int> listeners;
     std::vector<std::size_t> order;
-    std::set<std::size_t> table, down, refused;
-    std::vector<std::size_t> held;
+    std::set<std::size_t> table, down, refused, held;
     bool wasEverHad = false;
     HotKeyCenter::Mode mode = HotKeyCenter::Mode::normal;
     std::vector<std::string> expected;
@@ -310,17 +301,10 @@ TEST_F(ShortcutsModel, Any_order_of_changes_modes_refusals_and_keys_follows_it)
             strike(key, dice.oneIn(2));
             presses += happened.size();
         }
-        held.clear();
-        for (auto const each : table) {
-            if (mode == HotKeyCenter::Mode::normal)
-                held.push_back(each);
-        }
-        std::vector<std::size_t> registered;
-        for (std::size_t each = 0; each < std::size(keys); ++each) {
-            if (auto const all = hotKeys.registered(); std::ranges::find(all, combination(each)) != all.end())
-                registered.push_back(each);
-        }
-        ASSERT_EQ(registered, held);
+        held = mode == HotKeyCenter::Mode::normal ? table : std::set<std::size_t>();
+        auto const all = hotKeys.registered();
+        for (std::size_t each = 0; each < std::size(keys); ++each)
+            ASSERT_EQ(std::ranges::count(all, combination(each)) > 0, held.contains(each));
         ASSERT_EQ(line.localKeyEvents.isObserved(), mode == HotKeyCenter::Mode::menuOpen && wasEverHad);
         ASSERT_EQ(happened, expected);
         happened.clear();

@@ -4,18 +4,9 @@
 #include "platform/linux/files/JsonUserDefaults.h"
 #include "support/FakeLibraryServices.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
 namespace {
 
 using namespace Quillory;
-
-void write(QString const& path, QByteArray const& bytes)
-{
-    QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-}
 
 // The store starts with whatever the entries are, and with what it may hold.
 void startStore(JsonUserDefaults& defaults)
@@ -36,9 +27,9 @@ void startStore(JsonUserDefaults& defaults)
 // Any settings file lets the program start, and what is set then is there at the next start.
 int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
-    static QTemporaryDir const folder;
-    auto const path = folder.filePath(QStringLiteral("defaults.json"));
-    write(path, bytesOf(data, size));
+    static TemporaryFolder const folder;
+    auto const path = folder.path("defaults.json");
+    folder.write("defaults.json", bytesOf(data, size));
     ManualExecutor executor;
     bool wasDamaged = false;
     {

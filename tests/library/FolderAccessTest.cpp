@@ -12,16 +12,10 @@ namespace {
 
 class FolderAccessTest : public Test {
 protected:
-    FolderAccessTest()
-    {
-        for (auto const* name : { "a", "b" })
-            root.makeFolder(name);
-    }
-
     std::optional<QByteArray> stored() const { return defaults.get<QByteArray>(u"libraryBookmark"_s); }
 
     TemporaryFolder root;
-    QString const a = root.path("a"), b = root.path("b");
+    QString const a = (root.makeFolder("a"), root.path("a")), b = (root.makeFolder("b"), root.path("b"));
     MemoryUserDefaults defaults;
     FaultyBookmarks bookmarks;
     FolderAccess access { defaults, bookmarks };

@@ -53,37 +53,50 @@ TEST_F(LibraryReferenceTest, A_reference_means_a_path_inside_the_library_or_noth
 
 TEST_F(LibraryReferenceTest, A_file_is_read_only_within_the_limit_and_when_it_lies_inside_once_open)
 {
-    auto const nothing = [] { return 0; };
-    auto const moveTo = [this](QByteArray const& place) {
-        return [this, place] { return root.rename("library/p.png", place), 0; };
+    root.write("outside/deep/y.png", "12");
+    auto const put = [this](QByteArray const& contents) {
+        return [=, this] { root.write("library/a/deep/y.png", contents); };
+    };
+    auto const move = [this](QByteArray const& from, QByteArray const& to) {
+        return [=, this] { root.rename("library/a" + from, to); };
+    };
+    auto const link = [this](QByteArray const& name, QByteArray const& target) {
+        return [=, this] { root.remove("library/a" + name), root.link("library/a" + name, target); };
     };
     struct Case {
         char const* what;
         QByteArray contents;
         bool isRead;
-        Step step;
-        std::function<int()> fault; // before the step
+        Step step = Step::open;
+        std::function<void()> meanwhile = [] { }; // before the step
+        int error = 0;
     };
-    for (auto const& [what, contents, isRead, step, fault] : {
-             Case { "at the limit", "12345", true, Step::open, nothing },
-             Case { "beyond it", "123456", false, Step::open, nothing },
-             Case { "empty", "", false, Step::open, nothing },
-             Case { "grown beyond it", "1", false, Step::fileRead,
-                 [&] { return root.write("library/p.png", "123456"), 0; } },
-             Case { "grown to it", "1", true, Step::fileRead, [&] { return root.write("library/p.png", "12345"), 0; } },
-             Case { "unreadable", "1", false, Step::fileRead, [] { return EIO; } },
+    for (auto const& [what, contents, isRead, step, meanwhile, error] : {
+             Case { "at the limit", "12345", true },
+             Case { "beyond it", "123456", false },
+             Case { "empty", "", false },
+             Case { "grown beyond it", "1", false, Step::fileRead, put("123456") },
+             Case { "grown to it", "1", true, Step::fileRead, put("12345") },
+             Case { "unreadable", "1", false, Step::fileRead, [] {}, EIO },
              Case { "a fifo by now", "1", false, Step::open,
-                 [&] { return root.remove("library/p.png"), root.makeFifo("library/p.png"), 0; } },
-             Case { "a link by now", "1", false, Step::open,
-                 [&] { return root.remove("library/p.png"), root.link("library/p.png", "x.png"), 0; } },
-             Case { "moved out", "1", false, Step::fileRealPath, moveTo("outside/p.png") },
-             Case { "moved beside", "1", false, Step::fileRealPath, moveTo("library-2/p.png") },
-             Case { "moved within", "1", true, Step::fileRealPath, moveTo("library/moved.png") },
+                 [&] { root.remove("library/a/deep/y.png"), root.makeFifo("library/a/deep/y.png"); } },
+             Case { "a link by now", "1", false, Step::open, link("/deep/y.png", "../../x.png") },
+             Case {
+                 "a link to the outside", "1", false, Step::open, link("/deep/y.png", root.at("outside/deep/y.png")) },
+             Case { "its folder a link", "1", false, Step::open, link("", root.at("outside")) },
+             Case { "moved out", "1", false, Step::fileRealPath, move("/deep/y.png", "outside/p.png") },
+             Case { "moved beside", "1", false, Step::fileRealPath, move("/deep/y.png", "library-2/p.png") },
+             Case { "moved within", "1", true, Step::fileRealPath, move("/deep/y.png", "library/moved.png") },
+             Case { "moved out with its folder", "1", false, Step::fileStatus, move("", "away") },
+             Case { "moved within with its folder", "1", true, Step::fileStatus, move("", "library/away") },
          }) {
-        root.remove("library/p.png");
-        root.write("library/p.png", contents);
-        files.before = [&](Step at, auto const&) { return at == step ? fault() : 0; };
-        EXPECT_EQ(readLibraryFile("p.png", *folder, 5).has_value(), isRead) << what;
+        for (auto const* name : { "library/a", "library/away", "away" })
+            root.remove(name);
+        root.write("library/a/deep/y.png", contents);
+        auto const path = resolveLibraryReference(u"a/deep/y.png"_s, *folder).value();
+        files.before = [&](Step at, auto const&) { return at == step ? (meanwhile(), error) : 0; };
+        EXPECT_EQ(readLibraryFile(path, *folder, 5).has_value(), isRead) << what;
+        files.before = nullptr;
     }
     files.before = [](Step step, auto const&) {
         return step == Step::fileRead ? ADD_FAILURE() << "costs memory", 0 : 0;
@@ -91,36 +104,6 @@ TEST_F(LibraryReferenceTest, A_file_is_read_only_within_the_limit_and_when_it_li
     EXPECT_EQ(readLibraryFile("x.png", *folder, 6), std::nullopt);
     EXPECT_EQ(readLibraryFile("gone.png", *folder, 5), std::nullopt);
     EXPECT_EQ(readLibraryFile("../library/x.png", *folder, 50), std::nullopt);
-}
-
-TEST_F(LibraryReferenceTest, What_is_swapped_between_the_check_and_the_read_gives_nothing_from_outside)
-{
-    root.write("outside/deep/y.png", "outside");
-    auto const linkInstead = [&](QByteArray const& name, QByteArray const& target) {
-        root.rename(name, "away");
-        root.link(name, target);
-    };
-    struct Case {
-        Step step;
-        std::function<void()> swap;
-        bool isRead;
-    };
-    for (auto const& [step, swap, isRead] : {
-             Case { Step::open, [] {}, true },
-             Case {
-                 Step::open, [&] { linkInstead("library/images/deep/y.png", root.at("outside/deep/y.png")); }, false },
-             Case { Step::open, [&] { linkInstead("library/images", root.at("outside")); }, false },
-             Case { Step::fileStatus, [&] { root.rename("library/images", "away"); }, false },
-             Case { Step::fileStatus, [&] { root.rename("library/images", "library/away"); }, true },
-         }) {
-        for (auto const* name : { "library/images", "library/away", "away" })
-            root.remove(name);
-        root.write("library/images/deep/y.png", "inside");
-        auto const path = resolveLibraryReference(u"images/deep/y.png"_s, *folder).value();
-        files.before = [&](Step at, auto const&) { return at == step ? swap() : void(), 0; };
-        EXPECT_EQ(readLibraryFile(path, *folder, 100), isRead ? std::optional<QByteArray>("inside") : std::nullopt);
-        files.before = nullptr;
-    }
 }
 
 TEST_F(LibraryReferenceTest, Folders_that_references_name_are_told_with_those_on_the_way)

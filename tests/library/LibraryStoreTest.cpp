@@ -26,12 +26,11 @@ protected:
     {
         store = std::make_unique<LibraryStore>(services.services(), restore);
     }
-    void connect(QString const& path)
+    void connect(std::optional<QString> const& path = {})
     {
-        store->connect(path);
+        store->connect(path.value_or(folder));
         services.executor.settle();
     }
-    void connect() { connect(folder); }
     void saveAndFollow(QByteArray const& name, QByteArray const& text)
     {
         services.root.write("library/" + name, text);
@@ -50,7 +49,10 @@ protected:
             all.append(sheet.title);
         return all;
     }
-    QJsonObject storedPins() const { return *services.defaults.get<QJsonObject>(u"pinnedSheets"_s); }
+    void expectStoredPins(QJsonObject const& pins) const
+    {
+        EXPECT_EQ(services.defaults.get<QJsonObject>(u"pinnedSheets"_s), pins);
+    }
 
     FakeLibraryServices services;
     QString const folder = services.root.path("library");
@@ -60,26 +62,21 @@ protected:
 
 TEST_F(LibraryStoreTest, Stored_preferences_are_read_and_what_is_damaged_counts_as_missing)
 {
-    struct Case {
-        UserDefaults::Value size, learning, gesture;
-        double expectedSize;
-        bool expectedLearning;
-        ModifierGesture expectedGesture;
-    };
-    for (auto const& each : {
-             Case { 0.0, true, u"shift"_s, 16, true, ModifierGesture::shift },
-             Case { 40.0, false, u"option"_s, 32, false, ModifierGesture::option },
-             Case { 5.0, u"true"_s, u"Shift"_s, 11, false, ModifierGesture::off },
-             Case { u"20"_s, 1.0, true, 16, false, ModifierGesture::off },
-             Case { 20.5, true, u"off"_s, 20.5, true, ModifierGesture::off },
-         }) {
-        services.defaults.setValue(u"textSize"_s, each.size);
-        services.defaults.setValue(u"learningModeEnabled"_s, each.learning);
-        services.defaults.setValue(u"modifierGesture"_s, each.gesture);
+    using Value = UserDefaults::Value;
+    using Case = std::tuple<Value, Value, Value, double, bool, ModifierGesture>;
+    for (auto const& [storedSize, storedLearning, storedGesture, size, learning, gesture] :
+        { Case { 0.0, true, u"shift"_s, 16, true, ModifierGesture::shift },
+            Case { 40.0, false, u"option"_s, 32, false, ModifierGesture::option },
+            Case { 5.0, u"true"_s, u"Shift"_s, 11, false, ModifierGesture::off },
+            Case { u"20"_s, 1.0, true, 16, false, ModifierGesture::off },
+            Case { 20.5, true, u"off"_s, 20.5, true, ModifierGesture::off } }) {
+        services.defaults.setValue(u"textSize"_s, storedSize);
+        services.defaults.setValue(u"learningModeEnabled"_s, storedLearning);
+        services.defaults.setValue(u"modifierGesture"_s, storedGesture);
         start();
-        EXPECT_EQ(store->textSize.value(), each.expectedSize);
-        EXPECT_EQ(store->learningModeEnabled.value(), each.expectedLearning);
-        EXPECT_EQ(store->modifierGesture.value(), each.expectedGesture);
+        EXPECT_EQ(store->textSize.value(), size);
+        EXPECT_EQ(store->learningModeEnabled.value(), learning);
+        EXPECT_EQ(store->modifierGesture.value(), gesture);
     }
 }
 
@@ -135,15 +132,12 @@ TEST_F(LibraryStoreTest, A_copy_says_so_for_a_while_and_only_when_it_took)
 
 TEST_F(LibraryStoreTest, A_request_to_find_counts_also_when_it_is_repeated)
 {
-    for (auto const direction : { LibraryStore::FindDirection::backwards, LibraryStore::FindDirection::backwards,
-             LibraryStore::FindDirection::forwards }) {
-        auto const before = store->findRequest.value();
-        bool backwardsWhenRaised = false;
-        auto const raised = store->findRequest.addNotifier([&] { backwardsWhenRaised = store->findBackwards.value(); });
+    using Direction = LibraryStore::FindDirection;
+    std::vector<bool> backwards;
+    auto const raised = store->findRequest.addNotifier([&] { backwards.push_back(store->findBackwards.value()); });
+    for (auto const direction : { Direction::backwards, Direction::backwards, Direction::forwards })
         store->requestFind(direction);
-        EXPECT_EQ(store->findRequest.value(), before + 1);
-        EXPECT_EQ(backwardsWhenRaised, direction == LibraryStore::FindDirection::backwards);
-    }
+    EXPECT_THAT(backwards, ElementsAre(true, true, false));
 }
 
 TEST_F(LibraryStoreTest, Pins_are_kept_per_folder_and_come_back_with_their_files)
@@ -173,9 +167,8 @@ TEST_F(LibraryStoreTest, Pins_are_kept_per_folder_and_come_back_with_their_files
     for (auto const& sheet : store->pinnedSheets())
         shown << sheet.id;
     EXPECT_THAT(shown, ElementsAre(u"c.md"_s, u"a.md"_s));
-    EXPECT_EQ(storedPins(),
-        (QJsonObject {
-            { folder, QJsonArray { u"c.md"_s, u"b.md"_s, u"a.md"_s } }, { other, QJsonArray { u"b.md"_s } } }));
+    expectStoredPins(
+        { { folder, QJsonArray { u"c.md"_s, u"b.md"_s, u"a.md"_s } }, { other, QJsonArray { u"b.md"_s } } });
 }
 
 TEST_F(LibraryStoreTest, A_damaged_list_of_pins_never_stops_the_others)
@@ -186,7 +179,7 @@ TEST_F(LibraryStoreTest, A_damaged_list_of_pins_never_stops_the_others)
     connect();
     store->togglePin(u"a.md"_s); // every one of it goes
     EXPECT_THAT(store->pinnedIDs.value(), ElementsAre(u"b.md"_s));
-    EXPECT_EQ(storedPins(), (QJsonObject { { folder, QJsonArray { u"b.md"_s } }, { u"/4"_s, QJsonArray { u"y"_s } } }));
+    expectStoredPins({ { folder, QJsonArray { u"b.md"_s } }, { u"/4"_s, QJsonArray { u"y"_s } } });
     for (auto const& damaged : { UserDefaults::Value(3.0), UserDefaults::Value(QByteArray("x")) }) {
         services.defaults.setValue(u"pinnedSheets"_s, damaged);
         connect();
@@ -321,14 +314,15 @@ TEST_F(LibraryStoreTest, The_adjacent_sheet_is_never_past_an_end)
     store->selectAdjacent(1);
     EXPECT_EQ(store->selectedID.value(), std::nullopt);
     connect();
-    for (auto const& [offset, expected] : { std::pair(-1, u"a.md"_s), std::pair(1, u"b.md"_s), std::pair(1, u"c.md"_s),
-             std::pair(1, u"c.md"_s), std::pair(-1, u"b.md"_s) }) {
+    QStringList ids;
+    for (auto const offset : { -1, 1, 1, 1, -1 }) {
         store->selectAdjacent(offset);
-        EXPECT_EQ(store->selectedID.value(), expected);
+        ids << *store->selectedID.value();
     }
     store->select(u"gone.md"_s);
     store->selectAdjacent(1);
-    EXPECT_EQ(store->selectedID.value(), u"a.md"_s);
+    ids << *store->selectedID.value();
+    EXPECT_EQ(ids, u"a.md b.md c.md c.md b.md a.md"_s.split(u' '));
 }
 
 TEST_F(LibraryStoreTest, The_last_readable_version_outlives_any_number_of_bad_saves)
@@ -356,21 +350,6 @@ TEST_F(LibraryStoreTest, The_last_readable_version_outlives_any_number_of_bad_sa
     EXPECT_EQ(store->sheets.value()[0].title, u"a"_s);
 }
 
-TEST_F(LibraryStoreTest, A_file_that_is_written_without_pause_holds_nothing_up)
-{
-    connect();
-    services.root.write("library/b.md", "# Saved");
-    for (auto time = 0ms; time <= 2 * LibraryStore::reloadDebounce; time += 50ms) {
-        store->reload(LibraryStore::Debounced::yes);
-        services.executor.advance(50ms);
-    }
-    services.executor.runAndFinishWork();
-    EXPECT_THAT(titles(), ElementsAre(u"A"_s, u"Saved"_s, u"C"_s));
-    EXPECT_TRUE(store->busy) << "one more runs";
-    services.executor.runAndFinishWork();
-    EXPECT_FALSE(store->busy);
-}
-
 TEST_F(LibraryStoreTest, What_is_wrong_with_the_settings_is_told_in_a_sentence_with_the_file)
 {
     using Kind = UserDefaults::Trouble::Kind;
@@ -390,15 +369,13 @@ TEST_F(LibraryStoreTest, What_is_wrong_with_the_settings_is_told_in_a_sentence_w
 TEST_F(LibraryStoreTest, Observers_are_told_of_real_changes_only)
 {
     connect();
-    int sheetChanges = 0;
-    int pinCalls = 0;
-    auto const observation = store->sheets.addNotifier([&] { ++sheetChanges; });
-    store->pinsChanged = [&] { ++pinCalls; };
+    QStringList told;
+    auto const observation = store->sheets.addNotifier([&] { told << u"sheets"_s; });
+    store->pinsChanged = [&] { told << u"pins"_s; };
     saveAndFollow("a.md", "# A");
-    EXPECT_EQ(sheetChanges, 0);
-    EXPECT_EQ(pinCalls, 1);
+    EXPECT_THAT(told, ElementsAre(u"pins"_s));
     saveAndFollow("a.md", "# Other");
-    EXPECT_EQ(sheetChanges, 1);
+    EXPECT_THAT(told, ElementsAre(u"pins"_s, u"sheets"_s, u"pins"_s));
 }
 
 TEST_F(LibraryStoreTest, A_change_of_folder_forgets_the_positions_and_takes_nothing_of_the_old_one)
@@ -458,13 +435,8 @@ TEST_F(LibraryWatcherTest, Folders_are_watched_as_long_as_sheets_take_pictures_f
 TEST_F(LibraryWatcherTest, Where_no_events_can_be_had_refreshing_still_works_and_asks_for_them_again)
 {
     services.events.setAvailable(false);
-    services.root.write("library/a.md", "![x](pics/a.png)");
     store->connect(folder);
-    EXPECT_EQ(loadsAfter([] { }), 1);
-    services.root.write("library/d.md", "# D");
     EXPECT_EQ(loadsAfter([&] { store->refresh(); }), 1);
-    EXPECT_EQ(store->sheets.value().size(), 4);
-
     services.events.setAvailable(true);
     loadsAfter([&] { store->refresh(); });
     EXPECT_EQ(loadsAfter([&] { services.events.fire(folder); }), 1);

@@ -31,9 +31,9 @@ QString warning(QString const& shown)
 struct CountingDecoder final : PictureDecoder {
     std::optional<Properties> properties(QByteArray const& bytes) const override { return real.properties(bytes); }
     std::optional<QImage> image(QByteArray const& bytes) const override { return counted(real.image(bytes)); }
-    std::optional<QImage> thumbnail(QByteArray const& bytes, int longestSide) const override
+    std::optional<QImage> thumbnail(QByteArray const& bytes, int side) const override
     {
-        return counted(real.thumbnail(bytes, longestSide));
+        return counted(real.thumbnail(bytes, side));
     }
     std::optional<QImage> counted(std::optional<QImage> image) const
     {

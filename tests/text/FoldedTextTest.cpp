@@ -24,12 +24,7 @@ std::vector<std::pair<qsizetype, qsizetype>> allMatches(QString const& text, QSt
 
 TEST(FoldedTextTest, Matches_cover_the_very_characters_and_whole_clusters)
 {
-    struct Case {
-        std::string description;
-        QString text;
-        QString query;
-        std::vector<std::pair<qsizetype, qsizetype>> matches;
-    };
+    using Case = std::tuple<char const*, QString, QString, std::vector<std::pair<qsizetype, qsizetype>>>;
     auto const family = u"\U0001F468\u200D\U0001F469\u200D\U0001F467"_s;
     Case const cases[] {
         { "case", u"Git GIT gIt"_s, u"git"_s, { { 0, 3 }, { 4, 3 }, { 8, 3 } } },

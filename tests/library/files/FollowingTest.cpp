@@ -83,16 +83,6 @@ TEST_F(FollowingTest, What_editors_and_other_programs_save_is_shown)
     }
 }
 
-TEST_F(FollowingTest, A_burst_of_saves_is_one_load_and_what_is_saved_last_is_shown)
-{
-    ASSERT_TRUE(follows(u"first\n"_s));
-    int loads = 0;
-    auto const observed = store.busy.addNotifier([&] { loads += store.busy.value() ? 1 : 0; });
-    shell("for n in 1 2 3 4 5 6 7 8 9 10; do echo $n > library/x.md; done");
-    ASSERT_TRUE(follows(u"10\n"_s));
-    EXPECT_EQ(loads, 1);
-}
-
 TEST_F(FollowingTest, A_picture_that_comes_into_a_folder_below_is_told)
 {
     shell("echo '![p](pics/deep/a.png)' > library/x.md");
