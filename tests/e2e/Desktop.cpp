@@ -132,15 +132,6 @@ int Desktop::countWindows(xcb_window_t parent, std::uint32_t owner) const
     return count;
 }
 
-void Desktop::pressAndRelease(Shortcut const& shortcut)
-{
-    auto const key = static_cast<std::uint16_t>(shortcut.carbonKeyCode);
-    m_keyboard->pressModifiers(shortcut.modifiers());
-    m_keyboard->press(key);
-    m_keyboard->release(key);
-    m_keyboard->releaseModifiers(shortcut.modifiers());
-}
-
 void Desktop::activate(xcb_window_t window)
 {
     auto* connection = m_connection->handle();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/linux/x11/X11Connection.h"
+#include "support/Keys.h"
 #include "tools/x11/DesktopView.h"
 #include "tools/x11/ScreenCapture.h"
 #include "tools/x11/SyntheticKeyboard.h"
@@ -53,7 +54,7 @@ public:
     SyntheticKeyboard& keyboard() { return *m_keyboard; }
 
     bool isGrabbed(Shortcut const& shortcut) const { return m_view.isGrabbed(shortcut).value(); }
-    void pressAndRelease(Shortcut const& shortcut);
+    void play(QString const& keys) { Quillory::play(*m_keyboard, keys); }
 
     // Brings a window of another program to the front, by a click into it.
     void activate(xcb_window_t window);

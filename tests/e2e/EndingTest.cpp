@@ -39,7 +39,6 @@ private:
 
 class EndingTest : public testing::Test {
 protected:
-    static constexpr std::uint16_t keyQ = 12, keyRight = 124;
     using End = std::function<void(OwnDisplay&, Desktop&)>;
 
     // A sheet that keeps the worker busy for minutes, as a drive does that does not answer.
@@ -60,11 +59,11 @@ protected:
         program.setDisplay(QString::fromLatin1(display.name()));
         program.start();
         EXPECT_TRUE(Desktop::eventually([&] { return desktop.isGrabbed(toggle); }));
-        desktop.pressAndRelease(toggle);
+        desktop.play(u"ctrl+alt+K"_s);
         EXPECT_TRUE(Desktop::eventually([&] { return desktop.reader() && !program.holds(program.folder()); }));
         keepWorkerBusy();
         EXPECT_TRUE(Desktop::eventually([&] {
-            desktop.pressAndRelease({ keyRight, 0 });
+            desktop.play(u"Right"_s);
             return desktop.reader() && desktop.reader()->title.startsWith(u"Second"_s);
         }));
         auto const before = program.storedSettings()[u"lastSheet"_s].toString();
@@ -91,11 +90,7 @@ TEST_F(EndingTest, However_it_ends_it_writes_the_last_settings_and_waits_for_no_
     for (auto const& [story, end, exitCode] :
         std::initializer_list<Case> { { "display lost", [](OwnDisplay& display, Desktop&) { display.take(); }, 1 },
             { "SIGTERM", [&](OwnDisplay&, Desktop&) { kill(static_cast<pid_t>(program.process()), SIGTERM); }, 0 },
-            { "Ctrl+Q",
-                [](OwnDisplay&, Desktop& desktop) {
-                    desktop.pressAndRelease({ keyQ, Shortcut::carbonModifiersOf(ModifierFlags::control) });
-                },
-                0 } }) {
+            { "Ctrl+Q", [](OwnDisplay&, Desktop& desktop) { desktop.play(u"ctrl+Q"_s); }, 0 } }) {
         SCOPED_TRACE(story);
         bool isProven = false;
         for (int attempt = 0; attempt < 5 && !isProven; ++attempt)

@@ -60,8 +60,6 @@ private:
 
 class LearningModeTest : public ReaderOnADesktop {
 protected:
-    static constexpr std::uint16_t keyA = 0, keyC = 8, keyEscape = 53, keyUp = 126;
-
     struct Road {
         std::string name;
         std::function<void()> take;
@@ -94,17 +92,6 @@ protected:
         return reader ? desktop.picture().copy(QRect(point - reader->frame.topLeft(), QSize(80, 20))) : QImage();
     }
 
-    void chord(ModifierFlags modifiers, std::uint16_t key)
-    {
-        desktop.keyboard().pressModifiers(modifiers);
-        press(key);
-        desktop.keyboard().releaseModifiers(modifiers);
-    }
-    void press(std::uint16_t key)
-    {
-        desktop.keyboard().press(key);
-        desktop.keyboard().release(key);
-    }
     void drag(QPoint from, QPoint to)
     {
         desktop.keyboard().pressButton(from.x(), from.y());
@@ -137,8 +124,7 @@ protected:
                         auto const now = below(point);
                         return !now.isNull() && now != before;
                     }));
-                    press(keyUp);
-                    press(keyReturn);
+                    desktop.play(u"Up Return"_s);
                 },
                 clipboard },
             { "a click on inline code", [this] { desktop.click(inlineCode()); }, clipboard },
@@ -162,9 +148,9 @@ protected:
                     drag(at(2), at(2) + QPoint(0, 200));
                 },
                 [this] { return selections.ownsDrag(); } },
-            { "a selection by keys", [this] { chord(ModifierFlags::control, keyA); }, primary },
-            { "Ctrl+C", [this] { chord(ModifierFlags::control, keyC); }, clipboard },
-            { "Super+C", [this] { chord(ModifierFlags::command, keyC); }, clipboard },
+            { "a selection by keys", [this] { desktop.play(u"ctrl+A"_s); }, primary },
+            { "Ctrl+C", [this] { desktop.play(u"ctrl+C"_s); }, clipboard },
+            { "Super+C", [this] { desktop.play(u"super+C"_s); }, clipboard },
         };
     }
 
@@ -198,10 +184,10 @@ TEST_F(LearningModeTest, With_the_mode_on_no_road_touches_either_selection)
     for (auto const& road : roads()) {
         road.take();
         if (road.name == "the menu")
-            press(keyEscape);
+            desktop.play(u"Escape"_s);
     }
     // Events are dealt with in order: once this one has been, all of them have.
-    press(keyEscape);
+    desktop.play(u"Escape"_s);
     ASSERT_TRUE(Desktop::eventually([&] { return !desktop.isReaderOnScreen(); }));
     EXPECT_TRUE(selections.ownsClipboard());
     EXPECT_TRUE(selections.ownsPrimary());

@@ -9,8 +9,9 @@
 
 namespace Quillory {
 
-inline constexpr std::uint16_t toggleKey = 40, keyReturn = 36;
-inline Shortcut const toggle { toggleKey, Shortcut::carbonModifiersOf(ModifierFlags::control | ModifierFlags::option) };
+using namespace Qt::StringLiterals;
+
+inline Shortcut const toggle { 40, Shortcut::carbonModifiersOf(ModifierFlags::control | ModifierFlags::option) };
 
 inline QByteArray sheetOf(QByteArray const& title)
 {
@@ -35,7 +36,7 @@ protected:
 
     bool comesUp()
     {
-        desktop.pressAndRelease(toggle);
+        desktop.play(u"ctrl+alt+K"_s);
         return isUp();
     }
 
@@ -47,7 +48,7 @@ protected:
     // Away, and the keyboard with the window that had it.
     bool goesAwayTo(xcb_window_t window)
     {
-        desktop.pressAndRelease(toggle);
+        desktop.play(u"ctrl+alt+K"_s);
         return isAwayAndFrontIs(window);
     }
 

@@ -110,8 +110,7 @@ TEST_F(ReaderTest, The_keyboard_goes_back_to_the_very_window_that_had_it)
     ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
     ASSERT_TRUE(comesUp());
     ASSERT_TRUE(goesAwayTo(terminal.window()));
-    desktop.pressAndRelease({ toggleKey, 0 });
-    desktop.pressAndRelease({ keyReturn, 0 });
+    desktop.play(u"K Return"_s);
     EXPECT_TRUE(Desktop::eventually([&] { return !terminal.typedLines().isEmpty(); }));
     EXPECT_EQ(terminal.typedLines(), "k\n");
     EXPECT_EQ(second.typedLines(), "");

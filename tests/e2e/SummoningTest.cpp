@@ -12,10 +12,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::uint16_t peekKey = 38, keyA = 0, keyEscape = 53, keyLeft = 123, keyRight = 124;
-constexpr std::uint16_t leftShift = 56, rightShift = 60, leftOption = 58, rightOption = 61;
-constexpr auto peekModifiers = ModifierFlags::control | ModifierFlags::option;
-Shortcut const peek { peekKey, Shortcut::carbonModifiersOf(peekModifiers) };
+Shortcut const peek { 38, toggle.carbonModifiers };
+auto const holdPeek = u"ctrl+alt+J↓"_s, releasePeek = u"ctrl+alt+J↑"_s;
 constexpr std::uint32_t allWorkspaces = 0xFFFFFFFF;
 
 class SummoningTest : public ReaderOnADesktop {
@@ -39,23 +37,6 @@ protected:
         start();
         ASSERT_TRUE(comesUp());
         ASSERT_TRUE(goesAwayTo(terminal.window()));
-    }
-
-    void holdPeek()
-    {
-        desktop.keyboard().pressModifiers(peekModifiers);
-        desktop.keyboard().press(peekKey);
-    }
-    void releasePeek()
-    {
-        desktop.keyboard().release(peekKey);
-        desktop.keyboard().releaseModifiers(peekModifiers);
-    }
-
-    void tap(std::uint16_t key)
-    {
-        desktop.keyboard().press(key);
-        desktop.keyboard().release(key);
     }
 
     // Whether the reader does not come up within the time that a hold takes.
@@ -112,23 +93,20 @@ TEST_F(SummoningTest, A_peek_lasts_as_long_as_its_keys_are_held)
     start();
     for (bool const modifierFirst : { false, true }) {
         SCOPED_TRACE(modifierFirst ? "modifier first" : "key first");
-        holdPeek();
+        desktop.play(holdPeek);
         ASSERT_TRUE(isUp());
         auto const window = desktop.reader().value().window;
         EXPECT_TRUE(isPeekWindow(window));
         EXPECT_TRUE(desktop.hasState(window, "_NET_WM_STATE_SKIP_TASKBAR"));
         EXPECT_TRUE(desktop.lists(window, "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_UTILITY")) << "tilers float it";
         EXPECT_EQ(desktop.topmostWindow(), window);
-        if (modifierFirst)
-            desktop.keyboard().releaseModifiers(peekModifiers);
-        else
-            desktop.keyboard().release(peekKey);
+        desktop.play(modifierFirst ? u"ctrl+alt↑"_s : u"J↑"_s);
         EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
         if (modifierFirst)
-            tap(keyA); // the key of the peek is still down
-        releasePeek();
+            desktop.play(u"A"_s); // the key of the peek is still down
+        desktop.play(releasePeek);
     }
-    tap(keyReturn);
+    desktop.play(u"Return"_s);
     EXPECT_TRUE(Desktop::eventually([&] { return terminal.typedLines() == "a\n"; }));
     ASSERT_TRUE(comesUp());
     EXPECT_TRUE(isOrdinaryWindow(desktop.reader().value().window));
@@ -141,16 +119,16 @@ TEST_F(SummoningTest, The_reader_answers_to_other_keys_while_those_of_a_peek_are
     for (bool const isResident : { false, true }) {
         SCOPED_TRACE(isResident ? "over the panel itself" : "over another window");
         ASSERT_TRUE(!isResident || comesUp());
-        holdPeek();
+        desktop.play(holdPeek);
         ASSERT_TRUE(shows(u"Sheet"_s));
-        for (auto const& [key, title] : { std::pair { keyRight, u"Second"_s }, { keyLeft, u"Sheet"_s } }) {
+        for (auto const& [key, title] : { std::pair { u"Right"_s, u"Second"_s }, { u"Left"_s, u"Sheet"_s } }) {
             // The text gets the keyboard in a later turn; beyond the last sheet is none.
             EXPECT_TRUE(Desktop::eventually([&] {
-                tap(key);
+                desktop.play(key);
                 return desktop.reader() && desktop.reader()->title.startsWith(title);
             }));
         }
-        releasePeek();
+        desktop.play(releasePeek);
         EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
     }
 }
@@ -158,10 +136,10 @@ TEST_F(SummoningTest, The_reader_answers_to_other_keys_while_those_of_a_peek_are
 TEST_F(SummoningTest, A_release_while_the_program_does_not_run_is_made_up_for)
 {
     start();
-    holdPeek();
+    desktop.play(holdPeek);
     ASSERT_TRUE(isUp());
     program.freeze();
-    releasePeek();
+    desktop.play(releasePeek);
     EXPECT_TRUE(desktop.isReaderOnScreen());
     program.thaw();
     EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
@@ -169,24 +147,21 @@ TEST_F(SummoningTest, A_release_while_the_program_does_not_run_is_made_up_for)
 
 TEST_F(SummoningTest, A_double_tap_and_hold_on_either_side_peeks_and_typing_in_between_does_not)
 {
-    for (auto const& [gesture, sides] : { std::pair { u"shift"_s, std::array { leftShift, rightShift } },
-             { u"option"_s, std::array { leftOption, rightOption } } }) {
+    for (auto const& [gesture, sides] : { std::pair { u"shift"_s, std::array { u"shift"_s, u"rightShift"_s } },
+             { u"option"_s, std::array { u"alt"_s, u"rightAlt"_s } } }) {
         SCOPED_TRACE(gesture.toStdString());
         program.setSetting(u"modifierGesture"_s, gesture);
         startAndSeeItAnswer();
-        for (auto const side : sides) {
-            tap(side);
-            desktop.keyboard().press(side);
+        for (auto const& side : sides) {
+            desktop.play(side + u' ' + side + u'↓');
             ASSERT_TRUE(isUp());
             EXPECT_TRUE(isPeekWindow(desktop.reader().value().window));
-            desktop.keyboard().release(side);
+            desktop.play(side + u'↑');
             EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
 
-            tap(side);
-            tap(keyA);
-            desktop.keyboard().press(side);
+            desktop.play(side + u" A "_s + side + u'↓');
             EXPECT_TRUE(staysAway());
-            desktop.keyboard().release(side);
+            desktop.play(side + u'↑');
         }
         ASSERT_TRUE(program.terminate());
     }
@@ -201,22 +176,19 @@ TEST_F(SummoningTest, An_open_menu_of_another_program_hinders_only_the_hot_keys_
     ASSERT_TRUE(menu.waitForReadyRead());
     OtherProgram prober;
     ASSERT_FALSE(prober.canHaveKeyboard());
-    tap(leftShift);
-    desktop.keyboard().press(leftShift);
+    desktop.play(u"shift shift↓"_s);
     ASSERT_TRUE(Desktop::eventually([&] { return desktop.isReaderOnScreen(); }));
-    desktop.keyboard().release(leftShift);
+    desktop.play(u"shift↑"_s);
     EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
     EXPECT_EQ(menu.state(), QProcess::Running);
     EXPECT_FALSE(prober.canHaveKeyboard());
 
-    desktop.keyboard().press(keyA); // the menu's, not the terminal's
-    desktop.keyboard().release(keyA);
-    tap(keyEscape);
+    desktop.play(u"A Escape"_s); // the menu's, not the terminal's
     EXPECT_TRUE(menu.waitForFinished());
     EXPECT_TRUE(prober.canHaveKeyboard());
     EXPECT_TRUE(comesUp());
     EXPECT_TRUE(goesAwayTo(terminal.window()));
-    desktop.pressAndRelease({ keyReturn, 0 });
+    desktop.play(u"Return"_s);
     EXPECT_TRUE(Desktop::eventually([&] { return terminal.typedLines() == "\n"; }));
 }
 
@@ -226,11 +198,11 @@ TEST_F(SummoningTest, Another_window_that_comes_to_the_front_ends_a_peek_and_kee
     desktop.bringToFront(terminal.window());
     ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
     start();
-    holdPeek();
+    desktop.play(holdPeek);
     ASSERT_TRUE(isUp());
     desktop.bringToFront(other.window());
     EXPECT_TRUE(isAwayAndFrontIs(other.window()));
-    releasePeek();
+    desktop.play(releasePeek);
     EXPECT_TRUE(isAwayAndFrontIs(other.window()));
     EXPECT_TRUE(staysAway());
 }
@@ -244,7 +216,7 @@ TEST_F(SummoningTest, The_panel_can_be_closed_by_its_button_and_comes_back)
     EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
     ASSERT_TRUE(comesUp());
     EXPECT_EQ(desktop.reader().value().frame, frame);
-    tap(keyEscape);
+    desktop.play(u"Escape"_s);
     EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
 }
 
@@ -253,21 +225,21 @@ TEST_F(SummoningTest, A_peek_shows_over_a_full_screen_window_and_on_every_worksp
     start();
     desktop.addState(terminal.window(), "_NET_WM_STATE_FULLSCREEN");
     ASSERT_TRUE(Desktop::eventually([&] { return desktop.hasState(terminal.window(), "_NET_WM_STATE_FULLSCREEN"); }));
-    holdPeek();
+    desktop.play(holdPeek);
     ASSERT_TRUE(isUp());
     auto const window = desktop.reader().value().window;
     EXPECT_TRUE(Desktop::eventually([&] { return desktop.topmostWindow() == window; }));
-    releasePeek();
+    desktop.play(releasePeek);
     EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
 
     // A resident panel stays behind on its workspace, and a peek fetches it.
     ASSERT_TRUE(comesUp());
     desktop.switchToWorkspace(1);
     ASSERT_TRUE(Desktop::eventually([&] { return !desktop.isReaderOnScreen(); }));
-    holdPeek();
+    desktop.play(holdPeek);
     ASSERT_TRUE(isUp());
     EXPECT_EQ(desktop.reader().value().window, window);
-    releasePeek();
+    desktop.play(releasePeek);
     EXPECT_TRUE(Desktop::eventually([&] { return !desktop.isReaderOnScreen(); }));
 }
 
@@ -278,7 +250,7 @@ TEST_F(SummoningTest, The_frame_is_stored_when_the_user_moves_it_and_not_by_show
     QRect resized;
     for (bool const isPeek : { false, true }) {
         SCOPED_TRACE(isPeek ? "peek" : "resident");
-        isPeek ? holdPeek() : desktop.pressAndRelease(toggle);
+        desktop.play(isPeek ? holdPeek : u"ctrl+alt+K"_s);
         ASSERT_TRUE(isUp());
         auto const first = desktop.reader().value().frame;
         EXPECT_TRUE(isPeek ? first == resized : first.size() == QSize(880, 640));
@@ -287,7 +259,7 @@ TEST_F(SummoningTest, The_frame_is_stored_when_the_user_moves_it_and_not_by_show
         EXPECT_TRUE(drag(moved.bottomRight() - QPoint(2, 2), { -100, -50 }, moved.adjusted(0, 0, -100, -50)))
             << "by its corner";
         resized = desktop.reader().value().frame;
-        isPeek ? releasePeek() : desktop.pressAndRelease(toggle);
+        desktop.play(isPeek ? releasePeek : u"ctrl+alt+K"_s);
         ASSERT_TRUE(isAwayAndFrontIs(terminal.window()));
     }
     ASSERT_TRUE(comesUp());
@@ -348,17 +320,17 @@ TEST_F(SummoningTest, A_hundred_peeks_leave_nothing_behind)
     start();
     auto const peekOften = [&](int times) {
         for (int call = 0; call < times; ++call) {
-            holdPeek();
+            desktop.play(holdPeek);
             ASSERT_TRUE(isUp()) << "call " << call;
-            releasePeek();
+            desktop.play(releasePeek);
             ASSERT_TRUE(isAwayAndFrontIs(terminal.window())) << "call " << call;
         }
     };
     peekOften(10);
-    holdPeek();
+    desktop.play(holdPeek);
     ASSERT_TRUE(isUp());
     auto const window = desktop.reader().value().window;
-    releasePeek();
+    desktop.play(releasePeek);
     ASSERT_TRUE(isAwayAndFrontIs(terminal.window()));
     auto const files = program.openFiles();
     auto const windows = desktop.windowsOfOwner(window);
@@ -374,8 +346,7 @@ TEST_F(SummoningTest, A_hundred_peeks_leave_nothing_behind)
 
     EXPECT_TRUE(program.terminate());
     EXPECT_FALSE(desktop.isGrabbed(toggle));
-    desktop.pressAndRelease({ keyA, 0 });
-    desktop.pressAndRelease({ keyReturn, 0 });
+    desktop.play(u"A Return"_s);
     EXPECT_TRUE(Desktop::eventually([&] { return terminal.typedLines() == "a\n"; }))
         << '"' << terminal.typedLines().toPercentEncoding().toStdString() << '"';
 }
@@ -386,7 +357,7 @@ TEST_F(SummoningTest, A_file_dialog_during_a_peek_keeps_the_panel_after_the_keys
     start();
     ASSERT_TRUE(isUp()) << "without a folder it comes up by itself";
     auto const panel = desktop.reader().value();
-    holdPeek();
+    desktop.play(holdPeek);
     ASSERT_TRUE(isPeekWindow(panel.window));
     // The button stands somewhere below the middle of the reading side.
     auto const area = panel.readingArea();
@@ -399,8 +370,8 @@ TEST_F(SummoningTest, A_file_dialog_during_a_peek_keeps_the_panel_after_the_keys
         return front != XCB_NONE && front != panel.window;
     })) << "no dialog came to the front";
     EXPECT_TRUE(isOrdinaryWindow(panel.window));
-    releasePeek();
-    tap(keyEscape);
+    desktop.play(releasePeek);
+    desktop.play(u"Escape"_s);
     EXPECT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == panel.window; })) << "it outlasts the dialog";
     EXPECT_TRUE(goesAwayTo(terminal.window()));
 }

@@ -5,6 +5,7 @@
 #include "platform/linux/x11/VirtualKeys.h"
 #include "platform/linux/x11/X11HotKeys.h"
 #include "support/EventLoop.h"
+#include "support/Keys.h"
 #include "support/ManualExecutor.h"
 #include "support/MemoryUserDefaults.h"
 #include "support/OtherProgram.h"
@@ -25,7 +26,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using testing::ElementsAre;
 
-constexpr std::uint16_t keyK = 40, keyJ = 38, escape = 53;
 // Not Option: that key alone closes a menu.
 constexpr auto controlCommand = ModifierFlags::control | ModifierFlags::command;
 
@@ -43,14 +43,6 @@ protected:
 
 class MenuKeysOnX11 : public testing::Test {
 protected:
-    void strike(std::uint16_t key, ModifierFlags modifiers)
-    {
-        keyboard->pressModifiers(modifiers);
-        keyboard->press(key);
-        keyboard->release(key);
-        keyboard->releaseModifiers(modifiers);
-    }
-
     EventLoop loop;
     std::unique_ptr<X11Connection> connection = std::move(X11Connection::open().value());
     X11Clock clock;
@@ -75,8 +67,8 @@ TEST_F(MenuKeysOnX11, A_shortcut_works_once_while_a_menu_has_the_keyboard_and_th
     auto const toggle = ShortcutName::toggleQuillory();
     shortcuts.onKeyDown(toggle, [&] { told.emplace_back("down"); });
     shortcuts.onKeyUp(toggle, [&] { told.emplace_back("up"); });
-    shortcuts.setShortcut(Shortcut { keyK, Shortcut::carbonModifiersOf(controlCommand) }, toggle);
-    strike(keyK, controlCommand);
+    shortcuts.setShortcut(Shortcut { 40, Shortcut::carbonModifiersOf(controlCommand) }, toggle);
+    play(*keyboard, u"ctrl+super+K"_s);
     EXPECT_TRUE(loop.runUntil([&] { return told.size() == 2; }));
 
     ListeningMenu menu;
@@ -86,8 +78,7 @@ TEST_F(MenuKeysOnX11, A_shortcut_works_once_while_a_menu_has_the_keyboard_and_th
     menu.popup({ 200, 200 });
     EXPECT_EQ(center.mode(), HotKeyCenter::Mode::menuOpen);
     ASSERT_TRUE(loop.runUntil([&] { return !other.canHaveKeyboard(); })) << "the menu takes the keyboard";
-    strike(keyK, controlCommand);
-    strike(keyJ, ModifierFlags::none);
+    play(*keyboard, u"ctrl+super+K J"_s);
     EXPECT_TRUE(loop.runUntil([&] { return menu.keys.contains(Qt::Key_J); }));
     EXPECT_THAT(told, ElementsAre("down", "up", "down", "up"));
     EXPECT_FALSE(menu.keys.contains(Qt::Key_K));
@@ -95,10 +86,10 @@ TEST_F(MenuKeysOnX11, A_shortcut_works_once_while_a_menu_has_the_keyboard_and_th
     submenu->popup({ 300, 200 });
     submenu->hide();
     EXPECT_EQ(center.mode(), HotKeyCenter::Mode::menuOpen) << "one is still open";
-    strike(escape, ModifierFlags::none);
+    play(*keyboard, u"Escape"_s);
     EXPECT_TRUE(loop.runUntil([&] { return !menu.isVisible() && other.canHaveKeyboard(); }));
     EXPECT_EQ(center.mode(), HotKeyCenter::Mode::normal);
-    strike(keyK, controlCommand);
+    play(*keyboard, u"ctrl+super+K"_s);
     EXPECT_TRUE(loop.runUntil([&] { return told.size() == 6; }));
 }
 
