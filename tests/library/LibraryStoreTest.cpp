@@ -93,10 +93,7 @@ TEST_F(LibraryStoreTest, Each_setter_writes_as_often_as_it_should)
     }
     EXPECT_EQ(store->textSize.value(), 40);
     EXPECT_THAT(gestures, ElementsAre(u"option"_s, u"option"_s, u"option"_s, u"option"_s));
-    QStringList keys;
-    for (auto const& write : services.defaults.writes())
-        keys << write.key;
-    EXPECT_THAT(keys,
+    EXPECT_THAT(services.defaults.writes,
         ElementsAre(
             u"textSize"_s, u"learningModeEnabled"_s, u"modifierGesture"_s, u"textSize"_s, u"modifierGesture"_s));
 }
@@ -143,11 +140,11 @@ TEST_F(LibraryStoreTest, A_request_to_find_counts_also_when_it_is_repeated)
 TEST_F(LibraryStoreTest, Pins_are_kept_per_folder_and_come_back_with_their_files)
 {
     store->togglePin(u"a.md"_s); // without a folder there is nothing to pin
-    EXPECT_THAT(services.defaults.writes(), IsEmpty());
+    EXPECT_THAT(services.defaults.writes, IsEmpty());
     connect();
-    services.defaults.forgetWrites();
+    services.defaults.writes.clear();
     store->togglePin(u"missing.md"_s);
-    EXPECT_THAT(services.defaults.writes(), IsEmpty());
+    EXPECT_THAT(services.defaults.writes, IsEmpty());
     int calls = 0;
     store->pinsChanged = [&] { ++calls; };
     for (auto const& id : { u"c.md"_s, u"a.md"_s, u"b.md"_s, u"a.md"_s, u"a.md"_s })
@@ -294,14 +291,14 @@ TEST_F(LibraryStoreTest, A_restored_folder_loads_with_the_last_sheet_selected)
 {
     ASSERT_TRUE(FolderAccess(services.defaults, services.bookmarks).remember(folder));
     services.defaults.setValue(u"lastSheet"_s, u"b.md"_s);
-    services.defaults.forgetWrites();
+    services.defaults.writes.clear();
     start(LibraryStore::RestoreFolder::yes);
     EXPECT_EQ(store->folder.value(), folder);
     EXPECT_FALSE(store->busy);
     services.executor.settle();
     EXPECT_THAT(titles(), ElementsAre(u"A"_s, u"B"_s, u"C"_s));
     EXPECT_EQ(store->selectedSheet()->title, u"B"_s);
-    EXPECT_TRUE(services.defaults.writes().empty());
+    EXPECT_THAT(services.defaults.writes, IsEmpty());
 
     services.root.remove("library");
     start(LibraryStore::RestoreFolder::yes);

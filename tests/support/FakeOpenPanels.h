@@ -25,7 +25,6 @@ public:
     bool isOpen() const { return m_open; }
     // Of the latest panel.
     OpenPanelSettings const& settings() const { return m_settings; }
-    std::uint64_t window() const { return m_window; }
 
     // What the user does with the panel that is open.
     void choose(QString const& path)
@@ -53,10 +52,9 @@ private:
         Panel& operator=(Panel const&) = delete;
 
         void beginSheetModal(
-            std::uint64_t window, OpenPanelSettings const& settings, std::function<void(Response)> ended) override
+            std::uint64_t, OpenPanelSettings const& settings, std::function<void(Response)> ended) override
         {
             m_owner.calls.append(QStringLiteral("begin"));
-            m_owner.m_window = window;
             m_owner.m_settings = settings;
             m_owner.m_open = this;
             m_ended = std::move(ended);
@@ -89,7 +87,6 @@ private:
     std::vector<std::uint64_t> m_windows;
     Panel* m_open = nullptr;
     OpenPanelSettings m_settings;
-    std::uint64_t m_window = 0;
 };
 
 }

@@ -3,20 +3,13 @@
 #include "platform/UserDefaults.h"
 
 #include <QHash>
-
-#include <vector>
+#include <QStringList>
 
 namespace Quillory {
 
-// User defaults in memory that remember every call that changed or could have changed them.
+// User defaults in memory that remember every key that was changed or could have been.
 class MemoryUserDefaults final : public UserDefaults {
 public:
-    struct Write {
-        QString key;
-        std::optional<Value> value; // absent for a removal
-        bool operator==(Write const&) const = default;
-    };
-
     std::optional<Value> value(QString const& key) const override
     {
         auto const found = m_values.find(key);
@@ -25,13 +18,13 @@ public:
 
     void setValue(QString const& key, Value value) override
     {
-        m_writes.push_back({ key, value });
+        writes << key;
         m_values.insert(key, std::move(value));
     }
 
     void removeValue(QString const& key) override
     {
-        m_writes.push_back({ key, std::nullopt });
+        writes << key;
         m_values.remove(key);
     }
 
@@ -42,13 +35,11 @@ public:
     }
     void tell(Trouble const& trouble) const { m_told(trouble); }
 
-    // In order, those that set an equal value among them.
-    std::vector<Write> const& writes() const { return m_writes; }
-    void forgetWrites() { m_writes.clear(); }
+    // The keys in order, those that were given an equal value among them.
+    QStringList writes;
 
 private:
     QHash<QString, Value> m_values;
-    std::vector<Write> m_writes;
     std::function<void(Trouble const&)> m_told;
 };
 
