@@ -218,7 +218,7 @@ TEST(ParsedMarkdown, Trees_of_any_depth_are_walked_compared_and_freed)
     }
     for (auto const* const piece : { "a", "[", "> ", "**a ~b ", "a\n\n", "a|b\n-|-\n" }) {
         auto const text = MarkdownSamples::repeated(piece, 60'000);
-        EXPECT_TRUE(dumpOf(parsed(text)) == expectedDump(text)) << piece;
+        EXPECT_TRUE(Dump::of(parsed(text)) == expectedDump(text)) << piece;
     }
 }
 
