@@ -62,6 +62,7 @@ TEST_F(PosixFileSystemTest, Only_regular_files_are_read_and_nothing_blocks)
         EXPECT_EQ(folder->status(name).value().isSymbolicLink, is("link")) << name;
         EXPECT_EQ(folder->read(name, 100).value_or(std::nullopt).has_value(), is("file")) << name;
     }
+    EXPECT_EQ(folder->read("link", 100).error(), SystemError(ELOOP));
 }
 
 TEST_F(PosixFileSystemTest, A_real_path_follows_every_link_and_may_lead_outside)
