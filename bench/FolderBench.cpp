@@ -1,6 +1,6 @@
 // A folder of 10,000 files, 5,000 of them sheets: the time and the memory of its load, and how long the main thread is
 // held while the store takes a result over and lets the old list go: the first list, one in which nothing changed, one in
-// which every sheet was made anew though equal, and one with a single other sheet.
+// which every sheet was made again though equal, and one with a single other sheet.
 //
 //   quillory-bench-folder
 
@@ -100,7 +100,7 @@ void report(QString const& path)
         heldBy(store, [&](int repetition) { return repetition % 2 == 0 ? load({}) : QList<Sheet>(); }));
     store.applyLoadedSheets(load({}), store.generation.value());
     print("held by a list in which nothing changed", heldBy(store, [&](int) { return load(store.sheets.value()); }));
-    print("held by an equal list, all made anew", heldBy(store, [&](int) { return load({}); }));
+    print("held by an equal list, all made again", heldBy(store, [&](int) { return load({}); }));
     print("held by a list with one other sheet", heldBy(store, [&](int repetition) {
         auto changed = load(store.sheets.value());
         changed.last().title = QString::number(repetition);

@@ -36,7 +36,7 @@ public:
     ModifierGestureMonitor(ModifierGestureMonitor const&) = delete;
     ModifierGestureMonitor& operator=(ModifierGestureMonitor const&) = delete;
 
-    // Brings it in line with the user's choice and with the permission. Leaves what runs well alone, and starts anew
+    // Brings it in line with the user's choice and with the permission. Leaves what runs well alone, and starts over
     // what has died.
     void configure(ModifierGesture gesture, bool isEnabled);
 

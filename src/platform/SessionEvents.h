@@ -6,7 +6,8 @@
 
 namespace Quillory {
 
-// What befalls the user's session as a whole. Main thread only. Where the system says none of it, nothing is called.
+// Events of the user's session as a whole: sleep, wake, lock. Main thread only. Where the system tells of none, nothing
+// is called.
 class SessionEvents {
 public:
     using Action = std::function<void()>;

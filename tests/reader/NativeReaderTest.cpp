@@ -190,14 +190,14 @@ TEST_F(NativeReaderTest, What_was_read_last_is_kept_rendered_within_bounds)
     EXPECT_EQ(textOf(sheets[0]).constData(), kept.constData());
     for (int number = 1; number < 18; ++number)
         show(sheets[static_cast<std::size_t>(number)]);
-    auto const anew = textOf(sheets[0]);
-    EXPECT_NE(anew.constData(), kept.constData()) << "seventeen were read since";
+    auto const madeAgain = textOf(sheets[0]);
+    EXPECT_NE(madeAgain.constData(), kept.constData()) << "seventeen were read since";
 
     auto const large = u"many lines\n\n"_s.repeated(NativeReader::mostKept / 20);
     Sheet const big[] { markdownSheet(u"x"_s, large), markdownSheet(u"y"_s, large), markdownSheet(u"z"_s, large) };
     for (auto const& sheet : big)
         show(sheet);
-    EXPECT_NE(textOf(sheets[0]).constData(), anew.constData()) << "too much was read since";
+    EXPECT_NE(textOf(sheets[0]).constData(), madeAgain.constData()) << "too much was read since";
 }
 
 TEST_F(NativeReaderTest, Bars_and_text_agree_on_light_or_dark)

@@ -79,9 +79,9 @@ public:
             };
             EXPECT_TRUE(isAsIn(whole, part)) << "from " << top;
             // What is out of sight costs nothing, but for the lines and rows that begin or end in sight.
-            constexpr double besides = 80;
-            EXPECT_TRUE(isAsIn(bare, { 0, -besides, all().width(), part.top() })) << "from " << top;
-            EXPECT_TRUE(isAsIn(bare, { 0, part.bottom() + besides, all().width(), all().height() })) << "from " << top;
+            constexpr double margin = 80;
+            EXPECT_TRUE(isAsIn(bare, { 0, -margin, all().width(), part.top() })) << "from " << top;
+            EXPECT_TRUE(isAsIn(bare, { 0, part.bottom() + margin, all().width(), all().height() })) << "from " << top;
         }
     }
 

@@ -280,7 +280,7 @@ TEST_F(HotKeysOnX11, A_hot_key_that_ends_while_it_is_down_gives_the_keyboard_bac
 
 TEST_F(HotKeysOnX11, A_storm_of_keyboard_maps_costs_less_than_one_request_a_change)
 {
-    constexpr unsigned changes = 30; // window managers make their grabs anew at each, and are busy for a while
+    constexpr unsigned changes = 30; // window managers grab again at each, and are busy for a while
     constexpr std::uint8_t scrollLock = 78, pause = 127;
     auto const hotKey = registerControlOptionK();
     int told = 0;

@@ -10,7 +10,7 @@ using Nanoseconds = std::chrono::nanoseconds;
 
 TEST(ServerTime, Times_keep_their_distances_over_the_wrap_and_whatever_they_took_to_arrive)
 {
-    // A server whose clock is far behind ours and begins anew between the second and the third event.
+    // A server whose clock is far behind ours and starts over between the second and the third event.
     constexpr std::uint32_t first = 0xffffff00U;
     constexpr Nanoseconds start = 24h * 30;
     struct Case {

@@ -6,7 +6,7 @@
 namespace Quillory {
 
 // The modifier keys under the keyboard map of the moment. Maps change in storms: a change is only noted, and the map
-// read anew when somebody asks.
+// read again when somebody asks.
 class FollowedModifierKeys {
 public:
     // `connection` outlives it.

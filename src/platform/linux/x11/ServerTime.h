@@ -7,7 +7,7 @@
 namespace Quillory {
 
 // Brings the times of the server's events onto the system's monotonic clock. The server counts milliseconds from a
-// start of its own and begins anew after 49.7 days. An event is never older than its arrival, so the smallest
+// start of its own and starts over after 49.7 days. An event is never older than its arrival, so the smallest
 // difference seen is the best guess at how far the two clocks are apart.
 class ServerTime {
 public:

@@ -39,7 +39,7 @@ public:
     // the others are passed on to the window that has the focus, if it is one of these.
     std::function<bool(xcb_window_t)> isOwnWindow = [](auto) { return false; };
 
-    // Asks for every grab anew, those that were refused among them: for when the computer comes out of sleep.
+    // Asks for every grab again, those that were refused among them: for when the computer comes out of sleep.
     void grabAgain();
 
 private:
