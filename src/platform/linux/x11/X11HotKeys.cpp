@@ -323,6 +323,7 @@ void X11HotKeys::takeKeyboard(X11Clock::Time time, std::uint8_t mode)
     xcb_discard_reply(xcb, cookie.sequence);
     xcb_flush(xcb);
     m_hold = mode == XCB_GRAB_MODE_SYNC ? Hold::untilAnotherKey : Hold::untilAllAreUp;
+    m_heldSince = time;
 }
 
 // Letting go at once would type the hot key into the front window for as long as the keyboard repeats it. So the server
@@ -331,7 +332,8 @@ void X11HotKeys::yieldKeyboard()
 {
     if (!isAnyDown())
         return;
-    takeKeyboard(XCB_CURRENT_TIME, XCB_GRAB_MODE_SYNC);
+    // The time is known, so that the keyboard can be let go even when the key was released before the server took this.
+    takeKeyboard(m_connection.presentTime(), XCB_GRAB_MODE_SYNC);
     xcb_allow_events(m_connection.handle(), XCB_ALLOW_SYNC_KEYBOARD, XCB_CURRENT_TIME);
     xcb_flush(m_connection.handle());
 }
@@ -365,7 +367,9 @@ void X11HotKeys::letKeyboardGo(X11Clock::Time time)
 {
     m_guard.stop();
     m_hold = Hold::byKey;
-    xcb_ungrab_keyboard(m_connection.handle(), time);
+    // The server ignores a time before the grab: a key let go before its grab was taken would leave it standing.
+    bool const isBeforeGrab = time != XCB_CURRENT_TIME && X11Clock::isLater(m_heldSince, time);
+    xcb_ungrab_keyboard(m_connection.handle(), isBeforeGrab ? m_heldSince : time);
     xcb_flush(m_connection.handle());
 }
 

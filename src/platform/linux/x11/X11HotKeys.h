@@ -85,6 +85,7 @@ private:
     std::vector<std::shared_ptr<HotKey>> m_hotKeys;
     std::uint64_t m_lastPress = 0;
     Hold m_hold = Hold::byKey;
+    X11Clock::Time m_heldSince = 0; // when the keyboard was last taken
     QTimer m_followKeyboardMap;
     QTimer m_guard;
     Registration m_events;
