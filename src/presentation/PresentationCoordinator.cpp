@@ -90,9 +90,10 @@ void PresentationCoordinator::close()
     m_presentation = Presentation::closed;
     // Asked before the panel goes: the window manager hands the front on by itself as soon as a window is hidden.
     auto const before = front();
+    // Before the user sees the panel go, and types.
+    m_services.shortcuts.yieldKeyboard();
     m_panel.orderOut();
     restorePreviousApp(before);
-    m_services.shortcuts.yieldKeyboard();
 }
 
 void PresentationCoordinator::windowWillClose()
