@@ -8,9 +8,9 @@
 
 #include "library/LibraryLoad.h"
 #include "library/LibraryStore.h"
-#include "platform/linux/files/PosixFileSystem.h"
-#include "platform/linux/qt/QtExecutor.h"
-#include "platform/linux/qt/QtPictureDecoder.h"
+#include "linux/files/PosixFileSystem.h"
+#include "linux/qt/QtExecutor.h"
+#include "linux/qt/QtPictureDecoder.h"
 #include "support/FakeLibraryServices.h"
 
 #include <QCoreApplication>

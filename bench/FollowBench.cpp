@@ -5,9 +5,9 @@
 //   quillory-bench-follow [SHEETS] [REPETITIONS]     1,000 sheets of 10 KB and 15 saves unless told otherwise
 
 #include "library/LibraryStore.h"
-#include "platform/linux/files/InotifyFileEvents.h"
-#include "platform/linux/files/PosixFileSystem.h"
-#include "platform/linux/qt/QtExecutor.h"
+#include "linux/files/InotifyFileEvents.h"
+#include "linux/files/PosixFileSystem.h"
+#include "linux/qt/QtExecutor.h"
 #include "support/FakeLibraryServices.h"
 
 #include <QCoreApplication>

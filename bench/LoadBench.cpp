@@ -6,8 +6,8 @@
 #include "Measure.h"
 
 #include "library/LibraryLoad.h"
-#include "platform/linux/files/PosixFileSystem.h"
-#include "platform/linux/qt/QtPictureDecoder.h"
+#include "linux/files/PosixFileSystem.h"
+#include "linux/qt/QtPictureDecoder.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/x11/X11Clock.h"
+#include "linux/x11/X11Clock.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 #include "X11Desktop.h"
 
-#include "platform/linux/x11/VirtualKeys.h"
-#include "platform/linux/x11/X11PanelWindow.h"
+#include "linux/x11/VirtualKeys.h"
+#include "linux/x11/X11PanelWindow.h"
 
 #include <QWindow>
 

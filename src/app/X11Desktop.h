@@ -2,17 +2,17 @@
 
 #include "UserTimes.h"
 
+#include "linux/qt/QtLocalKeyEvents.h"
+#include "linux/qt/QtScreens.h"
+#include "linux/x11/X11Clock.h"
+#include "linux/x11/X11Connection.h"
+#include "linux/x11/X11HotKeys.h"
+#include "linux/x11/X11InputPermission.h"
+#include "linux/x11/X11KeyState.h"
+#include "linux/x11/X11ModifierEvents.h"
+#include "linux/x11/X11Workspace.h"
+#include "linux/x11/XkbKeyboardLayout.h"
 #include "platform/PanelWindow.h"
-#include "platform/linux/qt/QtLocalKeyEvents.h"
-#include "platform/linux/qt/QtScreens.h"
-#include "platform/linux/x11/X11Clock.h"
-#include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/X11HotKeys.h"
-#include "platform/linux/x11/X11InputPermission.h"
-#include "platform/linux/x11/X11KeyState.h"
-#include "platform/linux/x11/X11ModifierEvents.h"
-#include "platform/linux/x11/X11Workspace.h"
-#include "platform/linux/x11/XkbKeyboardLayout.h"
 
 #include <QApplication>
 #include <QString>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/x11/X11Connection.h"
+#include "linux/x11/X11Connection.h"
 #include "support/Keys.h"
 #include "tools/x11/DesktopView.h"
 #include "tools/x11/ScreenCapture.h"

@@ -1,5 +1,5 @@
 #include "e2e/ReaderOnADesktop.h"
-#include "platform/linux/x11/X11Clock.h"
+#include "linux/x11/X11Clock.h"
 #include "support/OtherProgram.h"
 
 #include <QElapsedTimer>

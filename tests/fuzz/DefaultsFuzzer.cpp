@@ -1,7 +1,7 @@
 #include "fuzz/Fuzzer.h"
 
 #include "library/LibraryStore.h"
-#include "platform/linux/files/JsonUserDefaults.h"
+#include "linux/files/JsonUserDefaults.h"
 #include "support/FakeLibraryServices.h"
 
 namespace {

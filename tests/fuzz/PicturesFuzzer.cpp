@@ -2,8 +2,8 @@
 
 #include "library/LibraryReference.h"
 #include "library/SheetPictures.h"
-#include "platform/linux/files/PosixFileSystem.h"
-#include "platform/linux/qt/QtPictureDecoder.h"
+#include "linux/files/PosixFileSystem.h"
+#include "linux/qt/QtPictureDecoder.h"
 #include "support/TemporaryFolder.h"
 
 #include <QSet>

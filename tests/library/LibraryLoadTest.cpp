@@ -1,7 +1,7 @@
 #include "library/LibraryLoad.h"
 
 #include "library/LibraryError.h"
-#include "platform/linux/qt/QtPictureDecoder.h"
+#include "linux/qt/QtPictureDecoder.h"
 #include "support/FaultyFileSystem.h"
 #include "support/TemporaryFolder.h"
 #include "support/Test.h"

@@ -1,8 +1,8 @@
 #include "library/SheetPictures.h"
 
 #include "library/LibraryLoad.h"
-#include "platform/linux/files/PosixFileSystem.h"
-#include "platform/linux/qt/QtPictureDecoder.h"
+#include "linux/files/PosixFileSystem.h"
+#include "linux/qt/QtPictureDecoder.h"
 #include "support/SamplePictures.h"
 #include "support/TemporaryFolder.h"
 #include "support/Test.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "library/LibraryStore.h"
-#include "platform/linux/qt/QtPictureDecoder.h"
+#include "linux/qt/QtPictureDecoder.h"
 #include "support/FakeAnnouncements.h"
 #include "support/FakeClipboard.h"
 #include "support/FakeFileEvents.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/files/PathBookmarks.h"
+#include "linux/files/PathBookmarks.h"
 
 #include <QStringList>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/linux/files/PosixFileSystem.h"
+#include "linux/files/PosixFileSystem.h"
 
 #include <functional>
 

@@ -1,8 +1,8 @@
 #include "support/OtherProgram.h"
 
-#include "platform/linux/x11/VirtualKeys.h"
-#include "platform/linux/x11/X11Connection.h"
-#include "platform/linux/x11/XcbXkb.h"
+#include "linux/x11/VirtualKeys.h"
+#include "linux/x11/X11Connection.h"
+#include "linux/x11/XcbXkb.h"
 
 #include <cstring>
 #include <stdexcept>

@@ -2,10 +2,10 @@
 // the gesture's owner is told. With --play it presses the keys itself.
 
 #include "input/ModifierGestureMonitor.h"
-#include "platform/linux/qt/QtExecutor.h"
-#include "platform/linux/x11/X11InputPermission.h"
-#include "platform/linux/x11/X11KeyState.h"
-#include "platform/linux/x11/X11ModifierEvents.h"
+#include "linux/qt/QtExecutor.h"
+#include "linux/x11/X11InputPermission.h"
+#include "linux/x11/X11KeyState.h"
+#include "linux/x11/X11ModifierEvents.h"
 #include "tools/x11/SyntheticKeyboard.h"
 
 #include <QCoreApplication>

@@ -1,8 +1,8 @@
 #include "SheetJson.h"
 
 #include "library/LibraryLoad.h"
-#include "platform/linux/files/PosixFileSystem.h"
-#include "platform/linux/qt/QtPictureDecoder.h"
+#include "linux/files/PosixFileSystem.h"
+#include "linux/qt/QtPictureDecoder.h"
 
 #include <QStringList>
 

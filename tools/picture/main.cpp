@@ -8,8 +8,8 @@
 // QT_SCALE_FACTOR=2 gives a picture at 200 %. With --at -1 the end of the sheet is shown.
 
 #include "library/LibraryLoad.h"
-#include "platform/linux/files/PosixFileSystem.h"
-#include "platform/linux/qt/QtPictureDecoder.h"
+#include "linux/files/PosixFileSystem.h"
+#include "linux/qt/QtPictureDecoder.h"
 #include "reader/NativeReader.h"
 #include "support/FakeLibraryServices.h"
 

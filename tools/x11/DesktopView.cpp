@@ -1,7 +1,7 @@
 #include "tools/x11/DesktopView.h"
 
-#include "platform/linux/x11/ModifierMap.h"
-#include "platform/linux/x11/VirtualKeys.h"
+#include "linux/x11/ModifierMap.h"
+#include "linux/x11/VirtualKeys.h"
 
 #include <span>
 #include <utility>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "KeyboardShortcuts/Shortcut.h"
-#include "platform/linux/x11/X11Connection.h"
+#include "linux/x11/X11Connection.h"
 
 #include <QRect>
 #include <QString>

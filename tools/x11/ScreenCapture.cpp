@@ -1,6 +1,6 @@
 #include "tools/x11/ScreenCapture.h"
 
-#include "platform/linux/x11/X11Connection.h"
+#include "linux/x11/X11Connection.h"
 
 #include <poll.h>
 #include <sys/ipc.h>

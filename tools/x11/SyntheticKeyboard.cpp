@@ -1,7 +1,7 @@
 #include "tools/x11/SyntheticKeyboard.h"
 
-#include "platform/linux/x11/VirtualKeys.h"
-#include "platform/linux/x11/X11Connection.h"
+#include "linux/x11/VirtualKeys.h"
+#include "linux/x11/X11Connection.h"
 
 #include <xcb/xtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "linux/x11/ModifierMap.h"
 #include "platform/ModifierFlags.h"
-#include "platform/linux/x11/ModifierMap.h"
 
 #include <cstdint>
 #include <expected>

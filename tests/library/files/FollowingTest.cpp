@@ -1,6 +1,6 @@
 #include "library/LibraryStore.h"
-#include "platform/linux/files/InotifyFileEvents.h"
-#include "platform/linux/qt/QtExecutor.h"
+#include "linux/files/InotifyFileEvents.h"
+#include "linux/qt/QtExecutor.h"
 #include "support/EventLoop.h"
 #include "support/FakeLibraryServices.h"
 #include "support/Test.h"

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "linux/freedesktop/ApplicationInterface.h"
+#include "platform/ApplicationInstance.h"
+#include "platform/Observers.h"
+
+#include <QDBusConnection>
+
+#include <chrono>
+#include <functional>
+#include <vector>
+
+namespace Quillory {
+
+// The session's one process is the one that owns the program's name on the session bus.
+class BusApplicationInstance final : public ApplicationInstance {
+public:
+    static QString name() { return QStringLiteral("org.quillory.Quillory"); }
+
+    // What began this process, and the id by which the desktop knows that.
+    struct Start {
+        enum class By { user, bus };
+        QString id;
+        By by = By::user;
+
+        // To be read before the toolkit takes the id out of the environment.
+        static Start ofThisProcess();
+    };
+
+    static constexpr std::chrono::milliseconds usualAnswerTime { 5000 };
+
+    // A process that the bus began for the sake of a toggle opens. `answerTime` is what another process has for its answer.
+    BusApplicationInstance(
+        QDBusConnection const& sessionBus, Start start, std::chrono::milliseconds answerTime = usualAnswerTime);
+    ~BusApplicationInstance() override;
+    BusApplicationInstance(BusApplicationInstance const&) = delete;
+    BusApplicationInstance& operator=(BusApplicationInstance const&) = delete;
+
+    // Waits for the bus, and for the answer of another process. Where that one does not answer, this one stands
+    // alone and opens, whatever its wish was: the user must see something.
+    Role start(Wish wish) override;
+
+    Registration observeRequests(std::function<void(Request const&)> requested) override;
+
+    // Gives the name back, so that the next process to start is the first. The end of this object does it too.
+    void leave();
+
+private:
+    enum class Claim { owned, ownedByAnother, failed };
+    enum class Answer { taken, none, ownerGone };
+
+    Claim claim();
+    Answer handOver(Wish wish);
+    void openItself();
+    void receive(Request request);
+
+    QDBusConnection m_bus;
+    Start m_start;
+    std::chrono::milliseconds m_answerTime;
+    ApplicationInterface m_interface;
+    Observers<void(Request const&)> m_requested;
+    std::vector<Request> m_kept;
+};
+
+}

@@ -1,0 +1,125 @@
+#include "linux/freedesktop/DesktopFileOpener.h"
+
+#include "linux/freedesktop/ChildProcess.h"
+#include "linux/freedesktop/DesktopEntry.h"
+#include "linux/freedesktop/PortalRequest.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QFile>
+#include <QFileInfo>
+#include <QLocale>
+#include <QStandardPaths>
+#include <QUrl>
+
+#include <memory>
+#include <utility>
+
+namespace Quillory {
+
+namespace {
+
+using Result = std::expected<void, FileOpener::Failure>;
+
+Result failure(QString const& description)
+{
+    return std::unexpected(FileOpener::Failure { description });
+}
+
+// The languages of the user as a desktop entry writes them: de_DE before de.
+QStringList languages()
+{
+    QStringList all;
+    for (auto const& language : QLocale().uiLanguages()) {
+        auto const underscored = QString(language).replace(u'-', u'_');
+        all << underscored << underscored.section(u'_', 0, 0);
+    }
+    return all;
+}
+
+// What runs a program in a terminal, and how it is told which.
+std::optional<QStringList> terminalCommand()
+{
+    for (auto const& terminal : { QStringList { QStringLiteral("xdg-terminal-exec") },
+             QStringList { QStringLiteral("x-terminal-emulator"), QStringLiteral("-e") },
+             QStringList { QStringLiteral("xterm"), QStringLiteral("-e") } }) {
+        if (!QStandardPaths::findExecutable(terminal.first()).isEmpty())
+            return terminal;
+    }
+    return std::nullopt;
+}
+
+std::expected<DesktopEntry, FileOpener::Failure> readEntry(QString const& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return std::unexpected(FileOpener::Failure { file.errorString() });
+    auto entry = DesktopEntry::parse(file.readAll(), path, languages());
+    if (!entry)
+        return std::unexpected(FileOpener::Failure { DesktopFileOpener::tr("This is no application.") });
+    return *std::move(entry);
+}
+
+}
+
+DesktopFileOpener::DesktopFileOpener(QDBusConnection const& sessionBus)
+    : m_bus(sessionBus)
+{
+}
+
+void DesktopFileOpener::open(QString const& path, Done done)
+{
+    auto const launcher = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    if (launcher.isEmpty())
+        return openByPortal(path, std::move(done));
+    auto const shared = std::make_shared<Done>(std::move(done));
+    auto const ended = m_lifetime.guarded([shared](std::optional<int> status) {
+        (*shared)(status == 0 ? Result() : failure(tr("The desktop could not open it.")));
+    });
+    if (auto const started = ChildProcess::start({ launcher, path }, {}, ended); !started)
+        (*shared)(failure(started.error().localizedDescription()));
+}
+
+void DesktopFileOpener::openByPortal(QString const& path, Done done)
+{
+    PortalRequest::start(m_bus, QStringLiteral("OpenFile"), path, this,
+        [done = std::move(done)](PortalRequest::Answer const& answer) mutable {
+            // Who closes the question about the application has had an answer.
+            done(answer.outcome == PortalRequest::Answer::Outcome::failed ? failure(answer.description) : Result());
+        });
+}
+
+void DesktopFileOpener::reveal(QString const& path)
+{
+    auto call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
+        QStringLiteral("/org/freedesktop/FileManager1"), QStringLiteral("org.freedesktop.FileManager1"),
+        QStringLiteral("ShowItems"));
+    call << QStringList { QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded()) } << QString();
+    auto* const watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, path] {
+        watcher->deleteLater();
+        if (watcher->isError())
+            open(QFileInfo(path).path(), [](Result const&) { });
+    });
+}
+
+void DesktopFileOpener::openWith(QString const& path, QString const& application, Done done)
+{
+    auto const entry = readEntry(application);
+    if (!entry)
+        return done(std::unexpected(entry.error()));
+    auto command = entry->commandFor(path);
+    if (!command)
+        return done(failure(tr("Its command line is malformed.")));
+    if (entry->wantsTerminal) {
+        auto const terminal = terminalCommand();
+        if (!terminal)
+            return done(failure(tr("There is no terminal to run it in.")));
+        command = *terminal + *command;
+    }
+    auto const started = ChildProcess::start(*command, entry->folder, [](std::optional<int>) { });
+    done(started ? Result() : failure(started.error().localizedDescription()));
+}
+
+}

@@ -1,0 +1,218 @@
+#include "linux/freedesktop/DesktopFileOpener.h"
+#include "support/BusService.h"
+#include "support/EventLoop.h"
+#include "support/TemporaryFolder.h"
+#include "support/Test.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusUnixFileDescriptor>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QUrl>
+
+#include <csignal>
+#include <memory>
+
+#include <sys/stat.h>
+
+namespace Quillory {
+namespace {
+
+using Outcome = std::optional<std::expected<void, FileOpener::Failure>>;
+
+// A launcher of the test's own stands first in the search path.
+class DesktopFileOpenerTest : public Test {
+protected:
+    DesktopFileOpenerTest()
+    {
+        qputenv("PATH", root.at() + ":" + searchPath);
+        launcherWorks(true);
+    }
+    ~DesktopFileOpenerTest() override { qputenv("PATH", searchPath); }
+
+    void launcherWorks(bool isWorking)
+    {
+        makeProgram(u"xdg-open"_s, "printf %s \"$1\" > \"$0.log\"\nexit " + QByteArray(isWorking ? "0" : "3") + "\n");
+    }
+    static QDBusConnection ownConnection()
+    {
+        return QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"service"_s);
+    }
+    Outcome finish()
+    {
+        EXPECT_TRUE(loop.runUntil([&] { return outcome.has_value(); }));
+        if (!outcome)
+            outcome = std::unexpected(FileOpener::Failure { u"no answer"_s });
+        return outcome;
+    }
+    QString opened() { return QString::fromUtf8(root.read("xdg-open.log")); }
+    void withoutLauncher()
+    {
+        root.remove("xdg-open");
+        qputenv("PATH", root.at());
+    }
+
+    FileOpener::Done asked()
+    {
+        outcome.reset();
+        return [this](auto const& result) { outcome = result; };
+    }
+    QString makeFile(QString const& name, QByteArray const& contents = {}) const
+    {
+        root.write(name.toUtf8(), contents);
+        return root.path(name.toUtf8());
+    }
+    QString makeProgram(QString const& name, QByteArray const& script) const
+    {
+        auto const path = makeFile(name, "#!/bin/sh\n" + script);
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        return path;
+    }
+
+    TemporaryFolder const root { std::filesystem::temp_directory_path() }; // where programs may run
+    EventLoop loop;
+    Outcome outcome;
+    DesktopFileOpener opener { QDBusConnection::sessionBus() };
+    QByteArray searchPath = qgetenv("PATH");
+    QString const file = makeFile(u"a #1.md"_s);
+};
+
+TEST_F(DesktopFileOpenerTest, The_answer_is_that_of_the_one_who_was_to_open_it)
+{
+    for (auto const& name : { u"plain.md"_s, u"it's 100% \"C#\" $HOME;&? ü.md"_s, u"-rf.md"_s }) {
+        auto const path = makeFile(name);
+        for (bool const isWorking : { true, false }) {
+            launcherWorks(isWorking);
+            opener.open(path, asked());
+            auto const answer = finish();
+            EXPECT_EQ(answer->has_value(), isWorking);
+            EXPECT_EQ(opened(), path);
+            EXPECT_TRUE(isWorking || !answer->error().description.isEmpty());
+        }
+    }
+}
+
+TEST_F(DesktopFileOpenerTest, Without_a_launcher_the_portal_opens_and_its_answer_counts)
+{
+    withoutLauncher();
+    opener.open(file, asked());
+    EXPECT_FALSE(finish()->has_value()); // there is no portal either
+
+    QString openedPath;
+    uint response = 0;
+    BusService const portal(ownConnection(), u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+        [&](QDBusMessage const& call, QDBusConnection& bus) {
+            auto const arguments = call.arguments();
+            auto const descriptor = arguments.at(1).value<QDBusUnixFileDescriptor>();
+            openedPath = QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(descriptor.fileDescriptor()));
+            auto const token = qdbus_cast<QVariantMap>(arguments.at(2)).value(u"handle_token"_s).toString();
+            auto const sender = call.service().mid(1).replace(u'.', u'_');
+            auto const path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token);
+            auto signal = QDBusMessage::createSignal(path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
+            signal << response << QVariantMap();
+            bus.send(signal); // before the call has its reply
+            return std::optional(QVariantList { QVariant::fromValue(QDBusObjectPath(path)) });
+        });
+    ASSERT_TRUE(portal.isRegistered);
+    for (auto const& [answer, isOpened] : { std::pair(0U, true), std::pair(1U, true), std::pair(2U, false) }) {
+        response = answer;
+        opener.open(file, asked());
+        EXPECT_EQ(finish()->has_value(), isOpened) << answer;
+        EXPECT_EQ(openedPath, file);
+    }
+    opener.open(root.path("gone.md"), asked());
+    EXPECT_FALSE(finish()->has_value());
+}
+
+TEST_F(DesktopFileOpenerTest, The_file_manager_is_shown_the_file_and_without_one_its_folder_opens)
+{
+    opener.reveal(file);
+    EXPECT_TRUE(loop.runUntil([&] { return opened() == root.path(); }));
+
+    QStringList shown;
+    BusService const manager(ownConnection(), u"org.freedesktop.FileManager1"_s, u"/org/freedesktop/FileManager1"_s,
+        [&](QDBusMessage const& call, QDBusConnection&) {
+            shown << call.member() << call.arguments().at(0).toStringList();
+            return std::optional(QVariantList());
+        });
+    ASSERT_TRUE(manager.isRegistered);
+    opener.reveal(file);
+    EXPECT_TRUE(loop.runUntil([&] { return !shown.isEmpty(); }));
+    EXPECT_THAT(shown, ElementsAre(u"ShowItems"_s, QString::fromLatin1(QUrl::fromLocalFile(file).toEncoded())));
+}
+
+// Writes what it was started with, and ends the file with a line of its own.
+constexpr char recorder[] = "{ printf '%s\\n' \"$@\"; pwd; grep -E '^Sig(Blk|Ign)' /proc/self/status; echo end; } > ";
+
+TEST_F(DesktopFileOpenerTest, A_chosen_application_starts_with_the_file_and_with_nothing_of_ours_in_its_way)
+{
+    auto const log = root.at("log");
+    makeProgram(u"editor"_s, recorder + log + "\n");
+    makeProgram(u"x-terminal-emulator"_s, "[ \"$1\" = -e ] && shift && exec \"$@\" terminal\n");
+    auto const here = QDir::currentPath();
+    sigset_t blocked;
+    sigset_t before;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    struct Case {
+        QByteArray lines;
+        QStringList arguments;
+    };
+    for (auto const& [lines, arguments] : {
+             Case { "Exec=editor --new %f\nPath=" + root.at(), { u"--new"_s, file, root.path() } },
+             Case { "Exec=editor\nTerminal=true", { file, u"terminal"_s, here } },
+         }) {
+        root.remove("log");
+        auto const entry = makeFile(u"editor.desktop"_s, "[Desktop Entry]\nType=Application\nName=E\n" + lines + "\n");
+        opener.openWith(file, entry, asked());
+        EXPECT_TRUE(finish()->has_value());
+        EXPECT_TRUE(loop.runUntil([&] { return root.read("log").endsWith("end\n"); }));
+        auto written = QString::fromUtf8(root.read("log")).split(u'\n');
+        EXPECT_EQ(written.mid(0, arguments.size()), arguments);
+        EXPECT_TRUE(written.contains(u"SigBlk:\t0000000000000000"_s)) << written.join(u'|').toStdString();
+        // Two above the ordinary ones are the C library's own.
+        EXPECT_EQ(written.filter(QRegularExpression(u"^SigIgn:\t[0-9a-f]{8}[08]0000000$"_s)).size(), 1);
+    }
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+}
+
+TEST_F(DesktopFileOpenerTest, What_cannot_be_started_is_told)
+{
+    auto const head = QByteArray("[Desktop Entry]\nType=Application\nName=E\n");
+    for (auto const& contents : { QByteArray(), QByteArray("text"), head, head + "Exec=no-such-program %f\n",
+             head + "Exec=editor %q\n", head + "Exec=editor \"open\n", head + "Exec=editor\nPath=/no/such/folder\n" }) {
+        opener.openWith(file, makeFile(u"x.desktop"_s, contents), asked());
+        ASSERT_FALSE(finish()->has_value()) << contents.toStdString();
+        EXPECT_FALSE(outcome->error().description.isEmpty());
+    }
+    opener.openWith(file, u"/no/such.desktop"_s, asked());
+    EXPECT_FALSE(finish()->has_value());
+}
+
+TEST_F(DesktopFileOpenerTest, An_answer_after_its_end_is_not_given)
+{
+    makeProgram(u"xdg-open"_s, "read x < \"$1.pipe\"; echo done > \"$0.log\"\n");
+    auto const pipe = file + u".pipe"_s;
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    auto temporary = std::make_unique<DesktopFileOpener>(QDBusConnection::sessionBus());
+    temporary->open(file, asked());
+    temporary.reset();
+    QFile go(pipe);
+    ASSERT_TRUE(go.open(QIODevice::WriteOnly));
+    go.write("\n");
+    go.close();
+    EXPECT_TRUE(loop.runUntil([&] { return opened() == u"done\n"_s; }));
+    // The end of another one, started later, shows that this one's has come through.
+    makeProgram(u"xdg-open"_s, "exit 0\n");
+    std::optional<bool> later;
+    opener.open(file, [&](auto const& result) { later = result.has_value(); });
+    EXPECT_TRUE(loop.runUntil([&] { return later.has_value(); }));
+    EXPECT_FALSE(outcome);
+}
+
+}
+}
