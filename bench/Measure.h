@@ -5,7 +5,7 @@
 
 #include <malloc.h>
 
-// What the benchmarks measure with.
+// Clocks, medians and tables shared by the benchmarks.
 
 // Wall time of one call, in milliseconds.
 template<typename Function>

@@ -83,7 +83,7 @@ double megabytesOf(char const* entry)
     return 0;
 }
 
-// What the decoder itself needs, file by file.
+// The time of the decoder alone, file by file.
 double decoderAlone(QTemporaryDir const& folder, qint64& fileBytes)
 {
     QtPictureDecoder const decoder;

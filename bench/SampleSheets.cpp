@@ -31,7 +31,7 @@ ShortcutSheet largestStructuredSheet()
         for (int entry = 0; entry < 20; ++entry) {
             auto const id = QByteArray::number(section) + '.' + QByteArray::number(entry);
             entries.append(R"({"id":")" + id + R"(","title":"Does what entry )" + id + R"( says","text":")"
-                + (entry % 4 == 0 ? "With a hint behind it." : "") + R"(","shortcuts":[)" + shortcuts + "]}");
+                + (entry % 4 == 0 ? "With a hint after it." : "") + R"(","shortcuts":[)" + shortcuts + "]}");
         }
         auto const id = QByteArray::number(section);
         sections.append(

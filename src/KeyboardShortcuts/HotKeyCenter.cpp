@@ -49,7 +49,7 @@ bool HotKeyCenter::request(HotKey& hotKey)
     return true;
 }
 
-// What they call may end hot keys; those that live at the beginning are kept until it is over.
+// A handler may end hot keys: those alive at the beginning are kept until all handlers have returned.
 std::vector<std::shared_ptr<HotKey>> HotKeyCenter::living() const
 {
     std::vector<std::shared_ptr<HotKey>> hotKeys;

@@ -31,7 +31,7 @@ public:
     void onKeyDown(Name const& name, Action action);
     void onKeyUp(Name const& name, Action action);
 
-    // What the shortcut that is held was for is over: other keys go to the front window from here on.
+    // The held shortcut has done its work: other keys go to the front window from here on.
     void yieldKeyboard() { m_center.yieldKeyboard(); }
 
 private:

@@ -44,7 +44,7 @@ struct Shortcut {
     QString encoded() const;
     static std::optional<Shortcut> decode(QString const& text);
 
-    // What is taken by nobody, whoever says so: F12 alone.
+    // F12 alone is never taken, whatever a desktop's list says.
     bool isNeverTaken() const;
 
     // Whether the desktop uses this very combination.

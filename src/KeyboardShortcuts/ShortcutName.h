@@ -8,10 +8,10 @@
 
 namespace Quillory {
 
-// What a shortcut is for. The user assigns the shortcut itself.
+// Names an action that the user can assign a shortcut to.
 struct ShortcutName {
     QString rawValue;
-    // What stands for it as long as the user has neither set nor disabled one.
+    // Used as long as the user has neither set nor disabled a shortcut.
     std::optional<Shortcut> initialShortcut;
 
     // Shows the reader, or sends it away.

@@ -29,7 +29,7 @@ QString text(SpecialKey key);
 // The character by which a menu names the key.
 QString keyEquivalent(SpecialKey key);
 
-// Keys that keyboards put behind a Function key of their own: with them that modifier says nothing.
+// Keys that keyboards reach by a Function key of their own: with them that modifier says nothing.
 bool isInFunctionKeySet(std::int64_t keyCode);
 
 }

@@ -40,7 +40,7 @@ cmark_node* parseTree(ParserMemory& memory, QByteArrayView utf8, bool withTables
     return root;
 }
 
-// What stands for a text that the parser can't take: the text itself, as code.
+// Stands in for a text that the parser can't take: the text itself, as code.
 RawMarkupStorage asCode(QByteArrayView utf8)
 {
     auto const text = decodeStrictUtf8(utf8).value_or(QString());

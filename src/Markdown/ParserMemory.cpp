@@ -15,14 +15,14 @@ thread_local ParserMemory* memoryOfThisThread = nullptr;
 }
 
 struct alignas(16) ParserMemory::Block {
-    std::size_t size; // bytes behind the block
+    std::size_t size; // bytes after the block
     Block* next;      // of the same size, while it can be used again
 
     void* memory() { return this + 1; }
     static Block* of(void* memory) { return static_cast<Block*>(memory) - 1; }
 };
 
-// Large pieces come from the system, so that what a growing one leaves behind goes back at once.
+// Large pieces come from the system, so that what a growing one leaves goes back at once.
 struct alignas(16) ParserMemory::Large {
     Large* previous;
     Large* next;

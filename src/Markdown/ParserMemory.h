@@ -22,8 +22,8 @@ public:
     // For the parser. Serves the memory that the calling thread has.
     static cmark_mem* allocator();
 
-    // Where the thread goes on when the limit is passed. To be set by setjmp before anything is asked for; between the
-    // two only frames of the parser may stand.
+    // The thread continues here when the limit is passed. Set by setjmp before the first allocation; only frames of the
+    // parser may lie between the two.
     std::jmp_buf giveUp;
 
     // To be called before the frame that set `giveUp` is left. From here on nothing is refused.

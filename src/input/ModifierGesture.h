@@ -25,7 +25,7 @@ QString rawValue(ModifierGesture gesture);
 // Of exactly that text; absent for any other.
 std::optional<ModifierGesture> modifierGestureFromRawValue(QStringView text);
 
-// What the user reads.
+// For the user.
 QString displayLabel(ModifierGesture gesture);
 
 // The modifier it watches, `none` for `off`.

@@ -4,7 +4,7 @@
 
 namespace Quillory {
 
-// What became of one file that was to be installed.
+// The outcome of installing one file.
 struct InstallResult {
     enum class Kind { created, skipped, failed };
 
@@ -15,7 +15,7 @@ struct InstallResult {
     Kind kind;
     QString text; // the file's name; of a failure the whole message
 
-    // What the user reads.
+    // For the user.
     QString line() const;
 
     bool operator==(InstallResult const&) const = default;

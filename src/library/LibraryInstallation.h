@@ -20,13 +20,13 @@ namespace Quillory {
 struct LibraryInstallation {
     using Load = std::function<std::expected<LoadedLibrary, SystemError>()>;
 
-    // What became of it: empty when it was cancelled before it began.
+    // Empty when the installation was cancelled before it began.
     struct Outcome {
-        QList<InstallResult> results; // in the order of the targets, a sheet's icons behind it
+        QList<InstallResult> results; // in the order of the targets, a sheet's icons after it
         std::optional<LoadedLibrary> library;
         std::optional<QString> error; // why the library could not be read afterwards
 
-        // What the user reads, a line each.
+        // For the user, a line for each result.
         QString message() const;
     };
 

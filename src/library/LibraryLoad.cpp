@@ -90,7 +90,7 @@ Sheet markdownSheet(QString const& id, QString const& text, QByteArray const& by
     return { .id = id, .title = title, .source = text, .parsed = std::move(parsed), .images = std::move(images) };
 }
 
-// The sheet that was made of the same text before, also behind the error of a later read. The files that it refers to
+// The sheet that was made of the same text before, also when a later read failed. The files that it refers to
 // may have changed all the same.
 Sheet reused(Sheet const& previous, SheetPictures& pictures)
 {
@@ -126,7 +126,7 @@ void findUnchanged(OpenFolder const& folder, std::vector<Entry>& entries)
                 entries[index].isUnchanged = isUnchanged(folder, entries[index]);
         }
     };
-    // Where no thread can be had the second look is deferred, and finds nothing left to do.
+    // Without a second thread its look is deferred, and finds nothing left to do.
     constexpr auto inAnyWay = std::launch::async | std::launch::deferred;
     auto const second = entries.size() > batch ? std::async(inAnyWay, look) : std::future<void>();
     look();

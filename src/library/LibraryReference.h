@@ -12,8 +12,8 @@
 
 namespace Quillory {
 
-// What a reference of a sheet means: a path from the library folder, free of links and of "..". Absent when there is
-// nothing, and whenever it is no relative path to something inside the library. Percent escapes are decoded once.
+// The file that a sheet's reference names: a path from the library folder, without links and "..". Absent when nothing
+// is there, and whenever it is no relative path to something inside the library. Percent escapes are decoded once.
 // To be read with `readLibraryFile` alone, since what stands at the path may change after this look.
 std::optional<QByteArray> resolveLibraryReference(QString const& reference, OpenFolder const& folder);
 

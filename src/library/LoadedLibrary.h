@@ -7,7 +7,7 @@
 
 namespace Quillory {
 
-// What one reading of the folder gave.
+// The result of reading the folder once.
 struct LoadedLibrary {
     QList<Sheet> sheets;
     QStringList pictureFolders; // below the library folder, whether or not they exist

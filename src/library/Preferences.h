@@ -10,8 +10,8 @@
 
 namespace Quillory {
 
-// What the library keeps of the user's choices, each under its key. What is damaged in the user defaults is as if it
-// were not there. Main thread only.
+// The user's choices that the library keeps, each under its key. A damaged value in the user defaults counts as
+// absent. Main thread only.
 class Preferences {
 public:
     // In points.

@@ -17,7 +17,7 @@
 
 namespace Quillory {
 
-// What the icon references of a structured sheet came to: the icons by reference, and a warning for each other one.
+// The icons of a structured sheet by reference, and a warning for each reference that gave none.
 struct PreparedIcons {
     QMap<QString, PreparedImage> images;
     QStringList warnings;

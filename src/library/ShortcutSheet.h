@@ -71,7 +71,7 @@ struct ShortcutSheet::Section {
 struct ShortcutSheet::FormatError {
     QString message; // where, ": ", and what
 
-    // What the user reads.
+    // For the user.
     QString description() const;
 
     bool operator==(FormatError const&) const = default;

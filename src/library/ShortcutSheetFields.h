@@ -12,7 +12,7 @@ namespace Quillory::ShortcutSheetFields {
 enum class Kind : quint8 { Integer, Text, Object, List };
 enum class Presence : quint8 { Required, Optional };
 
-// What stands open while a document is read: an object or a list of objects by turns, at the end the list of names.
+// The levels that are open while a document is read: an object or a list of objects by turns, last the list of names.
 enum class Level : quint8 {
     Document,
     Sheet,

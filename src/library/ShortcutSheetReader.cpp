@@ -135,7 +135,7 @@ private:
     ShortcutSheet::Step m_step;
 };
 
-// What is expected of the value that begins here; none where nobody asks for it.
+// The field whose value begins here; null for a value that is not part of the format.
 Field const* SheetBuilder::beginValue()
 {
     if (m_skippedDepth > 0)

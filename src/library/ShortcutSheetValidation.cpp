@@ -106,7 +106,7 @@ public:
     bool sheet(ShortcutSheet const& sheet);
 
 private:
-    // Where the walk stands. Paths are written out for a failure alone.
+    // The position of the walk. Only a failure is written out as a path.
     struct Place {
         qsizetype section = -1;
         qsizetype entry = -1;

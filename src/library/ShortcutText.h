@@ -7,7 +7,7 @@
 #include <bitset>
 #include <span>
 
-// What a shortcut of a structured sheet is called, to the eye and to the ear.
+// The shown and the spoken text of a structured sheet's shortcut.
 namespace Quillory::ShortcutText {
 
 struct Modifier {

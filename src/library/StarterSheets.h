@@ -18,7 +18,7 @@ QString targetName(QString const& name);
 // Whether the target's name is that of a structured sheet, which may bring icons along.
 bool isStructured(QString const& targetName);
 
-// What the user reads for a name.
+// The name as shown to the user.
 QString label(QString const& name);
 
 }

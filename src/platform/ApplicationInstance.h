@@ -15,7 +15,7 @@ public:
 
     struct Request {
         Wish wish = Wish::open;
-        // The server time of the user's key or click behind it, where the desktop passed one on.
+        // The server time of the user's key or click that caused it, where the desktop passed one on.
         std::optional<std::uint32_t> userTime;
         bool operator==(Request const&) const = default;
     };

@@ -36,11 +36,11 @@ public:
     // Refuses a symbolic link, and never blocks on a fifo or a device.
     virtual std::expected<std::optional<QByteArray>, SystemError> read(QByteArray const& name, qint64 limit) const = 0;
 
-    // Where the folder is by now: an absolute path without symbolic links.
+    // The folder's present place: an absolute path without symbolic links.
     virtual std::expected<QByteArray, SystemError> realPath() const = 0;
 
-    // Where a relative path leads from here when "..", "." and every symbolic link are followed, which may be outside:
-    // an absolute path. Fails when nothing is there. Opens nothing.
+    // The place that a relative path leads to from here when "..", "." and every symbolic link are followed, which may
+    // be outside: an absolute path. Fails when nothing is there. Opens nothing.
     virtual std::expected<QByteArray, SystemError> realPath(QByteArray const& path) const = 0;
 
     // Opens what lies below the folder at a path of plain names. Fails where any of them is a symbolic link, also one

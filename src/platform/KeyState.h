@@ -6,7 +6,7 @@
 
 namespace Quillory {
 
-// What is held on the session's keyboards at this moment, whatever has the focus. Main thread only.
+// The keys held on the session's keyboards at this moment, whatever has the focus. Main thread only.
 class KeyState {
 public:
     virtual ~KeyState() = default;

@@ -10,13 +10,13 @@
 
 namespace Quillory {
 
-// What the keys give under the keyboard layout in use: of several layouts the one that is switched to, as long as it
-// can write ASCII, else the first that can. Main thread only.
+// The characters of the keys under the keyboard layout in use: of several layouts the one that is switched to, as long
+// as it can write ASCII, else the first that can. Main thread only.
 class KeyboardLayout {
 public:
     virtual ~KeyboardLayout() = default;
 
-    // What the key with this virtual key code gives without any modifier. Absent when that is not exactly one character.
+    // The character of the key with this virtual key code without any modifier. Absent when it is not exactly one.
     virtual std::optional<QString> character(std::uint16_t keyCode) const = 0;
 
     // The virtual key code of the key that gives the symbol by itself. Symbols have the names that X11 gives them,

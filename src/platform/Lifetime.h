@@ -25,7 +25,7 @@ public:
         };
     }
 
-    // What was guarded until now does nothing any more.
+    // Everything guarded until now does nothing any more.
     void end() { m_token = std::make_shared<char>(); }
 
 private:

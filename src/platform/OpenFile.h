@@ -21,7 +21,7 @@ public:
 
     virtual std::expected<Status, SystemError> status() const = 0;
 
-    // Where the file is by now: an absolute path without symbolic links. Fails when it has been removed.
+    // The file's present place: an absolute path without symbolic links. Fails when it has been removed.
     virtual std::expected<QByteArray, SystemError> realPath() const = 0;
 
     // From the start, `limit` bytes at most.

@@ -6,7 +6,7 @@
 
 namespace Quillory {
 
-// What a file dialog offers and says.
+// The choices and texts of a file dialog.
 struct OpenPanelSettings {
     enum class ContentType { any, application };
 

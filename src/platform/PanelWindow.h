@@ -9,7 +9,7 @@ namespace Quillory {
 // Above what else a window stands.
 enum class WindowLevel : std::int32_t { normal = 0, floating = 3 };
 
-// Where a window shows beside its own place, as a set of bits.
+// The places a window shows in beside its own, as a set of bits.
 enum class CollectionBehavior : std::uint32_t {
     none = 0,
     canJoinAllSpaces = 0x1,
@@ -19,7 +19,7 @@ enum class CollectionBehavior : std::uint32_t {
     everywhere = canJoinAllSpaces | fullScreenAuxiliary | canJoinAllApplications,
 };
 
-// What a window of ours is to the window manager. Everything is changed on the living window, shown or hidden, and
+// A window of ours as the window manager sees it. Everything is changed on the living window, shown or hidden, and
 // holds through all that hides and shows it. Main thread only.
 class PanelWindow {
 public:

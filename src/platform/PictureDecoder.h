@@ -23,7 +23,7 @@ public:
 
     virtual ~PictureDecoder() = default;
 
-    // What the file says of itself, without being decoded. Absent for what is no picture of these kinds.
+    // As the file itself tells them, without being decoded. Absent for what is no picture of these kinds.
     virtual std::optional<Properties> properties(QByteArray const& bytes) const = 0;
 
     // The first frame as it is stored, ready to draw. Absent when it can't be decoded or would take too much memory.

@@ -28,7 +28,7 @@ public:
     // Calls `changed` after a screen came, went or took another size or place.
     virtual Registration observeChanges(std::function<void()> changed) = 0;
 
-    // Where the pointer is, in the coordinates of `frame`.
+    // The pointer's position, in the coordinates of `frame`.
     virtual QPoint pointer() const = 0;
 };
 

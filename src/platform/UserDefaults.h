@@ -19,7 +19,7 @@ class UserDefaults {
 public:
     using Value = std::variant<bool, double, QString, QByteArray, QJsonArray, QJsonObject>;
 
-    // What went wrong with the file that they are kept in.
+    // The fault of the file that they are kept in.
     struct Trouble {
         enum class Kind { setAside, unreadable, unwritable };
         Kind kind = Kind::unwritable;

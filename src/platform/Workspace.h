@@ -28,10 +28,10 @@ public:
     // Absent when no window has the front.
     virtual std::optional<RunningApplication> frontmostApplication() const = 0;
 
-    // Where the window in front is, in pixels of the window system. Absent when none has the front.
+    // The frame of the window in front, in pixels of the window system. Absent when none has the front.
     virtual std::optional<QRect> frontmostFrame() const = 0;
 
-    // What our own windows report as their bundle identifier.
+    // The bundle identifier that our own windows report.
     virtual QString mainBundleIdentifier() const = 0;
 
     // Gives the front and the keyboard to that application's window.

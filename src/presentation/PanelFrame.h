@@ -10,7 +10,7 @@
 
 namespace Quillory {
 
-// Where the reader panel comes up, and how its frame is kept.
+// The place the reader panel comes up at, and how its frame is kept.
 namespace PanelFrame {
 
 inline constexpr QSizeF defaultSize { 880, 640 };

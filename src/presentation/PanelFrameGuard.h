@@ -10,7 +10,7 @@ namespace Quillory {
 // manager may have a mind of its own. Only where the user wants it is to be remembered.
 class PanelFrameGuard {
 public:
-    // What the window manager answers a placing with at the latest: a hidden window comes to the front when all is
+    // The window manager's last answer to a placing: a hidden window comes to the front when all is
     // done, and one that is up already is given its frame.
     enum class Until { inFront, nextFrame };
 

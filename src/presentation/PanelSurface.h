@@ -4,7 +4,7 @@
 
 namespace Quillory {
 
-// Where the panel stands while it is up: like any other window, or over everything for as long as keys are held.
+// The panel's level while it is up: like any other window, or over everything for as long as keys are held.
 enum class PanelPresence { resident, peek };
 
 constexpr WindowLevel levelOf(PanelPresence presence)
@@ -17,7 +17,7 @@ constexpr CollectionBehavior collectionBehaviorOf(PanelPresence presence)
     return presence == PanelPresence::peek ? CollectionBehavior::everywhere : CollectionBehavior::none;
 }
 
-// What the coordinator asks of the reader panel. Main thread only.
+// The reader panel as the coordinator uses it. Main thread only.
 class PanelSurface {
 public:
     virtual ~PanelSurface() = default;

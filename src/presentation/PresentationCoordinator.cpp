@@ -47,7 +47,7 @@ void PresentationCoordinator::observe()
     m_observations.push_back(session.observeSessionDidResignActive(weakly(&Self::endPeek)));
 }
 
-// Where a permission can come or go while the program runs, it is noticed here; nobody is asked for it.
+// Notices a permission that came or went while the program runs; asks nobody for it.
 void PresentationCoordinator::refreshGesture()
 {
     m_store.gesturePermissionGranted.assignAs<PresentationCoordinator>(

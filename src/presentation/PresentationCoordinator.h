@@ -68,7 +68,7 @@ private:
     // Whether this program had the front when the panel was about to go.
     enum class Front { ours, theirs };
 
-    // What calls `operation` for as long as this object lives, and nothing afterwards.
+    // A callback that calls `operation` for as long as this object lives, and nothing afterwards.
     template<typename... Arguments>
     auto weakly(void (PresentationCoordinator::*operation)(Arguments...))
     {

@@ -2,7 +2,7 @@
 
 namespace Quillory {
 
-// What the coordinator asks of the items in the menu bar. Main thread only.
+// The items in the menu bar as the coordinator uses them. Main thread only.
 class StatusItems {
 public:
     virtual ~StatusItems() = default;

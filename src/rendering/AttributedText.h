@@ -122,7 +122,7 @@ private:
 // Makes an attributed text from its start to its end.
 class AttributedText::Builder {
 public:
-    // What was added once is appended without being compared again. Valid for this builder alone.
+    // Names an entry that was added once and is appended without being compared again. Valid for this builder alone.
     enum class AttributesId : quint32;
     enum class StyleId : quint32;
 

@@ -37,7 +37,7 @@ public:
     Iterator begin() const;
     Iterator end() const;
 
-    // What a target has, without making it.
+    // Properties of a target, without making it.
     TextRange range(qsizetype index) const { return { m_places[index].location, m_places[index].length }; }
     QStringView text(qsizetype index) const;
     bool isBlock(qsizetype index) const { return m_places[index].isBlock; }

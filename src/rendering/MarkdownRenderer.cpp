@@ -33,7 +33,7 @@ constexpr double cellPadding = 5;
 constexpr double cellBorder = 0.5;
 constexpr Color shade { ColorRole::quaternaryLabel, 0.12 };
 
-// What holds for the nodes of one place in the tree. Attributes are looked up by it, so it is kept small.
+// The looks that nodes of one place in the tree share. Attributes are looked up by it, so it is kept small.
 struct Look {
     enum class Font : quint8 { body, bold, italic, heading, title, code };
 
@@ -232,7 +232,7 @@ private:
         changed.style = codeStyle(firstFeed < 0, true);
         appendText(shown.sliced(lastFeed + 1), changed);
         appendText(u"\n", changed);
-        // What is copied stands in the text as well, with the line feed that it may end in.
+        // The copied text stands in the shown text as well, with the line feed that it may end in.
         auto const copied = location + (isBlank ? 1 : 0);
         m_targets.append(CopyTargets::Place::block(location, shown.size(), copied, code.string.size()));
     }

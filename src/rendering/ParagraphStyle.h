@@ -36,7 +36,7 @@ struct TableBlock {
 
 // How a paragraph is laid out. All lengths are points.
 struct ParagraphStyle {
-    // Where lines end: at what is visible, or at the container, which is as wide as code needs.
+    // Lines end at what is visible, or at the container, which is as wide as code needs.
     enum class Wrapping { atView, atContainer };
 
     double firstLineHeadIndent = 0;

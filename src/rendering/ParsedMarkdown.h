@@ -17,7 +17,7 @@ namespace Markup {
 class Document;
 }
 
-// What the program knows of a Markdown sheet's content: a tree of seventeen kinds of node. An immutable value, cheap
+// The content of a Markdown sheet: a tree of seventeen kinds of node. An immutable value, cheap
 // to copy, readable on any thread.
 //
 // The tree is flat: nodes stand in document order, each before all that lies in it, with one pool for their strings.
@@ -101,7 +101,7 @@ public:
 private:
     friend class ParsedMarkdownBuilder;
 
-    // What a record says beyond its kind. Rows and cells of a table are records too, of no kind of their own.
+    // Properties of a record beyond its kind. Rows and cells of a table are records too, of no kind of their own.
     enum Flag : std::uint8_t {
         noFlag = 0,
         hasString = 1, // link: a destination; image: a source

@@ -27,7 +27,7 @@ constexpr double lineSpacing = 2;
 constexpr double titleIncrease = 6; // over the text size, of a section's title and icon
 constexpr double shortcutIncrease = 4;
 constexpr double iconBaseline = -3;
-constexpr double gapBehindIcon = 8;
+constexpr double gapAfterIcon = 8;
 constexpr double gapBeforeShortcuts = 16;
 constexpr double narrowestModifierGap = 5;
 constexpr double modifierGap = 0.3; // of the text size
@@ -64,7 +64,7 @@ void PreparedShortcuts::makeLooks(TextMeasure const& measure)
     m_looks[descriptionLook] = { .font = { .size = m_textSize }, .color = { ColorRole::secondaryLabel } };
     m_looks[iconGapLook] = m_looks[titleLook];
     m_looks[iconGapLook].isGap = true;
-    m_looks[iconGapLook].kern = gapBehindIcon - measure.width(u"\u00A0", m_looks[titleLook].font);
+    m_looks[iconGapLook].kern = gapAfterIcon - measure.width(u"\u00A0", m_looks[titleLook].font);
     auto const glyphs = [this](ColorRole role, double kern) {
         return TextAttributes { .font = { .family = FontAttribute::Family::monospaced,
                                     .size = m_textSize + shortcutIncrease,

@@ -5,7 +5,7 @@
 
 namespace Quillory {
 
-// What both renderers make of a sheet: text, and its targets in the order of the text.
+// The result of both renderers: text, and its targets in the order of the text.
 struct RenderedMarkdown {
     AttributedText text;
     CopyTargets copyTargets;

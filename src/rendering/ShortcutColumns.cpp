@@ -31,14 +31,14 @@ std::vector<qsizetype> balanced(std::vector<double> const& heights, qsizetype co
     std::vector<qsizetype> counts;
     auto rest = std::accumulate(heights.begin(), heights.end(), 0.0);
     std::size_t next = 0;
-    for (auto columnsBehind = columns - 1; columnsBehind >= 0; --columnsBehind) {
-        auto const target = rest / static_cast<double>(columnsBehind + 1);
+    for (auto columnsAfter = columns - 1; columnsAfter >= 0; --columnsAfter) {
+        auto const target = rest / static_cast<double>(columnsAfter + 1);
         auto const first = next;
         double share = 0;
         while (next < heights.size()) {
             share += heights[next++];
             auto const sectionsLeft = static_cast<qsizetype>(heights.size() - next);
-            if (columnsBehind >= sectionsLeft || (columnsBehind > 0 && share >= target))
+            if (columnsAfter >= sectionsLeft || (columnsAfter > 0 && share >= target))
                 break;
         }
         counts.push_back(static_cast<qsizetype>(next - first));

@@ -41,7 +41,7 @@ struct Attachment {
     bool operator==(Attachment const&) const = default;
 };
 
-// What a run of characters looks like. Paragraph styles are kept apart, see ParagraphStyle.
+// The looks of a run of characters. Paragraph styles are kept apart, see ParagraphStyle.
 struct TextAttributes {
     FontAttribute font;
     Color color;

@@ -63,7 +63,7 @@ void FoldedText::foldSome(qsizetype units)
         m_folded.squeeze();
 }
 
-// What most texts are made of, without a call for each letter.
+// ASCII, which most texts are made of, takes no call for each letter.
 bool FoldedText::foldAscii(qsizetype end)
 {
     auto const source = QStringView(m_text).sliced(m_read, end - m_read);
@@ -138,8 +138,8 @@ qsizetype FoldedText::foldedPosition(qsizetype source, Direction roundedTo) cons
 {
     if (source >= m_text.size() || m_stretches.empty())
         return m_folded.size();
-    auto const behind = std::ranges::upper_bound(m_stretches, static_cast<quint32>(source), {}, &Stretch::source);
-    auto const index = static_cast<std::size_t>(std::distance(m_stretches.begin(), behind)) - 1;
+    auto const after = std::ranges::upper_bound(m_stretches, static_cast<quint32>(source), {}, &Stretch::source);
+    auto const index = static_cast<std::size_t>(std::distance(m_stretches.begin(), after)) - 1;
     auto const& stretch = m_stretches[index];
     auto const inside = source - static_cast<qsizetype>(stretch.source);
     if (stretch.kind == Stretch::Kind::aligned || inside == 0)
@@ -153,8 +153,8 @@ TextRange FoldedText::original(qsizetype folded, qsizetype length) const
 {
     // Clusters of marks alone have no folded form: of stretches that begin at the same place the last one holds it.
     auto const holding = [this](qsizetype position) {
-        auto const behind = std::ranges::upper_bound(m_stretches, static_cast<quint32>(position), {}, &Stretch::folded);
-        return static_cast<std::size_t>(std::distance(m_stretches.begin(), behind)) - 1;
+        auto const after = std::ranges::upper_bound(m_stretches, static_cast<quint32>(position), {}, &Stretch::folded);
+        return static_cast<std::size_t>(std::distance(m_stretches.begin(), after)) - 1;
     };
     auto const first = holding(folded);
     auto const last = holding(folded + length - 1);

@@ -112,7 +112,7 @@ double codeWidth(LayoutContext const& context, double enough)
             return std::max(width, std::ceil(bound));
         ParagraphLayout const line(
             context, { range }, LayoutContext::unlimitedWidth, ParagraphLayout::Breaks::betweenWords);
-        // What ends at the very edge of a line would wrap.
+        // A line that ends at the very edge would wrap.
         width = std::max(width, std::ceil(line.widestWidth() + beside) + 1);
     }
     return width;

@@ -17,7 +17,7 @@ constexpr double narrowestColumn = 8; // characters: shorter words aren't broken
 constexpr char16_t firstIdeograph = u'\u2E80'; // from here on lines break between characters
 constexpr double columnsOfTab = 8;
 
-// What a cell takes at most, without its padding.
+// The greatest widths of a cell, without its padding.
 struct CellWidths {
     double word = 0; // without a break between blanks
     double line = 0;

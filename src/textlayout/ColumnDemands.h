@@ -15,7 +15,7 @@ struct CellToMeasure {
     double padding = 0; // on either side
 };
 
-// What the columns ask for, going by every cell: the cells that may be widest are laid out, and no other one is wider
+// The demands of the columns, going by every cell: the cells that may be widest are laid out, and no other one is wider
 // than the widths of its letters add up to. The cells follow one another in the text.
 std::vector<ColumnDemand> columnDemands(
     LayoutContext const& context, std::span<CellToMeasure const> cells, std::size_t columns);

@@ -5,7 +5,7 @@
 
 namespace Quillory {
 
-// What a column of a table asks for, in points.
+// The widths that a column of a table asks for, in points.
 struct ColumnDemand {
     double narrowest = 0; // no word is broken
     double widest = 0;    // nothing wraps

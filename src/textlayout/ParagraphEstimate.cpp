@@ -34,8 +34,8 @@ ParagraphEstimate estimatedParagraph(LayoutContext const& context, ParagraphStre
     auto const trailing = style.tailIndent > 0 ? std::min(style.tailIndent, width) : width + style.tailIndent;
     auto const available = std::max(1.0, trailing - std::max(style.headIndent, style.firstLineHeadIndent));
     // The line feed's font counts as well.
-    auto const behind = std::min(stretch.range.end() + 1, string.size());
-    auto const fits = metrics.plain && run.location + run.length >= behind
+    auto const after = std::min(stretch.range.end() + 1, string.size());
+    auto const fits = metrics.plain && run.location + run.length >= after
         && certainlyFits(QStringView(string).sliced(stretch.range.location, stretch.range.length), metrics, available);
 
     auto const lines = fits ? 1 : std::max(1.0, std::ceil(length * metrics.averageWidth / available));

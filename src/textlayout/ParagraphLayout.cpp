@@ -49,7 +49,7 @@ ParagraphLayout::ParagraphLayout(
     auto const& style = text.paragraphStyle(text.paragraphRuns()[static_cast<std::size_t>(styleRun)]);
     m_width = widths.of(style);
     setUp(style, breaks);
-    // What runs from right to left begins where it can be seen, unless it is longer than what is visible.
+    // Right-to-left lines begin where they can be seen, unless they are longer than what is visible.
     auto const container = m_width;
     if (m_rightToLeft)
         m_width = std::min(container, widths.visible);
@@ -78,7 +78,7 @@ void ParagraphLayout::setUp(ParagraphStyle const& style, Breaks breaks)
     option.setWrapMode(
         breaks == Breaks::betweenWords ? QTextOption::WordWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTabStopDistance(tabColumns * QFontMetricsF(m_layout.font()).horizontalAdvance(u' '));
-    // What ends at the very edge of a line would wrap. A tab's type is turned round from right to left.
+    // Text that ends at the very edge of a line would wrap. A tab's type is turned round from right to left.
     if (auto const stop = std::min(style.rightTabStop, m_width - 1) - style.headIndent; stop > 0)
         option.setTabs({ { stop, m_rightToLeft ? QTextOption::LeftTab : QTextOption::RightTab } });
     m_layout.setTextOption(option);
@@ -143,7 +143,7 @@ void ParagraphLayout::placeLines(ParagraphStyle const& style)
 
         auto const extent = extentOf(line);
         auto const height = std::max(style.minimumLineHeight, std::ceil(extent.above + extent.below));
-        // What makes a line taller than its font stands above the glyphs.
+        // Extra height of a line stands above the glyphs.
         line.setPosition({ left, y + height - extent.below - line.ascent() });
         m_lines.push_back({ m_stretch.range.location + line.textStart(), y, height, lettersEnd(line) });
         y += height + style.lineSpacing;
@@ -253,8 +253,8 @@ ParagraphLayout::Extent ParagraphLayout::extentOf(QTextLine const& line) const
 
 std::size_t ParagraphLayout::lineIndex(qsizetype location) const
 {
-    auto const behind = std::ranges::upper_bound(m_lines, location, {}, &Line::location);
-    return static_cast<std::size_t>(std::max<qsizetype>(std::distance(m_lines.begin(), behind) - 1, 0));
+    auto const after = std::ranges::upper_bound(m_lines, location, {}, &Line::location);
+    return static_cast<std::size_t>(std::max<qsizetype>(std::distance(m_lines.begin(), after) - 1, 0));
 }
 
 ParagraphLayout::Line const& ParagraphLayout::lineHolding(qsizetype location) const
@@ -303,8 +303,8 @@ qsizetype ParagraphLayout::characterIndexAt(QPointF point) const
     return m_stretch.range.location + letterAt(point.x(), static_cast<std::size_t>(&line - m_lines.data()), position);
 }
 
-// What the text line takes for the character may be the first letter of a ligature or, where directions meet, one
-// elsewhere in the line. Looks from `guess` on and, where directions may meet, through the whole line.
+// The text line may answer with the first letter of a ligature or, where directions meet, with one elsewhere in the
+// line. Looks from `guess` on and, where directions may meet, through the whole line.
 int ParagraphLayout::letterAt(double x, std::size_t line, int guess) const
 {
     auto const textLine = m_layout.lineAt(static_cast<int>(line));
@@ -357,7 +357,7 @@ QRectF ParagraphLayout::lineRect(std::size_t line, int from, int to) const
     auto left = textLine.cursorToX(from);
     auto right = from < to ? textLine.cursorToX(to) : left;
     if (from < to && m_mixesDirections) {
-        // Where directions meet, a cursor stands at the edge of either run: only the glyphs say where a letter is.
+        // In mixed directions a cursor stands at the edge of either run: only the glyphs say where a letter is.
         auto const glyphs = textLine.glyphRuns(from, to - from);
         for (auto const& run : glyphs) {
             auto const box = run.boundingRect();
@@ -413,7 +413,7 @@ void ParagraphLayout::addLineSelection(
         covered.push_back(lineRect(line, static_cast<int>(from), static_cast<int>(to)));
         return;
     }
-    // Where directions meet, what follows one another in the text stands in several places.
+    // In mixed directions neighbours in the text may stand in several places of the line.
     auto runs = m_layout.lineAt(static_cast<int>(line)).glyphRuns(static_cast<int>(from), static_cast<int>(to - from));
     std::ranges::sort(runs, {}, [](QGlyphRun const& run) { return run.boundingRect().left(); });
     auto reached = -std::numeric_limits<double>::infinity(); // marks may stand in the box of a letter of another font

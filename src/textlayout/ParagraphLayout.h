@@ -32,7 +32,7 @@ public:
 
     static constexpr double tabColumns = 4; // widths of a blank between two tab stops
 
-    // Where a line may break: inside a word that is too long for any line as well, or not, as for measuring words.
+    // Whether a word that is too long for any line may be broken; not so for measuring words.
     enum class Breaks { alsoInsideWords, betweenWords };
 
     ParagraphLayout(LayoutContext const& context, ParagraphStretch const& stretch, TextWidths const& widths,
@@ -53,7 +53,7 @@ public:
     qsizetype characterIndexAt(QPointF point) const;
     // The boxes of the lines from the first to the last character, in whole clusters. A line feed has no width.
     QRectF boundingRect(TextRange range) const;
-    // What the line that holds the character takes of the text, without its line feed.
+    // The text of the line that holds the character, without its line feed.
     TextRange lineRange(qsizetype location) const;
     // Adds what a selection of the range covers, line by line, up to the edge where it goes on after a line.
     void addSelection(std::vector<QRectF>& covered, TextRange range, QPointF topLeft, QRectF const& clip) const;

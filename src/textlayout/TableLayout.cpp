@@ -168,15 +168,15 @@ TextRange TableLayout::cellRange(std::size_t cell) const
 
 std::size_t TableLayout::cellHolding(qsizetype location) const
 {
-    auto const behind = std::ranges::upper_bound(
+    auto const after = std::ranges::upper_bound(
         m_cells.begin(), m_cells.end() - 1, static_cast<quint32>(location), {}, &Cell::start);
-    return static_cast<std::size_t>(std::max<qsizetype>(std::distance(m_cells.begin(), behind) - 1, 0));
+    return static_cast<std::size_t>(std::max<qsizetype>(std::distance(m_cells.begin(), after) - 1, 0));
 }
 
 qsizetype TableLayout::rowHolding(std::size_t cell) const
 {
-    auto const behind = std::ranges::upper_bound(m_rowStarts.begin(), m_rowStarts.end() - 1, cell);
-    return std::distance(m_rowStarts.begin(), behind) - 1;
+    auto const after = std::ranges::upper_bound(m_rowStarts.begin(), m_rowStarts.end() - 1, cell);
+    return std::distance(m_rowStarts.begin(), after) - 1;
 }
 
 double TableLayout::rightEdge(qsizetype row) const

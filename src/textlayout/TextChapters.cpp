@@ -66,9 +66,9 @@ TextRange TextChapters::range(qsizetype chapter) const
 
 qsizetype TextChapters::chapterHolding(qsizetype location) const
 {
-    auto const behind = std::ranges::upper_bound(
+    auto const after = std::ranges::upper_bound(
         m_starts.begin(), m_starts.end() - 1, static_cast<quint32>(std::max<qsizetype>(location, 0)));
-    return std::max<qsizetype>(std::distance(m_starts.begin(), behind) - 1, 0);
+    return std::max<qsizetype>(std::distance(m_starts.begin(), after) - 1, 0);
 }
 
 TextFlow& TextChapters::flow(qsizetype chapter) const

@@ -109,9 +109,9 @@ bool TextFlow::isTable(qsizetype unit) const
 
 qsizetype TextFlow::unitHolding(qsizetype location) const
 {
-    auto const behind = std::upper_bound(m_starts.begin(), m_starts.end() - 1, location,
+    auto const after = std::upper_bound(m_starts.begin(), m_starts.end() - 1, location,
         [](qsizetype position, quint32 start) { return position < static_cast<qsizetype>(start); });
-    return std::max<qsizetype>(std::distance(m_starts.begin(), behind) - 1, 0);
+    return std::max<qsizetype>(std::distance(m_starts.begin(), after) - 1, 0);
 }
 
 ParagraphStretch TextFlow::stretch(qsizetype unit) const
@@ -308,7 +308,7 @@ QRectF TextFlow::boundingRect(TextRange range) const
     auto const last = unitHolding(std::max(range.location, range.end() - 1));
     if (first == last)
         return rectIn(first);
-    // What lies between is not worth laying out: lines of several units are taken to fill the width.
+    // The units between are not worth laying out: lines of several units are taken to fill the width.
     auto const above = rectIn(first);
     auto const below = rectIn(last);
     return { 0, above.top(), std::max({ m_widths.visible, above.right(), below.right() }),

@@ -14,7 +14,7 @@ namespace Quillory {
 // estimated until there is time. Positions are points from the top left corner and UTF-16 units. GUI thread only.
 class TextLayout {
 public:
-    // What to show after heights have changed: how far the top of the view has to move down for its first line to stay.
+    // After heights have changed: how far the top of the view has to move down for its first line to stay.
     using ScrollCorrection = double;
 
     struct IdleResult {
@@ -61,9 +61,9 @@ public:
         return m_chapters->boundingRect({ location, length });
     }
 
-    // What the line that holds the character takes of the text, without its line feed.
+    // The text of the line that holds the character, without its line feed.
     TextRange lineRange(qsizetype location) const { return m_chapters->lineRange(location); }
-    // What a selection covers of what is visible, in rectangles that don't overlap, line by line.
+    // The visible part of a selection, in rectangles that don't overlap, line by line.
     std::vector<QRectF> selectionRects(TextRange range, QRectF const& visible) const;
 
 private:

@@ -24,7 +24,7 @@ qsizetype afterLastBlank(QStringView string)
     return 0;
 }
 
-// Where to cut at most `length` units off the start of a longer string.
+// The best place to cut a longer string, after at most `length` units.
 qsizetype stretchOf(QStringView string, qsizetype length)
 {
     if (auto const end = afterLastBlank(string.first(length)); end > 0)

@@ -63,7 +63,7 @@ private:
     QTextStream m_out { stdout };
 };
 
-// What it is told, it tells the trace as well.
+// The same operations, which the trace is told of as well.
 ModifierGestureMonitor::Operations traced(
     ModifierGestureMonitor::Operations operations, Trace& trace, std::function<void()> showState)
 {

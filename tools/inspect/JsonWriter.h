@@ -18,7 +18,7 @@ public:
     void beginArray() { begin('['); }
     void endArray() { end(']'); }
 
-    // What `write` writes in between. It is given each element of the list.
+    // Calls `write` between the brackets, for a list with each of its elements.
     template<typename Write>
     void object(Write write)
     {
@@ -40,7 +40,7 @@ public:
         separate();
         quote(name);
         m_bytes += ':';
-        m_isBehindKey = true;
+        m_isAfterKey = true;
     }
 
     void value(QStringView text)
@@ -99,7 +99,7 @@ private:
 
     void separate()
     {
-        if (std::exchange(m_isBehindKey, false))
+        if (std::exchange(m_isAfterKey, false))
             return;
         if (!m_isFirst.back())
             m_bytes += ',';
@@ -128,7 +128,7 @@ private:
     QByteArray m_bytes;
     bool m_beginsLine = false;
     std::vector<bool> m_isFirst { true };
-    bool m_isBehindKey = false;
+    bool m_isAfterKey = false;
 };
 
 }

@@ -166,7 +166,7 @@ private:
     std::vector<std::variant<OpenNodes, OpenCells, OpenRows>> m_open;
 };
 
-// What a sheet may leave out is left out here.
+// Absent fields of a sheet are left out.
 void writeIfAny(JsonWriter& json, QStringView name, std::optional<QString> const& text)
 {
     if (text)

@@ -8,7 +8,7 @@
 
 namespace Quillory {
 
-// What a sheet is rendered for, in points.
+// The page that a sheet is rendered for, in points.
 struct Page {
     double width = 0; // matters to structured sheets alone
     double textSize = 0;

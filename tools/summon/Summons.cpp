@@ -106,7 +106,8 @@ std::expected<Summons::Shown, QString> Summons::show(std::optional<QRect> known)
     if (m_desktop.reader())
         return std::unexpected(QStringLiteral("The reader is on the screen already."));
     if (watched && !becomesStill(*watched))
-        return std::unexpected(QStringLiteral("What is behind the reader did not keep still for %1.").arg(seconds()));
+        return std::unexpected(
+            QStringLiteral("The windows under the reader did not keep still for %1.").arg(seconds()));
     m_frontBefore = m_desktop.frontWindow();
 
     auto const struck = strikeToShow();
@@ -127,7 +128,7 @@ std::expected<Summons::Shown, QString> Summons::show(std::optional<QRect> known)
             continue;
         if ((isDrawn || !wasKnown) && update(*watched)) {
             last = now;
-            // Where the area was not known before, the first look at it is no change.
+            // The first look at an area is no change.
             first = first.value_or(last);
         } else if (last != struck && now - last >= still) {
             reader = m_desktop.reader();

@@ -43,7 +43,7 @@ public:
     // `timeout` bounds each single wait.
     static std::expected<std::unique_ptr<Summons>, QString> open(Call const& call, std::chrono::seconds timeout);
 
-    // What is watched for changes: the reading area, or most of a peer's window.
+    // The part that is watched for changes: the reading area, or most of a peer's window.
     QRect area(DesktopView::Reader const& reader) const;
 
     bool isGrabbed() const { return m_desktop.isGrabbed(m_call.shortcut).value_or(false); }

@@ -10,7 +10,7 @@
 
 namespace Quillory {
 
-// What can be seen of the program from outside, on the X server that DISPLAY names.
+// The program as seen from outside, on the X server that DISPLAY names.
 class DesktopView {
 public:
     struct Reader {
@@ -18,7 +18,7 @@ public:
         QRect frame; // on the screen, in pixels
         QString title;
 
-        // Where the sheet's text is: right of the list, below the bar, above the lower edge, left of a scroll bar.
+        // The place of the sheet's text: right of the list, below the bar, above the lower edge, left of a scroll bar.
         QRect readingArea() const;
         bool bearsASheetsTitle() const;
     };

@@ -69,7 +69,7 @@ bool ScreenCapture::shareMemory()
     m_segment = xcb_generate_id(m_connection);
     auto const request = xcb_shm_attach_checked(m_connection, m_segment, static_cast<std::uint32_t>(shared), 0);
     bool const isAttached = !XcbOwned<xcb_generic_error_t>(xcb_request_check(m_connection, request));
-    // Marked for removal as soon as both sides are attached, so that nothing is left behind however this ends.
+    // Marked for removal as soon as both sides are attached, so that nothing is left over however this ends.
     shmctl(shared, IPC_RMID, nullptr);
     if (memory == reinterpret_cast<void*>(-1))
         return false;

@@ -33,7 +33,7 @@ public:
     // Presses, lets go and presses again, quicker than any limit: the server gets all of it at once.
     void doubleTap(std::uint16_t keyCode);
 
-    // Where the pointer is.
+    // At the pointer's position.
     void clickButton(std::uint8_t button);
 
     // Moves the pointer there, in the pixels of the screen, and clicks.

@@ -31,7 +31,7 @@ constexpr std::uint32_t folderEvents = IN_CREATE | IN_CLOSE_WRITE | IN_MODIFY | 
 constexpr std::uint32_t parentEvents = IN_CREATE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE | IN_DELETE_SELF
     | IN_MOVE_SELF | IN_ONLYDIR | IN_MASK_ADD;
 
-// What stands at the path of a folder that tells one of these is another folder, or none.
+// After one of these the folder's path names another folder, or none.
 constexpr std::uint32_t endEvents = IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT;
 
 struct Event {

@@ -212,7 +212,7 @@ bool JsonUserDefaults::prepareToWrite()
         return false;
     }
     m_changedKeys.clear();
-    // What a worker is about to put there counts as a difference: it may be older than what the file says now.
+    // A write under way counts as a difference: it may put back what is older than the present values.
     if (m_object == m_onDisk && !m_isWriteUnderWay)
         return false;
     m_writing = m_object;

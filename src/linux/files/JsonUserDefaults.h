@@ -41,7 +41,7 @@ public:
     // Why the latest write failed; absent when it succeeded.
     std::optional<SystemError> lastWriteError() const { return m_lastWriteError; }
 
-    // Where the damaged file of this start went; absent when there was none.
+    // The new place of a file that this start found damaged; absent when there was none.
     std::optional<QString> damagedFile() const { return m_damagedFile; }
 
 private:

@@ -100,7 +100,7 @@ std::optional<QString> renamedSibling(QString const& path, FolderIdentity const&
     return std::nullopt;
 }
 
-// What stands at the path comes first: the user put it there.
+// A folder at the stored path comes first: the user put it there.
 std::expected<FolderBookmarks::Resolved, SystemError> resolveToken(Token const& token)
 {
     auto const identity = token.inode ? std::optional(FolderIdentity { *token.inode, token.birthTime }) : std::nullopt;

@@ -108,7 +108,7 @@ std::expected<void, SystemError> PosixInstallFolder::publish(QByteArray const& n
     if (linked || !meansNoHardLinks(linked.error()))
         return linked;
     auto const renamed = answer(renameat2(folder, name.constData(), folder, newName.constData(), RENAME_NOREPLACE));
-    // Where that is missing too, nothing is left that never replaces a file.
+    // No third way would never replace a file.
     return renamed || renamed.error().code() == EEXIST ? renamed : linked;
 }
 

@@ -53,7 +53,7 @@ std::expected<std::optional<QByteArray>, SystemError> PosixOpenFolder::read(QByt
     FileDescriptor const file(
         openat(m_folder.number(), name.constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     if (!file.isOpen()) {
-        // What a socket, or a device that isn't there, answers; a regular file never does.
+        // A socket, or a device that isn't there, answers so; a regular file never does.
         if (errno == ENXIO || errno == ENODEV)
             return std::nullopt;
         return std::unexpected(SystemError::last());

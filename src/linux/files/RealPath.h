@@ -8,7 +8,7 @@
 
 namespace Quillory {
 
-// Where an open file or folder is by now. Fails with ENOENT when it has been removed.
+// The present path of an open file or folder. Fails with ENOENT when it has been removed.
 std::expected<QByteArray, SystemError> realPathOf(int descriptor);
 
 }

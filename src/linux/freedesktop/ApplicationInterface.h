@@ -10,14 +10,14 @@
 
 namespace Quillory {
 
-// What desktops call: org.freedesktop.Application. The slots have the names and arguments of that interface.
+// org.freedesktop.Application, as desktops call it. The slots have the names and arguments of that interface.
 class ApplicationInterface final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 public:
     explicit ApplicationInterface(std::function<void(ApplicationInstance::Request const&)> requested);
 
-    // A startup id ends in the server time of the key or click behind it, where it has one.
+    // A startup id ends in the server time of the key or click that caused it, where it has one.
     static std::optional<std::uint32_t> userTime(QString const& startupId);
 
 public Q_SLOTS:

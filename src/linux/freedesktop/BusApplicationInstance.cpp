@@ -19,7 +19,7 @@ QString objectPath()
 BusApplicationInstance::Start BusApplicationInstance::Start::ofThisProcess()
 {
     bool const isByBus = qEnvironmentVariableIsSet("DBUS_STARTER_BUS_TYPE");
-    // What is started from here is none of the bus's.
+    // Programs that we start must not take themselves for started by the bus.
     qunsetenv("DBUS_STARTER_BUS_TYPE");
     return { qEnvironmentVariable("DESKTOP_STARTUP_ID", qEnvironmentVariable("XDG_ACTIVATION_TOKEN")),
         isByBus ? By::bus : By::user };

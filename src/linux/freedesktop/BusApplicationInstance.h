@@ -17,7 +17,7 @@ class BusApplicationInstance final : public ApplicationInstance {
 public:
     static QString name() { return QStringLiteral("org.quillory.Quillory"); }
 
-    // What began this process, and the id by which the desktop knows that.
+    // Who started this process, and the desktop's id of that start.
     struct Start {
         enum class By { user, bus };
         QString id;

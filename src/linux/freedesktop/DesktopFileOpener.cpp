@@ -38,7 +38,7 @@ QStringList languages()
     return all;
 }
 
-// What runs a program in a terminal, and how it is told which.
+// The command of a terminal, up to where the program to run in it follows.
 std::optional<QStringList> terminalCommand()
 {
     for (auto const& terminal : { QStringList { QStringLiteral("xdg-terminal-exec") },

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::chrono::milliseconds patience { 2000 };
 
-// What the tool prints; empty where it is missing, fails or does not end.
+// The output of the tool; empty when it is missing, fails or does not end.
 QString settings(QStringList const& arguments)
 {
     QProcess tool;

@@ -24,7 +24,7 @@ QString portalName()
     return QStringLiteral("org.freedesktop.portal.Desktop");
 }
 
-// Where the request will stand, so that its answer is listened for before it can come.
+// The path that the request will have, so that its answer is listened for before it can come.
 QString expectedPath(QDBusConnection const& bus, QString const& token)
 {
     auto sender = bus.baseService().mid(1);

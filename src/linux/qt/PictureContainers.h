@@ -8,7 +8,7 @@
 
 namespace Quillory {
 
-// What kind of picture the bytes begin like.
+// The kind of picture that begins with these bytes.
 std::optional<PictureDecoder::Container> containerOf(QByteArrayView bytes);
 
 // The toolkit's name for it.

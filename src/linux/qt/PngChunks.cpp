@@ -33,7 +33,7 @@ PngChunks PngChunks::of(QByteArray const& png)
         if (length > static_cast<quint64>(rest.size() - chunkFrame))
             break;
         hasPixels = hasPixels || type == "IDAT";
-        // An animation announces itself before the first pixels; behind them nobody heeds it.
+        // An animation announces itself before the first pixels; after them it is ignored.
         if (type == "acTL" && length >= 4 && !hasPixels) {
             constexpr quint32 most = std::numeric_limits<int>::max();
             chunks.frameCount = static_cast<int>(std::min(qFromBigEndian<quint32>(rest.data() + 8), most));

@@ -4,7 +4,7 @@
 
 namespace Quillory {
 
-// What the chunks of a PNG tell before any of them is decoded.
+// Properties of a PNG that its chunks tell without being decoded.
 struct PngChunks {
     int frameCount = 1; // what an animation announces, else 1
 

@@ -99,7 +99,7 @@ void offerNewFolders(QFileDialog& dialog)
     QWidget::setTabOrder(original, button);
 }
 
-// What a read-only dialog would show greyed.
+// A read-only dialog would show these greyed.
 void hideChangesOfFiles(QFileDialog const& dialog)
 {
     for (auto const* name : { "qt_rename_action", "qt_delete_action" }) {

@@ -26,7 +26,7 @@ public:
     // The keys that are this one, by virtual key code: a modifier by what the key gives, any other by its place.
     KeySet keys(std::uint16_t keyCode) const;
 
-    // What the held keys make together. Latched and locked modifiers are none, so that sticky keys spoil no tap.
+    // The modifiers that the held keys make. Latched and locked ones don't count, so that sticky keys spoil no tap.
     ModifierFlags flags(KeySet const& held) const;
 
 private:

@@ -23,7 +23,7 @@ class QSocketNotifier;
 
 namespace Quillory {
 
-// What xcb allocates and leaves to its caller.
+// Frees what xcb allocates and leaves to its caller.
 struct FreeDeleter {
     void operator()(void* memory) const { std::free(memory); }
 };

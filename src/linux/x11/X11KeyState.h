@@ -13,7 +13,7 @@ public:
 
     bool keyIsDown(std::uint16_t keyCode) const override;
 
-    // What the held keys make, and what is latched or locked beside them.
+    // Modifiers of held keys, and those that are latched or locked.
     ModifierFlags flags() const override;
 
 private:

@@ -173,7 +173,7 @@ void X11Workspace::activateIgnoringOtherApps(std::uint64_t ownWindow)
 // A window that is gone meanwhile is an error of the server's that is nobody's concern.
 void X11Workspace::bringToFront(xcb_window_t window)
 {
-    // What was shown or hidden just before has to reach the server first.
+    // Windows shown or hidden just before have to reach the server first.
     if (m_flushOwnWindows)
         m_flushOwnWindows();
     // The toolkit puts the last time that it saw in the place of the user's as it shows a window.
@@ -208,7 +208,7 @@ void X11Workspace::prepareToShow(std::uint64_t ownWindow)
     writeUserTime(window);
 }
 
-// Where a window names another one for its user time, as the toolkit's do, that one counts.
+// A window may name another one for its user time, as the toolkit's do; that one counts.
 void X11Workspace::writeUserTime(xcb_window_t window)
 {
     auto const time = m_clock.latest();
@@ -221,7 +221,7 @@ void X11Workspace::writeUserTime(xcb_window_t window)
 
 Registration X11Workspace::observeActivation(std::function<void(RunningApplication const&)> activated)
 {
-    // What came to the front before is no news, also when the server's word of it is still on its way.
+    // A window that came to the front before is no news, also when the server's event is still on its way.
     if (m_observers.isEmpty())
         m_front = m_connection.number(m_connection.root(), activeWindow).value_or(m_front);
     return m_observers.add(std::move(activated));

@@ -18,7 +18,7 @@ namespace {
 constexpr std::chrono::milliseconds storm { 30 };
 constexpr std::uint16_t highestVirtualKeyCode = 127;
 
-// What the key gives by itself in that layout; nothing where that is several symbols or none.
+// The symbol of the key by itself in that layout; absent when that is several symbols or none.
 std::optional<xkb_keysym_t> symbol(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t layout)
 {
     xkb_keysym_t const* symbols = nullptr;
