@@ -18,11 +18,6 @@ constexpr auto controlOption = ModifierFlags::control | ModifierFlags::option;
 
 class KeyboardShortcutsTest : public Test {
 protected:
-    void store(ShortcutName const& name, UserDefaults::Value value)
-    {
-        defaults.setValue(name.defaultsKey(), std::move(value));
-    }
-
     KeyboardShortcuts::Action note(std::string what)
     {
         return [this, what = std::move(what)] { happened.push_back(what); };
@@ -50,59 +45,19 @@ protected:
     std::vector<std::string> happened;
 };
 
-TEST_F(KeyboardShortcutsTest, Only_a_readable_string_under_the_names_key_is_a_shortcut)
-{
-    EXPECT_EQ(toggle.defaultsKey(), u"KeyboardShortcuts_toggleQuillory"_s);
-    EXPECT_EQ(peek.defaultsKey(), u"KeyboardShortcuts_peekQuillory"_s);
-    auto const stored = [&](ShortcutName const& name) {
-        return ShortcutStorage(defaults, line.notifications).getShortcut(name);
-    };
-    EXPECT_EQ(stored(toggle), std::nullopt);
-    for (auto const& unreadable : { UserDefaults::Value(false), UserDefaults::Value(u"{}"_s) }) {
-        store(toggle, unreadable);
-        EXPECT_EQ(stored(toggle), std::nullopt);
-    }
-    store(toggle, controlOptionK.encoded());
-    EXPECT_EQ(stored(toggle), controlOptionK);
-    EXPECT_EQ(stored(peek), std::nullopt);
-}
-
 TEST_F(KeyboardShortcutsTest, An_initial_shortcut_is_stored_only_where_nothing_is_and_registered_a_turn_later)
 {
-    ShortcutName const name { u"other"_s, controlOptionK };
-    shortcuts.onKeyUp(name, note("up"));
-    shortcuts.setShortcut(std::nullopt, name);
-    shortcuts.define(name);
-    executor.runPosted();
-    EXPECT_EQ(defaults.value(name.defaultsKey()), UserDefaults::Value(false));
-    EXPECT_THAT(hotKeys.attempts, IsEmpty());
-
-    ShortcutName const fresh { u"fresh"_s, controlOptionK };
+    ShortcutName const disabled { u"disabled"_s, controlOptionK }, fresh { u"fresh"_s, controlOptionK };
+    shortcuts.onKeyUp(disabled, note("up"));
+    shortcuts.setShortcut(std::nullopt, disabled);
+    shortcuts.define(disabled);
     shortcuts.define(fresh);
-    EXPECT_EQ(shortcuts.getShortcut(fresh), controlOptionK);
     executor.runPosted();
+    EXPECT_EQ(shortcuts.getShortcut(disabled), std::nullopt);
+    EXPECT_EQ(shortcuts.getShortcut(fresh), controlOptionK);
     EXPECT_THAT(hotKeys.attempts, IsEmpty()) << "nobody listens";
     shortcuts.onKeyDown(fresh, note("down"));
     EXPECT_THAT(hotKeys.registered(), ElementsAre(controlOptionKeyK));
-}
-
-TEST_F(KeyboardShortcutsTest, Each_change_is_posted_with_its_name_after_the_hot_key_followed)
-{
-    std::vector<QString> posted;
-    std::size_t registered = 0;
-    auto const observation = line.notifications.observe(
-        u"KeyboardShortcuts_shortcutByNameDidChange"_s, [&](Notification const& notification) {
-            posted.push_back(std::any_cast<ShortcutName>(notification.userInfo.at(u"name"_s)).rawValue);
-            registered = hotKeys.registered().size();
-        });
-    shortcuts.onKeyUp(toggle, note("up"));
-    shortcuts.setShortcut(controlOptionK, toggle);
-    EXPECT_EQ(registered, 1U);
-    EXPECT_EQ(defaults.value(toggle.defaultsKey()), UserDefaults::Value(controlOptionK.encoded()));
-    shortcuts.setShortcut(std::nullopt, toggle);
-    EXPECT_EQ(registered, 0U);
-    EXPECT_EQ(defaults.value(toggle.defaultsKey()), UserDefaults::Value(false));
-    EXPECT_THAT(posted, ElementsAre(toggle.rawValue, toggle.rawValue));
 }
 
 TEST_F(KeyboardShortcutsTest, A_key_code_that_no_key_can_have_is_not_registered)
@@ -166,7 +121,7 @@ TEST_F(KeyboardShortcutsTest, A_shortcut_is_taken_by_the_desktops_settings_or_by
 
 TEST_F(KeyboardShortcutsTest, The_hot_keys_end_with_their_owner)
 {
-    store(toggle, controlOptionK.encoded());
+    shortcuts.setShortcut(controlOptionK, toggle);
     {
         KeyboardShortcuts passing(line.storage, line.center, executor);
         passing.onKeyUp(toggle, note("passing"));
@@ -202,7 +157,18 @@ protected:
 
     void set(std::size_t name, std::optional<std::size_t> key)
     {
-        shortcuts.setShortcut(key ? std::optional(shortcut(*key)) : std::nullopt, names[name]);
+        auto const chosen = key ? std::optional(shortcut(*key)) : std::nullopt;
+        std::vector<FakeHotKeys::Combination> whenPosted;
+        auto const observation = line.notifications.observe(
+            ShortcutStorage::shortcutByNameDidChange(), [&](Notification const& notification) {
+                EXPECT_EQ(std::any_cast<ShortcutName>(notification.userInfo.at(u"name"_s)), names[name]);
+                whenPosted = hotKeys.registered();
+                happened.push_back("posted");
+            });
+        shortcuts.setShortcut(chosen, names[name]);
+        expected.push_back("posted");
+        EXPECT_EQ(whenPosted, hotKeys.registered()) << "the hot key follows first";
+        EXPECT_EQ(ShortcutStorage(defaults, line.notifications).getShortcut(names[name]), chosen);
         auto const old = std::exchange(stored[name], std::nullopt);
         if (old && std::ranges::count(stored, old) == 0)
             forget(*old);
@@ -253,7 +219,7 @@ protected:
     }
 
     std::vector<ShortcutName> const names { { u"a"_s, {} }, { u"b"_s, {} }, { u"c"_s, {} } };
-    std::vector<std::optional<std::size_t>> stored { 3 };
+    std::vector<std::optional<std::size_t>> stored = std::vector<std::optional<std::size_t>>(3);
     std::map<std::size_t, int> listeners;
     std::vector<std::size_t> order;
     std::set<std::size_t> table, down, refused, held;
@@ -265,7 +231,6 @@ protected:
 TEST_F(ShortcutsModel, Any_order_of_changes_modes_refusals_and_keys_follows_it)
 {
     Dice dice(4);
-    stored.resize(names.size());
     bool isPaused = false, isMenuOpen = false;
     std::size_t presses = 0;
     for (int step = 0; step < 20000; ++step) {

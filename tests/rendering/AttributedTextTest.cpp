@@ -1,8 +1,7 @@
 #include "rendering/AttributedText.h"
 
-#include <gmock/gmock.h>
-
-#include <random>
+#include "support/Dice.h"
+#include "support/Test.h"
 
 namespace Quillory {
 namespace {
@@ -15,16 +14,12 @@ double spacingAt(AttributedText const& text, qsizetype location)
 
 TEST(AttributedText, A_paragraph_takes_the_style_of_its_end)
 {
-    std::mt19937 random(11);
-    std::uniform_int_distribution<int> anyPiece(0, 11);
+    Dice dice(11);
     for (int round = 0; round < 2'000; ++round) {
         AttributedText::Builder builder;
-        for (auto pieces = anyPiece(random); pieces > 0; --pieces) {
-            auto const kind = anyPiece(random);
-            builder.append(kind % 3 == 0 ? u"\n"
-                    : kind % 3 == 1      ? u"ab"
-                                         : u"a\nb",
-                {}, { .paragraphSpacing = static_cast<double>(kind / 3) });
+        for (auto pieces = dice.below(12); pieces > 0; --pieces) {
+            builder.append(dice.anyOf(QStringList { u"\n"_s, u"ab"_s, u"a\nb"_s }), {},
+                { .paragraphSpacing = dice.below(4) + 0.0 });
         }
         auto const text = std::move(builder).build();
         auto const whole = text.withWholeParagraphs();
@@ -40,18 +35,6 @@ TEST(AttributedText, A_paragraph_takes_the_style_of_its_end)
             ASSERT_EQ(spacingAt(whole, location), spacingAt(text, feed < 0 ? text.length() - 1 : feed));
         }
     }
-}
-
-TEST(AttributedText, Lets_go_of_its_pictures_with_its_last_copy)
-{
-    PreparedImage const picture { .cgImage = QImage(1, 1, QImage::Format_RGB32) };
-    {
-        AttributedText::Builder builder;
-        builder.appendAttachment({ .attachment = Attachment { picture, 1, 1 } }, {});
-        auto const text = std::move(builder).build();
-        EXPECT_FALSE(picture.cgImage.isDetached());
-    }
-    EXPECT_TRUE(picture.cgImage.isDetached());
 }
 
 TEST(AttributedText, Texts_are_equal_however_their_attributes_were_added)

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <random>
 
 namespace Quillory {
@@ -26,6 +27,22 @@ public:
     auto const& anyOf(List const& list)
     {
         return *(std::begin(list) + below(std::ssize(list)));
+    }
+
+    // Fewer than `end` of the pieces, one after the other.
+    template<typename List>
+    auto mixture(List const& pieces, int end)
+    {
+        auto text = *std::begin(pieces);
+        text.clear();
+        for (auto left = below(end); left > 0; --left)
+            text += anyOf(pieces);
+        return text;
+    }
+    template<typename Piece>
+    Piece mixture(std::initializer_list<Piece> pieces, int end)
+    {
+        return mixture<std::initializer_list<Piece>>(pieces, end);
     }
 
 private:
