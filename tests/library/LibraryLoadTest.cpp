@@ -2,9 +2,9 @@
 
 #include "library/LibraryError.h"
 #include "linux/qt/QtPictureDecoder.h"
+#include "support/Cases.h"
 #include "support/FaultyFileSystem.h"
 #include "support/TemporaryFolder.h"
-#include "support/Test.h"
 
 #include <atomic>
 #include <cerrno>
@@ -22,14 +22,6 @@ protected:
     QList<Sheet> load(QList<Sheet> const& previous = {}) const
     {
         return loadLibrary(files, pictures, root.path(), previous).value();
-    }
-
-    QStringList ids() const
-    {
-        QStringList all;
-        for (auto const& sheet : load())
-            all.append(sheet.id);
-        return all;
     }
 
     // The one sheet of a folder that holds this file alone.
@@ -52,28 +44,37 @@ protected:
     QtPictureDecoder pictures;
 };
 
-QString systemText(int error)
+TEST_F(LibraryLoadTest, Name_and_bytes_say_what_a_file_is)
 {
-    return SystemError(error).localizedDescription();
-}
-
-TEST_F(LibraryLoadTest, What_counts_as_a_sheet_is_told_by_the_name_in_any_case)
-{
-    for (auto const* name : { "a.md", "README.MD", "KEYS.QUILLORY.JSON", "notes.txt.md", "b.markdown", "c.txt",
-             "d.json", "notes.md.txt", "md", "e.md~", ".hidden.md", ".quillory.json", "x.quillory.json.md" })
-        root.write(name, structured);
-    EXPECT_THAT(ids(),
-        ElementsAre(u"a.md"_s, u"KEYS.QUILLORY.JSON"_s, u"notes.txt.md"_s, u"README.MD"_s, u"x.quillory.json.md"_s));
+    forEachCase(u"files"_s, [this](auto const& row) {
+        auto const name = bytesIn(row[0]);
+        auto const contents = row[1] == u"keys"_s ? structured : bytesIn(row[1]);
+        auto const kind = row[2].toString();
+        root.write(name, contents);
+        auto const sheets = load();
+        root.remove(name);
+        ASSERT_EQ(sheets.size(), kind == u"none" ? 0 : 1);
+        auto const sheet = sheets.value(0);
+        EXPECT_EQ(sheet.parsed.has_value(), kind == u"markdown");
+        EXPECT_EQ(sheet.shortcuts.has_value(), kind == u"structured");
+        EXPECT_EQ(sheet.title, row[3].toString());
+        EXPECT_EQ(sheet.error.value_or(QString()), row[4].toString());
+        EXPECT_EQ(sheet.id, kind == u"none" ? u""_s : row[0].toString());
+        EXPECT_EQ(sheet.source.toUtf8(), kind == u"none" || kind == u"error" ? "" : contents);
+    });
 }
 
 TEST_F(LibraryLoadTest, Sheets_stand_in_the_order_of_scalars_of_the_lowered_names)
 {
-    for (auto const* name :
-        { "b.md", "2.md", "10.md", "a.md", "A.md", "\uFF5E.md", "\U0001F600.md", "\u00E9.md", "e\u0301.md" })
-        root.write(name, "");
-    EXPECT_THAT(ids(),
-        ElementsAre(u"10.md"_s, u"2.md"_s, u"A.md"_s, u"a.md"_s, u"b.md"_s, u"e\u0301.md"_s, u"\u00E9.md"_s,
-            u"\uFF5E.md"_s, u"\U0001F600.md"_s));
+    QStringList names;
+    forEachCase(u"order"_s, [&](auto const& name) {
+        names << name.toString();
+        root.write(names.last().toUtf8(), "");
+    });
+    QStringList ids;
+    for (auto const& sheet : load())
+        ids << sheet.id;
+    EXPECT_EQ(ids, names);
 }
 
 TEST_F(LibraryLoadTest, Only_regular_files_are_sheets)
@@ -88,7 +89,7 @@ TEST_F(LibraryLoadTest, Only_regular_files_are_sheets)
         root.makeFifo("becomes a fifo.md");
         return 0;
     });
-    EXPECT_THAT(ids(), IsEmpty());
+    EXPECT_THAT(load(), IsEmpty());
 }
 
 TEST_F(LibraryLoadTest, The_size_limit_holds_for_the_listed_size_and_for_what_is_read)
@@ -103,63 +104,18 @@ TEST_F(LibraryLoadTest, The_size_limit_holds_for_the_listed_size_and_for_what_is
     EXPECT_EQ(only("small").error, tooLarge);
 }
 
-TEST_F(LibraryLoadTest, A_file_that_cannot_be_used_is_a_sheet_that_says_why)
+TEST_F(LibraryLoadTest, A_file_or_folder_that_cannot_be_read_says_why)
 {
-    auto const encoding = u"This sheet is not valid UTF-8. Save it as UTF-8 in your editor."_s;
-    QByteArray const name = "keys.quillory.md"; // the name alone says what it is
-    auto const nothing = [] { return 0; };
-    using Case = std::tuple<QByteArray, QString, std::function<int()>>;
-    for (auto const& [contents, error, fault] : { Case { "{}", systemText(EACCES), [] { return EACCES; } },
-             Case { "{}", systemText(ENOENT), [&] { return root.remove(name), 0; } },
-             Case { "{}", systemText(ELOOP), [&] { return root.remove(name), root.link(name, "x"), 0; } },
-             Case { "a\xFFz", encoding, nothing }, Case { "tail \xE2\x82", encoding, nothing } }) {
-        root.remove(name);
-        beforeReading(fault);
-        EXPECT_EQ(
-            only(contents, name), (Sheet { .id = u"keys.quillory.md"_s, .title = u"keys.quillory"_s, .error = error }))
-            << qPrintable(error);
+    using Case = std::tuple<int, Step, std::function<int()>>;
+    for (auto const& [error, step, fault] :
+        { Case { EACCES, Step::read, [] { return EACCES; } }, Case { EACCES, Step::status, [] { return EACCES; } },
+            Case { ENOENT, Step::read, [&] { return root.remove("x.md"), 0; } },
+            Case { ELOOP, Step::read, [&] { return root.remove("x.md"), root.link("x.md", "y"), 0; } } }) {
+        root.remove("x.md");
+        beforeReading(fault, step);
+        EXPECT_EQ(only("# Title"),
+            (Sheet { .id = u"x.md"_s, .title = u"x"_s, .error = SystemError(error).localizedDescription() }));
     }
-    EXPECT_FALSE(only("{}", name).error);
-    beforeReading([] { return EACCES; }, Step::status);
-    EXPECT_EQ(only("{}", name).error, systemText(EACCES));
-}
-
-TEST_F(LibraryLoadTest, A_name_that_is_no_text_asks_for_a_new_one)
-{
-    auto const sheet = only("# Fine", "caf\xE9.md");
-    EXPECT_EQ(sheet.id, u"caf%E9.md"_s);
-    EXPECT_EQ(sheet.error, u"The name of this file is not valid UTF-8. Give it a new name."_s);
-    auto const namesake = Sheet { .id = sheet.id, .source = u"# Fine"_s, .parsed = ParsedMarkdown() };
-    EXPECT_EQ(load({ namesake }), QList<Sheet> { sheet }); // that was really called so
-}
-
-TEST_F(LibraryLoadTest, The_title_is_the_first_block_if_that_is_a_heading_of_level_one)
-{
-    for (auto const& [text, title] :
-        std::initializer_list<std::pair<QByteArray, QString>> { { "# One `two`\n# Three", u"One `two`"_s },
-            { "text\n\n# One", u"x"_s }, { "## One", u"x"_s }, { "", u"x"_s }, { "\uFEFF# One", u"One"_s } }) {
-        auto const sheet = only(text);
-        EXPECT_EQ(sheet.title, title) << text.toStdString();
-        EXPECT_EQ(sheet.source.toUtf8(), text);
-        EXPECT_TRUE(sheet.parsed && !sheet.shortcuts && !sheet.error);
-    }
-}
-
-TEST_F(LibraryLoadTest, A_structured_sheet_has_its_title_as_written_and_an_invalid_one_its_stem)
-{
-    auto const sheet = only(structured, "Keys.Quillory.JSON");
-    EXPECT_EQ(sheet.title, u" Keys "_s);
-    EXPECT_TRUE(sheet.shortcuts && !sheet.parsed && !sheet.error);
-    EXPECT_EQ(sheet.source.toUtf8(), structured);
-
-    auto const invalid = only("{\"schemaVersion\":2}", "Keys.Quillory.JSON");
-    EXPECT_EQ(invalid.title, u"Keys.Quillory"_s);
-    EXPECT_TRUE(invalid.error->startsWith(u"Invalid Quillory JSON — "_s)) << qPrintable(*invalid.error);
-    EXPECT_TRUE(invalid.source.isEmpty());
-}
-
-TEST_F(LibraryLoadTest, A_folder_that_cannot_be_listed_fails_the_load)
-{
     EXPECT_EQ(loadLibrary(files, pictures, root.path("gone")).error(), SystemError(ENOENT));
     beforeReading([] { return EIO; }, Step::names);
     EXPECT_EQ(loadLibrary(files, pictures, root.path()).error(), SystemError(EIO));
@@ -175,6 +131,8 @@ TEST_F(LibraryLoadTest, What_has_not_changed_is_read_once_and_not_made_again)
         sheet.title = u"taken over"_s; // a mark that only the previous sheets bear
     previous[0].error = u"gone by now"_s;
     previous[85] = { .id = u"empty.md"_s, .title = u"empty"_s, .error = u"never read"_s }; // its text is empty as well
+    previous << Sheet { .id = u"caf%E9.md"_s, .source = u"# Fine"_s, .parsed = ParsedMarkdown() }; // really called so
+    root.write("caf\xE9.md", "# Fine");
     root.write("19.md", "# New");
     root.remove("29.md");
     root.makeFifo("29.md");
@@ -192,8 +150,8 @@ TEST_F(LibraryLoadTest, What_has_not_changed_is_read_once_and_not_made_again)
         if (sheet.title != u"taken over"_s || sheet.error)
             made << sheet.title;
     }
-    EXPECT_THAT(made, ElementsAre(u"New"_s, u"39"_s, u"Added"_s, u"empty"_s));
-    EXPECT_EQ(again.size(), 86);
+    EXPECT_THAT(made, ElementsAre(u"New"_s, u"39"_s, u"Added"_s, u"caf%E9"_s, u"empty"_s));
+    EXPECT_EQ(again.size(), 87);
     EXPECT_TRUE(again.last().parsed);
 }
 

@@ -71,9 +71,10 @@ public:
         if (index >= m_waiting.size())
             return false;
         auto const detached = take(m_waiting, index);
-        if (!detached->isCancelled)
+        bool const isOwed = !detached->isCancelled; // what it calls may end its task
+        if (isOwed)
             detached->result();
-        return !detached->isCancelled;
+        return isOwed;
     }
 
     // Runs the oldest queued work and delivers its result (not those that waited before it).

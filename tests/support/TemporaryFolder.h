@@ -68,6 +68,14 @@ public:
     void rename(QByteArray const& from, QByteArray const& to) const { std::filesystem::rename(file(from), file(to)); }
     void remove(QByteArray const& name) const { std::filesystem::remove_all(file(name)); }
 
+    // Whether a script of the shell succeeds in it. What it says goes to the file "log".
+    bool run(QByteArray const& script) const
+    {
+        auto const all = "set -e; cd '" + m_root + "'; export HOME=\"$PWD\" GIT_CONFIG_NOSYSTEM=1; (" + script
+            + ") >log 2>&1 </dev/null";
+        return std::system(all.constData()) == 0;
+    }
+
 private:
     std::filesystem::path file(QByteArray const& name) const { return at(name).constData(); }
 
