@@ -59,14 +59,10 @@ public:
         return folders;
     }
 
-    // Of the latest watch.
-    std::chrono::nanoseconds latency() const { return m_latency; }
-
     Registration watch(QString const& folder, std::chrono::nanoseconds latency, std::function<void()> changed) override
     {
         if (!m_isAvailable)
             return {};
-        m_latency = latency;
         auto watch = std::make_shared<Watch>(folder, latency, std::move(changed));
         m_watches.push_back(watch);
         return Registration([this, watch] {
@@ -86,7 +82,6 @@ private:
 
     Executor& m_executor;
     bool m_isAvailable = true;
-    std::chrono::nanoseconds m_latency {};
     std::vector<std::shared_ptr<Watch>> m_watches;
 };
 

@@ -82,7 +82,6 @@ TEST(ShortcutSheet, Every_field_arrives_as_written)
     EXPECT_FALSE(*sheet == expected);
 }
 
-// In the order in which they are told. Each field but those before it is wrong, and the file has them backwards.
 TEST(ShortcutSheet, The_last_of_equal_keys_counts_and_an_error_describes_itself)
 {
     auto const sheet = ShortcutSheet::decode(
