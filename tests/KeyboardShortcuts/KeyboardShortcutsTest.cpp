@@ -58,31 +58,8 @@ TEST_F(KeyboardShortcutsTest, An_initial_shortcut_is_stored_only_where_nothing_i
     EXPECT_THAT(hotKeys.attempts, IsEmpty()) << "nobody listens";
     shortcuts.onKeyDown(fresh, note("down"));
     EXPECT_THAT(hotKeys.registered(), ElementsAre(controlOptionKeyK));
-}
-
-TEST_F(KeyboardShortcutsTest, A_key_code_that_no_key_can_have_is_not_registered)
-{
-    for (std::int64_t const keyCode : { -1, 65536, 65536 + 40 }) {
-        shortcuts.onKeyUp(toggle, note("never"));
-        shortcuts.setShortcut(Shortcut { keyCode, 6144 }, toggle);
-    }
-    EXPECT_THAT(hotKeys.attempts, IsEmpty());
-}
-
-TEST_F(KeyboardShortcutsTest, The_Function_modifier_says_nothing_on_an_arrow_key_and_much_on_a_letter)
-{
-    constexpr std::int64_t functionBit = 0x20000;
-    constexpr std::uint16_t upArrow = 126;
-    shortcuts.onKeyDown(toggle, note("arrow"));
-    shortcuts.onKeyDown(peek, note("letter"));
-    shortcuts.setShortcut(Shortcut { upArrow, functionBit }, toggle);
-    shortcuts.setShortcut(Shortcut { 40, functionBit }, peek);
-    openMenu();
-    EXPECT_TRUE(swallows(Kind::down, ModifierFlags::none, upArrow));
-    EXPECT_TRUE(swallows(Kind::down, ModifierFlags::function, upArrow));
-    EXPECT_FALSE(swallows(Kind::down, ModifierFlags::none));
-    EXPECT_TRUE(swallows(Kind::down, ModifierFlags::function));
-    EXPECT_THAT(happened, ElementsAre("arrow", "arrow", "letter"));
+    shortcuts.setShortcut(Shortcut { 65536 + 40, 6144 }, fresh);
+    EXPECT_THAT(hotKeys.registered(), IsEmpty()) << "no key has this code";
 }
 
 TEST_F(KeyboardShortcutsTest, An_action_may_change_and_end_what_called_it)

@@ -30,6 +30,15 @@ TEST(Shortcut, Modifiers_turn_from_one_mask_into_the_other_and_foreign_bits_vani
     }
 }
 
+TEST(Shortcut, Its_keys_are_those_that_can_go_down_together)
+{
+    forEachCase(u"combinations"_s, [](auto const& row) {
+        KeyCombination const known { static_cast<std::uint16_t>(row[0].toInt()),
+            Shortcut { 0, row[2].toInt() }.modifiers() };
+        EXPECT_EQ(shortcutIn(row).combination(), row[2].isNull() ? std::nullopt : std::optional(known));
+    });
+}
+
 TEST(Shortcut, Only_an_object_with_both_integers_is_a_shortcut_and_what_was_encoded_is_read_again)
 {
     Shortcut const shortcut { 40, 6144 };

@@ -3,7 +3,6 @@
 #include "library/StarterSheets.h"
 #include "support/Cases.h"
 #include "support/FakeLibraryServices.h"
-#include "support/OrdinaryUser.h"
 
 #include <QFileInfo>
 
@@ -120,14 +119,6 @@ TEST_F(InstallationTest, A_failing_step_is_told_and_leaves_nothing_and_at_no_mom
         EXPECT_EQ(install(u"git.md"_s), InstallResult::failed(message));
         EXPECT_THAT(root.names("library"), IsEmpty()) << qPrintable(message);
     }
-    files.before = nullptr;
-    root.link("library/folder", ".");
-    EXPECT_EQ(installFile(files, u"x.md"_s, "new", root.path("library/folder")),
-        InstallResult::failed(u"Could not open the selected folder"_s));
-    OrdinaryUser const user;
-    ASSERT_TRUE(user.holds());
-    EXPECT_EQ(installFile(files, u"git.md"_s, "new", u"/"_s), // where no ordinary user may write
-        InstallResult::failed(u"Could not create git.md: "_s + systemText(EACCES)));
 }
 
 // From now on and for good, as a file system answers that does not have it.
