@@ -87,13 +87,10 @@ TEST_F(KeyboardShortcutsTest, A_shortcut_is_taken_by_the_desktops_settings_or_by
     using enum HotKeys::Refusal::Reason;
     hotKeys.refusals = { { { 37, controlOption }, taken }, { { 36, controlOption }, unknownKey },
         { { 111, ModifierFlags::none }, taken } };
-    auto const isTaken = [&](Shortcut const& shortcut) { return line.center.isTakenBySystem(shortcut, settings); };
-    EXPECT_TRUE(isTaken({ 38, 6144 }));
-    EXPECT_TRUE(isTaken({ 37, 6144 }));
-    EXPECT_FALSE(isTaken({ 36, 6144 }));
-    EXPECT_FALSE(isTaken({ 111, 0 }));
-    EXPECT_FALSE(isTaken(controlOptionK));
-    EXPECT_FALSE(isTaken({ 65536 + 37, 6144 }));
+    for (auto const& [shortcut, isTaken] : std::initializer_list<std::pair<Shortcut, bool>> { { { 38, 6144 }, true },
+             { { 37, 6144 }, true }, { { 36, 6144 }, false }, { { 111, 0 }, false }, { controlOptionK, false },
+             { { 65536 + 37, 6144 }, false } })
+        EXPECT_EQ(line.center.isTakenBySystem(shortcut, settings), isTaken) << shortcut.carbonKeyCode;
 }
 
 TEST_F(KeyboardShortcutsTest, The_hot_keys_end_with_their_owner)

@@ -12,11 +12,7 @@ using namespace Quillory;
 void startStore(JsonUserDefaults& defaults)
 {
     FakeLibraryServices fakes;
-    auto const others = fakes.services();
-    LibraryStore store(
-        { defaults, others.bookmarks, others.files, others.pictures, others.events, others.executor, others.clipboard,
-            others.announcements, others.fileOpener, others.openPanels, others.workspace },
-        LibraryStore::RestoreFolder::yes);
+    LibraryStore store(fakes.services(defaults, fakes.events, fakes.executor), LibraryStore::RestoreFolder::yes);
     require(store.textSize.value() >= Preferences::minimumTextSize);
     require(store.textSize.value() <= Preferences::maximumTextSize);
     store.shutdown();

@@ -21,19 +21,29 @@ protected:
     FolderAccess access { defaults, bookmarks };
 };
 
-TEST_F(FolderAccessTest, A_chosen_folder_comes_back_under_its_new_name_too_and_nothing_comes_of_nothing)
+TEST_F(FolderAccessTest, A_chosen_folder_comes_back_under_its_new_name_too_and_a_failure_leaves_what_was_stored)
 {
     EXPECT_EQ(access.restore().value(), std::nullopt);
     ASSERT_TRUE(access.remember(a));
-    FolderAccess next { defaults, bookmarks };
-    EXPECT_EQ(next.restore().value(), a);
-    EXPECT_TRUE(next.isScoped());
-
     auto const old = stored();
+    EXPECT_EQ(access.remember(root.path("gone")).error(), SystemError(EACCES));
+    bookmarks.bookmarkError = SystemError(EIO);
+    EXPECT_EQ(access.remember(b).error(), SystemError(EIO));
+    bookmarks.bookmarkError.reset();
+    EXPECT_EQ(access.url(), a);
+    EXPECT_EQ(stored(), old);
+    EXPECT_THAT(bookmarks.scopes, ElementsAre(u"start "_s + a, u"start "_s + b, u"stop "_s + b));
+
     root.rename("a", "c");
-    EXPECT_EQ(access.restore().value(), root.path("c"));
+    FolderAccess next { defaults, bookmarks };
+    EXPECT_EQ(next.restore().value(), root.path("c"));
+    EXPECT_TRUE(next.isScoped());
     EXPECT_NE(stored(), old);
     EXPECT_EQ(bookmarks.resolve(*stored()).value(), (FolderBookmarks::Resolved { root.path("c"), false }));
+    auto const fresh = stored();
+    root.remove("c");
+    EXPECT_FALSE(next.restore());
+    EXPECT_EQ(stored(), fresh);
 }
 
 TEST_F(FolderAccessTest, The_new_scope_opens_before_the_old_one_closes_and_each_closes_once)
@@ -50,20 +60,6 @@ TEST_F(FolderAccessTest, The_new_scope_opens_before_the_old_one_closes_and_each_
     EXPECT_FALSE(access.isScoped());
     access.release();
     EXPECT_EQ(bookmarks.scopes.size(), 4);
-}
-
-TEST_F(FolderAccessTest, A_failure_leaves_the_folder_and_the_stored_bookmark)
-{
-    ASSERT_TRUE(access.remember(a));
-    auto const before = stored();
-    EXPECT_EQ(access.remember(root.path("gone")).error(), SystemError(EACCES));
-    bookmarks.bookmarkError = SystemError(EIO);
-    EXPECT_EQ(access.remember(b).error(), SystemError(EIO));
-    EXPECT_EQ(access.url(), a);
-    EXPECT_THAT(bookmarks.scopes, ElementsAre(u"start "_s + a, u"start "_s + b, u"stop "_s + b));
-    root.remove("a");
-    EXPECT_FALSE(access.restore());
-    EXPECT_EQ(stored(), before);
 }
 
 }

@@ -26,36 +26,20 @@ QString systemText(int error)
     return SystemError(error).localizedDescription();
 }
 
-// What a name can be.
-enum class Kind { file, link, folder };
-constexpr std::array kinds { Kind::file, Kind::link, Kind::folder };
-
 class InstallationTest : public Test, protected FakeLibraryServices {
 protected:
-    InstallationTest()
-    {
-        for (auto const* name : { "library", "elsewhere" })
-            root.makeFolder(name);
-    }
+    InstallationTest() { clear(); }
 
-    // Something of somebody else's, alone in the library.
-    void put(QByteArray const& name, Kind kind) const
+    void clear() const
     {
         root.remove("library");
         root.makeFolder("library");
-        if (kind == Kind::file)
-            root.write("library/" + name, "theirs");
-        else if (kind == Kind::link)
-            root.link("library/" + name, "../elsewhere");
-        else
-            root.makeFolder("library/" + name);
     }
-    bool isStill(QByteArray const& name, Kind kind) const
+    // Somebody else's: a link that leads nowhere yet, which a careless writer would follow or replace.
+    void put(QByteArray const& name) const { root.link("library/" + name, "../nowhere"); }
+    bool isStill(QByteArray const& name) const
     {
-        QFileInfo const entry(root.path("library/" + name));
-        return kind == Kind::file ? !entry.isSymLink() && root.read("library/" + name) == "theirs"
-            : kind == Kind::link  ? entry.symLinkTarget() == root.path("elsewhere")
-                                  : !entry.isSymLink() && entry.isDir();
+        return QFileInfo(root.path("library/" + name)).isSymLink() && !root.has("nowhere");
     }
     InstallResult install(QString const& name) const { return installFile(files, name, "new", library); }
 
@@ -70,12 +54,11 @@ TEST_F(InstallationTest, What_differs_only_in_case_or_normalisation_exists_and_w
     forEachCase(u"names"_s, [this](auto const& row) {
         auto const existing = row[0].toString().toUtf8();
         auto const name = row[1].toString();
-        for (auto const kind : kinds) {
-            put(existing, kind);
-            EXPECT_EQ(install(name), row[2].toBool() ? InstallResult::skipped(name) : InstallResult::created(name));
-            EXPECT_TRUE(isStill(existing, kind));
-            EXPECT_EQ(root.names("library").size(), row[2].toBool() ? 1U : 2U);
-        }
+        clear();
+        put(existing);
+        EXPECT_EQ(install(name), row[2].toBool() ? InstallResult::skipped(name) : InstallResult::created(name));
+        EXPECT_TRUE(isStill(existing));
+        EXPECT_EQ(root.names("library").size(), row[2].toBool() ? 1U : 2U);
     });
     EXPECT_EQ(root.read("library/git.md"), "new");
 }
@@ -84,18 +67,16 @@ TEST_F(InstallationTest, Somebody_who_is_faster_at_any_moment_keeps_the_name)
 {
     for (auto const moment :
         { Step::everyName, Step::openForInstalling, Step::createFile, Step::write, Step::close, Step::publish }) {
-        for (auto const kind : kinds) {
-            SCOPED_TRACE(Message() << static_cast<int>(moment) << ' ' << static_cast<int>(kind));
-            put("x", kind);
-            files.before = [&](Step step, QByteArray const&) {
-                if (step == moment)
-                    root.rename("library/x", "library/git.md");
-                return 0;
-            };
-            EXPECT_EQ(install(u"git.md"_s), InstallResult::skipped(u"git.md"_s));
-            EXPECT_TRUE(isStill("git.md", kind));
-            EXPECT_THAT(root.names("library"), ElementsAre("git.md")) << "no temporary";
-        }
+        SCOPED_TRACE(static_cast<int>(moment));
+        clear();
+        files.before = [&](Step step, QByteArray const&) {
+            if (step == moment)
+                put("git.md");
+            return 0;
+        };
+        EXPECT_EQ(install(u"git.md"_s), InstallResult::skipped(u"git.md"_s));
+        EXPECT_TRUE(isStill("git.md"));
+        EXPECT_THAT(root.names("library"), ElementsAre("git.md")) << "no temporary";
     }
 }
 
@@ -192,18 +173,23 @@ TEST_F(IconInstallationTest, Only_a_real_folder_takes_icons_and_only_icons_make_
     EXPECT_THAT(install({}), ElementsAre());
     EXPECT_FALSE(root.has("library/icons"));
     auto const refused = u"Cannot install icons: icons must be a local directory, not a symlink."_s;
-    for (auto const kind : { Kind::file, Kind::link }) {
-        put("icons", kind);
-        EXPECT_THAT(install({ u"icons/a.png"_s, u"icons/b.png"_s }), ElementsAre(refused));
-        EXPECT_TRUE(isStill("icons", kind));
-    }
+    root.write("library/icons", "mine");
+    EXPECT_THAT(install({ u"icons/a.png"_s, u"icons/b.png"_s }), ElementsAre(refused));
+    EXPECT_EQ(root.read("library/icons"), "mine");
+    root.makeFolder("elsewhere");
+    auto const linkIcons = [this] {
+        root.remove("library/icons");
+        root.link("library/icons", "../elsewhere");
+    };
+    linkIcons();
+    EXPECT_THAT(install({ u"icons/a.png"_s }), ElementsAre(refused));
     root.remove("library/icons");
     files.before = [](Step step, QByteArray const&) { return step == Step::makeFolder ? EACCES : 0; };
     EXPECT_THAT(install({ u"icons/a.png"_s }), ElementsAre(u"Could not install icons: "_s + systemText(EACCES)));
     // A link that takes the folder's place once it was looked at and listed.
     files.before = [&](Step step, QByteArray const& name) {
         if (step == Step::openForInstalling && name.endsWith("/icons"))
-            put("icons", Kind::link);
+            linkIcons();
         return 0;
     };
     EXPECT_THAT(install({ u"icons/a.png"_s }), ElementsAre(u"Could not open the selected folder"_s));
@@ -224,6 +210,13 @@ protected:
     }
 
     QString message() const { return store.message.value().value_or(u"(none)"_s); }
+    void install(QStringList const& names)
+    {
+        store.installStarters(names);
+        EXPECT_TRUE(store.busy.value());
+        executor.settle();
+        EXPECT_FALSE(store.busy.value());
+    }
 
     LibraryStore store { services(), LibraryStore::RestoreFolder::no };
 };
@@ -231,34 +224,25 @@ protected:
 TEST_F(StarterInstallationTest, The_outcome_is_told_in_order_and_the_library_read_again)
 {
     root.write("library/GIT.md", "# Mine");
-    store.installStarters({ u"vim"_s, u"git"_s, u"gone"_s, u"brave.quillory"_s });
-    EXPECT_TRUE(store.busy.value());
-    executor.settle();
+    root.write("library/Brave.quillory.json", "mine");
+    install({ u"brave.quillory"_s });
+    EXPECT_EQ(message(), u"Skipped existing brave.quillory.json"_s);
+    EXPECT_FALSE(root.has("library/icons")) << "a skipped starter brings no icons";
+    root.remove("library/Brave.quillory.json");
+    install({ u"vim"_s, u"git"_s, u"gone"_s, u"brave.quillory"_s });
     EXPECT_EQ(message(),
         u"Installed brave.quillory.json\nMissing or invalid bundled icon: ../x.png\nInstalled a.png\n"
         u"Skipped existing git.md\nMissing bundled starter: gone.md\nInstalled vim.md"_s);
-    EXPECT_FALSE(store.busy.value());
     EXPECT_EQ(store.sheets.value().size(), 3);
     EXPECT_EQ(root.read("library/GIT.md"), "# Mine");
-}
 
-TEST_F(StarterInstallationTest, A_skipped_starter_brings_no_icons_and_a_failed_reading_is_the_last_line)
-{
-    root.write("library/Brave.quillory.json", "mine");
-    store.installStarters({ u"brave.quillory"_s });
-    executor.settle();
-    EXPECT_EQ(message(), u"Skipped existing brave.quillory.json"_s);
-    EXPECT_FALSE(root.has("library/icons"));
-
-    files.before = [&, isLinked = false](Step step, QByteArray const&) mutable {
-        isLinked = isLinked || step == Step::publish;
-        return isLinked && step == Step::names ? EIO : 0;
+    root.remove("library/vim.md");
+    files.before = [&](Step step, QByteArray const&) {
+        return step == Step::names && root.has("library/vim.md") ? EIO : 0;
     };
-    store.installStarters({ u"git"_s });
-    executor.settle();
+    install({ u"vim"_s });
     EXPECT_EQ(
-        message(), u"Installed git.md\nCould not read the folder. Choose it again or refresh. "_s + systemText(EIO));
-    EXPECT_FALSE(store.busy.value());
+        message(), u"Installed vim.md\nCould not read the folder. Choose it again or refresh. "_s + systemText(EIO));
 }
 
 TEST_F(StarterInstallationTest, One_that_is_overtaken_keeps_its_files_and_shows_nothing)

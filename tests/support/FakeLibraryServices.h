@@ -31,10 +31,11 @@ struct FakeLibraryServices {
     FakeOpenPanels openPanels;
     FakeWorkspace workspace;
 
-    LibraryStore::Services services()
+    LibraryStore::Services services() { return services(defaults, events, executor); }
+    LibraryStore::Services services(UserDefaults& otherDefaults, FileEvents& otherEvents, Executor& otherExecutor)
     {
-        return { defaults, bookmarks, files, pictures, events, executor, clipboard, announcements, fileOpener,
-            openPanels, workspace, root.path("starters") };
+        return { otherDefaults, bookmarks, files, pictures, otherEvents, otherExecutor, clipboard, announcements,
+            fileOpener, openPanels, workspace, root.path("starters") };
     }
 };
 

@@ -32,19 +32,12 @@ protected:
         return loop.runUntil([&] { return shown() == text && !store.busy.value(); });
     }
 
-    LibraryStore::Services services()
-    {
-        auto all = fakes.services();
-        return { all.defaults, all.bookmarks, all.files, all.pictures, events, executor, all.clipboard,
-            all.announcements, all.fileOpener, all.openPanels, all.workspace };
-    }
-
     EventLoop loop;
     FakeLibraryServices fakes;
     QString const library = fakes.root.path("library");
     QtExecutor executor;
     InotifyFileEvents events { executor };
-    LibraryStore store { services(), LibraryStore::RestoreFolder::no };
+    LibraryStore store { fakes.services(fakes.defaults, events, executor), LibraryStore::RestoreFolder::no };
 };
 
 TEST_F(FollowingTest, What_editors_and_other_programs_save_is_shown)
