@@ -56,11 +56,6 @@ TEST(FileNames, A_name_that_is_no_utf8_is_written_out_and_stays_distinct)
         EXPECT_EQ(name.text, row[1].toString());
         EXPECT_EQ(name.isUtf8, row[2].toBool());
     });
-    forEachCase(u"extensions"_s, [](auto const& row) {
-        auto const name = row[0].toString();
-        EXPECT_EQ(pathStem(name), row[1].toString());
-        EXPECT_EQ(pathExtension(name), row[2].toString());
-    });
 }
 
 }

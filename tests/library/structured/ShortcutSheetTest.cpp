@@ -50,16 +50,17 @@ TEST(ShortcutSheet, What_is_told_of_a_document_is_what_stands_below_it)
     EXPECT_GT(cases, 200);
 }
 
-TEST(ShortcutSheet, Every_field_arrives_as_written)
+TEST(ShortcutSheet, Every_field_arrives_as_written_and_of_equal_keys_the_last)
 {
-    auto const sheet = ShortcutSheet::decode(R"({"icon":"icons/a.png","future":{"deep":[1,{"x":null}]},"sections":[
+    auto const sheet = ShortcutSheet::decode(R"({"title":"first","sections":[{"id":"z","title":"z","entries":[]},3],
+        "icon":"icons/a.png","future":{"deep":[1,{"x":null}]},"sections":[
         {"id":"edit","title":" Edit ","description":"","icon":"icons/b.png","entries":[
             {"id":"copy","title":"Copy","text":"Takes\r\nit","shortcuts":[
                 {"steps":[{"modifiers":["shift","command"],"key":"p"},{"modifiers":[],"key":"\u0065"}]},
                 {"steps":[{"key":"space","modifiers":["function"]}]}]},
             {"id":"none","title":"a\u0000b","text":null,"shortcuts":[]}]},
         {"id":"empty","title":"Empty","entries":[]}],
-        "description":"All \"keys\" \ud83d\ude00","title":"Editor","schemaVersion":1})");
+        "description":"All \"keys\" \ud83d\ude00","\u0074itle":"Editor","schemaVersion":1})");
     ASSERT_TRUE(sheet) << sheet.error().message.toStdString();
 
     ShortcutSheet expected;
@@ -78,20 +79,6 @@ TEST(ShortcutSheet, Every_field_arrives_as_written)
     };
     EXPECT_EQ(*sheet, expected);
     EXPECT_EQ(sheet->icons(), (QStringList { u"icons/a.png"_s, u"icons/b.png"_s }));
-    expected.sections[0].entries[0].shortcuts[0].steps[1].modifiers.append(u"shift"_s);
-    EXPECT_FALSE(*sheet == expected);
-}
-
-TEST(ShortcutSheet, The_last_of_equal_keys_counts_and_an_error_describes_itself)
-{
-    auto const sheet = ShortcutSheet::decode(
-        R"({"schemaVersion":1,"title":"a","sections":[{"id":"z","title":"z","entries":[]},3],
-        "\u0074itle":"b","sections":[{"id":"a","title":"a","entries":[]}]})");
-    ASSERT_TRUE(sheet);
-    EXPECT_EQ(sheet->title, u"b"_s);
-    EXPECT_EQ(sheet->sections.size(), 1);
-    EXPECT_EQ(ShortcutSheet::decode(R"({"schemaVersion":1,"title":"","sections":[]})").error().description(),
-        u"Invalid Quillory JSON \u2014 title: must not be empty"_s);
 }
 
 }
