@@ -130,7 +130,7 @@ protected:
         switch (!model.isAlive && dice.oneIn(4) ? 0 : dice.below(80)) {
         case 0:
         case 1:
-            return configure(dice.oneIn(3) ? dice.anyOf(allModifierGestures) : model.selection, !dice.oneIn(4));
+            return configure();
         case 2:
             model.isAlive = false;
             return events.die();
@@ -154,8 +154,10 @@ protected:
         }
     }
 
-    void configure(ModifierGesture gesture, bool isEnabled)
+    void configure()
     {
+        auto const gesture = dice.oneIn(3) ? dice.anyOf(allModifierGestures) : model.selection;
+        bool const isEnabled = !dice.oneIn(4);
         events.isRefusing = dice.oneIn(5);
         model.configure(gesture, isEnabled, events.isRefusing);
         monitor->configure(gesture, isEnabled);

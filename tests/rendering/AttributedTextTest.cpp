@@ -18,8 +18,8 @@ TEST(AttributedText, A_paragraph_takes_the_style_of_its_end)
     for (int round = 0; round < 2'000; ++round) {
         AttributedText::Builder builder;
         for (auto pieces = dice.below(12); pieces > 0; --pieces) {
-            builder.append(dice.anyOf(QStringList { u"\n"_s, u"ab"_s, u"a\nb"_s }), {},
-                { .paragraphSpacing = dice.below(4) + 0.0 });
+            auto const piece = dice.anyOf(QStringList { u"\n"_s, u"ab"_s, u"a\nb"_s });
+            builder.append(piece, {}, { .paragraphSpacing = dice.below(4) + 0.0 });
         }
         auto const text = std::move(builder).build();
         auto const whole = text.withWholeParagraphs();
