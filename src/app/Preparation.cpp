@@ -13,8 +13,8 @@ namespace {
 struct CalledBy {
     ShortcutName name;
     Shortcut initial;
-    QString sentence; // %1 is the keys
-    QString without;
+    char const* sentence; // to be translated; %1 is the keys
+    char const* without;
 };
 
 std::array<CalledBy, 2> const& waysToCall()
@@ -23,10 +23,11 @@ std::array<CalledBy, 2> const& waysToCall()
     static auto const controlAndAlt = Shortcut::carbonModifiersOf(ModifierFlags::control | ModifierFlags::option);
     static std::array<CalledBy, 2> const ways { {
         { ShortcutName::toggleQuillory(), { keyK, controlAndAlt },
-            u"Press %1 to call the reader, and again to send it away."_s,
-            u"No shortcut calls the reader. Start the program again to open it."_s },
+            QT_TRANSLATE_NOOP("StartOptions", "Press %1 to call the reader, and again to send it away."),
+            QT_TRANSLATE_NOOP("StartOptions", "No shortcut calls the reader. Start the program again to open it.") },
         { ShortcutName::peekQuillory(), { keyJ, controlAndAlt },
-            u"Hold %1 to peek: the reader stays while the keys are down."_s, u"No shortcut peeks."_s },
+            QT_TRANSLATE_NOOP("StartOptions", "Hold %1 to peek: the reader stays while the keys are down."),
+            QT_TRANSLATE_NOOP("StartOptions", "No shortcut peeks.") },
     } };
     return ways;
 }
@@ -52,7 +53,7 @@ std::expected<void, QString> connectFolder(FolderAccess& access, QString const& 
 {
     if (auto const remembered = access.remember(folder); !remembered)
         return std::unexpected(
-            u"\"%1\" can't be connected: %2"_s.arg(folder, remembered.error().localizedDescription()));
+            StartOptions::tr("\"%1\" can't be connected: %2").arg(folder, remembered.error().localizedDescription()));
     return {};
 }
 
@@ -79,7 +80,8 @@ QStringList howToCall(ShortcutStorage const& shortcuts, KeyboardLayout const& la
     QStringList sentences;
     for (auto const& way : waysToCall()) {
         auto const shortcut = shortcuts.getShortcut(way.name);
-        sentences << (shortcut ? way.sentence.arg(inWords(*shortcut, layout)) : way.without);
+        sentences << (shortcut ? StartOptions::tr(way.sentence).arg(inWords(*shortcut, layout))
+                               : StartOptions::tr(way.without));
     }
     return sentences;
 }

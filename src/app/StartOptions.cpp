@@ -25,21 +25,21 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
 {
     QCoreApplication::setApplicationName(u"quillory"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLORY_VERSION));
-    QCommandLineOption const toggle(u"toggle"_s, u"Show the reader, or send it away."_s);
-    QCommandLineOption const connect(u"connect"_s, u"Connect this folder of sheets."_s, u"folder"_s);
+    QCommandLineOption const toggle(u"toggle"_s, tr("Show the reader, or send it away."));
+    QCommandLineOption const connect(u"connect"_s, tr("Connect this folder of sheets."), tr("folder"));
     QCommandLineOption const spare(
-        u"connect-if-none"_s, u"Connect this folder of sheets where none is connected."_s, u"folder"_s);
+        u"connect-if-none"_s, tr("Connect this folder of sheets where none is connected."), tr("folder"));
     QCommandLineOption const gesture(
-        u"gesture"_s, u"Peek by tapping this key twice and holding it: shift, option (Alt) or off."_s, u"key"_s);
+        u"gesture"_s, tr("Peek by tapping this key twice and holding it: shift, option (Alt) or off."), tr("key"));
     QCommandLineOption const shortcuts(u"initial-shortcuts"_s,
-        u"Store Ctrl+Alt+K to call the reader and Ctrl+Alt+J to peek, each where none is stored."_s);
+        tr("Store Ctrl+Alt+K to call the reader and Ctrl+Alt+J to peek, each where none is stored."));
     // Concerns updates alone, and takes one dash.
     QCommandLineOption capture(u"QuilloryCaptureLibrary"_s);
     capture.setFlags(QCommandLineOption::HiddenFromHelp);
 
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
-    parser.setApplicationDescription(u"Shows your own cheat sheets over whatever is in front."_s);
+    parser.setApplicationDescription(tr("Shows your own cheat sheets over whatever is in front."));
     auto const help = parser.addHelpOption();
     auto const version = parser.addVersionOption();
     parser.addOptions({ toggle, connect, spare, gesture, shortcuts, capture });
@@ -52,8 +52,8 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
         parser.showVersion();
     }
     if (!parser.positionalArguments().isEmpty())
-        return std::unexpected(u"\"%1\" is no option. To connect a folder, write --connect \"%1\"."_s.arg(
-            parser.positionalArguments().first()));
+        return std::unexpected(tr("\"%1\" is no option. To connect a folder, write --connect \"%1\".")
+                .arg(parser.positionalArguments().first()));
 
     StartOptions options;
     if (parser.isSet(toggle))
@@ -66,7 +66,7 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     if (parser.isSet(gesture)) {
         options.gesture = modifierGestureFromRawValue(parser.value(gesture));
         if (!options.gesture)
-            return std::unexpected(u"\"%1\" is no gesture: it is shift, option or off."_s.arg(parser.value(gesture)));
+            return std::unexpected(tr("\"%1\" is no gesture: it is shift, option or off.").arg(parser.value(gesture)));
     }
     return options;
 }

@@ -3,6 +3,7 @@
 #include "input/ModifierGesture.h"
 #include "platform/ApplicationInstance.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <expected>
@@ -12,6 +13,8 @@ namespace Quillory {
 
 // The command line of the program.
 struct StartOptions {
+    Q_DECLARE_TR_FUNCTIONS(StartOptions)
+public:
     ApplicationInstance::Wish wish = ApplicationInstance::Wish::open;
 
     // Settings that are stored before the program reads them.

@@ -71,8 +71,8 @@ ApplicationInstance::Role takePart(ApplicationInstance& instance, StartOptions c
 int leaveToEarlierProcess(StartOptions const& options)
 {
     if (options.changeSettings())
-        return fail(QStringLiteral("Quillory already runs and has its settings in memory. End it first, by Ctrl+Q in "
-                                   "the reader."));
+        return fail(StartOptions::tr(
+            "Quillory already runs and has its settings in memory. End it first, by Ctrl+Q in the reader."));
     return EXIT_SUCCESS;
 }
 

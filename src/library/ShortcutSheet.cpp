@@ -3,7 +3,7 @@
 #include "library/ShortcutSheetReader.h"
 #include "library/ShortcutSheetValidation.h"
 
-using namespace Qt::StringLiterals;
+#include <QCoreApplication>
 
 namespace Quillory {
 
@@ -33,7 +33,7 @@ bool ShortcutSheet::operator==(ShortcutSheet const& other) const = default;
 
 QString ShortcutSheet::FormatError::description() const
 {
-    return u"Invalid Quillory JSON \u2014 "_s + message;
+    return QCoreApplication::translate("ShortcutSheet", "Invalid Quillory JSON \u2014 %1").arg(message);
 }
 
 }

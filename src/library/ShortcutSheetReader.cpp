@@ -3,6 +3,8 @@
 #include "library/ShortcutSheetFields.h"
 #include "text/Scalars.h"
 
+#include <QCoreApplication>
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -18,21 +20,6 @@ namespace {
 using FormatError = ShortcutSheet::FormatError;
 using Json = nlohmann::json;
 using namespace ShortcutSheetFields;
-
-QString nameOf(Kind kind)
-{
-    switch (kind) {
-    case Kind::Integer:
-        return u"an integer"_s;
-    case Kind::Text:
-        return u"a string"_s;
-    case Kind::Object:
-        return u"an object"_s;
-    case Kind::List:
-        return u"an array"_s;
-    }
-    Q_UNREACHABLE();
-}
 
 QString text(std::string_view utf8)
 {
@@ -75,6 +62,7 @@ private:
 // Builds the sheet from the parser's events. A failure is kept at its place until its object ends, since another value
 // of the same key may still replace it, and since the order of the fields, not of the file, decides which one is told.
 class SheetBuilder {
+    Q_DECLARE_TR_FUNCTIONS(ShortcutSheet)
 public:
     explicit SheetBuilder(QByteArrayView bytes)
         : m_bytes(bytes)
@@ -107,11 +95,15 @@ private:
         std::array<Failure, maximumFields> failures;
     };
 
+    static QString nameOf(Kind kind);
+    static QString notJson() { return tr("not valid JSON"); }
+    static QString unexpectedNull() { return u": "_s + tr("unexpected character U+0000"); }
+
     State& state() { return m_states[static_cast<std::size_t>(m_level)]; }
     Field const* beginValue();
     void fail(Failure failure);
     void mismatch(Field const& field, QString const& found);
-    void integer(qint64 value, QString const& written);
+    void outOfRange(QString const& number);
     bool startContainer(Kind kind);
     void descend();
     void ascend(std::optional<Failure> failure);
@@ -134,6 +126,21 @@ private:
     ShortcutSheet::Shortcut m_shortcut;
     ShortcutSheet::Step m_step;
 };
+
+QString SheetBuilder::nameOf(Kind kind)
+{
+    switch (kind) {
+    case Kind::Integer:
+        return tr("an integer");
+    case Kind::Text:
+        return tr("a string");
+    case Kind::Object:
+        return tr("an object");
+    case Kind::List:
+        return tr("an array");
+    }
+    Q_UNREACHABLE();
+}
 
 // The field whose value begins here; null for a value that is not part of the format.
 Field const* SheetBuilder::beginValue()
@@ -165,7 +172,12 @@ void SheetBuilder::fail(Failure failure)
 
 void SheetBuilder::mismatch(Field const& field, QString const& found)
 {
-    fail({ {}, u"expected "_s + nameOf(field.kind) + " but found "_L1 + found });
+    fail({ {}, tr("expected %1 but found %2").arg(nameOf(field.kind), found) });
+}
+
+void SheetBuilder::outOfRange(QString const& number)
+{
+    fail({ {}, tr("the number %1 does not fit an integer").arg(number) });
 }
 
 bool SheetBuilder::null()
@@ -182,7 +194,7 @@ bool SheetBuilder::null()
 bool SheetBuilder::boolean(bool)
 {
     if (auto const* field = beginValue())
-        mismatch(*field, u"a boolean"_s);
+        mismatch(*field, tr("a boolean"));
     return true;
 }
 
@@ -192,7 +204,7 @@ bool SheetBuilder::number_integer(Json::number_integer_t value)
         if (field->kind == Kind::Integer)
             m_sheet.schemaVersion = value;
         else
-            mismatch(*field, u"a number"_s);
+            mismatch(*field, tr("a number"));
     }
     return true;
 }
@@ -203,9 +215,9 @@ bool SheetBuilder::number_unsigned(Json::number_unsigned_t value)
     if (!field)
         return true;
     if (field->kind != Kind::Integer)
-        mismatch(*field, u"a number"_s);
+        mismatch(*field, tr("a number"));
     else if (!std::in_range<qint64>(value))
-        fail({ {}, u"the number "_s + QString::number(value) + " does not fit an integer"_L1 });
+        outOfRange(QString::number(value));
     else
         m_sheet.schemaVersion = static_cast<qint64>(value);
     return true;
@@ -218,11 +230,11 @@ bool SheetBuilder::number_float(Json::number_float_t value, std::string const& w
     if (!field)
         return true;
     if (field->kind != Kind::Integer)
-        mismatch(*field, u"a number"_s);
+        mismatch(*field, tr("a number"));
     else if (std::trunc(value) != value)
-        mismatch(*field, u"the number "_s + excerpt(written));
+        mismatch(*field, tr("the number %1").arg(excerpt(written)));
     else if (value < -beyondIntegers || value >= beyondIntegers)
-        fail({ {}, u"the number "_s + excerpt(written) + " does not fit an integer"_L1 });
+        outOfRange(excerpt(written));
     else
         m_sheet.schemaVersion = static_cast<qint64>(value);
     return true;
@@ -234,7 +246,7 @@ bool SheetBuilder::string(std::string& value)
         if (field->kind == Kind::Text)
             store(m_level == Level::Step || m_level == Level::Modifiers ? m_names.get(value) : text(value));
         else
-            mismatch(*field, u"a string"_s);
+            mismatch(*field, nameOf(Kind::Text));
     }
     return true;
 }
@@ -299,7 +311,7 @@ std::optional<Failure> SheetBuilder::firstFailure()
             return std::move(here.failures[i]);
         if (fields[i].presence == Presence::Required && !(here.given & (1U << i))) {
             QString const name = text(fields[i].name);
-            return Failure { m_level == Level::Sheet ? u'.' + name : name, u"the required key is missing"_s };
+            return Failure { m_level == Level::Sheet ? u'.' + name : name, tr("the required key is missing") };
         }
     }
     return std::nullopt;
@@ -426,8 +438,8 @@ void SheetBuilder::syntaxError(qsizetype offset, QString const& text, QString co
         line = line.sliced(3);
     auto const row = std::ranges::count(before, '\n') + 1;
     auto const column = scalarCount(QString::fromUtf8(line)) + 1;
-    m_syntaxError = FormatError { u"document: "_s + text + " at line "_L1 + QString::number(row) + ", column "_L1
-        + QString::number(column) + what };
+    m_syntaxError = FormatError { u"document: "_s
+        + tr("%1 at line %2, column %3").arg(text, QString::number(row), QString::number(column)) + what };
 }
 
 bool SheetBuilder::parse_error(std::size_t bytesRead, std::string const&, nlohmann::detail::exception const& exception)
@@ -435,11 +447,11 @@ bool SheetBuilder::parse_error(std::size_t bytesRead, std::string const&, nlohma
     // The byte that was read last is the one that can't stand there.
     auto const offset = static_cast<qsizetype>(bytesRead) - 1;
     if (dynamic_cast<Json::out_of_range const*>(&exception)) {
-        syntaxError(offset, u"number out of range"_s);
+        syntaxError(offset, tr("number out of range"));
         return false;
     }
     if (offset < m_bytes.size() && m_bytes[offset] == '\0') {
-        syntaxError(offset, u"not valid JSON"_s, u": unexpected character U+0000"_s);
+        syntaxError(offset, notJson(), unexpectedNull());
         return false;
     }
 
@@ -447,7 +459,7 @@ bool SheetBuilder::parse_error(std::size_t bytesRead, std::string const&, nlohma
     std::string_view const report = exception.what();
     auto const dash = std::min(report.find(" - "), report.size() - 3);
     auto const reason = report.substr(dash + 3, report.find("; last read: ") - dash - 3);
-    syntaxError(offset, u"not valid JSON"_s, u": "_s + text(reason));
+    syntaxError(offset, notJson(), u": "_s + text(reason));
     return false;
 }
 
@@ -455,7 +467,7 @@ std::expected<ShortcutSheet, FormatError> SheetBuilder::result() &&
 {
     // The parser takes U+0000 for the end of its input.
     if (auto const end = m_bytes.indexOf('\0'); !m_syntaxError && end >= 0)
-        syntaxError(end, u"not valid JSON"_s, u": unexpected character U+0000"_s);
+        syntaxError(end, notJson(), unexpectedNull());
     if (m_syntaxError)
         return std::unexpected(std::move(*m_syntaxError));
     if (auto& failure = m_states[0].elementFailure) {

@@ -3,6 +3,7 @@
 #include "text/Scalars.h"
 #include "text/TextOrder.h"
 
+#include <QCoreApplication>
 #include <QSet>
 
 #include <algorithm>
@@ -100,6 +101,7 @@ bool hasDuplicates(QStringList const& names)
 
 // Walks a sheet. Every check gives whether it held; the first that did not leaves its error.
 class SheetValidation {
+    Q_DECLARE_TR_FUNCTIONS(ShortcutSheet)
 public:
     std::optional<FormatError> error;
 
@@ -121,11 +123,13 @@ private:
     bool shortcut(Shortcut const& shortcut);
     bool step(Step const& step);
 
-    bool require(bool holds, QLatin1StringView field, QString const& text);
+    // The text is translated for a failure alone.
+    bool require(bool holds, QLatin1StringView field, char const* text);
+    bool fail(QLatin1StringView field, QString const& text);
     bool name(QString const& text, qsizetype limit, QLatin1StringView field);
     bool atMost(QString const& text, qsizetype limit, QLatin1StringView field);
     bool atMost(std::optional<QString> const& text, qsizetype limit, QLatin1StringView field);
-    bool unseen(QSet<QString>& ids, QString const& id, QString const& text);
+    bool unseen(QSet<QString>& ids, QString const& id, char const* text);
 
     template<typename List>
     bool each(List const& list, qsizetype Place::* position,
@@ -150,16 +154,20 @@ QString SheetValidation::Place::path(QLatin1StringView field) const
     return path + field;
 }
 
-bool SheetValidation::require(bool holds, QLatin1StringView field, QString const& text)
+bool SheetValidation::require(bool holds, QLatin1StringView field, char const* text)
 {
-    if (!holds)
-        error = FormatError { m_place.path(field) + ": "_L1 + text };
-    return holds;
+    return holds || fail(field, tr(text));
+}
+
+bool SheetValidation::fail(QLatin1StringView field, QString const& text)
+{
+    error = FormatError { m_place.path(field) + ": "_L1 + text };
+    return false;
 }
 
 bool SheetValidation::atMost(QString const& text, qsizetype limit, QLatin1StringView field)
 {
-    return !exceeds(text, limit) || require(false, field, u"exceeds "_s + QString::number(limit) + " characters"_L1);
+    return !exceeds(text, limit) || fail(field, tr("exceeds %1 characters").arg(limit));
 }
 
 bool SheetValidation::atMost(std::optional<QString> const& text, qsizetype limit, QLatin1StringView field)
@@ -169,10 +177,10 @@ bool SheetValidation::atMost(std::optional<QString> const& text, qsizetype limit
 
 bool SheetValidation::name(QString const& text, qsizetype limit, QLatin1StringView field)
 {
-    return require(!isBlank(text), field, u"must not be empty"_s) && atMost(text, limit, field);
+    return require(!isBlank(text), field, QT_TR_NOOP("must not be empty")) && atMost(text, limit, field);
 }
 
-bool SheetValidation::unseen(QSet<QString>& ids, QString const& id, QString const& text)
+bool SheetValidation::unseen(QSet<QString>& ids, QString const& id, char const* text)
 {
     auto const before = ids.size();
     ids.insert(canonicalForm(id));
@@ -198,43 +206,44 @@ bool SheetValidation::sheet(ShortcutSheet const& sheet)
     for (auto const& section : sheet.sections)
         entries += section.entries.size();
 
-    return require(sheet.schemaVersion == 1, "schemaVersion"_L1, u"unsupported version; expected 1"_s)
+    return require(sheet.schemaVersion == 1, "schemaVersion"_L1, QT_TR_NOOP("unsupported version; expected 1"))
         && name(sheet.title, maximumTitle, "title"_L1) && atMost(sheet.description, maximumText, "description"_L1)
         && require(!sheet.sections.isEmpty() && sheet.sections.size() <= maximumSections, "sections"_L1,
-            u"expected 1\u2013100 sections"_s)
-        && require(entries <= maximumEntriesPerSheet, "sections"_L1, u"maximum 2000 entries per sheet"_s)
+            QT_TR_NOOP("expected 1\u2013100 sections"))
+        && require(entries <= maximumEntriesPerSheet, "sections"_L1, QT_TR_NOOP("maximum 2000 entries per sheet"))
         && each(sheet.sections, &Place::section, &SheetValidation::section);
 }
 
 bool SheetValidation::section(Section const& section)
 {
-    return name(section.id, maximumId, "id"_L1) && unseen(m_sectionIds, section.id, u"duplicate section ID"_s)
+    return name(section.id, maximumId, "id"_L1) && unseen(m_sectionIds, section.id, QT_TR_NOOP("duplicate section ID"))
         && name(section.title, maximumTitle, "title"_L1) && atMost(section.description, maximumText, "description"_L1)
-        && require(
-            section.entries.size() <= maximumEntriesPerSection, "entries"_L1, u"maximum 200 entries per section"_s)
+        && require(section.entries.size() <= maximumEntriesPerSection, "entries"_L1,
+            QT_TR_NOOP("maximum 200 entries per section"))
         && each(section.entries, &Place::entry, &SheetValidation::entry);
 }
 
 bool SheetValidation::entry(Entry const& entry)
 {
-    return name(entry.id, maximumId, "id"_L1) && unseen(m_entryIds, entry.id, u"duplicate entry ID"_s)
+    return name(entry.id, maximumId, "id"_L1) && unseen(m_entryIds, entry.id, QT_TR_NOOP("duplicate entry ID"))
         && name(entry.title, maximumTitle, "title"_L1) && atMost(entry.text, maximumText, "text"_L1)
-        && require(entry.shortcuts.size() <= maximumAlternatives, "shortcuts"_L1, u"maximum 4 alternatives"_s)
+        && require(entry.shortcuts.size() <= maximumAlternatives, "shortcuts"_L1, QT_TR_NOOP("maximum 4 alternatives"))
         && each(entry.shortcuts, &Place::shortcut, &SheetValidation::shortcut);
 }
 
 bool SheetValidation::shortcut(Shortcut const& shortcut)
 {
     return require(!shortcut.steps.isEmpty() && shortcut.steps.size() <= maximumSteps, "steps"_L1,
-               u"expected 1\u20138 steps"_s)
+               QT_TR_NOOP("expected 1\u20138 steps"))
         && each(shortcut.steps, &Place::step, &SheetValidation::step);
 }
 
 bool SheetValidation::step(Step const& step)
 {
-    return require(isKey(step.key), "key"_L1, u"unknown key; use one printable character or a documented key name"_s)
-        && require(!hasDuplicates(step.modifiers), "modifiers"_L1, u"duplicate modifier"_s)
-        && require(std::ranges::all_of(step.modifiers, isModifier), "modifiers"_L1, u"unknown modifier"_s);
+    return require(isKey(step.key), "key"_L1,
+               QT_TR_NOOP("unknown key; use one printable character or a documented key name"))
+        && require(!hasDuplicates(step.modifiers), "modifiers"_L1, QT_TR_NOOP("duplicate modifier"))
+        && require(std::ranges::all_of(step.modifiers, isModifier), "modifiers"_L1, QT_TR_NOOP("unknown modifier"));
 }
 
 }

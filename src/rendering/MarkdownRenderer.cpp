@@ -2,6 +2,7 @@
 
 #include "text/TextOrder.h"
 
+#include <QCoreApplication>
 #include <QUrl>
 
 #include <algorithm>
@@ -297,9 +298,8 @@ private:
     {
         auto const prepared = image.source ? m_images.constFind(image.source->toString()) : m_images.cend();
         if (prepared == m_images.cend()) {
-            appendText(u"[Image unavailable: ");
-            appendText(image.description);
-            return appendText(u"]");
+            return appendText(
+                QCoreApplication::translate("MarkdownRenderer", "[Image unavailable: %1]").arg(image.description));
         }
         auto const width = static_cast<double>(prepared->cgImage.width());
         auto const height = static_cast<double>(prepared->cgImage.height());

@@ -1,6 +1,7 @@
 #include "linux/x11/X11Connection.h"
 
 #include <QAbstractEventDispatcher>
+#include <QCoreApplication>
 #include <QSocketNotifier>
 
 #include <algorithm>
@@ -18,8 +19,10 @@ std::expected<std::unique_ptr<X11Connection>, QString> X11Connection::open()
         xcb_disconnect(connection);
         auto const display = qEnvironmentVariable("DISPLAY");
         if (display.isEmpty())
-            return std::unexpected(QStringLiteral("There is no X display: DISPLAY is not set."));
-        return std::unexpected(QStringLiteral("The X display %1 can't be reached.").arg(display));
+            return std::unexpected(
+                QCoreApplication::translate("X11Connection", "There is no X display: DISPLAY is not set."));
+        return std::unexpected(
+            QCoreApplication::translate("X11Connection", "The X display %1 can't be reached.").arg(display));
     }
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
     while (screenNumber-- > 0 && screens.rem > 1)
