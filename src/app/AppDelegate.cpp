@@ -20,7 +20,7 @@ void AppDelegate::applicationDidFinishLaunching()
     m_shortcuts.define(ShortcutName::peekQuillory());
     m_panel = std::make_unique<ReaderPanel>(m_store,
         ReaderPanel::Services { library.defaults, library.workspace, m_services.screens, library.executor,
-            m_services.makePanelWindow, m_services.openLink, m_services.quit });
+            m_services.makePanelWindow, m_services.quit });
     m_presentation.emplace(m_store,
         PresentationCoordinator::Services { m_shortcuts, library.workspace, m_services.session,
             m_services.modifierEvents, m_services.permission, m_services.keys, library.executor },

@@ -26,7 +26,6 @@ public:
         Screens& screens;
         MakePanelWindow makePanelWindow;
         ApplicationInstance& instance;
-        std::function<void(QString const& link)> openLink;
         std::function<void()> quit;
         // When the user asked for what another process passed on, as a server time; absent for now.
         std::function<void(std::optional<std::uint32_t>)> noteUserTime;

@@ -81,7 +81,9 @@ std::unique_ptr<PanelWindow> X11Desktop::panelWindow(std::uint64_t window)
 
 void X11Desktop::noteUserTime(std::optional<std::uint32_t> time)
 {
-    m_clock.note(time ? *time : m_connection->presentTime());
+    // Any program can claim a time. One that is still to come would outweigh all real ones for as long.
+    auto const present = m_connection->presentTime();
+    m_clock.note(time && !X11Clock::isLater(*time, present) ? *time : present);
 }
 
 }

@@ -21,9 +21,7 @@
 
 #include <QApplication>
 #include <QDBusConnection>
-#include <QDesktopServices>
 #include <QDir>
-#include <QUrl>
 
 #include <chrono>
 #include <cstdlib>
@@ -68,8 +66,11 @@ ApplicationInstance::Role takePart(ApplicationInstance& instance, StartOptions c
     return instance.start(options.changeSettings() ? ApplicationInstance::Wish::none : options.wish);
 }
 
-int leaveToEarlierProcess(StartOptions const& options)
+int leaveToEarlierProcess(ApplicationInstance::Role role, StartOptions const& options)
 {
+    if (role == ApplicationInstance::Role::unanswered)
+        return fail(
+            StartOptions::tr("Quillory already runs but does not answer. End that process and start it again."));
     if (options.changeSettings())
         return fail(StartOptions::tr(
             "Quillory already runs and has its settings in memory. End it first, by Ctrl+Q in the reader."));
@@ -119,7 +120,6 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .screens = desktop.screens(),
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
         .instance = instance,
-        .openLink = [](QString const& link) { QDesktopServices::openUrl(QUrl(link)); },
         .quit = [] { QCoreApplication::exit(); },
         .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
     });
@@ -155,8 +155,9 @@ int main(int argc, char* argv[])
     QApplication::setDesktopFileName(BusApplicationInstance::name());
     application.setQuitOnLastWindowClosed(false);
     BusApplicationInstance instance(QDBusConnection::sessionBus(), start);
-    if (takePart(instance, *options) == ApplicationInstance::Role::handedOver)
-        return leaveToEarlierProcess(*options);
+    auto const role = takePart(instance, *options);
+    if (role == ApplicationInstance::Role::handedOver || role == ApplicationInstance::Role::unanswered)
+        return leaveToEarlierProcess(role, *options);
 
     auto const desktop = X11Desktop::open(application);
     if (!desktop)

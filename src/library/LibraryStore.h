@@ -111,6 +111,8 @@ public:
 
     // Hand a sheet's file, the selected one's without an id, to other programs. Nothing when there is no such file.
     void openSheet(std::optional<QString> const& id = std::nullopt);
+    // Of a web page, in the desktop's browser.
+    void openLink(QString const& link);
     void revealSheet(std::optional<QString> const& id = std::nullopt);
     void openSheetWith(std::optional<QString> const& id, std::optional<std::uint64_t> window);
 

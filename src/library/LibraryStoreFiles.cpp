@@ -83,6 +83,11 @@ void LibraryStore::openSheet(std::optional<QString> const& id)
         m_sheetFiles.open(*file);
 }
 
+void LibraryStore::openLink(QString const& link)
+{
+    m_sheetFiles.openLink(link);
+}
+
 void LibraryStore::revealSheet(std::optional<QString> const& id)
 {
     if (auto const file = fileOfSheet(id))

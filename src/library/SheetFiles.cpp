@@ -24,6 +24,12 @@ void SheetFiles::open(File const& file)
     }));
 }
 
+void SheetFiles::openLink(QString const& link)
+{
+    m_opener.openLink(link,
+        reporting([link](FileOpener::Failure const&) { return tr("Could not open %1 in the browser.").arg(link); }));
+}
+
 void SheetFiles::reveal(File const& file)
 {
     m_opener.reveal(file.path);

@@ -12,7 +12,7 @@
 
 namespace Quillory {
 
-// Hands the files of sheets to other programs, and says what could not be opened. Main thread only.
+// Hands the files and links of sheets to other programs, and says what could not be opened. Main thread only.
 class SheetFiles {
     Q_DECLARE_TR_FUNCTIONS(Library)
 public:
@@ -31,6 +31,7 @@ public:
     static File in(QString const& folder, QString const& id);
 
     void open(File const& file);
+    void openLink(QString const& link);
     void reveal(File const& file);
     // With an application as the open panel gives it.
     void openWith(File const& file, QString const& application);

@@ -20,13 +20,17 @@ public:
         bool operator==(Request const&) const = default;
     };
 
-    // `alone` means that there is no session to look in: the program serves, and nobody can ask it.
-    enum class Role { first, alone, handedOver };
+    enum class Role {
+        first,
+        alone,      // there is no session to look in: the program serves, and nobody can ask it
+        handedOver, // the first process took the wish
+        unanswered, // the first process is there and does not answer
+    };
 
     virtual ~ApplicationInstance() = default;
 
     // To be called once, before the program shows anything. A process that is not the first passes `wish` on to the
-    // one that is, and should end with success when that one took it.
+    // one that is, and should end: with success when that one took it.
     virtual Role start(Wish wish) = 0;
 
     // Calls `requested` for each request of other processes and of the desktop. Those that came before anybody observed

@@ -7,7 +7,7 @@
 
 namespace Quillory {
 
-// Hands files to other programs of the desktop. Main thread only. Every path is absolute.
+// Hands files and links to other programs of the desktop. Main thread only. Every path is absolute.
 class FileOpener {
 public:
     struct Failure {
@@ -21,6 +21,9 @@ public:
 
     // With the application that the desktop has for it.
     virtual void open(QString const& path, Done done) = 0;
+
+    // The address of a page of the web, with the desktop's browser.
+    virtual void openLink(QString const& link, Done done) = 0;
 
     // Shows the file in the desktop's file manager, as far as there is one.
     virtual void reveal(QString const& path) = 0;

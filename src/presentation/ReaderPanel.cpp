@@ -25,7 +25,7 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     , m_store(store)
     , m_services(std::move(services))
     , m_view(
-          store, { m_services.executor, m_services.openLink }, [this] { onDismiss(); }, this)
+          store, { m_services.executor }, [this] { onDismiss(); }, this)
     , m_drag(*this)
 {
     setMinimumSize(PanelFrame::minimumSize.toSize());

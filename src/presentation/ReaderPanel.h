@@ -31,7 +31,6 @@ public:
         Screens& screens;
         Executor& executor;
         MakePanelWindow makeWindow;
-        std::function<void(QString const& link)> openLink;
         std::function<void()> quit; // the whole program
     };
 

@@ -37,7 +37,7 @@ NativeReader::NativeReader(
     textView().onCopy = [this](QString const& text) { return m_store.copy(text); };
     textView().onDismiss = std::move(dismiss);
     textView().onNavigate = [this](int offset) { m_store.selectAdjacent(offset); };
-    textView().onOpenLink = services.openLink;
+    textView().onOpenLink = [this](QString const& link) { m_store.openLink(link); };
 }
 
 NativeReader::~NativeReader() = default;

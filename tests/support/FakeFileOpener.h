@@ -18,6 +18,8 @@ public:
         m_waiting.push_back(std::move(done));
     }
 
+    void openLink(QString const& link, Done done) override { open(link, std::move(done)); }
+
     void reveal(QString const& path) override { calls.append(QStringLiteral("reveal ") + path); }
 
     void openWith(QString const& path, QString const& application, Done done) override

@@ -54,9 +54,9 @@ ApplicationInstance::Role BusApplicationInstance::start(Wish wish)
     auto answer = Answer::ownerGone;
     for (int attempt = 0; attempt < tries; ++attempt) {
         auto const claimed = claim();
-        if (claimed == Claim::ownedByAnother && answer == Answer::none)
-            break;
         if (claimed == Claim::ownedByAnother) {
+            if (answer == Answer::none)
+                break;
             answer = handOver(wish);
             if (answer == Answer::taken)
                 return Role::handedOver;
@@ -67,8 +67,7 @@ ApplicationInstance::Role BusApplicationInstance::start(Wish wish)
             openItself();
         return claimed == Claim::owned ? Role::first : Role::alone;
     }
-    openItself();
-    return Role::alone;
+    return Role::unanswered;
 }
 
 void BusApplicationInstance::openItself()

@@ -36,8 +36,8 @@ public:
     BusApplicationInstance(BusApplicationInstance const&) = delete;
     BusApplicationInstance& operator=(BusApplicationInstance const&) = delete;
 
-    // Waits for the bus, and for the answer of another process. Where that one does not answer, this one stands
-    // alone and opens, whatever its wish was: the user must see something.
+    // Waits for the bus, and for the answer of another process. It never serves beside one that owns the name: two
+    // would write the same settings.
     Role start(Wish wish) override;
 
     Registration observeRequests(std::function<void(Request const&)> requested) override;

@@ -4,9 +4,12 @@
 #include <QFile>
 #include <QSocketNotifier>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -35,6 +38,7 @@ public:
         posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID);
         posix_spawn_file_actions_init(&m_actions);
         posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+        posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
         if (!folder.isEmpty())
             posix_spawn_file_actions_addchdir_np(&m_actions, folder.constData());
     }
@@ -53,6 +57,21 @@ private:
     posix_spawnattr_t m_attributes {};
     posix_spawn_file_actions_t m_actions {};
 };
+
+// Without what concerns our own start alone: the next program would take it for its own, and appear under our name or
+// in the wrong place.
+std::vector<char*> environment()
+{
+    constexpr std::array<std::string_view, 5> ours { "XDG_ACTIVATION_TOKEN=", "DESKTOP_STARTUP_ID=", "DBUS_STARTER_",
+        "GIO_LAUNCHED_DESKTOP_FILE", "BAMF_DESKTOP_FILE_HINT=" };
+    std::vector<char*> variables;
+    for (auto** variable = environ; *variable; ++variable) {
+        if (std::ranges::none_of(ours, [&](auto name) { return std::string_view(*variable).starts_with(name); }))
+            variables.push_back(*variable);
+    }
+    variables.push_back(nullptr);
+    return variables;
+}
 
 std::optional<int> collect(pid_t process)
 {
@@ -90,8 +109,9 @@ std::expected<void, SystemError> ChildProcess::start(QStringList const& command,
 
     Attributes const attributes(QFile::encodeName(folder));
     pid_t process = 0;
+    auto const variables = environment();
     auto const error = posix_spawnp(
-        &process, arguments.front(), attributes.actions(), attributes.attributes(), arguments.data(), environ);
+        &process, arguments.front(), attributes.actions(), attributes.attributes(), arguments.data(), variables.data());
     if (error != 0)
         return std::unexpected(SystemError(error));
     watch(process, std::move(ended));

@@ -10,7 +10,8 @@
 
 namespace Quillory {
 
-// Starts other programs. A program goes on when this one ends; nothing of ours blocks or closes with it.
+// Starts other programs. A program goes on when this one ends. It gets default signals, no input, none of our
+// descriptors but the two outputs, and an environment without what belongs to our own start.
 namespace ChildProcess {
 
 // Absent for a program that ended without an exit status of its own (a signal).

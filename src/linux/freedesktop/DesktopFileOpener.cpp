@@ -2,7 +2,6 @@
 
 #include "linux/freedesktop/ChildProcess.h"
 #include "linux/freedesktop/DesktopEntry.h"
-#include "linux/freedesktop/PortalRequest.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -15,6 +14,9 @@
 
 #include <memory>
 #include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 namespace Quillory {
 
@@ -50,12 +52,25 @@ std::optional<QStringList> terminalCommand()
     return std::nullopt;
 }
 
+QString argumentOf(PortalRequest::Subject const& subject)
+{
+    auto const* const link = std::get_if<PortalRequest::Link>(&subject);
+    return link ? link->address : std::get<PortalRequest::File>(subject).path;
+}
+
 std::expected<DesktopEntry, FileOpener::Failure> readEntry(QString const& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::unexpected(FileOpener::Failure { file.errorString() });
-    auto entry = DesktopEntry::parse(file.readAll(), path, languages());
+    constexpr qint64 longest = 1'048'576; // bytes; entries with all their translations have some ten thousand
+    // Links are followed, since installed entries may be some. A fifo must not block.
+    auto const descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0)
+        return std::unexpected(FileOpener::Failure { SystemError::last().localizedDescription() });
+    QFile file;
+    file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+    struct stat status {};
+    bool const isRegular = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    auto entry = isRegular && status.st_size <= longest ? DesktopEntry::parse(file.read(longest), path, languages())
+                                                        : std::nullopt;
     if (!entry)
         return std::unexpected(FileOpener::Failure { DesktopFileOpener::tr("This is no application.") });
     return *std::move(entry);
@@ -70,24 +85,33 @@ DesktopFileOpener::DesktopFileOpener(QDBusConnection const& sessionBus)
 
 void DesktopFileOpener::open(QString const& path, Done done)
 {
+    openByDesktop(PortalRequest::File { path }, std::move(done));
+}
+
+void DesktopFileOpener::openLink(QString const& link, Done done)
+{
+    openByDesktop(PortalRequest::Link { link }, std::move(done));
+}
+
+void DesktopFileOpener::openByDesktop(PortalRequest::Subject const& subject, Done done)
+{
     auto const launcher = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
     if (launcher.isEmpty())
-        return openByPortal(path, std::move(done));
+        return openByPortal(subject, std::move(done));
     auto const shared = std::make_shared<Done>(std::move(done));
     auto const ended = m_lifetime.guarded([shared](std::optional<int> status) {
         (*shared)(status == 0 ? Result() : failure(tr("The desktop could not open it.")));
     });
-    if (auto const started = ChildProcess::start({ launcher, path }, {}, ended); !started)
+    if (auto const started = ChildProcess::start({ launcher, argumentOf(subject) }, {}, ended); !started)
         (*shared)(failure(started.error().localizedDescription()));
 }
 
-void DesktopFileOpener::openByPortal(QString const& path, Done done)
+void DesktopFileOpener::openByPortal(PortalRequest::Subject const& subject, Done done)
 {
-    PortalRequest::start(m_bus, QStringLiteral("OpenFile"), path, this,
-        [done = std::move(done)](PortalRequest::Answer const& answer) mutable {
+    PortalRequest::start(m_bus, subject, this, [done = std::move(done)](PortalRequest::Answer const& answer) mutable {
             // Who closes the question about the application has had an answer.
-            done(answer.outcome == PortalRequest::Answer::Outcome::failed ? failure(answer.description) : Result());
-        });
+        done(answer.outcome == PortalRequest::Answer::Outcome::failed ? failure(answer.description) : Result());
+    });
 }
 
 void DesktopFileOpener::reveal(QString const& path)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "linux/freedesktop/PortalRequest.h"
 #include "platform/FileOpener.h"
 #include "platform/Lifetime.h"
 
@@ -8,7 +9,7 @@
 
 namespace Quillory {
 
-// Opens files as the desktop does: by its launcher, whose exit status tells, or else by its portal; reveals them in its file
+// Opens files and links as the desktop does: by its launcher, whose exit status tells, or else by its portal; reveals them in its file
 // manager; and starts the application of a desktop entry.
 class DesktopFileOpener final : public QObject, public FileOpener {
     Q_OBJECT
@@ -16,13 +17,15 @@ public:
     explicit DesktopFileOpener(QDBusConnection const& sessionBus);
 
     void open(QString const& path, Done done) override;
+    void openLink(QString const& link, Done done) override;
     // In a file manager that can point at the file; else its folder is opened.
     void reveal(QString const& path) override;
     // `application` is the path of a desktop entry.
     void openWith(QString const& path, QString const& application, Done done) override;
 
 private:
-    void openByPortal(QString const& path, Done done);
+    void openByDesktop(PortalRequest::Subject const& subject, Done done);
+    void openByPortal(PortalRequest::Subject const& subject, Done done);
 
     QDBusConnection m_bus;
     Lifetime m_lifetime;

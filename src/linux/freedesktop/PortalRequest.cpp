@@ -46,13 +46,12 @@ PortalRequest::PortalRequest(QDBusConnection const& bus, QObject* parent, Answer
 {
 }
 
-void PortalRequest::start(
-    QDBusConnection const& bus, QString const& method, QString const& path, QObject* parent, Answered answered)
+void PortalRequest::start(QDBusConnection const& bus, Subject const& subject, QObject* parent, Answered answered)
 {
     auto* const request = new PortalRequest(bus, parent, std::move(answered));
     auto const token = newToken();
     request->listen(expectedPath(bus, token));
-    request->send(method, path, token);
+    std::visit([&](auto const& each) { request->send(each, token); }, subject);
 }
 
 void PortalRequest::listen(QString const& path)
@@ -66,17 +65,27 @@ void PortalRequest::listen(QString const& path)
     m_bus.connect(QString(), m_path, interface, signal, this, SLOT(respond(uint, QVariantMap)));
 }
 
-void PortalRequest::send(QString const& method, QString const& file, QString const& token)
+void PortalRequest::send(File const& file, QString const& token)
 {
-    auto const descriptor = open(QFile::encodeName(file).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    auto const descriptor = open(QFile::encodeName(file.path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0)
         return finish({ Answer::Outcome::failed, SystemError::last().localizedDescription() });
     QDBusUnixFileDescriptor const handle(descriptor);
     close(descriptor); // the message has its own
-    auto call = QDBusMessage::createMethodCall(portalName(), QStringLiteral("/org/freedesktop/portal/desktop"),
+    call(QStringLiteral("OpenFile"), QVariant::fromValue(handle), token);
+}
+
+void PortalRequest::send(Link const& link, QString const& token)
+{
+    call(QStringLiteral("OpenURI"), link.address, token);
+}
+
+void PortalRequest::call(QString const& method, QVariant const& subject, QString const& token)
+{
+    auto message = QDBusMessage::createMethodCall(portalName(), QStringLiteral("/org/freedesktop/portal/desktop"),
         QStringLiteral("org.freedesktop.portal.OpenURI"), method);
-    call << QString() << QVariant::fromValue(handle) << QVariantMap { { QStringLiteral("handle_token"), token } };
-    auto* const watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    message << QString() << subject << QVariantMap { { QStringLiteral("handle_token"), token } };
+    auto* const watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         QDBusPendingReply<QDBusObjectPath> const reply = *watcher;
         if (reply.isError())

@@ -6,13 +6,22 @@
 
 #include <functional>
 #include <optional>
+#include <variant>
 
 namespace Quillory {
 
-// One question to the desktop portal that hands a file over. Deletes itself once it is answered.
+// One question to the desktop portal that hands a file or a link over. Deletes itself once it is answered.
 class PortalRequest final : public QObject {
     Q_OBJECT
 public:
+    struct File {
+        QString path;
+    };
+    struct Link {
+        QString address;
+    };
+    using Subject = std::variant<File, Link>;
+
     // The portal's answer, or the bus's own refusal as text.
     struct Answer {
         enum class Outcome { done, cancelledByUser, failed };
@@ -21,9 +30,8 @@ public:
     };
     using Answered = std::move_only_function<void(Answer const&)>;
 
-    // Calls `method` of the portal's OpenURI interface with the file at `path`; `parent` bounds the request's life.
-    static void start(
-        QDBusConnection const& bus, QString const& method, QString const& path, QObject* parent, Answered answered);
+    // `parent` bounds the request's life.
+    static void start(QDBusConnection const& bus, Subject const& subject, QObject* parent, Answered answered);
 
 private Q_SLOTS:
     void respond(uint response, QVariantMap const& results);
@@ -31,7 +39,9 @@ private Q_SLOTS:
 private:
     PortalRequest(QDBusConnection const& bus, QObject* parent, Answered answered);
     void listen(QString const& path);
-    void send(QString const& method, QString const& file, QString const& token);
+    void send(File const& file, QString const& token);
+    void send(Link const& link, QString const& token);
+    void call(QString const& method, QVariant const& subject, QString const& token);
     void finish(Answer const& answer);
 
     QDBusConnection m_bus;

@@ -17,6 +17,7 @@
 #include <memory>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Quillory {
 namespace {
@@ -78,6 +79,7 @@ protected:
     DesktopFileOpener opener { QDBusConnection::sessionBus() };
     QByteArray searchPath = qgetenv("PATH");
     QString const file = makeFile(u"a #1.md"_s);
+    QString const link = u"https://example.org/a?b=%20#c"_s;
 };
 
 TEST_F(DesktopFileOpenerTest, The_answer_is_that_of_the_one_who_was_to_open_it)
@@ -93,6 +95,9 @@ TEST_F(DesktopFileOpenerTest, The_answer_is_that_of_the_one_who_was_to_open_it)
             EXPECT_TRUE(isWorking || !answer->error().description.isEmpty());
         }
     }
+    opener.openLink(link, asked());
+    EXPECT_FALSE(finish()->has_value());
+    EXPECT_EQ(opened(), link);
 }
 
 TEST_F(DesktopFileOpenerTest, Without_a_launcher_the_portal_opens_and_its_answer_counts)
@@ -107,7 +112,9 @@ TEST_F(DesktopFileOpenerTest, Without_a_launcher_the_portal_opens_and_its_answer
         [&](QDBusMessage const& call, QDBusConnection& bus) {
             auto const arguments = call.arguments();
             auto const descriptor = arguments.at(1).value<QDBusUnixFileDescriptor>();
-            openedPath = QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(descriptor.fileDescriptor()));
+            openedPath = call.member() == u"OpenURI"_s
+                ? arguments.at(1).toString()
+                : QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(descriptor.fileDescriptor()));
             auto const token = qdbus_cast<QVariantMap>(arguments.at(2)).value(u"handle_token"_s).toString();
             auto const sender = call.service().mid(1).replace(u'.', u'_');
             auto const path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token);
@@ -123,6 +130,9 @@ TEST_F(DesktopFileOpenerTest, Without_a_launcher_the_portal_opens_and_its_answer
         EXPECT_EQ(finish()->has_value(), isOpened) << answer;
         EXPECT_EQ(openedPath, file);
     }
+    opener.openLink(link, asked());
+    EXPECT_FALSE(finish()->has_value());
+    EXPECT_EQ(openedPath, link);
     opener.open(root.path("gone.md"), asked());
     EXPECT_FALSE(finish()->has_value());
 }
@@ -145,7 +155,8 @@ TEST_F(DesktopFileOpenerTest, The_file_manager_is_shown_the_file_and_without_one
 }
 
 // Writes what it was started with, and ends the file with a line of its own.
-constexpr char recorder[] = "{ printf '%s\\n' \"$@\"; pwd; grep -E '^Sig(Blk|Ign)' /proc/self/status; echo end; } > ";
+constexpr char recorder[] = "{ printf '%s\\n' \"$@\"; pwd; grep -E '^Sig(Blk|Ign)' /proc/self/status; "
+                            "env | grep -E '^(XDG_ACTIV|DESKTOP_ST|DBUS_STARTER)'; ls /proc/$$/fd/77; echo end; } > ";
 
 TEST_F(DesktopFileOpenerTest, A_chosen_application_starts_with_the_file_and_with_nothing_of_ours_in_its_way)
 {
@@ -158,6 +169,11 @@ TEST_F(DesktopFileOpenerTest, A_chosen_application_starts_with_the_file_and_with
     sigemptyset(&blocked);
     sigaddset(&blocked, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &blocked, &before);
+    QByteArrayList const ofOurStart { "XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID", "DBUS_STARTER_ADDRESS" };
+    for (auto const& name : ofOurStart)
+        qputenv(name, "x");
+    constexpr int inheritable = 77;
+    dup2(STDIN_FILENO, inheritable);
     struct Case {
         QByteArray lines;
         QStringList arguments;
@@ -175,22 +191,31 @@ TEST_F(DesktopFileOpenerTest, A_chosen_application_starts_with_the_file_and_with
         EXPECT_EQ(written.mid(0, arguments.size()), arguments);
         EXPECT_TRUE(written.contains(u"SigBlk:\t0000000000000000"_s)) << written.join(u'|').toStdString();
         // Two above the ordinary ones are the C library's own.
+        EXPECT_THAT(written.filter(QRegularExpression(u"=x|fd/77"_s)), IsEmpty());
         EXPECT_EQ(written.filter(QRegularExpression(u"^SigIgn:\t[0-9a-f]{8}[08]0000000$"_s)).size(), 1);
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    close(inheritable);
+    for (auto const& name : ofOurStart)
+        qunsetenv(name);
 }
 
 TEST_F(DesktopFileOpenerTest, What_cannot_be_started_is_told)
 {
     auto const head = QByteArray("[Desktop Entry]\nType=Application\nName=E\n");
     for (auto const& contents : { QByteArray(), QByteArray("text"), head, head + "Exec=no-such-program %f\n",
-             head + "Exec=editor %q\n", head + "Exec=editor \"open\n", head + "Exec=editor\nPath=/no/such/folder\n" }) {
+             head + "Exec=editor %q\n", head + "Exec=editor \"open\n", head + "Exec=editor\nPath=/no/such/folder\n",
+             head + "Exec=editor\n" + QByteArray(1'048'576, '#') }) {
         opener.openWith(file, makeFile(u"x.desktop"_s, contents), asked());
         ASSERT_FALSE(finish()->has_value()) << contents.toStdString();
         EXPECT_FALSE(outcome->error().description.isEmpty());
     }
-    opener.openWith(file, u"/no/such.desktop"_s, asked());
-    EXPECT_FALSE(finish()->has_value());
+    auto const pipe = root.path("pipe.desktop");
+    ASSERT_EQ(mkfifo(QFile::encodeName(pipe).constData(), 0600), 0); // nobody writes
+    for (auto const& entry : { u"/no/such.desktop"_s, pipe, root.path() }) {
+        opener.openWith(file, entry, asked());
+        EXPECT_FALSE(finish()->has_value()) << entry.toStdString();
+    }
 }
 
 TEST_F(DesktopFileOpenerTest, An_answer_after_its_end_is_not_given)
