@@ -3,6 +3,7 @@
 #include "library/LibraryError.h"
 #include "library/LibraryLoad.h"
 #include "library/LibraryReference.h"
+#include "text/HiddenCharacters.h"
 #include "text/TextOrder.h"
 
 #include <algorithm>
@@ -240,7 +241,7 @@ bool LibraryStore::copy(QString const& text)
         copyFeedback.setValue(tr("Copy failed"));
         return false;
     }
-    auto const copied = tr("Copied");
+    auto const copied = hasHiddenCharacters(text) ? tr("Copied, with hidden characters") : tr("Copied");
     copyFeedback.setValue(copied);
     m_services.announcements.announce(copied, Announcements::Priority::medium);
     clearCopyFeedbackLater();

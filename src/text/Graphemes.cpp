@@ -50,6 +50,12 @@ qsizetype graphemeCount(QStringView text)
 
 QStringView firstGraphemes(QStringView text, qsizetype count)
 {
+    constexpr qsizetype longestCharacter = 64;
+    if (text.size() > count * longestCharacter) {
+        text = text.first(count * longestCharacter);
+        if (!text.isEmpty() && text.back().isHighSurrogate())
+            text.chop(1);
+    }
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     for (; count > 0; --count) {
         if (finder.toNextBoundary() < 0)

@@ -1,5 +1,6 @@
 #include "textlayout/CodeWidth.h"
 
+#include "text/HiddenCharacters.h"
 #include "textlayout/ParagraphLayout.h"
 
 #include <algorithm>
@@ -27,8 +28,10 @@ double roomy(double width)
     return width * LayoutContext::kerningShare + LayoutContext::kerningSlack;
 }
 
-double boundOfMixed(LayoutContext const& context, AttributedText::Run const& run, QStringView line, double column)
+double boundOfMixed(LayoutContext const& context, AttributedText::Run const& run, QStringView text, double column)
 {
+    auto const shown = withMarksOfHiddenCharacters(text.toString());
+    QStringView const line = shown;
     auto const tabStop = ParagraphLayout::tabColumns * column;
     double width = 0;
     for (qsizetype index = 0; index < line.size(); ++index) {

@@ -1,5 +1,6 @@
 #include "textlayout/ParagraphLayout.h"
 
+#include "text/HiddenCharacters.h"
 #include "textlayout/EmojiClusters.h"
 #include "textlayout/SymbolPainting.h"
 
@@ -63,12 +64,10 @@ ParagraphLayout::ParagraphLayout(
 
 void ParagraphLayout::setUp(ParagraphStyle const& style, Breaks breaks)
 {
-    auto string = m_context.text().string().mid(m_stretch.range.location, m_stretch.range.length);
+    auto string = shownText();
     m_mixesDirections = mayRunRightToLeft(string);
     m_rightToLeft = m_mixesDirections && QStringView(string).isRightToLeft();
 
-    // An object character in a sheet is no picture, and the layout would give it no room.
-    string.replace(QChar::ObjectReplacementCharacter, QChar::ReplacementCharacter);
     applyFormats(string);
     m_layout.setText(string);
     m_layout.setCacheEnabled(true);
@@ -82,6 +81,29 @@ void ParagraphLayout::setUp(ParagraphStyle const& style, Breaks breaks)
     if (auto const stop = std::min(style.rightTabStop, m_width - 1) - style.headIndent; stop > 0)
         option.setTabs({ { stop, m_rightToLeft ? QTextOption::LeftTab : QTextOption::RightTab } });
     m_layout.setTextOption(option);
+}
+
+// Unit for unit as long as the text itself.
+QString ParagraphLayout::shownText() const
+{
+    auto const& text = m_context.text();
+    auto string = text.string().mid(m_stretch.range.location, m_stretch.range.length);
+    // An object character in a sheet is no picture, and the layout would give it no room.
+    string.replace(QChar::ObjectReplacementCharacter, QChar::ReplacementCharacter);
+    // What is shown of code is what is copied.
+    if (!hasHiddenCharacters(string))
+        return string;
+    auto const runs = text.runs();
+    for (auto index = static_cast<std::size_t>(text.runAt(m_stretch.range.location));
+        index < runs.size() && runs[index].location < m_stretch.range.end(); ++index) {
+        if (text.attributes(runs[index]).font.family != FontAttribute::Family::monospaced)
+            continue;
+        auto const from = std::max(runs[index].location - m_stretch.range.location, qsizetype(0));
+        auto const to = std::min(runs[index].location + runs[index].length, m_stretch.range.end());
+        auto const length = to - m_stretch.range.location - from;
+        string.replace(from, length, withMarksOfHiddenCharacters(string.mid(from, length)));
+    }
+    return string;
 }
 
 void ParagraphLayout::applyFormats(QString& string)

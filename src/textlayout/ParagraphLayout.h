@@ -70,6 +70,7 @@ private:
     };
 
     void setUp(ParagraphStyle const& style, Breaks breaks);
+    QString shownText() const;
     void applyFormats(QString& string);
     void placeLines(ParagraphStyle const& style);
     void endOutsideCode(QTextLine& line, double width);

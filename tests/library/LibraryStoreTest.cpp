@@ -99,6 +99,8 @@ TEST_F(LibraryStoreTest, A_copy_says_so_for_a_while_and_only_when_it_took)
     EXPECT_THAT(services.announcements.announced, ElementsAre(std::pair(u"Copied"_s, Announcements::Priority::medium)));
 
     services.clipboard.setRefuses(false);
+    store->copy(u"ls \u202e"_s);
+    EXPECT_EQ(store->copyFeedback.value(), u"Copied, with hidden characters"_s);
     store->copy(u"rm"_s);
     store->setLearningModeEnabled(true);
     EXPECT_FALSE(store->copy(u"mv"_s));
@@ -217,6 +219,9 @@ TEST_F(LibraryStoreTest, Files_are_handed_out_and_a_refusal_is_told_in_its_own_l
     EXPECT_THAT(opener.calls, ElementsAre(u"open "_s + folder + u"/a.md"_s, u"reveal "_s + folder + u"/b.md"_s));
     fail(u"no"_s);
     EXPECT_EQ(store->message.value(), u"Could not open a.md in its default application."_s);
+    store->openLink(u"https://example.org/"_s + QString(300, u'a'));
+    fail(u"no"_s);
+    EXPECT_TRUE(store->message.value()->endsWith(u"aaa… in the browser."_s)) << "the end of a sentence is read";
 
     auto const chooseApplication = [&] {
         store->openSheetWith(u"c.md"_s, window);

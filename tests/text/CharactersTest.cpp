@@ -1,6 +1,8 @@
 #include "support/Cases.h"
 #include "support/Dice.h"
 #include "text/Graphemes.h"
+#include "text/HiddenCharacters.h"
+#include "text/OneLine.h"
 #include "text/Scalars.h"
 #include "text/TextOrder.h"
 
@@ -36,6 +38,22 @@ TEST(Characters, Blanks_and_controls_are_those_of_the_Unicode_properties)
         EXPECT_EQ(isControl(text.toUcs4().first()), row[2].toBool());
     });
     EXPECT_TRUE(isBlank(QString()));
+}
+
+TEST(Characters, A_line_is_one_and_no_longer_than_asked_for)
+{
+    forEachCase(u"lines"_s, [](auto const& row) { EXPECT_EQ(oneLine(row[0].toString(), 5), row[1].toString()); });
+    // One character of a million units must not cost or show more than a few.
+    EXPECT_LT(oneLine(u"e"_s + QString(1'000'000, u'\u0301'), 5).size(), 400);
+}
+
+TEST(Characters, Hidden_ones_are_marked_unit_for_unit)
+{
+    forEachCase(u"hidden"_s, [](auto const& row) {
+        auto const text = row[0].toString(), shown = row[1].toString();
+        EXPECT_EQ(withMarksOfHiddenCharacters(text), shown);
+        EXPECT_EQ(hasHiddenCharacters(text), text != shown);
+    });
 }
 
 TEST(TextOrder, Texts_rise_by_scalar_of_their_composed_form_and_canonical_twins_are_one_text)
