@@ -147,11 +147,16 @@ qsizetype ReaderDocument::insertionIndexAt(QPointF point) const
 
 QString ReaderDocument::linkAt(QPointF point) const
 {
-    auto const index = characterUnder(point);
-    if (!index)
-        return {};
+    auto const character = characterUnder(point);
+    return character ? linkOf(*character) : QString();
+}
+
+QString ReaderDocument::linkOf(qsizetype character) const
+{
     auto const& text = m_rendered.text;
-    return text.attributes(text.runs()[static_cast<std::size_t>(text.runAt(*index))]).link;
+    if (character >= text.length())
+        return {};
+    return text.attributes(text.runs()[static_cast<std::size_t>(text.runAt(character))]).link;
 }
 
 }

@@ -63,6 +63,7 @@ public:
     qsizetype insertionIndexAt(QPointF point) const;
     // Empty where there is none.
     QString linkAt(QPointF point) const;
+    QString linkOf(qsizetype character) const;
 
 private:
     TextWidths widthsFor(double width) const;

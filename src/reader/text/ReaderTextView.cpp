@@ -4,6 +4,7 @@
 #include "reader/text/EventModifiers.h"
 #include "reader/text/ReaderTextViewAccessible.h"
 #include "reader/text/SelectionPainting.h"
+#include "text/OneLine.h"
 #include "text/SearchFolding.h"
 
 #include <QContextMenuEvent>
@@ -13,6 +14,8 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTimerEvent>
+#include <QToolTip>
+#include <QUrl>
 
 #include <algorithm>
 #include <cmath>
@@ -79,6 +82,7 @@ void ReaderTextView::takeUpText()
 {
     m_buttons.clear();
     m_pointer.cancel();
+    tellLink({});
     m_commands.forgetColumn();
     setSelection(m_selection);
     layOut();
@@ -316,7 +320,21 @@ void ReaderTextView::setSelection(TextSelection selection)
         return;
     m_selection = selection;
     update();
+    tellLink(m_document->linkOf(m_selection.head));
     Q_EMIT selectionChanged();
+}
+
+void ReaderTextView::tellLink(QString const& link)
+{
+    // As the browser will get it: letters that only look like others are spelled out.
+    auto const address = QString::fromLatin1(QUrl(link).toEncoded());
+    auto const help = link.isEmpty() ? QString() : tr("Opens %1").arg(oneLine(address));
+    if (help == toolTip())
+        return;
+    if (help.isEmpty())
+        QToolTip::hideText();
+    setToolTip(help);
+    setAccessibleDescription(help);
 }
 
 QRectF ReaderTextView::boundingRect(TextRange range) const

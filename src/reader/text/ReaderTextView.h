@@ -111,6 +111,10 @@ public:
     QRectF boundingRect(TextRange range) const;
     TextRange lineRange(qsizetype position) const { return m_document->layout().lineRange(position); }
 
+    // Says where a link leads before it is followed, under the pointer and as the description that assistive programs
+    // get; nothing for an empty one.
+    void tellLink(QString const& link);
+
     std::unique_ptr<QMenu> makeMenu() const;
 
     // Everything is known of the text and nothing more is going on.

@@ -91,11 +91,11 @@ void TextPointer::press(QMouseEvent const& event)
 void TextPointer::move(QMouseEvent const& event)
 {
     if (!event.buttons().testFlag(Qt::LeftButton))
-        return updateCursor(event.position());
+        return hover(event.position());
     auto const isSelecting = m_autoScroll.isActive() || !m_view.selection().isEmpty();
     switch (m_gesture.move(event.position(), isSelecting)) {
     case PointerGesture::OnMove::hover:
-        return updateCursor(event.position());
+        return hover(event.position());
     case PointerGesture::OnMove::wait:
         return;
     case PointerGesture::OnMove::select:
@@ -157,7 +157,7 @@ void TextPointer::release(QMouseEvent const& event)
         click(toContent(m_gesture.pressLocation()));
         break;
     }
-    updateCursor(event.position());
+    hover(event.position());
 }
 
 void TextPointer::click(QPointF point)
@@ -171,9 +171,11 @@ void TextPointer::click(QPointF point)
         m_view.copyTarget(*target);
 }
 
-void TextPointer::updateCursor(QPointF point)
+void TextPointer::hover(QPointF point)
 {
-    auto const shape = m_view.linkAt(toContent(point)).isEmpty() ? Qt::IBeamCursor : Qt::PointingHandCursor;
+    auto const link = m_view.linkAt(toContent(point));
+    m_view.tellLink(link);
+    auto const shape = link.isEmpty() ? Qt::IBeamCursor : Qt::PointingHandCursor;
     if (m_view.cursor().shape() != shape)
         m_view.setCursor(shape);
 }

@@ -36,7 +36,7 @@ private:
     void selectTo(QPointF point);
     void dragText();
     void click(QPointF point);
-    void updateCursor(QPointF point);
+    void hover(QPointF point);
 
     ReaderTextView& m_view;
     PointerGesture m_gesture;
