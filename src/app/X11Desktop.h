@@ -4,6 +4,7 @@
 
 #include "linux/qt/QtLocalKeyEvents.h"
 #include "linux/qt/QtScreens.h"
+#include "linux/qt/WindowSizeFilter.h"
 #include "linux/x11/X11Clock.h"
 #include "linux/x11/X11Connection.h"
 #include "linux/x11/X11HotKeys.h"
@@ -83,6 +84,7 @@ private:
     X11KeyState m_keys;
     XkbKeyboardLayout m_keyboardLayout;
     QtScreens m_screens;
+    WindowSizeFilter m_sizes;
 };
 
 }
