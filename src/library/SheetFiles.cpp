@@ -1,5 +1,7 @@
 #include "library/SheetFiles.h"
 
+#include "text/OneLine.h"
+
 #include <utility>
 
 namespace Quillory {
@@ -26,8 +28,9 @@ void SheetFiles::open(File const& file)
 
 void SheetFiles::openLink(QString const& link)
 {
-    m_opener.openLink(link,
-        reporting([link](FileOpener::Failure const&) { return tr("Could not open %1 in the browser.").arg(link); }));
+    m_opener.openLink(link, reporting([link](FileOpener::Failure const&) {
+        return tr("Could not open %1 in the browser.").arg(oneLine(link));
+    }));
 }
 
 void SheetFiles::reveal(File const& file)

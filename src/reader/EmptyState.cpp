@@ -28,7 +28,10 @@ void EmptyState::refresh(bool hasSheet)
     auto const hasFolder = m_store.folder.value().has_value();
     setVisible(!hasSheet);
     m_chooseFolder->setVisible(!hasFolder);
-    if (!hasSheet)
+    // Whether a folder has sheets is known when it has been read.
+    bool const isKnown = !hasFolder || !m_store.busy;
+    m_text->setVisible(isKnown);
+    if (!hasSheet && isKnown)
         m_text->setText(hasFolder
                 ? tr("<h3>No cheat sheets</h3>Add top-level .md or .quillory.json files, or install starter sheets.")
                 : tr("<h3>Your sheets, one click away</h3>Choose a folder to start. Your files stay yours."));

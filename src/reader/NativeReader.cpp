@@ -2,6 +2,7 @@
 
 #include "rendering/MarkdownRenderer.h"
 #include "text/Graphemes.h"
+#include "text/OneLine.h"
 
 #include <QCoreApplication>
 
@@ -47,7 +48,7 @@ void NativeReader::update(Sheet const& sheet)
     auto& view = textView();
     view.peekModifiers = m_store.peekModifiers;
     view.setLearningModeEnabled(m_store.learningModeEnabled);
-    m_scrollView->window()->setWindowTitle(sheet.title);
+    m_scrollView->window()->setWindowTitle(oneLine(sheet.title));
     if (auto key = keyOf(sheet); m_documentKey != key)
         rebuild(sheet, std::move(key));
     view.onScroll = [this, id = sheet.id](QPointF point) { m_store.scrollPositions.insert(id, point); };

@@ -6,6 +6,7 @@
 #include "reader/Sidebar.h"
 #include "reader/TopBar.h"
 #include "rendering/ReaderColors.h"
+#include "text/OneLine.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -43,7 +44,7 @@ ReaderView::ReaderView(LibraryStore& store, ReaderServices services, std::functi
     , m_store(store)
     , m_services(std::move(services))
     , m_topBar(new TopBar(this))
-    , m_sidebar(new Sidebar(store, this))
+    , m_sidebar(new Sidebar(store, m_services.executor, this))
 {
     setObjectName(QStringLiteral("reader"));
     setAttribute(Qt::WA_StyledBackground);
@@ -109,6 +110,7 @@ void ReaderView::observeStore()
     m_observations.push_back(m_store.selectedID.addNotifier(later));
     m_observations.push_back(m_store.folder.addNotifier(later));
     m_observations.push_back(m_store.message.addNotifier(later));
+    m_observations.push_back(m_store.busy.addNotifier(later));
     m_observations.push_back(m_store.textSize.addNotifier(later));
     m_observations.push_back(m_store.learningModeEnabled.addNotifier(later));
     m_observations.push_back(m_store.peekModifiers.addNotifier(later));
@@ -131,9 +133,9 @@ void ReaderView::refreshLater()
 void ReaderView::refresh()
 {
     m_refreshTask.end();
-    m_sidebar->list().refresh();
+    m_sidebar->refresh();
     auto const* const sheet = m_store.selectedSheet();
-    m_title->setText(sheet ? sheet->title : QStringLiteral("Quillory"));
+    m_title->setText(sheet ? oneLine(sheet->title) : QStringLiteral("Quillory"));
     setWindowTitle(m_title->text());
     m_message->refresh();
     refreshError(sheet);

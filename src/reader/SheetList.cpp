@@ -1,5 +1,7 @@
 #include "reader/SheetList.h"
 
+#include "text/OneLine.h"
+
 #include <algorithm>
 
 namespace Quillory {
@@ -9,7 +11,7 @@ void SheetListModel::setSheets(QList<Sheet> const& sheets)
     QList<Row> rows;
     rows.reserve(sheets.size());
     for (auto const& sheet : sheets)
-        rows.append({ sheet.id, sheet.title });
+        rows.append({ sheet.id, oneLine(sheet.title) });
     if (rows == m_rows)
         return;
     beginResetModel();

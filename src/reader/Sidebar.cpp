@@ -2,6 +2,7 @@
 
 #include "reader/Panes.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -13,9 +14,11 @@ constexpr int sidebarWidth = 200; // points
 
 }
 
-Sidebar::Sidebar(LibraryStore& store, QWidget* parent)
+Sidebar::Sidebar(LibraryStore& store, Executor& executor, QWidget* parent)
     : QWidget(parent)
+    , m_store(store)
     , m_list(new SheetList(store, this))
+    , m_busy(new BusyIndicator(executor, this))
 {
     makePane(*this, "chrome");
     setFixedWidth(sidebarWidth);
@@ -25,8 +28,17 @@ Sidebar::Sidebar(LibraryStore& store, QWidget* parent)
     auto* const heading = new QLabel(tr("YOUR SHEETS"), this);
     heading->setObjectName(QStringLiteral("heading"));
     heading->setContentsMargins(6, 0, 0, 0);
-    rows->addWidget(heading);
+    auto* const top = new QHBoxLayout;
+    top->addWidget(heading, 1);
+    top->addWidget(m_busy);
+    rows->addLayout(top);
     rows->addWidget(m_list, 1);
+}
+
+void Sidebar::refresh()
+{
+    m_list->refresh();
+    m_busy->setBusy(m_store.busy);
 }
 
 }

@@ -12,8 +12,6 @@ struct Texts {
     Q_DECLARE_TR_FUNCTIONS(ReaderTextView)
 };
 
-constexpr qsizetype longestCharacter = 64; // units; a longer one is cut
-
 }
 
 CopyLook CopyLook::of(bool copied, bool learningModeEnabled)
@@ -28,7 +26,7 @@ CopyLook CopyLook::of(bool copied, bool learningModeEnabled)
 
 QString CopyLook::label(QString const& text, qsizetype characters)
 {
-    return label(firstGraphemes(QStringView(text).left(characters * longestCharacter), characters).toString());
+    return label(firstGraphemes(text, characters).toString());
 }
 
 QString CopyLook::label(QString const& text)
