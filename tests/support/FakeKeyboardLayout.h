@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/KeyboardLayout.h"
-#include "platform/NotificationCenter.h"
 
 #include <map>
 #include <utility>
@@ -31,20 +30,10 @@ public:
         return std::nullopt;
     }
 
-    Registration observeChanges(std::function<void()> changed) override
-    {
-        return m_changes.observe({}, [changed = std::move(changed)](Notification const&) { changed(); });
-    }
-
-    void change(std::map<std::uint16_t, QString> characters)
-    {
-        m_characters = std::move(characters);
-        m_changes.post({});
-    }
+    Registration observeChanges(std::function<void()>) override { return {}; }
 
 private:
     std::map<std::uint16_t, QString> m_characters;
-    NotificationCenter m_changes;
 };
 
 }

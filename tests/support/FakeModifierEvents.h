@@ -12,7 +12,7 @@
 
 namespace Quillory {
 
-// A session without a desktop: a test presses its keys and buttons, at the time of the given clock.
+// A session without a desktop: a test presses its keys, at the time of the given clock.
 class FakeModifierEvents final : public ModifierEvents {
 public:
     FakeModifierEvents(Executor const& clock, FakeKeyState& keys, InputPermission const& permission)
@@ -45,7 +45,6 @@ public:
         if (m_keys.down.erase(keyCode) > 0 && FakeKeyState::isModifier(keyCode))
             send(flagsChanged, keyCode);
     }
-    void click(ModifierEvent::Type button) { send(button, 0); }
 
     // Whatever a test wants to come.
     void send(ModifierEvent const& event)

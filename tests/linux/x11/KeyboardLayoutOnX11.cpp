@@ -1,92 +1,80 @@
-#include "linux/x11/XkbKeyboardLayout.h"
+#include "X11Desk.h"
 
 #include "linux/x11/XcbXkb.h"
-#include "support/EventLoop.h"
-#include "support/Test.h"
-
-#include <QProcess>
+#include "linux/x11/XkbKeyboardLayout.h"
 
 namespace Quillory {
 namespace {
 
-class KeyboardLayoutOnX11 : public Test {
+class KeyboardLayoutOnX11 : public X11Desk {
 protected:
-    static constexpr std::uint16_t keyA = 0, keyQ = 12, keyY = 16, keyMinus = 27, keyGrave = 50, escape = 53;
-    static constexpr std::uint16_t functionKey = 63;
-
     ~KeyboardLayoutOnX11() override
     {
         switchTo(0);
-        choose(u"us"_s);
+        useMap();
     }
 
-    static void choose(QString const& name) { EXPECT_EQ(QProcess::execute(u"setxkbmap"_s, { name }), 0); }
     void switchTo(std::uint8_t group)
     {
-        auto* const xcb = m_connection->handle();
         xcb_xkb_latch_lock_state(xcb, XCB_XKB_ID_USE_CORE_KBD, 0, 0, true, group, 0, false, 0);
         XcbOwned<xcb_get_input_focus_reply_t>(xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
     }
 
-    EventLoop loop;
-
-private:
-    std::unique_ptr<X11Connection> m_connection = std::move(X11Connection::open().value());
-
-protected:
-    XkbKeyboardLayout layout { *m_connection };
+    static constexpr std::uint16_t keyA = 0, keyY = 16, keyMinus = 27, keyGrave = 50, escape = 53;
+    XkbKeyboardLayout layout { *connection };
 };
 
-TEST_F(KeyboardLayoutOnX11, Keys_give_what_the_layout_in_use_writes)
+TEST_F(KeyboardLayoutOnX11, Keys_keep_their_places_and_give_what_the_layout_in_use_writes)
 {
     struct Case {
         char const* layout;
         std::uint16_t key;
         char const* character; // none where null
     };
-    for (auto const& [name, key, character] : std::initializer_list<Case> { { "us", keyA, "a" }, { "us", keyY, "y" },
-             { "de", keyY, "z" }, { "de", keyMinus, "ß" }, { "de", keyGrave, "^" }, { "fr", keyA, "q" },
-             { "ru", keyA, "ф" }, { "ru,us", keyA, "a" }, { "fr", escape, nullptr }, { "fr", functionKey, nullptr } }) {
-        SCOPED_TRACE(Message() << name << " " << key);
-        choose(QString::fromUtf8(name));
-        auto const given = layout.character(key);
-        EXPECT_EQ(given.value_or(QString()), QString::fromUtf8(character));
+    for (auto const& [name, key, character] :
+        std::initializer_list<Case> { { "us", keyA, "a" }, { "us", 40, "k" }, { "us", 23, "5" }, { "us", 22, "6" },
+            { "us", 49, " " }, { "de", keyY, "z" }, { "de", keyMinus, "ß" }, { "de", keyGrave, "^" },
+            { "ru", keyA, "ф" }, { "ru,us", keyA, "a" }, { "fr", escape, nullptr }, { "fr", 63, nullptr } }) {
+        useMap({ QString::fromLatin1(name) });
+        EXPECT_EQ(layout.character(key).value_or(QString()), QString::fromUtf8(character)) << name << ' ' << key;
     }
+    // By name, of the key that gives it by itself.
+    for (auto const& [name, key] : std::initializer_list<std::pair<char const*, std::optional<std::uint16_t>>> {
+             { "a", 12 }, { "A", 12 }, { "Escape", escape }, { "Page_Up", 116 }, { "page_up", 116 }, { "Return", 36 },
+             { "BackSpace", 51 }, { "F1", 122 }, { "F12", 111 }, { "Up", 126 }, { "Left", 123 }, { "KP_Up", 91 },
+             { "KP_Enter", 76 }, { "Super_L", 55 }, { "no such key", std::nullopt }, { "1", std::nullopt } })
+        EXPECT_EQ(layout.keyCode(QString::fromLatin1(name)), key) << name;
 }
 
-TEST_F(KeyboardLayoutOnX11, The_layout_that_is_switched_to_counts_as_long_as_it_writes_ascii)
+TEST_F(KeyboardLayoutOnX11, A_switch_of_layouts_is_told_once_until_nobody_observes_and_counts_where_it_writes_ascii)
 {
-    choose(u"us,ru,fr"_s);
-    for (auto const& [group, character] : { std::pair { 0, u"a"_s }, { 1, u"a"_s }, { 2, u"q"_s }, { 0, u"a"_s } }) {
-        switchTo(static_cast<std::uint8_t>(group));
-        EXPECT_EQ(layout.character(keyA), character) << group;
-    }
-}
-
-TEST_F(KeyboardLayoutOnX11, Symbols_are_found_on_the_key_that_gives_them_by_itself)
-{
-    choose(u"fr"_s);
-    for (auto const& [name, key] : std::initializer_list<std::pair<QString, std::optional<std::uint16_t>>> {
-             { u"a"_s, keyQ }, { u"A"_s, keyQ }, { u"Escape"_s, escape }, { u"Page_Up"_s, 116 }, { u"page_up"_s, 116 },
-             { u"no such key"_s, std::nullopt }, { u"1"_s, std::nullopt } })
-        EXPECT_EQ(layout.keyCode(name), key) << name.toStdString();
-}
-
-TEST_F(KeyboardLayoutOnX11, A_change_is_told_once_until_nobody_observes_and_typing_is_none)
-{
-    choose(u"us,de"_s);
+    useMap({ u"us,ru,fr"_s });
     int changes = 0;
     auto observation = layout.observeChanges([&] { ++changes; });
-    EXPECT_EQ(layout.character(keyY), u"y"_s);
+    EXPECT_EQ(layout.character(keyA), u"a"_s);
     loop.runUntil([&] { return changes > 0; }, 100ms);
     changes = 0;
-    switchTo(1);
-    EXPECT_TRUE(loop.runUntil([&] { return changes == 1; }));
-    EXPECT_EQ(layout.character(keyY), u"z"_s);
+    for (auto const& [group, character] : { std::pair { 2, u"q"_s }, { 1, u"a"_s } }) {
+        switchTo(static_cast<std::uint8_t>(group));
+        play(u"A"_s); // typing is no change
+        EXPECT_TRUE(loop.runUntil([&] { return std::exchange(changes, 0) == 1; }));
+        EXPECT_EQ(layout.character(keyA), character) << group;
+    }
     observation.end();
-    choose(u"us"_s);
-    EXPECT_TRUE(loop.runUntil([&] { return layout.character(keyY) == u"y"_s; }));
-    EXPECT_EQ(changes, 1);
+    switchTo(2);
+    EXPECT_TRUE(loop.runUntil([&] { return layout.character(keyA) == u"q"_s; }));
+    EXPECT_EQ(changes, 0);
+}
+
+TEST(VirtualKeys, No_two_keys_share_a_place)
+{
+    int keys = 0;
+    for (std::uint16_t code = 0; code < 256; ++code) {
+        auto const place = VirtualKeys::serverKeyCode(code);
+        keys += place.has_value();
+        EXPECT_TRUE(!place || VirtualKeys::virtualKeyCode(*place) == code) << code;
+    }
+    EXPECT_GT(keys, 100);
 }
 
 }

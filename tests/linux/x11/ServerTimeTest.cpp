@@ -1,22 +1,19 @@
 #include "linux/x11/ServerTime.h"
-
-#include <gmock/gmock.h>
+#include "linux/x11/X11Clock.h"
+#include "support/Test.h"
 
 namespace Quillory {
 namespace {
-
-using namespace std::chrono_literals;
-using Nanoseconds = std::chrono::nanoseconds;
 
 TEST(ServerTime, Times_keep_their_distances_over_the_wrap_and_whatever_they_took_to_arrive)
 {
     // A server whose clock is far behind ours and starts over between the second and the third event.
     constexpr std::uint32_t first = 0xffffff00U;
-    constexpr Nanoseconds start = 24h * 30;
+    constexpr std::chrono::nanoseconds start = 24h * 30;
     struct Case {
         std::uint32_t after; // milliseconds since the first event
-        Nanoseconds delay; // from the event to its arrival
-        Nanoseconds expected; // since the first event as it was mapped
+        std::chrono::milliseconds delay; // from the event to its arrival
+        std::chrono::milliseconds expected; // since the first event as it was mapped
     };
     ServerTime time;
     auto const mapped = time.onMonotonicClock(first, start + 5ms);
@@ -30,6 +27,14 @@ TEST(ServerTime, Times_keep_their_distances_over_the_wrap_and_whatever_they_took
         EXPECT_EQ(result - mapped, expected);
         EXPECT_LE(result, arrival);
     }
+}
+
+TEST(X11Clock, Later_times_win_across_the_wrap)
+{
+    X11Clock clock;
+    for (X11Clock::Time const time : { 0xffffff00U, 0xfffffff0U, 0U, 0x10U, 0xfffffff1U })
+        clock.note(time);
+    EXPECT_EQ(clock.latest(), 0x10U);
 }
 
 }

@@ -1,15 +1,8 @@
 #pragma once
 
 #include "platform/Workspace.h"
+#include "support/Test.h"
 
-#include "support/Desks.h"
-
-#include <gmock/gmock.h>
-
-#include <functional>
-#include <memory>
-#include <ostream>
-#include <string>
 #include <vector>
 
 namespace Quillory {
@@ -19,122 +12,58 @@ inline void PrintTo(RunningApplication const& application, std::ostream* out)
     *out << application.bundleIdentifier.toStdString() << " (window " << application.window << ")";
 }
 
-// What every workspace must do, told on a desk with windows of other programs and of ours.
-class WorkspaceDesk {
-public:
-    virtual ~WorkspaceDesk() = default;
-
-    virtual Workspace& workspace() = 0;
-
-    // A new window, which comes to the front as new windows do.
-    virtual std::uint64_t open(QString const& windowClass) = 0;
-    virtual std::uint64_t openOwn() = 0;
-    virtual void close(std::uint64_t window) = 0;
-
-    // The user points at the window.
-    virtual void choose(std::uint64_t window) = 0;
-
-    // True once the condition holds, or held within the desk's bound.
-    virtual bool comesTrue(std::function<bool()> const& condition) = 0;
-};
-
-class WorkspaceContract : public ContractOn<WorkspaceDesk> {
-protected:
-    bool comesToFront(std::uint64_t window, QString const& identifier)
-    {
-        return desk->comesTrue(
+// An afternoon at a desk with windows of other programs and of ours. A window that opens comes to the front; `choose`
+// is the user's click into one, `comesTrue` waits for a condition as long as the desk may need.
+template<typename Desk>
+void tellsWhatIsInFrontAndHandsItOver(Desk& desk, Workspace& workspace)
+{
+    auto const editor = u"Editor"_s, terminal = u"Terminal"_s, ours = workspace.mainBundleIdentifier();
+    auto const comesToFront = [&](std::uint64_t window, QString const& identifier) {
+        return desk.comesTrue(
             [&] { return workspace.frontmostApplication() == RunningApplication { identifier, window }; });
-    }
-
-    std::unique_ptr<WorkspaceDesk> desk = GetParam().make();
-    Workspace& workspace = desk->workspace();
-    QString const editor = QStringLiteral("Editor");
-    QString const terminal = QStringLiteral("Terminal");
-};
-
-TEST_P(WorkspaceContract, The_application_in_front_is_told_by_its_windows_class)
-{
-    auto const first = desk->open(editor);
-    EXPECT_TRUE(comesToFront(first, editor));
-    auto const second = desk->open(terminal);
-    EXPECT_TRUE(comesToFront(second, terminal));
-    desk->choose(first);
-    EXPECT_TRUE(comesToFront(first, editor));
-}
-
-TEST_P(WorkspaceContract, Nothing_is_in_front_of_an_empty_desktop)
-{
-    auto const only = desk->open(editor);
-    ASSERT_TRUE(comesToFront(only, editor));
-    desk->close(only);
-    EXPECT_TRUE(desk->comesTrue([&] { return !workspace.frontmostApplication(); }));
-}
-
-TEST_P(WorkspaceContract, Each_application_that_comes_to_the_front_is_noticed_once)
-{
-    auto const first = desk->open(editor);
+    };
+    auto const first = desk.open(editor);
     ASSERT_TRUE(comesToFront(first, editor));
-    std::vector<RunningApplication> noticed;
+    std::vector<RunningApplication> noticed, expected;
     auto observation = workspace.observeActivation([&](auto const& application) { noticed.push_back(application); });
-    auto const second = desk->open(terminal);
-    EXPECT_TRUE(desk->comesTrue([&] { return noticed.size() == 1; }));
-    desk->choose(second);
-    desk->choose(first);
-    EXPECT_TRUE(desk->comesTrue([&] { return noticed.size() == 2; }));
-    std::vector<RunningApplication> const expected { { terminal, second }, { editor, first } };
-    EXPECT_EQ(noticed, expected);
-
+    auto const isNoticed = [&](std::uint64_t window, QString const& identifier) {
+        expected.push_back({ identifier, window });
+        EXPECT_TRUE(desk.comesTrue([&] { return noticed.size() == expected.size(); }));
+        EXPECT_EQ(noticed, expected);
+    };
+    auto const second = desk.open(terminal);
+    isNoticed(second, terminal);
+    desk.choose(second);
+    desk.choose(first);
+    isNoticed(first, editor);
+    auto const own = desk.openOwn();
+    isNoticed(own, ours);
     observation.end();
-    desk->choose(second);
-    EXPECT_TRUE(comesToFront(second, terminal));
-    EXPECT_EQ(noticed, expected);
-}
 
-TEST_P(WorkspaceContract, The_front_goes_back_to_the_very_window_of_two_of_one_class)
-{
-    auto const first = desk->open(editor);
-    ASSERT_TRUE(comesToFront(first, editor));
-    auto const second = desk->open(editor);
-    ASSERT_TRUE(comesToFront(second, editor));
-    auto const own = desk->openOwn();
-    ASSERT_TRUE(comesToFront(own, workspace.mainBundleIdentifier()));
-    for (auto const window : { first, second, first }) {
-        desk->choose(window);
+    auto const third = desk.open(editor);
+    ASSERT_TRUE(comesToFront(third, editor));
+    for (auto const window : { first, third, first }) {
+        SCOPED_TRACE("the very window of two of one class");
+        desk.choose(window);
         ASSERT_TRUE(comesToFront(window, editor));
-        auto const previous = workspace.frontmostApplication();
-        ASSERT_TRUE(previous.has_value());
+        auto const previous = workspace.frontmostApplication().value();
         workspace.prepareToShow(own);
         workspace.activateIgnoringOtherApps(own);
-        ASSERT_TRUE(comesToFront(own, workspace.mainBundleIdentifier()));
-        workspace.activate(*previous);
+        ASSERT_TRUE(comesToFront(own, ours));
+        workspace.activate(previous);
         EXPECT_TRUE(comesToFront(window, editor));
     }
-}
 
-TEST_P(WorkspaceContract, A_window_of_ours_is_noticed_under_our_identifier)
-{
-    auto const first = desk->open(editor);
-    ASSERT_TRUE(comesToFront(first, editor));
-    std::vector<RunningApplication> noticed;
-    auto const observation = workspace.observeActivation(
-        [&](auto const& application) { noticed.push_back(application); });
-    auto const own = desk->openOwn();
-    EXPECT_TRUE(desk->comesTrue([&] { return !noticed.empty(); }));
-    EXPECT_EQ(noticed, (std::vector<RunningApplication> { { QStringLiteral("quillory"), own } }));
-}
-
-TEST_P(WorkspaceContract, Activating_a_window_that_is_gone_leaves_the_front_alone)
-{
-    auto const gone = desk->open(terminal);
-    ASSERT_TRUE(comesToFront(gone, terminal));
-    auto const first = desk->open(editor);
-    ASSERT_TRUE(comesToFront(first, editor));
-    desk->close(gone);
-    workspace.activate({ terminal, gone });
-    auto const second = desk->open(editor);
-    EXPECT_TRUE(comesToFront(second, editor));
+    desk.close(second);
+    workspace.activate({ terminal, second });
+    auto const fourth = desk.open(terminal);
+    EXPECT_TRUE(comesToFront(fourth, terminal)) << "a window that is gone stands in nobody's way";
     workspace.activate({ editor, first });
     EXPECT_TRUE(comesToFront(first, editor));
+    for (auto const window : { third, fourth, own, first })
+        desk.close(window);
+    EXPECT_TRUE(desk.comesTrue([&] { return !workspace.frontmostApplication(); })) << "an empty desktop";
+    EXPECT_EQ(noticed, expected) << "the observation ended";
 }
 
 }
