@@ -5,10 +5,10 @@
 
 #include <QEventLoop>
 
+#include <array>
 #include <atomic>
 #include <latch>
 #include <thread>
-#include <vector>
 
 namespace Quillory {
 namespace {
@@ -41,12 +41,11 @@ protected:
     // Runs everything that is owed now: what is posted and handed over last comes last.
     void quiesce()
     {
-        bool isDone = false;
-        auto const task = this->executor->detach([] { return 0; }, [&](int) { isDone = true; });
-        ASSERT_TRUE(this->runUntil([&] { return isDone; }));
-        bool isPosted = false;
-        auto const post = this->executor->post([&] { isPosted = true; });
-        ASSERT_TRUE(this->runUntil([&] { return isPosted; }));
+        bool isQuiet = false;
+        Registration post;
+        auto const work = this->executor->detach(
+            [] { return 0; }, [&](int) { post = this->executor->post([&] { isQuiet = true; }); });
+        ASSERT_TRUE(this->runUntil([&] { return isQuiet; }));
     }
 
     std::vector<int> m_log;
@@ -118,11 +117,7 @@ TYPED_TEST(ExecutorContract, A_task_may_outlive_its_executor)
     EXPECT_THAT(this->m_log, IsEmpty());
 }
 
-class QtExecutorTest : public Test {
-protected:
-    EventLoop m_loop;
-    std::optional<QtExecutor> m_executor { std::in_place };
-};
+class QtExecutorTest : public Test, public OnQtExecutor { };
 
 TEST_F(QtExecutorTest, Two_works_run_at_the_same_moment_and_not_on_the_main_thread)
 {
@@ -137,35 +132,29 @@ TEST_F(QtExecutorTest, Two_works_run_at_the_same_moment_and_not_on_the_main_thre
         EXPECT_TRUE(isOnMain());
         wereOnMain.push_back(*wasOnMain);
     };
-    auto const first = m_executor->detach(work, arrive);
-    auto const second = m_executor->detach(work, arrive);
-    ASSERT_TRUE(m_loop.runUntil([&] { return wereOnMain.size() == 2; }));
+    auto const first = executor->detach(work, arrive);
+    auto const second = executor->detach(work, arrive);
+    ASSERT_TRUE(runUntil([&] { return wereOnMain.size() == 2; }));
     EXPECT_THAT(wereOnMain, Each(false));
 }
 
 TEST_F(QtExecutorTest, The_end_waits_for_work_that_runs_as_long_as_wished_and_delivers_nothing)
 {
-    std::atomic<bool> hasBegun = false, mayEnd = false, hasEnded = false, wasDelivered = false;
-    auto const task = m_executor->detach(
+    std::latch begun(1), mayEnd(1);
+    std::atomic<bool> hasEnded = false;
+    auto const task = executor->detach(
         [&] {
-            hasBegun = true;
-            hasBegun.notify_one();
-            mayEnd.wait(false);
-            hasEnded = true;
-            return 0;
+            begun.count_down();
+            mayEnd.wait();
+            return hasEnded = true;
         },
-        [&](int) { wasDelivered = true; });
-    hasBegun.wait(false);
-    EXPECT_FALSE(m_executor->stopWorkers(1ms));
-    std::thread releaser([&] {
-        mayEnd = true;
-        mayEnd.notify_one();
-    });
-    EXPECT_TRUE(m_executor->stopWorkers(1min));
-    m_executor.reset();
-    releaser.join();
+        [](bool) { ADD_FAILURE() << "nobody is there any more"; });
+    begun.wait();
+    EXPECT_FALSE(executor->stopWorkers(1ms));
+    mayEnd.count_down();
+    EXPECT_TRUE(executor->stopWorkers(1min));
+    executor.reset();
     EXPECT_TRUE(hasEnded);
-    EXPECT_FALSE(wasDelivered);
 }
 
 TEST_F(QtExecutorTest, Cancelled_results_and_discarded_values_are_destroyed_on_a_worker)
@@ -174,29 +163,25 @@ TEST_F(QtExecutorTest, Cancelled_results_and_discarded_values_are_destroyed_on_a
         std::atomic<std::thread::id>* destroyedOn;
         ~Trace() { *destroyedOn = std::this_thread::get_id(); }
     };
-    std::atomic<std::thread::id> discarded, cancelledInTime, cancelledOnTheWay;
-    auto const isSet = [](std::atomic<std::thread::id> const& id) { return id.load() != std::thread::id(); };
-
-    m_executor->discard(std::make_unique<Trace>(&discarded));
+    std::array<std::atomic<std::thread::id>, 3> destroyedOn;
+    executor->discard(std::make_unique<Trace>(&destroyedOn[0]));
     auto const deliver = [](auto const&) { ADD_FAILURE() << "it was cancelled"; };
-    auto early = m_executor->detach([&] { return std::make_unique<Trace>(&cancelledInTime); }, deliver);
-    early.end();
-    std::atomic<bool> hasRun = false;
-    auto late = m_executor->detach(
+    auto inTime = executor->detach([&] { return std::make_unique<Trace>(&destroyedOn[1]); }, deliver);
+    inTime.end();
+    std::latch hasRun(1);
+    auto onTheWay = executor->detach(
         [&] {
-            auto result = std::make_unique<Trace>(&cancelledOnTheWay);
-            hasRun = true;
-            hasRun.notify_one();
+            auto result = std::make_unique<Trace>(&destroyedOn[2]);
+            hasRun.count_down();
             return result;
         },
         deliver);
-    hasRun.wait(false);
-    late.end();
-
-    ASSERT_TRUE(
-        m_loop.runUntil([&] { return isSet(discarded) && isSet(cancelledInTime) && isSet(cancelledOnTheWay); }));
-    for (auto const* id : { &discarded, &cancelledInTime, &cancelledOnTheWay })
-        EXPECT_NE(id->load(), std::this_thread::get_id());
+    hasRun.wait();
+    onTheWay.end();
+    for (auto const& thread : destroyedOn) {
+        ASSERT_TRUE(runUntil([&] { return thread.load() != std::thread::id(); }));
+        EXPECT_NE(thread.load(), std::this_thread::get_id());
+    }
 }
 
 TEST_F(QtExecutorTest, Timers_posts_and_results_go_on_in_a_loop_that_an_action_runs)
@@ -209,14 +194,14 @@ TEST_F(QtExecutorTest, Timers_posts_and_results_go_on_in_a_loop_that_an_action_r
     };
     Registration timer, post, work;
     bool isDone = false;
-    auto const outer = m_executor->post([&] {
-        timer = m_executor->after(1ms, count);
-        post = m_executor->post(count);
-        work = m_executor->detach([] { return 0; }, [&](int) { count(); });
+    auto const outer = executor->post([&] {
+        timer = executor->after(1ms, count);
+        post = executor->post(count);
+        work = executor->detach([] { return 0; }, [&](int) { count(); });
         inner.exec();
         isDone = true;
     });
-    ASSERT_TRUE(m_loop.runUntil([&] { return isDone; }));
+    ASSERT_TRUE(runUntil([&] { return isDone; }));
     EXPECT_EQ(arrived, 3);
 }
 
@@ -227,11 +212,11 @@ TEST_F(QtExecutorTest, A_storm_of_work_from_which_half_is_cancelled_arrives_whol
     std::vector<Registration> tasks;
     for (int number = 0; number < count; ++number) {
         tasks.push_back(
-            m_executor->detach([] { return std::make_shared<int>(1); }, [&](auto const& one) { arrived += *one; }));
+            executor->detach([] { return std::make_shared<int>(1); }, [&](auto const& one) { arrived += *one; }));
         if (number % 2)
             tasks.back().end();
     }
-    EXPECT_TRUE(m_loop.runUntil([&] { return arrived == count / 2; }));
+    EXPECT_TRUE(runUntil([&] { return arrived == count / 2; }));
 }
 
 }

@@ -147,14 +147,10 @@ TEST_F(PosixFileSystemTest, No_operation_takes_a_name_that_is_there_or_leads_out
         EXPECT_EQ(files.openForInstalling(root.path(name)).error(), SystemError(ENOTDIR)) << name;
     SystemError const invalid(EINVAL);
     for (auto const* name : { "", ".", "..", "../x", "/tmp/x", "a/b" }) {
-        EXPECT_EQ(folder->read(name, 10).error(), invalid) << name;
-        EXPECT_EQ(folder->status(name).error(), invalid) << name;
-        EXPECT_EQ(target->createFile(name).error(), invalid) << name;
-        EXPECT_EQ(target->makeFolder(name).error(), invalid) << name;
-        EXPECT_EQ(target->isFolder(name).error(), invalid) << name;
-        EXPECT_EQ(target->publish(name, "y").error(), invalid) << name;
-        EXPECT_EQ(target->publish("file", name).error(), invalid) << name;
-        EXPECT_EQ(target->remove(name).error(), invalid) << name;
+        std::array const errors { folder->read(name, 10).error(), folder->status(name).error(),
+            target->createFile(name).error(), target->makeFolder(name).error(), target->isFolder(name).error(),
+            target->publish(name, "y").error(), target->publish("file", name).error(), target->remove(name).error() };
+        EXPECT_THAT(errors, Each(invalid)) << name;
     }
     EXPECT_EQ(folder->read(QByteArray("file\0y", 6), 10).error(), invalid);
     EXPECT_EQ(files.openForInstalling(root.path("missing")).error(), SystemError(ENOENT));

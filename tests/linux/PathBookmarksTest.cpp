@@ -60,7 +60,7 @@ TEST_F(PathBookmarksTest, A_token_that_has_only_a_path_is_enough_and_a_malformed
     auto const least = QJsonDocument(QJsonObject { { u"path"_s, path } }).toJson();
     EXPECT_EQ(bookmarks.resolve(least).value(), (Resolved { path, false }));
     for (auto const* malformed : { "", "nonsense", "[]", "{}", R"({"path": 1})", R"({"path": "relative"})",
-             R"({"path": ""})", R"({"path": "/", "inode": "1"})" })
+             R"({"path": ""})", R"({"path": "/", "inode": "1"})", R"({"path": "/", "inode": 1.5})" })
         EXPECT_EQ(bookmarks.resolve(malformed).error(), SystemError(EINVAL)) << malformed;
 }
 

@@ -13,11 +13,6 @@ using Pasteboard = Clipboard::Pasteboard;
 // Another process reads and owns.
 class QtClipboardTest : public Test {
 protected:
-    QtClipboard clipboard;
-    EventLoop loop;
-    QProcess owner;
-    QWindow window;
-
     QtClipboardTest()
     {
         window.show();
@@ -28,11 +23,6 @@ protected:
     static QString nameOf(Pasteboard pasteboard)
     {
         return pasteboard == Pasteboard::selection ? u"selection"_s : u"general"_s;
-    }
-    // The news of another owner may still be under way.
-    bool isReadSoon(Pasteboard pasteboard, QString const& text)
-    {
-        return loop.runUntil([&] { return clipboard.text(pasteboard) == text; }, std::chrono::seconds(10));
     }
     void endOwner()
     {
@@ -53,6 +43,11 @@ protected:
         EXPECT_TRUE(loop.runUntil([&] { return owner.canReadLine() || owner.state() == QProcess::NotRunning; }));
         EXPECT_EQ(owner.readLine(), "owns\n");
     }
+
+    EventLoop loop;
+    QtClipboard clipboard;
+    QProcess owner;
+    QWindow window;
 };
 
 TEST_F(QtClipboardTest, What_is_set_is_what_others_read_and_the_pasteboards_are_apart)
@@ -75,7 +70,8 @@ TEST_F(QtClipboardTest, What_others_copy_is_read_and_taken_over_again)
         copyElsewhere(pasteboard, u"theirs first"_s);
         for (int repeat = 0; repeat < 3; ++repeat) {
             copyElsewhere(pasteboard, u"theirs"_s);
-            EXPECT_TRUE(isReadSoon(pasteboard, u"theirs"_s));
+            // The news of another owner may still be under way.
+            EXPECT_TRUE(loop.runUntil([&] { return clipboard.text(pasteboard) == u"theirs"_s; }));
             EXPECT_TRUE(clipboard.setText(pasteboard, u"ours again"_s));
             EXPECT_EQ(seenByOthers(pasteboard), u"ours again"_s);
         }

@@ -1,11 +1,9 @@
 #include "linux/qt/QtOpenPanels.h"
 #include "support/EventLoop.h"
+#include "support/TemporaryFolder.h"
 #include "support/Test.h"
 
 #include <QAbstractItemModel>
-#include <QApplication>
-#include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileSystemModel>
 #include <QInputDialog>
@@ -13,7 +11,6 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTemporaryDir>
 #include <QToolButton>
 
 namespace Quillory {
@@ -23,33 +20,26 @@ using Response = OpenPanel::Response;
 
 class QtOpenPanelTest : public Test {
 protected:
-    QTemporaryDir folder;
-    EventLoop loop;
-    QtOpenPanels panels;
-    QWidget reader;
-
     QtOpenPanelTest() { reader.show(); }
     std::uint64_t window() const { return reader.winId(); }
-
     QFileDialog* dialog() const
     {
-        for (auto* const widget : QApplication::topLevelWidgets()) {
-            auto* const found = qobject_cast<QFileDialog*>(widget);
-            if (found && found->isVisible())
-                return found;
-        }
-        return nullptr;
+        auto const dialogs = reader.findChildren<QFileDialog*>();
+        auto const shown = std::ranges::find_if(dialogs, &QWidget::isVisible);
+        return shown == dialogs.end() ? nullptr : *shown;
     }
-};
 
-OpenPanelSettings folderSettings()
-{
-    return { .canChooseDirectories = true,
+    EventLoop loop;
+    TemporaryFolder const folder;
+    QtOpenPanels panels;
+    QWidget reader;
+    OpenPanelSettings const folderSettings { .canChooseDirectories = true,
         .canChooseFiles = false,
         .canCreateDirectories = true,
+        .directoryURL = folder.path(),
         .prompt = u"Choose folder"_s,
         .message = u"Choose well."_s };
-}
+};
 
 TEST_F(QtOpenPanelTest, A_window_on_screen_takes_one_panel_at_a_time)
 {
@@ -58,7 +48,7 @@ TEST_F(QtOpenPanelTest, A_window_on_screen_takes_one_panel_at_a_time)
     {
         auto const panel = panels.openPanel();
         panel->cancel(); // not shown yet
-        panel->beginSheetModal(window(), folderSettings(), [](Response) { ADD_FAILURE() << "nobody answered"; });
+        panel->beginSheetModal(window(), folderSettings, [](Response) { ADD_FAILURE() << "nobody answered"; });
         EXPECT_TRUE(dialog());
         EXPECT_FALSE(panels.canAttachTo(window()));
     }
@@ -79,7 +69,7 @@ TEST_F(QtOpenPanelTest, The_answer_comes_once_and_may_destroy_the_panel)
              Case { [&](OpenPanel& panel) { panel.cancel(); }, Response::cancel, std::nullopt } }) {
         auto panel = panels.openPanel();
         std::vector<std::pair<Response, std::optional<QString>>> answers;
-        panel->beginSheetModal(window(), folderSettings(), [&](Response response) {
+        panel->beginSheetModal(window(), folderSettings, [&](Response response) {
             answers.emplace_back(response, panel->url());
             panel->orderOut();
             panel->cancel();
@@ -94,7 +84,7 @@ TEST_F(QtOpenPanelTest, The_answer_comes_once_and_may_destroy_the_panel)
 TEST_F(QtOpenPanelTest, The_texts_stand_on_the_dialog_which_blocks_its_window_alone)
 {
     auto const panel = panels.openPanel();
-    panel->beginSheetModal(window(), folderSettings(), [](Response) { });
+    panel->beginSheetModal(window(), folderSettings, [](Response) { });
     EXPECT_EQ(dialog()->windowModality(), Qt::WindowModal);
     EXPECT_EQ(dialog()->parentWidget(), &reader);
     EXPECT_EQ(dialog()->fileMode(), QFileDialog::Directory);
@@ -112,28 +102,26 @@ TEST_F(QtOpenPanelTest, The_texts_stand_on_the_dialog_which_blocks_its_window_al
 TEST_F(QtOpenPanelTest, Folders_can_be_made_and_nothing_else_of_the_disk_changed)
 {
     auto const panel = panels.openPanel();
-    auto settings = folderSettings();
-    settings.directoryURL = folder.path();
-    panel->beginSheetModal(window(), settings, [](Response) { });
+    panel->beginSheetModal(window(), folderSettings, [](Response) { });
     // Without it the keys and the menu of the toolkit's dialog delete and rename, and drags move.
     ASSERT_TRUE(dialog()->findChild<QFileSystemModel*>()->isReadOnly());
     for (auto const& [name, isMade] : { std::pair(u"../new"_s, false), std::pair(u"new"_s, true) }) {
         dialog()->findChild<QToolButton*>(u"makeFolder"_s)->click();
         auto* const question = dialog()->findChild<QInputDialog*>();
-        ASSERT_TRUE(question);
+        ASSERT_TRUE(question && question->isVisible());
         question->setTextValue(name);
         question->accept();
         EXPECT_EQ(dialog()->findChild<QMessageBox*>() == nullptr, isMade);
         qDeleteAll(dialog()->findChildren<QDialog*>());
     }
-    EXPECT_EQ(dialog()->selectedFiles(), QStringList { folder.filePath(u"new"_s) });
-    EXPECT_TRUE(QFileInfo::exists(folder.filePath(u"new"_s)));
+    EXPECT_EQ(dialog()->selectedFiles(), QStringList { folder.path("new") });
+    EXPECT_TRUE(folder.has("new"));
 }
 
 TEST_F(QtOpenPanelTest, The_chooser_of_applications_shows_their_entries_alone)
 {
     for (auto const* name : { "a.desktop", "b.txt", "c.desktop" })
-        ASSERT_TRUE(QFile(folder.filePath(QString::fromLatin1(name))).open(QIODevice::WriteOnly));
+        folder.write(name, "");
     auto const panel = panels.openPanel();
     panel->beginSheetModal(window(),
         { .allowedContentType = OpenPanelSettings::ContentType::application,

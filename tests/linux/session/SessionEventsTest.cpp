@@ -1,19 +1,15 @@
 #include "PrivateBus.h"
 
+#include "linux/files/FileDescriptor.h"
 #include "linux/freedesktop/LogindSessionEvents.h"
 #include "support/BusService.h"
 #include "support/EventLoop.h"
-#include "support/Test.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusUnixFileDescriptor>
 
 #include <array>
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -31,27 +27,26 @@ public:
         EXPECT_TRUE(m_service.isRegistered);
     }
 
-    ~SmallLogind() { closeDelay(); }
-
-    void prepareForSleep(bool isAboutToSleep)
+    static QDBusMessage sleepSignal(bool isAboutToSleep)
     {
         auto signal = QDBusMessage::createSignal(
             u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s);
-        m_bus.send(signal << isAboutToSleep);
+        return signal << isAboutToSleep;
     }
+    void prepareForSleep(bool isAboutToSleep) { m_bus.send(sleepSignal(isAboutToSleep)); }
     void lock() { m_bus.send(QDBusMessage::createSignal(sessionPath, u"org.freedesktop.login1.Session"_s, u"Lock"_s)); }
-    void change(QVariantMap const& properties, QString const& interface = u"org.freedesktop.login1.Session"_s)
+    void change(QString const& property, bool value, QString const& interface = u"org.freedesktop.login1.Session"_s)
     {
         auto signal = QDBusMessage::createSignal(
             sessionPath, u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s);
-        m_bus.send(signal << interface << properties << QStringList());
+        m_bus.send(signal << interface << QVariantMap { { property, value } } << QStringList());
     }
 
     // Somebody holds sleep up as long as the pipe has a writer.
     bool isSleepHeldUp() const
     {
-        pollfd reader { m_delay, 0, 0 };
-        return m_delay >= 0 && poll(&reader, 1, 0) == 0;
+        pollfd reader { m_delay.number(), 0, 0 };
+        return m_delay.isOpen() && poll(&reader, 1, 0) == 0;
     }
 
 private:
@@ -63,17 +58,11 @@ private:
         EXPECT_EQ(call.arguments().at(3), u"delay"_s);
         return { QVariant::fromValue(newDelay()) };
     }
-    void closeDelay() const
-    {
-        if (m_delay >= 0)
-            close(m_delay);
-    }
     QDBusUnixFileDescriptor newDelay()
     {
         std::array<int, 2> ends {};
         EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
-        closeDelay();
-        m_delay = ends[0];
+        m_delay = FileDescriptor(ends[0]);
         QDBusUnixFileDescriptor writer;
         writer.giveFileDescriptor(ends[1]);
         return writer;
@@ -81,7 +70,7 @@ private:
 
     QString const sessionPath = u"/org/freedesktop/login1/session/_32"_s;
     QDBusConnection m_bus;
-    int m_delay = -1;
+    FileDescriptor m_delay;
     BusService m_service { m_bus, u"org.freedesktop.login1"_s, u"/org/freedesktop/login1"_s,
         [this](QDBusMessage const& call, auto&) { return answer(call); } };
 };
@@ -91,6 +80,7 @@ class LogindSessionEventsTest : public Test {
 protected:
     LogindSessionEventsTest()
     {
+        EXPECT_TRUE(loop.runUntil([&] { return logind.isSleepHeldUp(); })) << "from the start";
         m_signs = events.observeDidWake([this] { ++m_wakes; });
         // The bus passes on what it was asked for; when it has been asked can only be tried.
         bool isHeard = false;
@@ -106,7 +96,7 @@ protected:
         ++m_wakesSent;
         logind.prepareForSleep(false);
     }
-    void resign() { logind.change({ { u"Active"_s, false } }); }
+    void resign() { logind.change(u"Active"_s, false); }
 
     // The bus keeps what one program sends in order, so that a last signal of its own ends the wait.
     void settle()
@@ -115,9 +105,9 @@ protected:
         EXPECT_TRUE(loop.runUntil([&] { return m_wakes == m_wakesSent && logind.isSleepHeldUp(); }));
     }
 
-    SessionEvents::Action note(std::string what)
+    SessionEvents::Action note(char const* what)
     {
-        return [this, what = std::move(what)] { told.push_back(what); };
+        return [this, what] { told.emplace_back(what); };
     }
 
     EventLoop loop;
@@ -159,10 +149,9 @@ TEST_F(LogindSessionEventsTest, Each_event_is_told_in_order_to_those_who_observe
 
 TEST_F(LogindSessionEventsTest, Sleep_waits_until_all_have_been_told_and_again_the_next_time)
 {
-    bool wasHeldUp = false;
-    auto const sleeping = events.observeWillSleep([&] { wasHeldUp = logind.isSleepHeldUp(); });
     for (int time = 0; time < 2; ++time) {
-        wasHeldUp = false;
+        bool wasHeldUp = false;
+        auto const sleeping = events.observeWillSleep([&] { wasHeldUp = logind.isSleepHeldUp(); });
         sleep();
         EXPECT_TRUE(loop.runUntil([&] { return !logind.isSleepHeldUp(); }));
         EXPECT_TRUE(wasHeldUp);
@@ -170,35 +159,28 @@ TEST_F(LogindSessionEventsTest, Sleep_waits_until_all_have_been_told_and_again_t
     }
 }
 
-TEST_F(LogindSessionEventsTest, A_locked_or_inactive_session_has_resigned_and_other_news_say_nothing)
+TEST_F(LogindSessionEventsTest, A_locked_or_inactive_session_has_resigned_and_other_news_and_programs_say_nothing)
 {
-    int count = 0;
-    auto const resigning = events.observeSessionDidResignActive([&] { ++count; });
-    logind.change({ { u"Active"_s, true }, { u"IdleHint"_s, true } });
-    logind.change({ { u"LockedHint"_s, false } });
-    logind.change({ { u"Active"_s, false } }, u"org.example.Other"_s);
-    settle();
-    EXPECT_EQ(count, 0);
-    logind.lock();
-    logind.change({ { u"LockedHint"_s, true } });
-    logind.change({ { u"Active"_s, false } });
-    settle();
-    EXPECT_EQ(count, 3);
-}
-
-TEST_F(LogindSessionEventsTest, Another_program_does_not_put_us_to_sleep)
-{
-    int count = 0;
-    auto const sleeping = events.observeWillSleep([&] { ++count; });
+    int resigned = 0, slept = 0;
+    auto const resigning = events.observeSessionDidResignActive([&] { ++resigned; });
+    auto const sleeping = events.observeWillSleep([&] { ++slept; });
+    logind.change(u"Active"_s, true);
+    logind.change(u"IdleHint"_s, true);
+    logind.change(u"LockedHint"_s, false);
+    logind.change(u"Active"_s, false, u"org.example.Other"_s);
     auto stranger = bus.connect();
-    auto signal = QDBusMessage::createSignal(
-        u"/org/freedesktop/login1"_s, u"org.freedesktop.login1.Manager"_s, u"PrepareForSleep"_s);
-    stranger.send(signal << true);
+    stranger.send(SmallLogind::sleepSignal(true));
     // Its own call comes back after the bus has passed the signal on.
     stranger.call(QDBusMessage::createMethodCall(
         u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetId"_s));
     settle();
-    EXPECT_EQ(count, 0);
+    EXPECT_EQ(resigned, 0);
+    EXPECT_EQ(slept, 0);
+    logind.lock();
+    logind.change(u"LockedHint"_s, true);
+    resign();
+    settle();
+    EXPECT_EQ(resigned, 3);
 }
 
 TEST(LogindSessionEvents, Without_bus_or_logind_nothing_happens)
