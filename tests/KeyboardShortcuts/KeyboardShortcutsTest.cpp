@@ -93,19 +93,6 @@ TEST_F(KeyboardShortcutsTest, A_shortcut_is_taken_by_the_desktops_settings_or_by
         EXPECT_EQ(line.center.isTakenBySystem(shortcut, settings), isTaken) << shortcut.carbonKeyCode;
 }
 
-TEST_F(KeyboardShortcutsTest, The_hot_keys_end_with_their_owner)
-{
-    shortcuts.setShortcut(controlOptionK, toggle);
-    {
-        KeyboardShortcuts passing(line.storage, line.center, executor);
-        passing.onKeyUp(toggle, note("passing"));
-        EXPECT_THAT(hotKeys.registered(), SizeIs(1));
-    }
-    EXPECT_THAT(hotKeys.registered(), IsEmpty());
-    openMenu();
-    EXPECT_FALSE(swallows(Kind::down, controlOption));
-}
-
 // What the line should do, told as sets: which shortcuts have a hot key, which of them the system has, which are down.
 class ShortcutsModel : public KeyboardShortcutsTest {
 protected:
