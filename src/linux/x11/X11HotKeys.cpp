@@ -350,6 +350,17 @@ void X11HotKeys::answer(std::uint8_t type, std::uint8_t serverKeyCode)
     auto const whose = isOthers ? XCB_ALLOW_REPLAY_KEYBOARD : XCB_ALLOW_SYNC_KEYBOARD;
     xcb_allow_events(m_connection.handle(), static_cast<std::uint8_t>(whose), XCB_CURRENT_TIME);
     xcb_flush(m_connection.handle());
+    if (isOthers)
+        releaseAll();
+}
+
+// The keyboard is another program's from now on: it is told of the releases, and a press that comes here is a new one.
+void X11HotKeys::releaseAll()
+{
+    for (auto const& hotKey : std::vector(m_hotKeys)) {
+        if (hotKey->press)
+            release(hotKey->serverKeyCode, XCB_CURRENT_TIME);
+    }
 }
 
 // A key that is not repeated itself, as modifiers are not, leaves the repetition of another one running.

@@ -68,6 +68,7 @@ private:
     bool tellsOfNewKeyboardMap(xcb_generic_event_t const& event) const;
     void press(xcb_key_press_event_t const& event);
     bool release(std::uint8_t serverKeyCode, X11Clock::Time time);
+    void releaseAll();
     void releaseWhatWasLost();
     void passOn(xcb_key_press_event_t const& event);
     void takeKeyboard(X11Clock::Time time, std::uint8_t mode);
