@@ -1,10 +1,6 @@
 #include "e2e/ReaderOnADesktop.h"
 
-#include <csignal>
-
-using namespace Quillory;
-using namespace Qt::StringLiterals;
-
+namespace Quillory {
 namespace {
 
 // A display that can be taken away, without a window manager.
@@ -37,7 +33,7 @@ private:
     QByteArray m_name;
 };
 
-class EndingTest : public testing::Test {
+class EndingTest : public Test {
 protected:
     using End = std::function<void(OwnDisplay&, Desktop&)>;
 
@@ -45,7 +41,7 @@ protected:
     void keepWorkerBusy()
     {
         program.save(u"z.md"_s, QByteArray(512 * 1024, '"'));
-        EXPECT_TRUE(Desktop::eventually([&] { return program.holds(program.folder()); }));
+        EXPECT_TRUE(Desktop::eventually([&] { return program.openFiles().contains(program.folder()); }));
     }
 
     // Changes the selection, which is written a quarter of a second later. False when it was written before the end.
@@ -60,7 +56,8 @@ protected:
         program.start();
         EXPECT_TRUE(Desktop::eventually([&] { return desktop.isGrabbed(toggle); }));
         desktop.play(u"ctrl+alt+K"_s);
-        EXPECT_TRUE(Desktop::eventually([&] { return desktop.reader() && !program.holds(program.folder()); }));
+        EXPECT_TRUE(
+            Desktop::eventually([&] { return desktop.reader() && !program.openFiles().contains(program.folder()); }));
         keepWorkerBusy();
         EXPECT_TRUE(Desktop::eventually([&] {
             desktop.play(u"Right"_s);
@@ -99,4 +96,5 @@ TEST_F(EndingTest, However_it_ends_it_writes_the_last_settings_and_waits_for_no_
     }
 }
 
+}
 }

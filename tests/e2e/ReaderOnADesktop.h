@@ -4,12 +4,9 @@
 #include "e2e/Program.h"
 #include "e2e/Terminal.h"
 #include "support/EventLoop.h"
-
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 namespace Quillory {
-
-using namespace Qt::StringLiterals;
 
 inline Shortcut const toggle { 40, Shortcut::carbonModifiersOf(ModifierFlags::control | ModifierFlags::option) };
 
@@ -19,7 +16,7 @@ inline QByteArray sheetOf(QByteArray const& title)
 }
 
 // The program beside a terminal that has the front.
-class ReaderOnADesktop : public testing::Test {
+class ReaderOnADesktop : public Test {
 protected:
     void start()
     {
@@ -53,7 +50,7 @@ protected:
     }
 
     // By the window's title, to which the toolkit adds the program's name.
-    testing::AssertionResult shows(QString const& title)
+    AssertionResult shows(QString const& title)
     {
         std::optional<DesktopView::Reader> seen;
         auto const isShown = [&] {
@@ -61,9 +58,8 @@ protected:
             return seen && (seen->title == title || seen->title == title + QStringLiteral(" — Quillory"));
         };
         if (Desktop::eventually(isShown))
-            return testing::AssertionSuccess();
-        return testing::AssertionFailure()
-            << "the reader shows \"" << (seen ? seen->title.toStdString() : "nothing") << '"';
+            return AssertionSuccess();
+        return AssertionFailure() << "the reader shows \"" << (seen ? seen->title.toStdString() : "nothing") << '"';
     }
 
     EventLoop loop;

@@ -1,20 +1,15 @@
 #include "e2e/ReaderOnADesktop.h"
 #include "linux/x11/X11Clock.h"
-#include "support/OtherProgram.h"
 
 #include <QElapsedTimer>
 
-#include <array>
-
-using namespace Quillory;
-using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
-
+namespace Quillory {
 namespace {
 
 Shortcut const peek { 38, toggle.carbonModifiers };
 auto const holdPeek = u"ctrl+alt+J↓"_s, releasePeek = u"ctrl+alt+J↑"_s;
 constexpr std::uint32_t allWorkspaces = 0xFFFFFFFF;
+constexpr int longerThanAHold = 600; // ms
 
 class SummoningTest : public ReaderOnADesktop {
 protected:
@@ -29,23 +24,6 @@ protected:
     {
         ReaderOnADesktop::start();
         ASSERT_TRUE(Desktop::eventually([&] { return desktop.isGrabbed(peek); }));
-    }
-
-    // A program that answers is one that has done all that belongs to its start, and not only taken its keys.
-    void startAndSeeItAnswer()
-    {
-        start();
-        ASSERT_TRUE(comesUp());
-        ASSERT_TRUE(goesAwayTo(terminal.window()));
-    }
-
-    // Whether the reader does not come up within the time that a hold takes.
-    bool staysAway()
-    {
-        QElapsedTimer time;
-        time.start();
-        Desktop::eventually([&] { return desktop.isReaderOnScreen() || time.hasExpired(600); });
-        return !desktop.isReaderOnScreen();
     }
 
     // Drags with the mouse until the panel's frame is `frame`, but for the first steps of the way, which the window
@@ -88,22 +66,50 @@ protected:
     }
 };
 
-TEST_F(SummoningTest, A_peek_lasts_as_long_as_its_keys_are_held)
+TEST_F(SummoningTest, A_peek_lasts_as_long_as_its_keys_are_held_and_can_be_read_by_others)
 {
+    program.save(u"b.md"_s, sheetOf("Second"));
     start();
-    for (bool const modifierFirst : { false, true }) {
-        SCOPED_TRACE(modifierFirst ? "modifier first" : "key first");
+    struct Case {
+        char const* story;
+        bool isOverPanel;
+        std::function<void()> letGo;
+    };
+    Case const cases[] {
+        { "key first", false, [&] { desktop.play(u"J↑"_s); } },
+        { "modifiers first", false,
+            [&] {
+                desktop.play(u"ctrl+alt↑"_s);
+                EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+                desktop.play(u"A"_s); // the key of the peek is still down
+            } },
+        { "while the program does not run", true,
+            [&] {
+                program.freeze();
+                desktop.play(releasePeek);
+                EXPECT_TRUE(desktop.isReaderOnScreen());
+                program.thaw();
+            } },
+    };
+    for (auto const& [story, isOverPanel, letGo] : cases) {
+        SCOPED_TRACE(story);
+        ASSERT_TRUE(!isOverPanel || comesUp());
         desktop.play(holdPeek);
-        ASSERT_TRUE(isUp());
+        ASSERT_TRUE(shows(u"Sheet"_s));
         auto const window = desktop.reader().value().window;
         EXPECT_TRUE(isPeekWindow(window));
         EXPECT_TRUE(desktop.hasState(window, "_NET_WM_STATE_SKIP_TASKBAR"));
         EXPECT_TRUE(desktop.lists(window, "_NET_WM_WINDOW_TYPE", "_NET_WM_WINDOW_TYPE_UTILITY")) << "tilers float it";
         EXPECT_EQ(desktop.topmostWindow(), window);
-        desktop.play(modifierFirst ? u"ctrl+alt↑"_s : u"J↑"_s);
+        for (auto const& [key, title] : { std::pair { u"Right"_s, u"Second"_s }, { u"Left"_s, u"Sheet"_s } }) {
+            // The text gets the keyboard in a later turn; beyond the last sheet is none.
+            EXPECT_TRUE(Desktop::eventually([&] {
+                desktop.play(key);
+                return desktop.reader() && desktop.reader()->title.startsWith(title);
+            }));
+        }
+        letGo();
         EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
-        if (modifierFirst)
-            desktop.play(u"A"_s); // the key of the peek is still down
         desktop.play(releasePeek);
     }
     desktop.play(u"Return"_s);
@@ -112,112 +118,29 @@ TEST_F(SummoningTest, A_peek_lasts_as_long_as_its_keys_are_held)
     EXPECT_TRUE(isOrdinaryWindow(desktop.reader().value().window));
 }
 
-TEST_F(SummoningTest, The_reader_answers_to_other_keys_while_those_of_a_peek_are_held)
+TEST_F(SummoningTest, A_double_tap_and_hold_peeks_and_typing_in_between_does_not)
 {
-    program.save(u"b.md"_s, sheetOf("Second"));
-    start();
-    for (bool const isResident : { false, true }) {
-        SCOPED_TRACE(isResident ? "over the panel itself" : "over another window");
-        ASSERT_TRUE(!isResident || comesUp());
-        desktop.play(holdPeek);
-        ASSERT_TRUE(shows(u"Sheet"_s));
-        for (auto const& [key, title] : { std::pair { u"Right"_s, u"Second"_s }, { u"Left"_s, u"Sheet"_s } }) {
-            // The text gets the keyboard in a later turn; beyond the last sheet is none.
-            EXPECT_TRUE(Desktop::eventually([&] {
-                desktop.play(key);
-                return desktop.reader() && desktop.reader()->title.startsWith(title);
-            }));
-        }
-        desktop.play(releasePeek);
-        EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
-    }
-}
-
-TEST_F(SummoningTest, A_release_while_the_program_does_not_run_is_made_up_for)
-{
-    start();
-    desktop.play(holdPeek);
-    ASSERT_TRUE(isUp());
-    program.freeze();
-    desktop.play(releasePeek);
-    EXPECT_TRUE(desktop.isReaderOnScreen());
-    program.thaw();
-    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
-}
-
-TEST_F(SummoningTest, A_double_tap_and_hold_on_either_side_peeks_and_typing_in_between_does_not)
-{
-    for (auto const& [gesture, sides] : { std::pair { u"shift"_s, std::array { u"shift"_s, u"rightShift"_s } },
-             { u"option"_s, std::array { u"alt"_s, u"rightAlt"_s } } }) {
+    for (auto const& [gesture, key] : { std::pair { u"shift"_s, u"shift"_s }, { u"option"_s, u"rightAlt"_s } }) {
         SCOPED_TRACE(gesture.toStdString());
         program.setSetting(u"modifierGesture"_s, gesture);
-        startAndSeeItAnswer();
-        for (auto const& side : sides) {
-            desktop.play(side + u' ' + side + u'↓');
-            ASSERT_TRUE(isUp());
-            EXPECT_TRUE(isPeekWindow(desktop.reader().value().window));
-            desktop.play(side + u'↑');
-            EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+        start();
+        // A program that answers is one that has done all that belongs to its start, and not only taken its keys.
+        ASSERT_TRUE(comesUp());
+        ASSERT_TRUE(goesAwayTo(terminal.window()));
+        desktop.play(key + u' ' + key + u'↓');
+        ASSERT_TRUE(isUp());
+        EXPECT_TRUE(isPeekWindow(desktop.reader().value().window));
+        desktop.play(key + u'↑');
+        EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
 
-            desktop.play(side + u" A "_s + side + u'↓');
-            EXPECT_TRUE(staysAway());
-            desktop.play(side + u'↑');
-        }
+        desktop.play(key + u" A "_s + key + u'↓');
+        QElapsedTimer time;
+        time.start();
+        Desktop::eventually([&] { return desktop.isReaderOnScreen() || time.hasExpired(longerThanAHold); });
+        EXPECT_FALSE(desktop.isReaderOnScreen());
+        desktop.play(key + u'↑');
         ASSERT_TRUE(program.terminate());
     }
-}
-
-TEST_F(SummoningTest, An_open_menu_of_another_program_hinders_only_the_hot_keys_and_only_while_it_is_open)
-{
-    program.setSetting(u"modifierGesture"_s, u"shift"_s);
-    startAndSeeItAnswer();
-    QProcess menu;
-    menu.start(QStringLiteral(QUILLORY_PROGRAMS "/quillory-test-menu-peer"), QStringList());
-    ASSERT_TRUE(menu.waitForReadyRead());
-    OtherProgram prober;
-    ASSERT_FALSE(prober.canHaveKeyboard());
-    desktop.play(u"shift shift↓"_s);
-    ASSERT_TRUE(Desktop::eventually([&] { return desktop.isReaderOnScreen(); }));
-    desktop.play(u"shift↑"_s);
-    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
-    EXPECT_EQ(menu.state(), QProcess::Running);
-    EXPECT_FALSE(prober.canHaveKeyboard());
-
-    desktop.play(u"A Escape"_s); // the menu's, not the terminal's
-    EXPECT_TRUE(menu.waitForFinished());
-    EXPECT_TRUE(prober.canHaveKeyboard());
-    EXPECT_TRUE(comesUp());
-    EXPECT_TRUE(goesAwayTo(terminal.window()));
-    desktop.play(u"Return"_s);
-    EXPECT_TRUE(Desktop::eventually([&] { return terminal.typedLines() == "\n"; }));
-}
-
-TEST_F(SummoningTest, Another_window_that_comes_to_the_front_ends_a_peek_and_keeps_it)
-{
-    Terminal const other(desktop, program.path(u"second"_s));
-    desktop.bringToFront(terminal.window());
-    ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
-    start();
-    desktop.play(holdPeek);
-    ASSERT_TRUE(isUp());
-    desktop.bringToFront(other.window());
-    EXPECT_TRUE(isAwayAndFrontIs(other.window()));
-    desktop.play(releasePeek);
-    EXPECT_TRUE(isAwayAndFrontIs(other.window()));
-    EXPECT_TRUE(staysAway());
-}
-
-TEST_F(SummoningTest, The_panel_can_be_closed_by_its_button_and_comes_back)
-{
-    start();
-    ASSERT_TRUE(comesUp());
-    auto const frame = desktop.reader().value().frame;
-    desktop.click(frame.topRight() + QPoint(-20, 20));
-    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
-    ASSERT_TRUE(comesUp());
-    EXPECT_EQ(desktop.reader().value().frame, frame);
-    desktop.play(u"Escape"_s);
-    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
 }
 
 TEST_F(SummoningTest, A_peek_shows_over_a_full_screen_window_and_on_every_workspace)
@@ -247,98 +170,58 @@ TEST_F(SummoningTest, The_frame_is_stored_when_the_user_moves_it_and_not_by_show
 {
     auto const key = u"persistentPanelFrame"_s;
     start();
-    QRect resized;
-    for (bool const isPeek : { false, true }) {
-        SCOPED_TRACE(isPeek ? "peek" : "resident");
-        desktop.play(isPeek ? holdPeek : u"ctrl+alt+K"_s);
-        ASSERT_TRUE(isUp());
-        auto const first = desktop.reader().value().frame;
-        EXPECT_TRUE(isPeek ? first == resized : first.size() == QSize(880, 640));
-        EXPECT_TRUE(drag(first.topLeft() + QPoint(300, 15), { 30, 40 }, first.translated(30, 40))) << "by its bar";
-        auto const moved = desktop.reader().value().frame;
-        EXPECT_TRUE(drag(moved.bottomRight() - QPoint(2, 2), { -100, -50 }, moved.adjusted(0, 0, -100, -50)))
-            << "by its corner";
-        resized = desktop.reader().value().frame;
-        desktop.play(isPeek ? releasePeek : u"ctrl+alt+K"_s);
-        ASSERT_TRUE(isAwayAndFrontIs(terminal.window()));
-    }
+    ASSERT_TRUE(comesUp());
+    auto const first = desktop.reader().value().frame;
+    EXPECT_EQ(first.size(), QSize(880, 640));
+    EXPECT_TRUE(drag(first.topLeft() + QPoint(300, 15), { 30, 40 }, first.translated(30, 40))) << "by its bar";
+    auto const moved = desktop.reader().value().frame;
+    EXPECT_TRUE(drag(moved.bottomRight() - QPoint(2, 2), { -100, -50 }, moved.adjusted(0, 0, -100, -50)))
+        << "by its corner";
+    auto const resized = desktop.reader().value().frame;
+    ASSERT_TRUE(goesAwayTo(terminal.window()));
     ASSERT_TRUE(comesUp());
     EXPECT_EQ(desktop.reader().value().frame, resized);
     ASSERT_TRUE(program.terminate());
     EXPECT_EQ(program.storedSettings()[key].toString(),
         u"{{%1, %2}, {%3, %4}}"_s.arg(resized.x()).arg(resized.y()).arg(resized.width()).arg(resized.height()));
-
-    // On a screen that is gone: it comes back, and what is stored stays.
-    auto const gone = u"{{3000, 200}, {500, 400}}"_s;
-    program.setSetting(key, gone);
-    start();
-    ASSERT_TRUE(comesUp());
-    EXPECT_EQ(desktop.reader().value().frame, QRect(780, 200, 500, 400));
-    ASSERT_TRUE(program.terminate());
-    EXPECT_EQ(program.storedSettings()[key].toString(), gone);
 }
 
 TEST_F(SummoningTest, With_two_displays_it_comes_to_the_one_that_the_user_is_on)
 {
-    auto const setMonitors = [](QStringList const& arguments) {
-        EXPECT_EQ(QProcess::execute(u"xrandr"_s, arguments), 0);
-    };
-    setMonitors({ u"--setmonitor"_s, u"left"_s, u"640/170x900/240+0+0"_s, u"screen"_s });
-    setMonitors({ u"--setmonitor"_s, u"right"_s, u"640/170x900/240+640+0"_s, u"none"_s });
-    auto const stored = u"{{100, 200}, {500, 400}}"_s;
-    QRect const onTheLeft { 100, 200, 500, 400 }, onTheRight { 740, 200, 500, 400 };
-    program.setSetting(u"persistentPanelFrame"_s, stored);
-    desktop.moveTo(terminal.window(), { 700, 100 });
+    for (auto const& monitor : { QStringList { u"left"_s, u"640/170x900/240+0+0"_s, u"screen"_s },
+             { u"right"_s, u"640/170x900/240+640+0"_s, u"none"_s } })
+        EXPECT_EQ(QProcess::execute(u"xrandr"_s, QStringList { u"--setmonitor"_s } + monitor), 0);
+    program.setSetting(u"persistentPanelFrame"_s, u"{{100, 200}, {500, 400}}"_s);
     start();
-    ASSERT_TRUE(comesUp());
-    EXPECT_EQ(desktop.reader().value().frame, onTheRight);
-    ASSERT_TRUE(goesAwayTo(terminal.window()));
-
-    desktop.moveTo(terminal.window(), { 0, 100 });
-    ASSERT_TRUE(comesUp());
-    EXPECT_EQ(desktop.reader().value().frame, onTheLeft);
-
-    // The user goes to the right one while it is up.
-    desktop.moveTo(terminal.window(), { 700, 100 });
-    desktop.bringToFront(terminal.window());
-    ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
-    EXPECT_EQ(program.startAgain(), 0);
-    EXPECT_TRUE(Desktop::eventually([&] { return desktop.reader() && desktop.reader()->frame == onTheRight; }));
-    ASSERT_TRUE(goesAwayTo(terminal.window()));
-
-    // The right one goes while the program runs.
-    setMonitors({ u"--delmonitor"_s, u"right"_s });
-    ASSERT_TRUE(comesUp());
-    EXPECT_TRUE(Desktop::eventually(
-        [&] { return desktop.reader() && QRect(0, 0, 640, 900).contains(desktop.reader()->frame); }));
-    ASSERT_TRUE(program.terminate());
-    EXPECT_EQ(program.storedSettings()[u"persistentPanelFrame"_s].toString(), stored);
+    for (int const left : { 0, 640 }) {
+        desktop.moveTo(terminal.window(), { left + 60, 100 });
+        ASSERT_TRUE(comesUp());
+        EXPECT_EQ(desktop.reader().value().frame, QRect(left + 100, 200, 500, 400));
+        ASSERT_TRUE(goesAwayTo(terminal.window()));
+    }
 }
 
 TEST_F(SummoningTest, A_hundred_peeks_leave_nothing_behind)
 {
     start();
+    xcb_window_t window = XCB_NONE;
     auto const peekOften = [&](int times) {
         for (int call = 0; call < times; ++call) {
             desktop.play(holdPeek);
             ASSERT_TRUE(isUp()) << "call " << call;
+            window = desktop.reader().value().window;
             desktop.play(releasePeek);
             ASSERT_TRUE(isAwayAndFrontIs(terminal.window())) << "call " << call;
         }
     };
     peekOften(10);
-    desktop.play(holdPeek);
-    ASSERT_TRUE(isUp());
-    auto const window = desktop.reader().value().window;
-    desktop.play(releasePeek);
-    ASSERT_TRUE(isAwayAndFrontIs(terminal.window()));
-    auto const files = program.openFiles();
+    auto const files = program.openFiles().size();
     auto const windows = desktop.windowsOfOwner(window);
     auto const memory = program.memory();
     peekOften(100);
     // A load that runs has some open, and a bus may be connected late.
     constexpr int passing = 5;
-    EXPECT_LE(program.openFiles(), files + passing);
+    EXPECT_LE(program.openFiles().size(), files + passing);
     EXPECT_EQ(desktop.windowsOfOwner(window), windows);
     // A window's pixels alone are 2 MiB, and a rendered sheet some dozen KiB.
     constexpr int breathing = 1024; // KiB
@@ -348,7 +231,7 @@ TEST_F(SummoningTest, A_hundred_peeks_leave_nothing_behind)
     EXPECT_FALSE(desktop.isGrabbed(toggle));
     desktop.play(u"A Return"_s);
     EXPECT_TRUE(Desktop::eventually([&] { return terminal.typedLines() == "a\n"; }))
-        << '"' << terminal.typedLines().toPercentEncoding().toStdString() << '"';
+        << terminal.typedLines().toStdString();
 }
 
 TEST_F(SummoningTest, A_file_dialog_during_a_peek_keeps_the_panel_after_the_keys_are_let_go)
@@ -378,12 +261,11 @@ TEST_F(SummoningTest, A_file_dialog_during_a_peek_keeps_the_panel_after_the_keys
 
 TEST_F(SummoningTest, A_second_start_calls_up_the_one_that_runs)
 {
-    startAndSeeItAnswer();
+    start();
     EXPECT_EQ(program.startAgain(), 0);
-    EXPECT_TRUE(isUp());
+    ASSERT_TRUE(isUp());
     auto const panel = desktop.reader().value().window;
     auto const userTime = desktop.userTimeOf(panel);
-    auto const minimized = "_NET_WM_STATE_HIDDEN";
     std::pair<char const*, std::function<bool()>> const scenes[] {
         { "in front", [] { return true; } },
         { "covered",
@@ -394,7 +276,7 @@ TEST_F(SummoningTest, A_second_start_calls_up_the_one_that_runs)
         { "minimized",
             [&] {
                 desktop.minimize(panel);
-                return desktop.hasState(panel, minimized) && desktop.frontWindow() == terminal.window();
+                return desktop.hasState(panel, "_NET_WM_STATE_HIDDEN") && desktop.frontWindow() == terminal.window();
             } },
         { "on another workspace",
             [&] {
@@ -409,15 +291,12 @@ TEST_F(SummoningTest, A_second_start_calls_up_the_one_that_runs)
         EXPECT_TRUE(isUp() && Desktop::eventually([&] { return desktop.topmostWindow() == panel; }));
         EXPECT_TRUE(X11Clock::isLater(desktop.userTimeOf(panel), userTime)) << "a start that brings no time is now";
     }
-    desktop.switchToWorkspace(0);
-    ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
-    EXPECT_EQ(program.startAgain(), 0);
-    ASSERT_TRUE(isUp());
     desktop.minimize(panel);
-    ASSERT_TRUE(Desktop::eventually([&] { return desktop.hasState(panel, minimized); }));
+    ASSERT_TRUE(Desktop::eventually([&] { return desktop.hasState(panel, "_NET_WM_STATE_HIDDEN"); }));
     EXPECT_TRUE(comesUp()) << "a minimized panel is none";
     EXPECT_EQ(program.startAgain({ u"--toggle"_s }), 0);
-    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+    EXPECT_TRUE(Desktop::eventually([&] { return !desktop.isReaderOnScreen(); }));
 }
 
+}
 }

@@ -2,8 +2,8 @@
 
 #include "e2e/Desktop.h"
 
+#include <QFile>
 #include <QProcess>
-#include <QString>
 
 namespace Quillory {
 
@@ -11,11 +11,28 @@ namespace Quillory {
 class Terminal {
 public:
     // Returns when its window is in front. `lines` is the file that the lines go to.
-    Terminal(Desktop const& desktop, QString lines);
-    ~Terminal();
+    Terminal(Desktop const& desktop, QString const& lines)
+        : m_lines(lines)
+    {
+        auto const before = desktop.frontWindow();
+        m_process.start(u"xterm"_s, { u"-e"_s, u"sh"_s, u"-c"_s, u"exec cat > \"$1\""_s, u"sh"_s, lines });
+        EXPECT_TRUE(Desktop::eventually([&] {
+            m_window = desktop.frontWindow();
+            return m_window != XCB_NONE && m_window != before && QFile::exists(lines);
+        })) << "no terminal came to the front";
+    }
+    ~Terminal()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
 
     xcb_window_t window() const { return m_window; }
-    QByteArray typedLines() const;
+    QByteArray typedLines() const
+    {
+        QFile file(m_lines);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
 
 private:
     QString m_lines;
