@@ -151,7 +151,11 @@ qsizetype TextCommands::startOfMoves() const
     if (!selection.isEmpty() || isInSight(selection.head))
         return selection.head;
     auto const line = m_view.lineRange(m_view.scrollAnchor().location);
-    return isInSight(line.location) ? line.location : std::min(line.end() + 1, m_view.rendered().text.length());
+    if (isInSight(line.location))
+        return line.location;
+    auto const& text = m_view.rendered().text.string();
+    auto const hasFeed = line.end() < text.size() && text[line.end()] == u'\n'; // a line that is wrapped has none
+    return line.end() + (hasFeed ? 1 : 0);
 }
 
 // To the nearest place of another line, above or below, in the column where the moves began.

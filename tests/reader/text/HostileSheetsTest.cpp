@@ -1,13 +1,14 @@
 #include "reader/text/ReaderTextViewFixture.h"
 #include "rendering/MarkdownRenderer.h"
 #include "rendering/ShortcutRenderer.h"
+#include "support/Dice.h"
+#include "support/OddTexts.h"
 #include "text/SearchFolding.h"
 #include "textlayout/FontTextMeasure.h"
 
 #include <QTextBoundaryFinder>
 
 #include <cmath>
-#include <random>
 #include <set>
 
 namespace Quillory {
@@ -16,23 +17,12 @@ namespace {
 // Sheets put together at random from what breaks texts, positions and layouts elsewhere.
 class HostileSheetsTest : public ReaderTextViewTest {
 protected:
-    int dice(int faces) { return std::uniform_int_distribution(0, faces - 1)(random); }
-
-    QString nasty()
-    {
-        static QStringList const pool { u"שלום"_s, u"بسم الله"_s, u"\u202Babc"_s, u"\u2067"_s, u"\u2069"_s,
-            u"e\u0301\u0323"_s, u"\u0301"_s, u"漢字かな交じり文"_s, u"한글"_s, u"नमस्ते"_s,
-            u"\U0001F469\u200D\U0001F469\u200D\U0001F467"_s, u"\U0001F1E9\U0001F1EA"_s, u"\U0001F44D\U0001F3FD"_s,
-            u"\U0001D4D0"_s, u"1\uFE0F\u20E3"_s, u"x"_s.repeated(400), u"\t"_s, u"\f"_s, u"\v"_s, u"\r"_s, u"\u2028"_s,
-            u"\u2029"_s, u"\u0085"_s, u"\uFDD0"_s, u"\uFDD1"_s, u"\uFFFC"_s, u"\uFFFF"_s, u"\u00AD"_s, u"\u200B"_s,
-            u"\u200D"_s, u"\uFEFF"_s, u"ﬁ"_s, u"ß"_s, u"İ"_s, u"plain words"_s, u"**"_s, u"|"_s, u"&#0;"_s };
-        return pool[dice(static_cast<int>(pool.size()))];
-    }
+    QString nasty() { return dice.anyOf(oddPieces()); }
     QString nastyLine()
     {
         QString line;
-        for (int part = dice(6); part >= 0; --part)
-            line += nasty() + (dice(2) == 0 ? u" "_s : QString());
+        for (int part = dice.below(6); part >= 0; --part)
+            line += nasty() + (dice.below(2) == 0 ? u" "_s : QString());
         return line;
     }
     QString markdown()
@@ -40,7 +30,7 @@ protected:
         QString source;
         for (int number = 0; number < 8; ++number) {
             auto const line = nastyLine() + u"`ab"_s + nastyLine() + u"`"_s + nastyLine();
-            switch (dice(5)) {
+            switch (dice.below(5)) {
             case 0:
                 source += u"\n\n```\n"_s + nastyLine() + u"\n\n```\n\n"_s;
                 break;
@@ -59,9 +49,9 @@ protected:
     RenderedMarkdown structured()
     {
         ShortcutSheet sheet { .description = nastyLine() };
-        for (int section = dice(3); section >= 0; --section) {
+        for (int section = dice.below(3); section >= 0; --section) {
             ShortcutSheet::Section added { .title = nastyLine(), .icon = u"none"_s };
-            for (int entry = dice(4); entry >= 0; --entry)
+            for (int entry = dice.below(4); entry >= 0; --entry)
                 added.entries.append({ .title = nastyLine(),
                     .text = nastyLine(),
                     .shortcuts = { { { { { u"command"_s }, u"p"_s }, { {}, nasty() } } } } });
@@ -86,10 +76,10 @@ protected:
     {
         ASSERT_TRUE(std::isfinite(view.contentSize().height()) && std::isfinite(view.contentSize().width()));
         for (int number = 0; number < 30; ++number) {
-            QPointF const point(dice(500), view.scrollOrigin().y() + dice(400));
+            QPointF const point(dice.below(500), view.scrollOrigin().y() + dice.below(400));
             ASSERT_LE(view.characterIndexAt(point), string().size());
             ASSERT_TRUE(borders.contains(view.insertionIndexAt(point))) << point.x() << ' ' << point.y();
-            auto const box = view.boundingRect({ dice(static_cast<int>(string().size())), 1 });
+            auto const box = view.boundingRect({ dice.below(string().size()), 1 });
             ASSERT_TRUE(box.height() > 0 && std::isfinite(box.top()) && std::isfinite(box.right()));
         }
         view.setSelection({});
@@ -115,8 +105,8 @@ protected:
     void expectFound(std::set<qsizetype> const& borders)
     {
         for (int number = 0; number < 10; ++number) {
-            auto const from = std::next(borders.begin(), dice(static_cast<int>(borders.size())));
-            auto const to = std::next(from, std::min<qsizetype>(dice(6), std::distance(from, borders.end()) - 1));
+            auto const from = std::next(borders.begin(), dice.below(std::ssize(borders)));
+            auto const to = std::next(from, std::min<qsizetype>(dice.below(6), std::distance(from, borders.end()) - 1));
             auto const query = string().mid(*from, *to - *from);
             auto const folded = foldedForSearch(query);
             view.setSelection({ *from, *from });
@@ -128,7 +118,7 @@ protected:
 
     QString const& string() const { return view.rendered().text.string(); }
 
-    std::mt19937 random { 12 };
+    Dice dice { 12 };
 };
 
 TEST_F(HostileSheetsTest, Keycaps_and_skin_tones_are_one_picture_each)
@@ -143,7 +133,7 @@ TEST_F(HostileSheetsTest, Keycaps_and_skin_tones_are_one_picture_each)
 TEST_F(HostileSheetsTest, Ranges_places_clicks_and_finds_stay_whole)
 {
     for (int round = 0; round < 24 && !HasFatalFailure(); ++round) {
-        scroll.resize(200 + dice(5) * 150, 400);
+        scroll.resize(200 + dice.below(5) * 150, 400);
         auto const isStructured = round % 4 == 3;
         auto const source = isStructured ? QString() : markdown();
         show(isStructured ? structured() : MarkdownRenderer::render(source, {}, {}, 16));

@@ -2,17 +2,14 @@
 
 #include "reader/text/ReaderScrollView.h"
 #include "support/ManualExecutor.h"
+#include "support/Test.h"
 
 #include <QCoreApplication>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QTest>
 
-#include <gmock/gmock.h>
-
 namespace Quillory {
-
-using namespace Qt::StringLiterals;
 
 inline RenderedMarkdown paragraphs(int count)
 {
@@ -48,7 +45,7 @@ inline RenderedMarkdown sheet(QString const& source)
     return { text, CopyTargets(text.string(), std::move(targets)) };
 }
 
-class ReaderTextViewTest : public testing::Test {
+class ReaderTextViewTest : public Test {
 protected:
     ReaderTextViewTest()
     {

@@ -1,51 +1,47 @@
 #include "reader/text/ReaderTextViewFixture.h"
 
-#include <QImage>
-#include <QWheelEvent>
-
 #include <string>
 
 namespace Quillory {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
-struct KeyStep {
-    std::string name;
-    Qt::Key key;
-    Qt::KeyboardModifiers modifiers;
-    double from;
-    double by;
-};
-
 TEST_F(ReaderTextViewTest, Keys_scroll_by_geometry)
 {
     show(paragraphs(300));
     settle();
-    KeyStep const steps[] {
-        { "Down", Qt::Key_Down, {}, 1000, 40 },
-        { "Up", Qt::Key_Up, {}, 1000, -40 },
-        { "Up at the top", Qt::Key_Up, {}, 10, -10 },
-        { "Page Down", Qt::Key_PageDown, {}, 1000, 360 },
-        { "Page Up", Qt::Key_PageUp, {}, 1000, -360 },
-        { "Space", Qt::Key_Space, {}, 1000, 360 },
-        { "Shift Space", Qt::Key_Space, Qt::ShiftModifier, 1000, -360 },
-        { "Home", Qt::Key_Home, {}, 1000, -1000 },
-        { "Shift Right selects where one reads", Qt::Key_Right, Qt::ShiftModifier, 1000, 0 },
-        { "Shift Down selects where one reads", Qt::Key_Down, Qt::ShiftModifier, 1000, 0 },
-        { "Control Right", Qt::Key_Right, Qt::ControlModifier, 1000, 0 },
-        { "Down during a peek", Qt::Key_Down, Qt::ControlModifier | Qt::AltModifier, 1000, 40 },
-        { "Up during a peek", Qt::Key_Up, Qt::ControlModifier | Qt::AltModifier, 1000, -40 },
+    struct Case {
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        double from, by;
     };
-    for (auto const& [name, key, modifiers, from, by] : steps) {
-        view.peekModifiers = modifiers.testFlag(Qt::AltModifier) ? ModifierFlags::control | ModifierFlags::option
-                                                                 : ModifierFlags::none;
+    auto const shift = Qt::ShiftModifier, control = Qt::ControlModifier, alt = Qt::AltModifier;
+    Case const cases[] {
+        { Qt::Key_Down, {}, 1000, 40 },
+        { Qt::Key_Up, {}, 1000, -40 },
+        { Qt::Key_Up, {}, 10, -10 },
+        { Qt::Key_PageDown, {}, 1000, 360 },
+        { Qt::Key_PageUp, {}, 1000, -360 },
+        { Qt::Key_Space, {}, 1000, 360 },
+        { Qt::Key_Space, shift, 1000, -360 },
+        { Qt::Key_Home, {}, 1000, -1000 },
+        // These select, where one reads.
+        { Qt::Key_Right, shift, 1000, 0 },
+        { Qt::Key_Down, shift, 1000, 0 },
+        { Qt::Key_Right, control, 1000, 0 },
+        // Control and Alt belong to a peek that is held.
+        { Qt::Key_Down, control | alt, 1000, 40 },
+        { Qt::Key_Up, control | alt, 1000, -40 },
+    };
+    for (auto const& [key, modifiers, from, by] : cases) {
+        view.peekModifiers = modifiers.testFlag(alt) ? ModifierFlags::control | ModifierFlags::option
+                                                     : ModifierFlags::none;
         view.setSelection({});
         view.setScrollOrigin({ 0, from });
         QTest::keyClick(&view, key, modifiers);
-        EXPECT_EQ(view.scrollOrigin(), QPointF(0, from + by)) << name;
-        EXPECT_EQ(scroll.verticalScrollBar()->value(), qRound(view.scrollOrigin().y())) << name;
+        EXPECT_EQ(view.scrollOrigin(), QPointF(0, from + by)) << key << " with " << modifiers;
+        EXPECT_EQ(scroll.verticalScrollBar()->value(), qRound(view.scrollOrigin().y()));
+        auto const start = view.selection().isEmpty() ? 0 : view.selection().anchor;
+        EXPECT_EQ(start, view.lineRange(start).location) << "a selection begins with a line in sight";
     }
 }
 
@@ -181,63 +177,6 @@ TEST_F(ReaderTextViewTest, Find_goes_round_in_both_directions_and_brings_matches
     expectAt(2);
 }
 
-TEST_F(ReaderTextViewTest, The_wheel_scrolls_and_the_origin_is_told)
-{
-    show(paragraphs(300));
-    settle();
-    std::vector<QPointF> told;
-    view.onScroll = [&](QPointF origin) { told.push_back(origin); };
-    QWheelEvent wheel({ 50, 50 }, view.mapToGlobal(QPointF(50, 50)), {}, { 0, -120 }, Qt::NoButton, Qt::NoModifier,
-        Qt::NoScrollPhase, false);
-    QCoreApplication::sendEvent(&view, &wheel);
-    EXPECT_GT(view.scrollOrigin().y(), 0);
-    EXPECT_THAT(told, ElementsAre(view.scrollOrigin()));
-}
-
-TEST_F(ReaderTextViewTest, A_new_width_keeps_the_top_line)
-{
-    auto const filler = QStringLiteral(
-        "é filler that wraps at each of these widths, and takes more than one line of text\n");
-    show(sheet(filler.repeated(100) + u">line\n"_s.repeated(100)));
-    settle();
-    auto const shown = [this] { return view.blockRectangle(0).top() - view.scrollOrigin().y(); };
-    view.setScrollOrigin({ 0, view.blockRectangle(0).top() + 8 });
-    EXPECT_EQ(shown(), -8);
-    for (auto const width : { 700, 420, 500 }) {
-        scroll.resize(width, 400);
-        settle();
-        EXPECT_EQ(shown(), -8) << width;
-    }
-}
-
-TEST_F(ReaderTextViewTest, A_structured_sheet_flows_into_the_columns_of_a_new_width_and_keeps_the_line_at_the_top)
-{
-    ShortcutSheet sheet;
-    for (int section = 0; section < 60; ++section) {
-        ShortcutSheet::Section added { .title = u"Section %1."_s.arg(section) };
-        for (int entry = 0; entry < 20; ++entry)
-            added.entries.append({ .title = u"entry %1.%2"_s.arg(section).arg(entry) });
-        sheet.sections.append(added);
-    }
-    scroll.resize(550, 400);
-    view.show(std::make_unique<ReaderDocument>(
-        ReaderDocument::Shortcuts { sheet, {}, 14 }, view.textWidth(), view.fonts(), view.colors()));
-    auto const left = [this](int section) {
-        return view.boundingRect({ positionOf(u"Section %1."_s.arg(section)), 1 }).left();
-    };
-    ASSERT_EQ(left(0), left(59)) << "one column";
-    settle();
-    view.setScrollOrigin({ 0, view.boundingRect({ positionOf(u"entry 40.7"_s), 1 }).top() });
-
-    scroll.resize(1'100, 400);
-    EXPECT_GT(left(59), left(30));
-    EXPECT_GT(left(30), left(0)) << "three columns";
-    EXPECT_NEAR(view.scrollOrigin().y(), view.boundingRect({ positionOf(u"entry 40.7"_s), 1 }).top(), 0.01);
-    auto const guessed = bottom();
-    settle();
-    EXPECT_NEAR(bottom(), guessed, 0.1 * guessed) << "the height is known well before all is laid out";
-}
-
 TEST_F(ReaderTextViewTest, Code_wider_than_the_view_brings_a_horizontal_bar_and_prose_none)
 {
     show(paragraphs(20), 1200);
@@ -258,24 +197,6 @@ TEST_F(ReaderTextViewTest, A_block_spans_the_visible_width_and_stays_there_when_
     EXPECT_EQ(view.blockRectangle(0).left(), 116);
     EXPECT_TRUE(view.blockRectangle(1).isEmpty());
     EXPECT_TRUE(view.blockRectangle(-1).isEmpty());
-}
-
-TEST_F(ReaderTextViewTest, Surface_and_block_follow_the_palette)
-{
-    show(sheet(u"before\n>code"_s));
-    auto const inBlock = [this] { return (view.blockRectangle(0).center() - view.scrollOrigin()).toPoint(); };
-    EXPECT_EQ(picture().pixelColor(2, 2), QColor(0xFF, 0xFF, 0xFF));
-    EXPECT_EQ(picture().pixelColor(inBlock()), QColor(0xF4, 0xF4, 0xF5));
-    auto const shade = [this] { return view.colors().resolved({ ColorRole::quaternaryLabel, 0.12 }).alphaF(); };
-    EXPECT_NEAR(shade(), 0.12, 0.001);
-
-    QPalette dark(QColor(53, 53, 53), QColor(35, 35, 35));
-    dark.setColor(QPalette::Text, Qt::white);
-    dark.setColor(QPalette::Base, QColor(35, 35, 35));
-    view.setPalette(dark);
-    EXPECT_EQ(picture().pixelColor(2, 2), QColor(0x23, 0x24, 0x26));
-    EXPECT_EQ(picture().pixelColor(inBlock()), QColor(0x30, 0x31, 0x36));
-    EXPECT_NEAR(shade(), 0.12, 0.001);
 }
 
 }
