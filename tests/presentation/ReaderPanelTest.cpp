@@ -1,4 +1,5 @@
 #include "presentation/ReaderPanel.h"
+#include "presentation/PanelFrame.h"
 
 #include "support/FakeLibraryServices.h"
 #include "support/FakePanelWindow.h"
@@ -6,6 +7,7 @@
 #include "support/Test.h"
 
 #include <QTest>
+#include <QToolButton>
 
 namespace Quillory {
 namespace {
@@ -19,12 +21,19 @@ protected:
         // Also the moves that come before anything is asked for.
         panel.onMoved = panel.onResized = [this] { panel.savePanelFrame(); };
         panel.onClosing = [this] { closings.append(panel.isVisible()); };
+        panel.onDismiss = [this] { panel.orderOut(); };
     }
 
     void show(PanelPresence presence = PanelPresence::resident)
     {
         panel.show(presence);
         ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
+    }
+    void connect(QByteArray const& sheet)
+    {
+        services.root.write("library/a.md", sheet);
+        library.connect(services.root.path("library"));
+        services.executor.settle();
     }
 
     // As the window system tells of it.
@@ -74,11 +83,18 @@ TEST_F(ReaderPanelTest, It_stands_where_it_was_stored_and_only_the_user_changes_
     EXPECT_EQ(panel.geometry(), QRect(780, 40, 500, 400)) << "its screen went while it was up";
     EXPECT_EQ(stored(), u"{{30, 40}, {500, 400}}"_s);
 
+    screens.connect({ QRect(0, 0, 1280, 900), QRect(2000, 0, 1024, 768) });
+    services.workspace.open({ u"editor"_s, 1 });
+    services.workspace.bringToFront(1);
+    services.workspace.frame = QRect(2100, 10, 300, 300);
+    show();
+    EXPECT_EQ(panel.geometry(), QRect(2030, 40, 500, 400)) << "to the screen that the user went to";
+    EXPECT_EQ(stored(), u"{{30, 40}, {500, 400}}"_s);
+
     panel.orderOut();
-    screens.connect({ QRect(2000, 0, 1024, 768) });
     services.defaults.setValue(frameKey, u"{{30, 40}, {439, 400}}"_s);
     show();
-    EXPECT_EQ(panel.geometry(), QRect(2000, 40, 880, 640)) << "the default size where it stood last";
+    EXPECT_EQ(panel.geometry(), QRect(2030, 40, 880, 640)) << "the default size where it stood last";
 }
 
 TEST_F(ReaderPanelTest, What_the_window_manager_has_to_do_holds_up_neither_the_first_picture_nor_the_end)
@@ -112,42 +128,63 @@ TEST_F(ReaderPanelTest, What_the_window_manager_has_to_do_holds_up_neither_the_f
     }
 }
 
+TEST_F(ReaderPanelTest, A_drag_of_a_peek_moves_the_frame_and_each_edge_alone_down_to_the_smallest)
+{
+    show(PanelPresence::peek);
+    QRect const frame(300, 200, 600, 500);
+    struct Case {
+        QPoint from, by;
+        QRect frame;
+    };
+    QPoint const far(5000, 5000);
+    for (auto const& [from, by, expected] : { Case { { 100, 15 }, { 30, -40 }, frame.translated(30, -40) },
+             { { 1, 1 }, { -20, 30 }, frame.adjusted(-20, 30, 0, 0) },
+             { { 598, 498 }, { 20, 30 }, frame.adjusted(0, 0, 20, 30) },
+             { { 1, 250 }, { 20, 30 }, frame.adjusted(20, 0, 0, 0) }, { { 300, 498 }, -far, { 300, 200, 600, 360 } },
+             { { 598, 250 }, -far, { 300, 200, 440, 500 } }, { { 1, 1 }, far, { 460, 340, 440, 360 } } }) {
+        panel.orderOut();
+        services.defaults.setValue(frameKey, PanelFrame::string(frame));
+        show(PanelPresence::peek);
+        auto* const native = panel.windowHandle();
+        QTest::mousePress(native, Qt::LeftButton, {}, from);
+        QTest::mouseMove(native, from + by);
+        EXPECT_EQ(panel.geometry(), expected) << from.x() << ", " << from.y();
+        QTest::mouseRelease(native, Qt::LeftButton, {}, frame.topLeft() + from + by - panel.pos());
+        QTest::mouseMove(native, { 200, 200 });
+        EXPECT_EQ(panel.geometry(), expected) << "once it is let go";
+    }
+}
+
 TEST_F(ReaderPanelTest, Each_show_begins_with_a_view_like_a_new_one)
 {
-    services.root.write("library/a.md", "# Sheet\n\nword and word\n\n```sh\nls\n```\n");
-    library.connect(services.root.path("library"));
-    services.executor.settle();
-    library.findQuery.assignAs<ReaderView>(u"word"_s);
+    connect("# Sheet\n\nword and word\n");
     show();
     auto& text = *panel.findChild<ReaderTextView*>();
-    auto const firstMatch = text.selection();
-    EXPECT_FALSE(firstMatch.isEmpty());
-    EXPECT_TRUE(text.findNext(u"word"_s, false));
-    EXPECT_TRUE(text.copyTarget(0));
-    EXPECT_NE(text.selection(), firstMatch);
+    text.selectAll();
     panel.orderOut();
     show();
-    EXPECT_EQ(text.selection(), firstMatch);
-    EXPECT_EQ(text.copiedTarget(), std::nullopt);
+    EXPECT_TRUE(text.selection().isEmpty());
 }
 
 TEST_F(ReaderPanelTest, A_close_is_told_once_and_while_it_is_still_up)
 {
     show();
-    panel.close();
+    panel.findChild<QToolButton*>()->click();
     EXPECT_THAT(closings, ElementsAre(true));
     EXPECT_FALSE(panel.isVisible());
-    show();
-    EXPECT_TRUE(panel.isVisible());
-    panel.orderOut();
+    for (auto* const widget :
+        { static_cast<QWidget*>(&panel), static_cast<QWidget*>(panel.findChild<ReaderTextView*>()) }) {
+        show();
+        EXPECT_TRUE(panel.isVisible());
+        QTest::keyClick(widget, Qt::Key_Escape);
+        EXPECT_FALSE(panel.isVisible());
+    }
     EXPECT_EQ(closings.size(), 1);
 }
 
 TEST_F(ReaderPanelTest, The_keyboard_goes_to_the_text_unless_a_search_field_is_open)
 {
-    services.root.write("library/a.md", "# Sheet\n");
-    library.connect(services.root.path("library"));
-    services.executor.settle();
+    connect("# Sheet\n");
     for (bool const isSearching : { true, false }) {
         library.librarySearchVisible.assignAs<ReaderView>(isSearching);
         show();

@@ -163,23 +163,6 @@ public:
     }
     void presentPicker() { library.chooseFolder(panelWindow); }
 
-    void become(Presence presence)
-    {
-        switch (presence) {
-        case Presence::closed:
-            break;
-        case Presence::resident:
-            coordinator->open();
-            break;
-        case Presence::keyboardPeek:
-            pressPeek();
-            break;
-        case Presence::gesturePeek:
-            holdOption();
-            break;
-        }
-    }
-
     Presence presence() const
     {
         if (coordinator->isGesturePeek())
@@ -187,27 +170,6 @@ public:
         if (coordinator->isPeeking())
             return Presence::keyboardPeek;
         return coordinator->state() == PresentationState::panel ? Presence::resident : Presence::closed;
-    }
-
-    // What is wrong between the parts of the state, nothing when all is well.
-    QStringList contradictions() const
-    {
-        QStringList wrong;
-        auto const mustHold = [&](bool holds, char const* sentence) {
-            if (!holds)
-                wrong.append(QLatin1StringView(sentence));
-        };
-        bool const isPeeking = coordinator->isPeeking();
-        bool const isClosed = coordinator->state() == PresentationState::closed;
-        mustHold(isPeeking == coordinator->isPolling(), "a peek and nothing else has a poll");
-        mustHold(isPeeking || !coordinator->isGesturePeek(), "a gesture peek is a peek");
-        mustHold(!(isPeeking && isClosed), "a peek is on screen");
-        mustHold(isPeeking == (library.peekModifiers.value() != ModifierFlags::none),
-            "a peek and nothing else has modifiers");
-        mustHold(isPeeking == (panel.presence == PanelPresence::peek), "a peek and nothing else stands above");
-        mustHold(isClosed != panel.isUp, "the panel is up unless it is closed");
-        mustHold(!(isPeeking && library.filePanel.value()), "no peek beside a file panel");
-        return wrong;
     }
 
     FakeLibraryServices services;
