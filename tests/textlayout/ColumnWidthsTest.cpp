@@ -1,11 +1,9 @@
 #include "textlayout/ColumnWidths.h"
 
-#include <gmock/gmock.h>
+#include "support/Test.h"
 
 namespace Quillory {
 namespace {
-
-using testing::ElementsAreArray;
 
 TEST(ColumnWidths, Are_shared_by_need)
 {

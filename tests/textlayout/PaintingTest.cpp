@@ -85,6 +85,26 @@ public:
         }
     }
 
+    void expectSelectionToCoverItsLetters()
+    {
+        m_layout.layOutVisible(0, m_layout.height());
+        auto const& text = m_layout.text();
+        TextRange const selected { text.length() / 4, text.length() / 2 };
+        auto const covered = m_layout.selectionRects(selected, all());
+        for (qsizetype place = 0; place < text.length(); ++place) {
+            auto const box = m_layout.boundingRect(place, 1);
+            auto const line = m_layout.lineRange(place);
+            // Where directions meet, boxes of letters overlap, and a tab has none that is its own.
+            auto const isAmbiguous = QStringView(text.string()).sliced(line.location, line.length).isRightToLeft()
+                || text.string()[place] == u'\t';
+            if (box.width() < 2 || isAmbiguous)
+                continue;
+            auto const isCovered = std::ranges::any_of(
+                covered, [&](auto const& rect) { return rect.contains(box.center()); });
+            ASSERT_EQ(isCovered, selected.contains(place)) << place;
+        }
+    }
+
 private:
     QColor surface() const { return ReaderColors::surface.resolved(m_colors.appearance); }
     QImage empty() const
@@ -194,6 +214,8 @@ private:
             auto const* const symbol = std::get_if<Symbol>(&attributes.attachment->picture);
             auto const color = symbol ? m_colors.resolved(symbol->color) : QColor(GoldenSheets::pictureColor);
             EXPECT_GT(ink.account(box, color).strongest, 0.5) << "picture at " << piece.location;
+            EXPECT_NEAR(box.width(), attributes.attachment->width * double(piece.length), 0.1);
+            EXPECT_GE(box.height(), attributes.attachment->height);
             return;
         }
         if (std::ranges::any_of(letters, [](QChar letter) { return letter.isSurrogate(); }))
@@ -230,6 +252,7 @@ TEST(Painting, Ink_is_where_the_layout_says_in_its_roles_colour_and_nowhere_else
                 PaintedText painted(text, appearance, scale);
                 painted.expectInkWhereTheLayoutSays();
                 painted.expectPartsToLookLikeTheWhole();
+                painted.expectSelectionToCoverItsLetters();
             }
         }
     }

@@ -1,18 +1,15 @@
+#include "support/Dice.h"
+#include "support/Test.h"
 #include "textlayout/TestTexts.h"
-#include "textlayout/TextUnits.h"
 
 #include <QTextBoundaryFinder>
-
-#include <gmock/gmock.h>
-
-#include <random>
 
 namespace Quillory {
 namespace {
 
 QString words(qsizetype count)
 {
-    return QStringLiteral("words ").repeated(count);
+    return u"words "_s.repeated(count);
 }
 
 TEST(TextLayout, Lines_stand_where_indents_and_spacing_say)
@@ -43,7 +40,7 @@ TEST(TextLayout, Lines_stand_where_indents_and_spacing_say)
 
     auto positive = layoutOf(plainText(words(40), { .tailIndent = 150 }), 400);
     EXPECT_LE(positive.boundingRect(0, positive.characterIndexAt({ 399, 5 })).right(), 150);
-    auto backwards = layoutOf(plainText(u"שלום"_qs, { .firstLineHeadIndent = 10 }), 400);
+    auto backwards = layoutOf(plainText(u"שלום"_s, { .firstLineHeadIndent = 10 }), 400);
     EXPECT_NEAR(backwards.boundingRect(0, 1).right(), 390, 0.1) << "from right to left it begins at the right";
 }
 
@@ -69,10 +66,10 @@ TEST(TextLayout, Code_stands_in_one_line_clear_of_the_room_at_its_right_and_pros
     ParagraphStyle const style {
         .firstLineHeadIndent = 8, .headIndent = 8, .tailIndent = -64, .wrapping = ParagraphStyle::Wrapping::atContainer
     };
-    for (auto const& line : { u"ls"_qs, u"שלום"_qs, u"# تثبيت البرنامج"_qs, u"שלום "_qs.repeated(40),
-             u"x\t"_qs.repeated(90), u"漢字\U0001F469\u200D\U0001F4BB"_qs.repeated(40), u"x"_qs.repeated(300) }) {
+    for (auto const& line : { u"ls"_s, u"שלום"_s, u"# تثبيت البرنامج"_s, u"שלום "_s.repeated(40), u"x\t"_s.repeated(90),
+             u"漢字\U0001F469\u200D\U0001F4BB"_s.repeated(40), u"x"_s.repeated(300) }) {
         AttributedText::Builder builder;
-        builder.append(u"short\n"_qs + line + u'\n', code, style);
+        builder.append(u"short\n"_s + line + u'\n', code, style);
         builder.append(words(40), {}, {});
         auto layout = layoutOf(std::move(builder).build(), { 400, 450 });
         makeAllExact(layout);
@@ -87,7 +84,7 @@ TEST(TextLayout, Code_stands_in_one_line_clear_of_the_room_at_its_right_and_pros
 
 TEST(TextLayout, Lines_of_code_that_are_not_laid_out_are_taken_to_be_little_wider_than_they_are)
 {
-    for (auto const& line : { u"é\t"_qs.repeated(60), u"é漢\U0001F600"_qs.repeated(40), u"é words "_qs.repeated(30) }) {
+    for (auto const& line : { u"é\t"_s.repeated(60), u"é漢\U0001F600"_s.repeated(40), u"é words "_s.repeated(30) }) {
         auto layout = layoutOf(
             plainText((line + u'\n').repeated(50), { .wrapping = ParagraphStyle::Wrapping::atContainer }, code), 400);
         auto const width = layout.boundingRect(0, line.size()).width();
@@ -99,7 +96,7 @@ TEST(TextLayout, Lines_of_code_that_are_not_laid_out_are_taken_to_be_little_wide
 
 TEST(TextLayout, Code_does_not_break_at_its_hyphens_unless_a_line_has_no_other_break)
 {
-    auto const string = u"git commit --amend --no-edit git-très-long"_qs;
+    auto const string = u"git commit --amend --no-edit git-très-long"_s;
     for (int width = 40; width < 400; width += 9) {
         auto layout = layoutOf(plainText(string, {}, code), width);
         for (TextRange line; line.end() < string.size(); line = layout.lineRange(line.end())) {
@@ -107,45 +104,15 @@ TEST(TextLayout, Code_does_not_break_at_its_hyphens_unless_a_line_has_no_other_b
             EXPECT_TRUE(!text.endsWith(u'-') || !text.contains(u' ')) << width << ": " << text.toStdString();
         }
     }
-    auto table = layoutOf(tableText({ { words(20), u"--no-edit"_qs } }, 0, code), 250);
+    auto table = layoutOf(tableText({ { words(20), u"--no-edit"_s } }, 0, code), 250);
     makeAllExact(table);
     EXPECT_EQ(table.lineRange(words(20).size() + 1).length, 9);
-}
-
-TEST(TextLayout, A_selection_covers_nothing_twice)
-{
-    auto const string = u"שלום abc עולם (12) \u05D0\u05B8 ⇧ שלום\nabc שלום\nשלום\n"_qs;
-    auto layout = layoutOf(plainText(string), 150);
-    makeAllExact(layout);
-    for (qsizetype from = 0; from < string.size(); ++from) {
-        auto const covered = layout.selectionRects({ from, string.size() - from }, { 0, 0, 150, 1000 });
-        for (auto one = covered.begin(); one != covered.end(); ++one) {
-            for (auto other = covered.begin(); other != one; ++other)
-                EXPECT_LT(one->intersected(*other).width(), 0.01) << from;
-        }
-    }
-}
-
-TEST(TextLayout, A_picture_takes_its_width_and_makes_its_line_high_enough)
-{
-    AttributedText::Builder builder;
-    builder.append(u"ab", {}, {});
-    builder.appendAttachment({ .attachment = Attachment { {}, 123, 70 } }, {});
-    builder.append(u"cd", {}, {});
-    auto layout = layoutOf(std::move(builder).build(), 400);
-    makeAllExact(layout);
-    auto const box = layout.boundingRect(2, 1);
-    EXPECT_NEAR(box.width(), 123, 0.1);
-    EXPECT_EQ(box.left(), layout.boundingRect(1, 1).right());
-    EXPECT_EQ(box.right(), layout.boundingRect(3, 1).left());
-    EXPECT_GE(layout.height(), 70);
-    EXPECT_LE(layout.height(), 70 + lineHeight());
 }
 
 TEST(TextLayout, Kern_and_raised_text_take_their_room)
 {
     auto const laidOut = [](TextAttributes const& attributes) {
-        auto layout = layoutOf(plainText(u"nnnn"_qs, {}, attributes), 400);
+        auto layout = layoutOf(plainText(u"nnnn"_s, {}, attributes), 400);
         makeAllExact(layout);
         return layout.boundingRect(0, 4).size();
     };
@@ -155,13 +122,12 @@ TEST(TextLayout, Kern_and_raised_text_take_their_room)
 
 TEST(TextLayout, What_is_taken_as_exact_without_laying_out_really_is)
 {
-    std::mt19937 random(3);
-    std::uniform_int_distribution<int> anyCharacter(' ', '~');
+    Dice dice(3);
     int exact = 0;
     for (int round = 0; round < 2'000; ++round) {
         QString string;
         for (int length = round % 60; length > 0; --length)
-            string += QChar(anyCharacter(random));
+            string += QChar(' ' + dice.below('~' - ' '));
         TextAttributes attributes { .font = { .family = FontAttribute::Family(round % 2) } };
         auto const width = layoutOf(plainText(string, {}, attributes), 2000).boundingRect(0, string.size()).width();
         ParagraphStyle const style { .headIndent = double(round % 7), .paragraphSpacing = double(round % 3) };
@@ -183,23 +149,27 @@ TEST(TextLayout, What_is_taken_as_exact_without_laying_out_really_is)
 // Paragraphs that no estimate gets right: bold, wide and narrow letters, scripts, line separators.
 AttributedText unevenText(int paragraphs)
 {
-    std::mt19937 random(11);
-    std::uniform_int_distribution<int> anyLength(0, 400);
+    Dice dice(11);
     TextAttributes const bold { .font = { .size = 22, .weight = FontAttribute::Weight::bold } };
     AttributedText::Builder builder;
     for (int paragraph = 0; paragraph < paragraphs; ++paragraph) {
-        auto const length = anyLength(random);
         builder.append(
-            QString(length, u"iWé漢\u2028"[paragraph % 5]), paragraph % 3 == 0 ? bold : TextAttributes {}, {});
+            QString(dice.below(400), u"iWé漢\u2028"[paragraph % 5]), paragraph % 3 == 0 ? bold : TextAttributes {}, {});
         builder.append(u"\n", {}, {});
     }
     return std::move(builder).build();
 }
 
-TEST(TextLayout, The_top_line_stays_while_other_heights_become_exact)
+TEST(TextLayout, Heights_become_exact_below_a_top_line_that_stays_and_whatever_the_way_to_them)
 {
     for (auto const& text : { unevenText(400), tableText(longTable(2'000)) }) {
-        auto layout = layoutOf(text, 300);
+        auto inOrder = layoutOf(text, 300);
+        makeAllExact(inOrder);
+        auto layout = layoutOf(text, 700);
+        layout.layOutVisible(layout.height() / 2, 600);
+        layout.setWidths(300);
+        for (auto const share : { 0.9, 0.1 })
+            layout.layOutVisible(layout.height() * share, 600);
         auto top = layout.height() * 0.6;
         top += layout.layOutVisible(top, 600);
         EXPECT_FALSE(layout.isExact()) << "neither a text nor a table is laid out at once";
@@ -214,34 +184,18 @@ TEST(TextLayout, The_top_line_stays_while_other_heights_become_exact)
         }
         EXPECT_TRUE(layout.isExact());
         EXPECT_NE(layout.height(), estimated) << "the text was meant to be hard to estimate";
-    }
-}
-
-TEST(TextLayout, Exact_heights_do_not_depend_on_the_way_to_them)
-{
-    for (auto const& text : { unevenText(120), tableText(longTable(300)) }) {
-        auto inOrder = layoutOf(text, 500);
-        makeAllExact(inOrder);
-        auto jumping = layoutOf(text, 700);
-        jumping.layOutVisible(jumping.height() / 2, 600);
-        jumping.setWidths(500);
-        for (auto const share : { 0.9, 0.1, 0.5 })
-            jumping.layOutVisible(jumping.height() * share, 600);
-        makeAllExact(jumping);
-        EXPECT_EQ(jumping.height(), inOrder.height());
+        EXPECT_EQ(layout.height(), inOrder.height());
     }
 }
 
 TEST(TextLayout, A_hit_in_the_middle_of_a_character_finds_its_cluster)
 {
-    std::mt19937 random(5);
-    QStringList const pieces { u"a"_qs, u"W"_qs, u" "_qs, u"e\u0301"_qs, u"\U0001F469\u200D\U0001F4BB"_qs, u"漢"_qs,
-        u"של"_qs, u"بسم"_qs, u"12"_qs, u"fi"_qs, u"\U0001F1E9\U0001F1EA"_qs };
-    std::uniform_int_distribution<qsizetype> anyPiece(0, pieces.size() - 1);
+    Dice dice(5);
     for (int round = 0; round < 40; ++round) {
         QString string;
         for (int piece = 0; piece < 60; ++piece)
-            string += pieces[anyPiece(random)];
+            string += dice.anyOf(QStringList { u"a"_s, u"W"_s, u" "_s, u"e\u0301"_s, u"\U0001F469\u200D\U0001F4BB"_s,
+                u"漢"_s, u"של"_s, u"بسم"_s, u"12"_s, u"fi"_s, u"\U0001F1E9\U0001F1EA"_s });
         auto layout = layoutOf(plainText(string), 300);
         makeAllExact(layout);
         QTextBoundaryFinder clusters(QTextBoundaryFinder::Grapheme, string);
@@ -268,15 +222,12 @@ TEST(TextLayout, A_hit_beside_a_line_finds_the_nearest_character_and_never_more_
     EXPECT_EQ(layout.characterIndexAt({ 290, 99 * line }), string.size() - 1);
     EXPECT_EQ(layout.boundingRect(5, 1).width(), 0) << "a line feed has no width";
     EXPECT_EQ(layout.boundingRect(0, string.size()), QRectF(0, 0, 300, 3 * line));
-}
 
-TEST(TextLayout, Emptiness_has_no_height)
-{
-    auto layout = layoutOf({}, 300);
-    EXPECT_EQ(layout.layOutVisible(0, 500), 0);
-    EXPECT_EQ(layout.height(), 0);
-    EXPECT_EQ(layout.characterIndexAt({ 3, 3 }), 0);
-    EXPECT_TRUE(layout.boundingRect(0, 0).isNull());
+    auto empty = layoutOf({}, 300);
+    EXPECT_EQ(empty.layOutVisible(0, 500), 0);
+    EXPECT_EQ(empty.height(), 0);
+    EXPECT_EQ(empty.characterIndexAt({ 3, 3 }), 0);
+    EXPECT_TRUE(empty.boundingRect(0, 0).isNull());
 }
 
 }
