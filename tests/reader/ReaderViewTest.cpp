@@ -1,4 +1,6 @@
 #include "reader/ReaderView.h"
+#include "reader/BusyIndicator.h"
+#include "reader/EmptyState.h"
 #include "reader/MessageBar.h"
 #include "reader/SheetList.h"
 #include "rendering/MarkdownRenderer.h"
@@ -6,6 +8,7 @@
 #include "support/FakeLibraryServices.h"
 #include "support/SamplePictures.h"
 #include "support/Test.h"
+#include "text/OneLine.h"
 
 #include <QApplication>
 #include <QFile>
@@ -76,9 +79,10 @@ protected:
 
     void expectTheSelectedSheet() const
     {
-        EXPECT_EQ(label("title").text(), sheet().title);
-        EXPECT_EQ(view.windowTitle(), sheet().title);
-        EXPECT_EQ(list.currentIndex().data().toString(), sheet().title);
+        auto const title = oneLine(sheet().title);
+        EXPECT_EQ(label("title").text(), title);
+        EXPECT_EQ(view.windowTitle(), title);
+        EXPECT_EQ(list.currentIndex().data().toString(), title);
         auto const rendered = sheet().shortcuts
             ? ReaderDocument(ReaderDocument::Shortcuts { *sheet().shortcuts, sheet().images, store.textSize },
                   text.textWidth(), text.fonts(), text.colors())
@@ -90,9 +94,7 @@ protected:
     FakeLibraryServices services;
     LibraryStore store { services.services(), LibraryStore::RestoreFolder::no };
     int dismissals = 0;
-    QString opened;
-    ReaderView view { store, { services.executor, [this](QString const& link) { opened = link; } },
-        [this] { ++dismissals; } };
+    ReaderView view { store, { services.executor }, [this] { ++dismissals; } };
     ReaderTextView& text { *view.textView() };
     SheetList& list { *view.findChild<SheetList*>() };
 };
@@ -156,6 +158,23 @@ TEST_F(ReaderViewTest, Bars_list_and_text_share_the_smallest_panel_in_their_colo
     EXPECT_FALSE(message.isVisible());
 }
 
+TEST_F(ReaderViewTest, A_load_is_seen_and_nothing_is_said_of_the_folder_before_its_end)
+{
+    auto const& busy = *view.findChild<BusyIndicator*>();
+    auto const saysEmpty = [&] {
+        auto const labels = view.findChild<EmptyState*>()->findChildren<QLabel*>();
+        return std::ranges::any_of(
+            labels, [](auto* each) { return each->isVisible() && each->text().contains(u"No cheat"); });
+    };
+    store.connect(services.root.path("sheets"));
+    services.executor.advance(BusyIndicator::appearsAfter);
+    EXPECT_TRUE(busy.isTurning());
+    EXPECT_FALSE(saysEmpty());
+    services.executor.settle();
+    EXPECT_FALSE(busy.isTurning());
+    EXPECT_TRUE(saysEmpty());
+}
+
 TEST_F(ReaderViewTest, Keys_and_clicks_reach_the_store_and_the_program)
 {
     write("a.md", "# First\n\n[link](https://example.org) and `code`\n");
@@ -165,8 +184,14 @@ TEST_F(ReaderViewTest, Keys_and_clicks_reach_the_store_and_the_program)
         auto const box = text.boundingRect({ string().indexOf(word), word.size() });
         QTest::mouseClick(&text, Qt::LeftButton, {}, (box.center() - text.scrollOrigin()).toPoint());
     };
+    for (auto const& [word, help] : { std::pair(u"link"_s, u"Opens https://example.org"_s), { u"and"_s, QString() } }) {
+        auto const box = text.boundingRect({ string().indexOf(word), word.size() });
+        QTest::mouseMove(&text, (box.center() - text.scrollOrigin()).toPoint());
+        EXPECT_EQ(text.toolTip(), help);
+        EXPECT_EQ(text.accessibleDescription(), help);
+    }
     click(u"link"_s);
-    EXPECT_EQ(opened, u"https://example.org"_s);
+    EXPECT_THAT(services.fileOpener.calls, ElementsAre(u"open https://example.org"_s));
     click(u"code"_s);
     EXPECT_EQ(services.clipboard.text(Clipboard::Pasteboard::general), u"code"_s);
     store.setLearningModeEnabled(true);

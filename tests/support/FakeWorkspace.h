@@ -14,7 +14,7 @@ namespace Quillory {
 class FakeWorkspace final : public Workspace {
 public:
     std::optional<RunningApplication> frontmostApplication() const override { return m_front; }
-    std::optional<QRect> frontmostFrame() const override { return std::nullopt; }
+    std::optional<QRect> frontmostFrame() const override { return m_front ? frame : std::nullopt; }
     QString mainBundleIdentifier() const override { return QStringLiteral("quillory"); }
 
     void activate(RunningApplication const& application) override
@@ -75,6 +75,7 @@ public:
 
     std::size_t observers() const { return m_observers.size(); }
 
+    std::optional<QRect> frame; // of whatever is in front
     std::vector<RunningApplication> activations;
     std::vector<std::uint64_t> ownActivations;
     std::vector<std::uint64_t> preparations;
