@@ -53,25 +53,6 @@ TEST_F(ReaderTest, It_comes_up_over_the_terminal_and_follows_what_is_saved)
     EXPECT_TRUE(shows(u"Second"_s)) << "the selection moves on from a sheet that is gone";
 }
 
-TEST_F(ReaderTest, The_keyboard_goes_back_to_the_very_window_that_had_it)
-{
-    program.save(u"a.md"_s, sheetOf("Sheet"));
-    Terminal const second(desktop, program.path(u"second"_s));
-    start();
-    ASSERT_TRUE(comesUp());
-    ASSERT_TRUE(goesAwayTo(second.window()));
-
-    // Of two windows of one program it is not the one on top that counts.
-    desktop.bringToFront(terminal.window());
-    ASSERT_TRUE(Desktop::eventually([&] { return desktop.frontWindow() == terminal.window(); }));
-    ASSERT_TRUE(comesUp());
-    ASSERT_TRUE(goesAwayTo(terminal.window()));
-    desktop.play(u"K Return"_s);
-    EXPECT_TRUE(Desktop::eventually([&] { return !terminal.typedLines().isEmpty(); }));
-    EXPECT_EQ(terminal.typedLines(), "k\n");
-    EXPECT_EQ(second.typedLines(), "");
-}
-
 TEST_F(ReaderTest, Nothing_is_prepared_for_a_start_beside_one_that_runs)
 {
     start();

@@ -180,12 +180,12 @@ Step const steps[] {
         } },
     { "wake",
         [](Desk& desk, Model& model, Dice&) {
-            desk.session.wake();
+            desk.session.didWake.tell();
             model.endGesture();
             model.refreshGesture();
         } },
-    { "sleep", [](Desk& desk, Model& model, Dice&) { desk.session.sleep(), model.endPeek(); } },
-    { "session resigns", [](Desk& desk, Model& model, Dice&) { desk.session.resign(), model.endPeek(); } },
+    { "sleep", [](Desk& desk, Model& model, Dice&) { desk.session.willSleep.tell(), model.endPeek(); } },
+    { "session resigns", [](Desk& desk, Model& model, Dice&) { desk.session.resigned.tell(), model.endPeek(); } },
     { "close button",
         [](Desk& desk, Model& model, Dice&) {
             if (model.presence == Presence::closed)
@@ -236,7 +236,8 @@ TEST(CoordinatorAtRandom, It_follows_the_rules_through_every_sequence_of_events)
         desk.coordinator.reset();
         desk.shortcuts.reset();
         EXPECT_EQ(desk.executor.pendingTimers(), 0U);
-        EXPECT_EQ(desk.session.observers(), 0);
+        EXPECT_TRUE(
+            desk.session.willSleep.isEmpty() && desk.session.didWake.isEmpty() && desk.session.resigned.isEmpty());
         EXPECT_EQ(desk.workspace.observers(), 0U);
         EXPECT_EQ(desk.events.observations(), 0U);
         EXPECT_THAT(desk.hotKeys.registered(), IsEmpty());

@@ -44,6 +44,7 @@ TEST(PresentationCoordinator, Things_are_done_in_the_order_that_hands_the_keyboa
                 closePanelByItsButton(d);
             },
             { u"savePanelFrame"_s, u"dismissTooltips"_s, u"savePanelFrame"_s, u"lower level"_s } },
+        { "woken", [](auto& d) { d.session.didWake.tell(); }, { u"read folder"_s } },
         { "moved while away", [](auto& d) { d.coordinator->windowDidResize(); }, {} },
     };
     for (auto const& [event, act, calls] : rows) {
@@ -65,9 +66,9 @@ TEST(PresentationCoordinator, The_keyboard_goes_nowhere_when_nobody_had_it)
 TEST(PresentationCoordinator, A_gesture_under_way_is_abandoned_by_whatever_changes_the_scene)
 {
     Act const scenes[] {
-        [](auto& d) { d.session.sleep(); },
-        [](auto& d) { d.session.wake(); },
-        [](auto& d) { d.session.resign(); },
+        [](auto& d) { d.session.willSleep.tell(); },
+        [](auto& d) { d.session.didWake.tell(); },
+        [](auto& d) { d.session.resigned.tell(); },
         [](auto& d) { d.coordinator->open(), d.coordinator->close(); },
         [](auto& d) { d.presentPicker(), d.services.openPanels.dismiss(); },
         [](auto& d) { d.pressPeek(), d.releasePeek(); },

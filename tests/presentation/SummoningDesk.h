@@ -2,11 +2,12 @@
 
 #include "presentation/PresentationCoordinator.h"
 
+#include "platform/Observers.h"
+#include "platform/SessionEvents.h"
 #include "support/FakeHotKeys.h"
 #include "support/FakeInputPermission.h"
 #include "support/FakeLibraryServices.h"
 #include "support/FakeModifierEvents.h"
-#include "support/FakeSessionEvents.h"
 #include "support/ShortcutsOnFakes.h"
 
 #include <initializer_list>
@@ -73,6 +74,13 @@ public:
 
 private:
     FakeWorkspace& m_workspace;
+};
+
+struct FakeSessionEvents final : SessionEvents {
+    Registration observeWillSleep(Action action) override { return willSleep.add(std::move(action)); }
+    Registration observeDidWake(Action action) override { return didWake.add(std::move(action)); }
+    Registration observeSessionDidResignActive(Action action) override { return resigned.add(std::move(action)); }
+    Observers<void()> willSleep, didWake, resigned;
 };
 
 struct CountingItems final : StatusItems {
@@ -146,12 +154,12 @@ public:
         losePeekRelease();
         hotKeys.release(peekKey);
     }
-    void tapOption(std::chrono::milliseconds pause = std::chrono::milliseconds(50))
+    void tapOption()
     {
-        pressOption();
-        executor.advance(pause);
-        releaseOption();
-        executor.advance(pause);
+        for (auto const isDown : { true, false }) {
+            isDown ? pressOption() : releaseOption();
+            executor.advance(std::chrono::milliseconds(50));
+        }
     }
     void pressOption() { events.press(leftOption); }
     void releaseOption() { events.release(leftOption); }

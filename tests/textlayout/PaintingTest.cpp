@@ -5,6 +5,8 @@
 
 #include <QRegion>
 
+#include <map>
+
 namespace Quillory {
 namespace {
 
@@ -20,11 +22,11 @@ ColorSet distinctColors(ReaderColors::Appearance appearance)
         .appearance = appearance };
 }
 
-struct Cell {
-    TableCell place;
-    TableBlock block;
-    double left = 0, right = 0, top = 0;
-    double bottom = 0; // of the row
+// Where a table's columns and rows begin, and where it ends.
+struct Table {
+    std::map<std::pair<int, int>, TableBlock> cells; // by row and column
+    std::map<int, double> columns, rows;
+    double right = 0, bottom = 0;
 };
 
 // A text as it ought to be painted, from where the layout says that its letters stand.
@@ -36,7 +38,7 @@ public:
         , m_layout(layoutOf(text, width)) // in colours that others take the place of
     {
         makeAllExact(m_layout);
-        readCells();
+        readTables();
     }
 
     QRectF all() const { return { 0, 0, m_layout.usedWidth() + 1, std::ceil(m_layout.height()) + 1 }; }
@@ -115,7 +117,7 @@ private:
         return image;
     }
 
-    void readCells()
+    void readTables()
     {
         auto const& text = m_layout.text();
         m_layout.layOutVisible(0, m_layout.height());
@@ -123,48 +125,32 @@ private:
             auto const& style = text.paragraphStyle(run);
             if (!style.block)
                 continue;
-            auto const place = text.tableCell(run);
             auto const& block = *style.block;
             auto const isFixed = block.widths == TableBlock::Widths::fixed;
-            if (m_cells.empty() || m_cells.back().place != place) {
-                auto const border = isFixed ? 0 : block.borderWidth;
-                Cell cell { .place = place, .block = block };
-                cell.top = m_layout.boundingRect(run.location, 1).top() - style.paragraphSpacingBefore - block.padding
-                    - border;
-                cell.left = isFixed ? place.column * block.widthPercent / 100 * width : all().width();
-                cell.right = isFixed ? cell.left + block.widthPercent / 100 * width : 0;
-                m_cells.push_back(cell);
-            }
-            auto& cell = m_cells.back();
+            auto const [number, row, column] = text.tableCell(run);
+            auto& table = m_tables[number];
+            if (table.cells.emplace(std::pair(row, column), block).second)
+                table.rows[row] = m_layout.boundingRect(run.location, 1).top() - roomAbove(style);
+            auto& left = table.columns.try_emplace(column, all().width()).first->second;
             // With its line feeds a selected cell is covered to its edges.
             for (auto const& covered : m_layout.selectionRects({ run.location, run.length }, all())) {
-                if (!isFixed)
-                    cell.left = std::min(cell.left, covered.left() - block.padding - block.borderWidth);
-                if (!isFixed)
-                    cell.right = std::max(cell.right, covered.right() + block.padding);
+                left = std::min(left, covered.left() - block.padding - block.borderWidth);
+                table.right = std::max(table.right, covered.right() + block.padding);
             }
+            if (isFixed)
+                left = column * block.widthPercent / 100 * width;
+            auto const next = static_cast<std::size_t>(text.paragraphRunAt(run.end()));
             auto const end = run.end() < text.length()
-                ? m_layout.boundingRect(run.end(), 1).top() - spacingBefore(run.end())
+                ? m_layout.boundingRect(run.end(), 1).top() - roomAbove(text.paragraphStyle(text.paragraphRuns()[next]))
                 : m_layout.height();
-            cell.bottom = end - (isFixed ? 0 : block.borderWidth);
-        }
-        for (auto cell = m_cells.rbegin(); cell != m_cells.rend(); ++cell) {
-            auto const isLastRow = cell == m_cells.rbegin() || std::prev(cell)->place.table != cell->place.table;
-            if (!isLastRow && std::prev(cell)->place.row != cell->place.row)
-                cell->bottom = std::prev(cell)->top;
-            else if (!isLastRow)
-                cell->bottom = std::prev(cell)->bottom;
+            table.bottom = end - (isFixed ? 0 : block.borderWidth);
         }
     }
-    double spacingBefore(qsizetype location) const
+    static double roomAbove(ParagraphStyle const& style)
     {
-        auto const& text = m_layout.text();
-        auto const run = text.paragraphRuns()[static_cast<std::size_t>(text.paragraphRunAt(location))];
-        auto const& style = text.paragraphStyle(run);
+        auto const isFixed = style.block && style.block->widths == TableBlock::Widths::fixed;
         return style.paragraphSpacingBefore
-            + (style.block ? style.block->padding
-                        + (style.block->widths == TableBlock::Widths::fixed ? 0 : style.block->borderWidth)
-                           : 0);
+            + (style.block ? style.block->padding + (isFixed ? 0 : style.block->borderWidth) : 0);
     }
 
     // In pixels of the device, since lines begin on one and are at least one wide.
@@ -178,25 +164,28 @@ private:
         QColor lineColor;
         image.setDevicePixelRatio(1);
         QPainter painter(&image);
-        for (auto cell = m_cells.begin(); cell != m_cells.end(); ++cell) {
-            auto const& block = cell->block;
-            auto const thickness = std::max(1, qRound(block.borderWidth * m_scale));
-            auto const isLast = std::next(cell) == m_cells.end() || std::next(cell)->place.row != cell->place.row
-                || std::next(cell)->place.table != cell->place.table;
-            QRect const box(QPoint(edge(cell->left), edge(cell->top)), QPoint(edge(cell->right), edge(cell->bottom)));
-            auto const isGrid = block.border == TableBlock::Border::allEdges;
-            if (block.background)
-                painter.fillRect(box.adjusted(thickness, thickness, -1, -1), m_colors.resolved(*block.background));
-            lineColor = m_colors.resolved(block.borderColor);
-            auto const height = box.height() - 1 + (isGrid ? thickness : 0);
-            if (block.border != TableBlock::Border::none)
-                lines += QRect(box.left(), box.top(), thickness, height);
-            if (!isGrid)
-                continue;
-            lines += QRect(box.left(), box.top(), box.width() - 1 + thickness, thickness);
-            lines += QRect(box.left(), box.bottom(), box.width() - 1 + thickness, thickness);
-            if (isLast)
-                lines += QRect(box.right(), box.top(), thickness, height);
+        auto const next = [](std::map<int, double> const& starts, int index, double end) {
+            auto const after = starts.upper_bound(index);
+            return after == starts.end() ? end : after->second;
+        };
+        for (auto const& [number, table] : m_tables) {
+            for (auto const& [place, block] : table.cells) {
+                auto const [row, column] = place;
+                auto const thickness = std::max(1, qRound(block.borderWidth * m_scale));
+                QRect const box(QPoint(edge(table.columns.at(column)), edge(table.rows.at(row))),
+                    QPoint(edge(next(table.columns, column, table.right)), edge(next(table.rows, row, table.bottom))));
+                auto const isGrid = block.border == TableBlock::Border::allEdges;
+                if (block.background)
+                    painter.fillRect(box.adjusted(thickness, thickness, -1, -1), m_colors.resolved(*block.background));
+                lineColor = m_colors.resolved(block.borderColor);
+                QSize const across(box.width() - 1 + thickness, thickness);
+                QSize const down(thickness, box.height() - 1 + (isGrid ? thickness : 0));
+                if (block.border != TableBlock::Border::none)
+                    lines += QRect(box.topLeft(), down);
+                if (isGrid)
+                    lines += QRegion(QRect(box.topLeft(), across)) + QRect(box.bottomLeft(), across)
+                        + QRect(box.topRight(), down);
+            }
         }
         for (auto const& line : lines)
             painter.fillRect(line, lineColor);
@@ -238,7 +227,7 @@ private:
     ColorSet m_colors;
     double m_scale;
     TextLayout m_layout;
-    std::vector<Cell> m_cells;
+    std::map<int, Table> m_tables;
 };
 
 TEST(Painting, Ink_is_where_the_layout_says_in_its_roles_colour_and_nowhere_else)
