@@ -44,7 +44,6 @@ TEST(PresentationCoordinator, Things_are_done_in_the_order_that_hands_the_keyboa
                 closePanelByItsButton(d);
             },
             { u"savePanelFrame"_s, u"dismissTooltips"_s, u"savePanelFrame"_s, u"lower level"_s } },
-        { "woken", [](auto& d) { d.session.didWake.tell(); }, { u"read folder"_s } },
         { "moved while away", [](auto& d) { d.coordinator->windowDidResize(); }, {} },
     };
     for (auto const& [event, act, calls] : rows) {
@@ -110,7 +109,7 @@ TEST(PresentationCoordinator, Each_summons_and_each_wake_read_the_folder_again)
     desk.services.root.makeFolder("library");
     desk.library.connect(desk.services.root.path("library"));
     desk.executor.settle();
-    Act const summonses[] { [](auto& d) { d.coordinator->open(); }, [](auto& d) { d.session.wake(); },
+    Act const summonses[] { [](auto& d) { d.coordinator->open(); }, [](auto& d) { d.session.didWake.tell(); },
         [](auto& d) { d.pressPeek(); } };
     for (auto const& act : summonses) {
         bool isRead = false;
