@@ -93,7 +93,7 @@ void report(QString const& path)
     QtExecutor executor;
     auto const others = fakes.services();
     LibraryStore store(
-        { others.defaults, others.bookmarks, others.files, others.pictures, others.events, executor, others.clipboard,
+        { others.defaults, others.bookmarks, others.files, others.sandbox, others.events, executor, others.clipboard,
             others.announcements, others.fileOpener, others.openPanels, others.workspace },
         LibraryStore::RestoreFolder::no);
     print("held by the first list, and by none",

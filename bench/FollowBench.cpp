@@ -101,7 +101,7 @@ public:
         for (int number = 0; number < sheets; ++number)
             save(m_folder.path(), number, 0);
         auto const services = m_fakes.services();
-        m_store.emplace(LibraryStore::Services { services.defaults, services.bookmarks, m_files, services.pictures,
+        m_store.emplace(LibraryStore::Services { services.defaults, services.bookmarks, m_files, services.sandbox,
                             m_events, m_executor, services.clipboard, services.announcements, services.fileOpener,
                             services.openPanels, services.workspace },
             LibraryStore::RestoreFolder::no);

@@ -5,6 +5,7 @@
 #include "TerminationSignals.h"
 #include "X11Desktop.h"
 
+#include "app/sandbox/ServeAsWorker.h"
 #include "linux/files/InotifyFileEvents.h"
 #include "linux/files/JsonUserDefaults.h"
 #include "linux/files/PathBookmarks.h"
@@ -17,7 +18,7 @@
 #include "linux/qt/QtExecutor.h"
 #include "linux/qt/QtMenuTracking.h"
 #include "linux/qt/QtOpenPanels.h"
-#include "linux/qt/QtPictureDecoder.h"
+#include "linux/worker/WorkerPool.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -84,7 +85,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     TerminationSignals const signals([] { QCoreApplication::exit(); });
     PosixFileSystem files;
     PathBookmarks bookmarks;
-    QtPictureDecoder const pictures;
+    WorkerPool sandbox;
     QtExecutor executor;
     // Settings are written by a worker of their own: all others may wait for a drive that does not answer.
     QtExecutor settingsExecutor;
@@ -108,7 +109,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     }
 
     AppDelegate delegate({
-        .library = { defaults, bookmarks, files, pictures, events, executor, clipboard, announcements, fileOpener,
+        .library = { defaults, bookmarks, files, sandbox, events, executor, clipboard, announcements, fileOpener,
             openPanels, desktop.workspace(), startersFolder() },
         .hotKeys = desktop.hotKeys(),
         .localKeyEvents = desktop.localKeyEvents(),
@@ -140,6 +141,8 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
 
 int main(int argc, char* argv[])
 {
+    if (auto const exitCode = serveAsWorker(argc, argv))
+        return *exitCode;
     auto const options = StartOptions::parse(argc, argv);
     if (!options)
         return fail(options.error(), misused);

@@ -1,6 +1,11 @@
 #include "library/LibraryLoad.h"
 
+#include "library/Arrivals.h"
+#include "library/ForeignBytes.h"
 #include "library/LibraryError.h"
+#include "library/LibraryReference.h"
+#include "library/OrderedBudget.h"
+#include "platform/InProcessSandbox.h"
 #include "text/FileNames.h"
 #include "text/StrictUtf8.h"
 #include "text/TextOrder.h"
@@ -9,8 +14,10 @@
 #include <QHash>
 
 #include <algorithm>
+#include <any>
 #include <atomic>
 #include <future>
+#include <utility>
 #include <vector>
 
 namespace Quillory {
@@ -20,6 +27,7 @@ namespace {
 struct Entry {
     QByteArray bytes;
     QString name;
+    bool isUtf8 = true;
     QString lowered;
     Sheet const* previous = nullptr;
     bool isUnchanged = false; // its bytes are the text of the previous sheet
@@ -57,7 +65,7 @@ std::vector<Entry> sheetEntries(std::vector<QByteArray> const& names, QList<Shee
         auto const [name, isUtf8] = FileName::fromBytes(bytes);
         auto const lowered = name.toLower();
         if (isSheetName(lowered))
-            entries.push_back({ bytes, name, lowered, isUtf8 ? known.value(name) : nullptr });
+            entries.push_back({ bytes, name, isUtf8, lowered, isUtf8 ? known.value(name) : nullptr });
     }
     std::ranges::sort(entries, comesBefore);
     return entries;
@@ -68,41 +76,31 @@ Sheet errorSheet(QString const& id, QString const& error)
     return { .id = id, .title = pathStem(id).toString(), .error = error };
 }
 
-Sheet structuredSheet(QString const& id, QString const& text, QByteArray const& bytes, SheetPictures& pictures)
+Sheet structuredSheet(QString const& id, QString const& text, QByteArray const& bytes)
 {
     auto const document = ShortcutSheet::decode(bytes);
     if (!document)
         return errorSheet(id, document.error().description());
-    auto icons = pictures.prepareIcons(*document);
-    return { .id = id,
-        .title = document->title,
-        .source = text,
-        .images = std::move(icons.images),
-        .shortcuts = *document,
-        .iconWarnings = std::move(icons.warnings) };
+    return { .id = id, .title = document->title, .source = text, .shortcuts = *document };
 }
 
-Sheet markdownSheet(QString const& id, QString const& text, QByteArray const& bytes, SheetPictures& pictures)
+// Until its tree is there.
+Sheet markdownSheet(QString const& id, QString const& text, Interpretation interpretation)
 {
-    auto parsed = ParsedMarkdown::parsingUtf8(bytes);
-    auto const title = parsed.firstHeadingTitle().value_or(pathStem(id).toString());
-    auto images = pictures.prepareMarkdownImages(parsed);
-    return { .id = id, .title = title, .source = text, .parsed = std::move(parsed), .images = std::move(images) };
+    return { .id = id,
+        .title = pathStem(id).toString(),
+        .source = text,
+        .error = description(interpretation),
+        .parsed = ParsedMarkdown::asCode(text),
+        .interpretation = interpretation };
 }
 
 // The sheet that was made of the same text before, also when a later read failed. The files that it refers to
 // may have changed all the same.
-Sheet reused(Sheet const& previous, SheetPictures& pictures)
+Sheet reused(Sheet const& previous)
 {
     auto sheet = previous;
-    sheet.error.reset();
-    if (sheet.parsed) {
-        sheet.images = pictures.prepareMarkdownImages(*sheet.parsed);
-    } else {
-        auto icons = pictures.prepareIcons(*sheet.shortcuts);
-        sheet.images = std::move(icons.images);
-        sheet.iconWarnings = std::move(icons.warnings);
-    }
+    sheet.error = description(sheet.interpretation);
     return sheet;
 }
 
@@ -134,45 +132,221 @@ void findUnchanged(OpenFolder const& folder, std::vector<Entry>& entries)
         second.wait();
 }
 
-Sheet sheetOfText(QString const& id, QString const& text, QByteArray const& bytes, SheetPictures& pictures)
-{
-    return isStructuredName(id.toLower()) ? structuredSheet(id, text, bytes, pictures)
-                                          : markdownSheet(id, text, bytes, pictures);
-}
+// One load: what is made of each entry, in the order of the entries.
+class Loading {
+public:
+    Loading(LibraryLoad const& load, OpenFolder const& folder, std::vector<Entry> entries)
+        : m_load(load)
+        , m_folder(folder)
+        , m_entries(std::move(entries))
+        , m_places(m_entries.size())
+        , m_budget(load.trees, [this](std::size_t index) { letGo(index); })
+    {
+    }
+
+    LoadedLibrary run()
+    {
+        for (std::size_t index = 0; index < m_entries.size(); ++index)
+            begin(index);
+        while (m_fresh > 0 && takeNext(m_load.ended)) { }
+        // What has been under way for longer is waited for only when there is nothing else to show.
+        while (!m_hasStarted && takeNext(m_load.hurry)) { }
+        preparePictures();
+        LoadedLibrary loaded;
+        loaded.sheets.reserve(static_cast<qsizetype>(m_places.size()));
+        for (auto& place : m_places) {
+            if (!place.sheet)
+                continue;
+            if (place.job)
+                loaded.memory.sheets.insert(place.sheet->id, place.job);
+            loaded.sheets.append(*std::move(place.sheet));
+        }
+        m_pictures.remember(loaded.memory);
+        return loaded;
+    }
+
+private:
+    // What an entry came to. Absent for what is no regular file.
+    struct Place {
+        std::optional<Sheet> sheet;
+        std::shared_ptr<SandboxJob> job; // while its tree is not there
+        bool isFresh = false; // the job was started by this load
+    };
+
+    // Of sheets that wait for a worker.
+    static constexpr qint64 mostBytesUnderWay = qint64 { 256 } << 20U;
+
+    void begin(std::size_t index)
+    {
+        auto const& entry = m_entries[index];
+        if (!entry.isUnchanged)
+            return loadSheet(index);
+        auto& sheet = m_places[index].sheet.emplace(reused(*entry.previous));
+        if (sheet.interpretation != Interpretation::underWay)
+            return charge(index);
+        if (auto const job = m_load.earlier->sheets.value(sheet.id))
+            expect(index, job);
+        else
+            loadSheet(index);
+    }
+
+    void loadSheet(std::size_t index)
+    {
+        auto const& entry = m_entries[index];
+        auto& sheet = m_places[index].sheet;
+        auto const status = m_folder.status(entry.bytes);
+        sheet.reset();
+        if (!status)
+            sheet = errorSheet(entry.name, status.error().localizedDescription());
+        else if (!status->isRegularFile || status->isSymbolicLink)
+            return;
+        else if (!entry.isUtf8)
+            sheet = errorSheet(entry.name,
+                QCoreApplication::translate(
+                    "Library", "The name of this file is not valid UTF-8. Give it a new name."));
+        else if (status->size > sheetSizeLimit)
+            sheet = errorSheet(entry.name, description(LibraryError::tooLarge));
+        else if (!m_budget.admits(index))
+            sheet = errorSheet(entry.name, description(LibraryError::overBudget));
+        else if (m_bytesUnderWay > mostBytesUnderWay) // the next load reads it
+            sheet = errorSheet(entry.name, *description(Interpretation::underWay));
+        else
+            readContents(index);
+    }
+
+    void readContents(std::size_t index)
+    {
+        auto const& entry = m_entries[index];
+        auto& sheet = m_places[index].sheet;
+        auto const bytes = m_folder.read(entry.bytes, sheetSizeLimit + 1);
+        if (!bytes) {
+            sheet = errorSheet(entry.name, bytes.error().localizedDescription());
+            return;
+        }
+        if (!*bytes)
+            return;
+        if ((*bytes)->size() > sheetSizeLimit) {
+            sheet = errorSheet(entry.name, description(LibraryError::tooLarge));
+            return;
+        }
+        auto text = decodeStrictUtf8(**bytes);
+        if (!text) {
+            sheet = errorSheet(entry.name, description(LibraryError::encoding));
+            return;
+        }
+        text->squeeze();
+        if (isStructuredName(entry.lowered)) {
+            sheet = structuredSheet(entry.name, *text, **bytes);
+            return charge(index);
+        }
+        sheet = markdownSheet(entry.name, *text, Interpretation::underWay);
+        auto const known = m_load.earlier->sheets.value(entry.name);
+        auto const isKnown = known && known->request().bytes == **bytes;
+        if (isKnown)
+            return expect(index, known);
+        m_hasStarted = m_places[index].isFresh = true;
+        ++m_fresh;
+        expect(index, m_load.sandbox.start(ForeignBytes::markdown(**bytes)));
+    }
+
+    void expect(std::size_t index, std::shared_ptr<SandboxJob> const& job)
+    {
+        m_places[index].job = job;
+        ++m_underWay;
+        m_bytesUnderWay += job->request().bytes.size();
+        m_arrivals.expect(*job, index);
+        while (m_bytesUnderWay > mostBytesUnderWay && takeNext(m_load.ended)) { }
+    }
+
+    bool takeNext(std::stop_token const& ended)
+    {
+        auto const index = m_underWay > 0 ? m_arrivals.next(m_until, ended) : std::nullopt;
+        if (index)
+            finish(*index);
+        return index.has_value();
+    }
+
+    void finish(std::size_t index)
+    {
+        --m_underWay;
+        m_fresh -= m_places[index].isFresh ? 1U : 0U;
+        auto const job = std::exchange(m_places[index].job, nullptr);
+        if (!job)
+            return; // it no longer fits
+        m_bytesUnderWay -= job->request().bytes.size();
+        auto& sheet = *m_places[index].sheet;
+        auto const answer = *job->answer();
+        if (answer) {
+            sheet.parsed = std::any_cast<ParsedMarkdown>(*answer);
+            sheet.title = sheet.parsed->firstHeadingTitle().value_or(sheet.title);
+            sheet.interpretation = Interpretation::complete;
+            sheet.error.reset();
+        } else if (answer.error() == SandboxFailure::unavailable) {
+            sheet = errorSheet(sheet.id, description(LibraryError::noSandbox));
+            return;
+        } else {
+            sheet = markdownSheet(sheet.id, sheet.source,
+                answer.error() == SandboxFailure::tookTooLong ? Interpretation::tookTooLong : Interpretation::crashed);
+        }
+        charge(index);
+    }
+
+    void charge(std::size_t index)
+    {
+        auto const& sheet = *m_places[index].sheet;
+        if (!sheet.error || sheet.parsed)
+            m_budget.charge(index,
+                sheet.parsed ? sheet.parsed->byteSize()
+                             : static_cast<std::uint64_t>(sheet.source.size()) * sizeof(QChar));
+    }
+
+    void letGo(std::size_t index)
+    {
+        auto const& id = m_entries[index].name;
+        auto& place = m_places[index];
+        place.sheet = errorSheet(id, description(LibraryError::overBudget));
+        if (auto const job = std::exchange(place.job, nullptr))
+            m_bytesUnderWay -= job->request().bytes.size();
+    }
+
+    void preparePictures()
+    {
+        auto const until = m_until + LibraryLoad::patience / 2;
+        for (auto const& place : m_places) {
+            if (place.sheet)
+                m_pictures.askFor(*place.sheet, until, m_load.ended);
+        }
+        m_pictures.waitForFresh(until, m_load.ended);
+        if (!m_hasStarted && !m_pictures.hasStarted())
+            m_pictures.wait(until, m_load.hurry);
+        for (auto& place : m_places) {
+            if (place.sheet && place.sheet->parsed) {
+                place.sheet->images = m_pictures.prepareMarkdownImages(*place.sheet->parsed);
+            } else if (place.sheet && place.sheet->shortcuts) {
+                auto icons = m_pictures.prepareIcons(*place.sheet->shortcuts);
+                place.sheet->images = std::move(icons.images);
+                place.sheet->iconWarnings = std::move(icons.warnings);
+            }
+        }
+    }
+
+    LibraryLoad const& m_load;
+    OpenFolder const& m_folder;
+    std::vector<Entry> m_entries;
+    std::vector<Place> m_places;
+    OrderedBudget m_budget;
+    Arrivals m_arrivals;
+    Arrivals::Time m_until = std::chrono::steady_clock::now() + LibraryLoad::patience;
+    SheetPictures m_pictures { m_folder, m_load.sandbox, m_load.previous, *m_load.earlier, m_load.pictures };
+    std::size_t m_underWay = 0; // jobs, of which so many are fresh
+    std::size_t m_fresh = 0;
+    bool m_hasStarted = false; // a job
+    qint64 m_bytesUnderWay = 0;
+};
 
 }
 
-std::optional<Sheet> loadSheet(OpenFolder const& folder, SheetPictures& pictures, QByteArray const& name)
-{
-    auto const [id, isUtf8] = FileName::fromBytes(name);
-    auto const status = folder.status(name);
-    if (!status)
-        return errorSheet(id, status.error().localizedDescription());
-    if (!status->isRegularFile || status->isSymbolicLink)
-        return std::nullopt;
-    if (!isUtf8)
-        return errorSheet(id,
-            QCoreApplication::translate("Library", "The name of this file is not valid UTF-8. Give it a new name."));
-    if (status->size > sheetSizeLimit)
-        return errorSheet(id, description(LibraryError::tooLarge));
-
-    auto const read = folder.read(name, sheetSizeLimit + 1);
-    if (!read)
-        return errorSheet(id, read.error().localizedDescription());
-    if (!*read)
-        return std::nullopt;
-    auto const& bytes = **read;
-    if (bytes.size() > sheetSizeLimit)
-        return errorSheet(id, description(LibraryError::tooLarge));
-    auto text = decodeStrictUtf8(bytes);
-    if (!text)
-        return errorSheet(id, description(LibraryError::encoding));
-    text->squeeze();
-    return sheetOfText(id, *text, bytes, pictures);
-}
-
-std::expected<QList<Sheet>, SystemError> loadLibrary(
-    FileSystem const& files, PictureDecoder const& decoder, QString const& folder, QList<Sheet> const& previous)
+std::expected<LoadedLibrary, SystemError> LibraryLoad::run() const
 {
     auto const open = files.openFolder(folder);
     if (!open)
@@ -183,17 +357,19 @@ std::expected<QList<Sheet>, SystemError> loadLibrary(
     auto entries = sheetEntries(*names, previous);
     if (!previous.isEmpty())
         findUnchanged(**open, entries);
+    auto loaded = Loading(*this, **open, std::move(entries)).run();
+    loaded.pictureFolders = referencedFolders(loaded.sheets);
+    return loaded;
+}
 
-    SheetPictures pictures(**open, decoder, previous);
-    QList<Sheet> sheets;
-    sheets.reserve(static_cast<qsizetype>(entries.size()));
-    for (auto const& entry : entries) {
-        if (entry.isUnchanged)
-            sheets.append(reused(*entry.previous, pictures));
-        else if (auto sheet = loadSheet(**open, pictures, entry.bytes))
-            sheets.append(*std::move(sheet));
-    }
-    return sheets;
+std::expected<QList<Sheet>, SystemError> loadLibrary(
+    FileSystem const& files, PictureDecoder const& decoder, QString const& folder, QList<Sheet> const& previous)
+{
+    InProcessSandbox sandbox(ForeignBytes::interpreter(decoder));
+    auto loaded = LibraryLoad { .files = files, .sandbox = sandbox, .folder = folder, .previous = previous }.run();
+    if (!loaded)
+        return std::unexpected(loaded.error());
+    return std::move(loaded->sheets);
 }
 
 }

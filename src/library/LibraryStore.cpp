@@ -2,7 +2,6 @@
 
 #include "library/LibraryError.h"
 #include "library/LibraryLoad.h"
-#include "library/LibraryReference.h"
 #include "text/HiddenCharacters.h"
 #include "text/TextOrder.h"
 
@@ -12,13 +11,20 @@ namespace Quillory {
 
 namespace {
 
+bool standsAsCode(Sheet const& sheet)
+{
+    using enum Interpretation;
+    return sheet.interpretation == tookTooLong || sheet.interpretation == crashed;
+}
+
 // A sheet that could not be read keeps what was read of it last, if that was anything.
 void keepLastReadable(QList<Sheet>& loaded, QList<Sheet> const& current)
 {
     QHash<QString, Sheet const*> known; // made only where it is needed
     // NOLINTNEXTLINE(modernize-loop-convert): a range of references would copy a list that nothing is changed in
     for (qsizetype index = 0; index < loaded.size(); ++index) {
-        if (!loaded.at(index).error)
+        // A text that could not be interpreted is shown in its place all the same.
+        if (auto const& sheet = loaded.at(index); !sheet.error || standsAsCode(sheet))
             continue;
         if (known.isEmpty()) {
             for (auto const& sheet : current)
@@ -28,7 +34,8 @@ void keepLastReadable(QList<Sheet>& loaded, QList<Sheet> const& current)
         auto const* last = known.value(id);
         if (!last)
             last = findSheet(current, id);
-        if (!last || last->source.isEmpty())
+        auto const isUnderWay = loaded.at(index).interpretation == Interpretation::underWay;
+        if (!last || last->source.isEmpty() || (isUnderWay && last->interpretation != Interpretation::complete))
             continue;
         auto kept = *last;
         kept.id = id;
@@ -105,6 +112,8 @@ void LibraryStore::reload(Debounced debounced)
         return;
     auto const pause = debounced == Debounced::yes ? reloadDebounce : std::chrono::milliseconds::zero();
     auto const due = m_services.executor.now() + pause;
+    if (debounced == Debounced::yes)
+        m_services.sandbox.prepare(); // for what was saved
     // The earlier one stays: what is written without pause must not put the load off without end.
     if (m_reloadTask.isActive() && m_reloadDue <= due)
         return;
@@ -115,10 +124,19 @@ void LibraryStore::reload(Debounced debounced)
 void LibraryStore::stopLoading()
 {
     m_reloadTask.end();
+    m_hurry.request_stop();
+    m_loadEnd.request_stop();
     m_loadTask.end();
     m_loading = Loading::none;
     m_installTask.end();
+    remember({});
     updateBusy();
+}
+
+// Jobs that nobody remembers end.
+void LibraryStore::remember(LoadMemory memory)
+{
+    m_services.executor.discard(std::exchange(m_loadMemory, std::make_shared<LoadMemory>(std::move(memory))));
 }
 
 void LibraryStore::updateBusy()
@@ -126,16 +144,17 @@ void LibraryStore::updateBusy()
     busy.setValue(m_loading != Loading::none || m_installTask.isActive());
 }
 
-LibraryInstallation::Load LibraryStore::loading() const
+LibraryInstallation::Load LibraryStore::loading()
 {
-    return [&files = m_services.files, &pictures = m_services.pictures, path = *folder.value(),
-               previous = sheets.value()]() -> std::expected<LoadedLibrary, SystemError> {
-        auto loaded = loadLibrary(files, pictures, path, previous);
-        if (!loaded)
-            return std::unexpected(loaded.error());
-        auto folders = referencedFolders(*loaded);
-        return LoadedLibrary { *std::move(loaded), std::move(folders) };
-    };
+    m_hurry = std::stop_source();
+    m_loadEnd = std::stop_source();
+    return [load = LibraryLoad { .files = m_services.files,
+                .sandbox = m_services.sandbox,
+                .folder = *folder.value(),
+                .previous = sheets.value(),
+                .earlier = m_loadMemory,
+                .hurry = m_hurry.get_token(),
+                .ended = m_loadEnd.get_token() }] { return load.run(); };
 }
 
 void LibraryStore::startLoad()
@@ -143,6 +162,7 @@ void LibraryStore::startLoad()
     m_reloadTask.end();
     if (m_loading != Loading::none) {
         m_loading = Loading::runningAndOutdated;
+        m_hurry.request_stop();
         return;
     }
     m_loading = Loading::running;
@@ -163,7 +183,7 @@ void LibraryStore::finishLoad(std::expected<LoadedLibrary, SystemError> loaded, 
     auto const wasOutdated = std::exchange(m_loading, Loading::none) == Loading::runningAndOutdated;
     if (!takeLoaded(std::move(loaded), loadGeneration))
         return;
-    if (wasOutdated)
+    if (wasOutdated || m_loadMemory->isUnderWay())
         startLoad();
     else
         updateBusy();
@@ -176,6 +196,7 @@ bool LibraryStore::takeLoaded(std::expected<LoadedLibrary, SystemError> loaded, 
         say(descriptionOfUnreadableFolder(loaded.error()), Speaker::load);
         return true;
     }
+    remember(std::move(loaded->memory));
     applyLoadedSheets(std::move(loaded->sheets), loadGeneration);
     if (loadGeneration != generation)
         return false;

@@ -4,6 +4,7 @@
 #include "library/FolderAccess.h"
 #include "library/LibraryInstallation.h"
 #include "library/LibraryWatcher.h"
+#include "library/LoadMemory.h"
 #include "library/Preferences.h"
 #include "library/Sheet.h"
 #include "library/SheetFiles.h"
@@ -15,7 +16,7 @@
 #include "platform/FileSystem.h"
 #include "platform/ModifierFlags.h"
 #include "platform/OpenPanels.h"
-#include "platform/PictureDecoder.h"
+#include "platform/Sandbox.h"
 #include "platform/Workspace.h"
 
 #include <QCoreApplication>
@@ -31,6 +32,7 @@
 #include <list>
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 namespace Quillory {
 
@@ -49,8 +51,8 @@ public:
     struct Services {
         UserDefaults& defaults;
         FolderBookmarks& bookmarks;
-        FileSystem const& files; // must outlive the executor's workers, as must the decoder
-        PictureDecoder const& pictures;
+        FileSystem const& files; // must outlive the executor's workers, as must the sandbox
+        Sandbox& sandbox;
         FileEvents& events;
         Executor& executor;
         Clipboard& clipboard;
@@ -163,12 +165,13 @@ private:
     enum class Loading { none, running, runningAndOutdated };
 
     // A load of the folder as it is now, for a worker.
-    LibraryInstallation::Load loading() const;
+    LibraryInstallation::Load loading();
     void startLoad();
     void restartLoad();
     void finishLoad(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration);
     bool takeLoaded(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration);
     void stopLoading();
+    void remember(LoadMemory memory);
     void restoreFolder();
     void say(QString const& sentence, Speaker speaker = Speaker::other);
     void sayTrouble(UserDefaults::Trouble const& trouble);
@@ -196,6 +199,9 @@ private:
     std::chrono::nanoseconds m_reloadDue {};
     Registration m_loadTask;
     Loading m_loading = Loading::none;
+    std::stop_source m_hurry; // of the latest load, as `LibraryLoad` has them
+    std::stop_source m_loadEnd;
+    std::shared_ptr<LoadMemory const> m_loadMemory = std::make_shared<LoadMemory>(); // beside `sheets`
     Speaker m_speaker = Speaker::other;
     Registration m_installTask;
     std::list<Registration> m_copyFeedbackTasks;

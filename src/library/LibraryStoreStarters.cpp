@@ -38,8 +38,10 @@ void LibraryStore::finishInstallation(LibraryInstallation::Outcome outcome, int 
 {
     if (installGeneration != generation)
         return;
-    if (outcome.library)
+    if (outcome.library) {
+        remember(std::move(outcome.library->memory));
         applyLoadedSheets(std::move(outcome.library->sheets), installGeneration);
+    }
     if (installGeneration != generation)
         return; // an observer has connected another folder
     say(outcome.message());
@@ -48,6 +50,8 @@ void LibraryStore::finishInstallation(LibraryInstallation::Outcome outcome, int 
     // One that runs was begun before this one's own look at the folder, and would bring the older list back.
     if (outcome.library && m_loading != Loading::none)
         restartLoad();
+    else if (m_loadMemory->isUnderWay())
+        startLoad();
     if (m_watcher && outcome.library)
         m_watcher->follow(outcome.library->pictureFolders);
 }

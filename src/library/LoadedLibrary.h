@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/LoadMemory.h"
 #include "library/Sheet.h"
 
 #include <QList>
@@ -11,6 +12,7 @@ namespace Quillory {
 struct LoadedLibrary {
     QList<Sheet> sheets;
     QStringList pictureFolders; // below the library folder, whether or not they exist
+    LoadMemory memory;          // for the next load, which is due at once when something in it is under way
 };
 
 }

@@ -39,8 +39,9 @@ bool sameMade(QString const& source, std::optional<Made> const& a, std::optional
 bool Sheet::operator==(Sheet const& other) const
 {
     return canonicallyEqual(id, other.id) && canonicallyEqual(title, other.title) && sameText(source, other.source)
-        && error == other.error && sameMade(source, parsed, other.parsed) && sameImages(images, other.images)
-        && sameMade(source, shortcuts, other.shortcuts) && iconWarnings == other.iconWarnings;
+        && error == other.error && interpretation == other.interpretation && sameMade(source, parsed, other.parsed)
+        && sameImages(images, other.images) && sameMade(source, shortcuts, other.shortcuts)
+        && iconWarnings == other.iconWarnings;
 }
 
 Sheet const* findSheet(QList<Sheet> const& sheets, QString const& id)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/Interpretation.h"
 #include "library/PreparedImage.h"
 #include "library/ShortcutSheet.h"
 #include "rendering/ParsedMarkdown.h"
@@ -23,6 +24,7 @@ struct Sheet {
     QMap<QString, PreparedImage> images;      // by the reference as written
     std::optional<ShortcutSheet> shortcuts;   // of a structured sheet, likewise
     QStringList iconWarnings;
+    Interpretation interpretation = Interpretation::complete; // of the source into `parsed`
 
     // Ids, titles and image references are compared canonically, all else exactly.
     bool operator==(Sheet const& other) const;

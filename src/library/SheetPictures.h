@@ -1,9 +1,12 @@
 #pragma once
 
+#include "library/Arrivals.h"
+#include "library/LoadMemory.h"
+#include "library/OrderedBudget.h"
 #include "library/PreparedImage.h"
 #include "library/Sheet.h"
 #include "platform/FileSystem.h"
-#include "platform/PictureDecoder.h"
+#include "platform/Sandbox.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -13,7 +16,9 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace Quillory {
 
@@ -23,8 +28,9 @@ struct PreparedIcons {
     QStringList warnings;
 };
 
-// Prepares the pictures of one load's sheets. A content is decoded once, however many sheets show it, and not at all
-// when a previous sheet has it. For one thread; all it is given must outlive it.
+// Prepares the pictures of one load's sheets. They are asked for in the order of the sheets, waited for together, and
+// then taken. A content is decoded once, however many sheets show it, and not at all when a previous sheet has it.
+// For one thread; all it is given must outlive it.
 class SheetPictures {
 public:
     static constexpr qint64 markdownImageLimit = 10'485'760; // bytes; a file of exactly this size is read
@@ -34,30 +40,68 @@ public:
     static constexpr qsizetype iconReferenceLimit = 1024;    // bytes of UTF-8
     static constexpr qsizetype shownReferenceLength = 100;   // characters
 
-    SheetPictures(OpenFolder const& folder, PictureDecoder const& decoder, QList<Sheet> const& previous = {});
+    // Of all bitmaps together. What comes after is not shown.
+    static constexpr std::uint64_t memoryLimit = std::uint64_t { 256 } << 20U; // bytes
 
-    // By the reference as written. One that can't be shown is left out in silence.
-    QMap<QString, PreparedImage> prepareMarkdownImages(ParsedMarkdown const& parsed);
+    SheetPictures(OpenFolder const& folder, Sandbox& sandbox, QList<Sheet> const& previous = {},
+        LoadMemory const& earlier = {}, std::uint64_t limit = memoryLimit);
 
-    PreparedIcons prepareIcons(ShortcutSheet const& sheet);
+    // Begins what is not there yet, waiting in between while too much is under way.
+    void askFor(Sheet const& sheet, Arrivals::Time until, std::stop_token const& ended);
+
+    // Waits until all is there, or all that was begun here, or the wait is to end.
+    void wait(Arrivals::Time until, std::stop_token const& ended);
+    void waitForFresh(Arrivals::Time until, std::stop_token const& ended);
+    bool hasStarted() const { return m_hasStarted; }
+
+    // What is there of a sheet's pictures, by the reference as written. One that can't be shown is left out in silence.
+    QMap<QString, PreparedImage> prepareMarkdownImages(ParsedMarkdown const& parsed) const;
+
+    PreparedIcons prepareIcons(ShortcutSheet const& sheet) const;
+
+    // For the next load.
+    void remember(LoadMemory& memory) const;
 
 private:
-    using Decode = std::function<std::optional<QImage>(QByteArray const& bytes)>;
+    struct Content {
+        std::uint64_t fingerprint = 0;
+        std::shared_ptr<SandboxJob> job; // while it is under way
+        std::optional<PreparedImage> image;
+        bool isRefused = false;
+        bool isFresh = false; // the job was started here
+    };
 
     // One of the two uses of a picture: each reads and decodes in its own way.
     struct Use {
         qint64 limit;
-        Decode decode;
-        QHash<QByteArray, std::optional<PreparedImage>> ofPath;
-        QHash<std::uint64_t, std::optional<PreparedImage>> ofFingerprint;
+        std::function<SandboxRequest(QByteArray bytes)> request;
+        LoadMemory::Pictures const& earlier;
+        QHash<QString, std::shared_ptr<Content>> ofReference; // null where there is nothing to show
+        QHash<QByteArray, std::shared_ptr<Content>> ofPath;
+        QHash<std::uint64_t, std::shared_ptr<Content>> ofFingerprint;
+        QHash<std::uint64_t, PreparedImage> previous;
     };
 
-    std::optional<PreparedImage> prepare(QByteArray const& path, Use& use) const;
-    std::optional<PreparedImage> icon(QString const& reference);
+    void askFor(QString const& reference, Use& use, Arrivals::Time until, std::stop_token const& ended);
+    std::shared_ptr<Content> contentAt(QByteArray const& path, Use& use);
+    std::shared_ptr<Content> begin(QByteArray const& bytes, Use& use);
+    bool takeNext(Arrivals::Time until, std::stop_token const& ended);
+    void finish(std::size_t number);
+    void charge(std::size_t number);
+    void letGo(std::size_t number);
+    static void remember(Use const& use, LoadMemory::Pictures& pictures);
 
     OpenFolder const& m_folder;
+    Sandbox& m_sandbox;
     Use m_markdownImages;
     Use m_icons;
+    std::vector<std::shared_ptr<Content>> m_contents; // in the order in which they were asked for
+    OrderedBudget m_budget;
+    Arrivals m_arrivals;
+    std::size_t m_underWay = 0; // jobs, of which so many are fresh
+    std::size_t m_fresh = 0;
+    bool m_hasStarted = false; // a job
+    qint64 m_bytesUnderWay = 0;
 };
 
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "library/Interpretation.h"
+
 #include <QList>
 #include <QString>
 
@@ -13,6 +15,7 @@ struct DocumentKey {
     QString source;
     QList<std::pair<QString, quint64>> images; // reference and fingerprint, in the order of the references
     double textSize = 0;
+    Interpretation interpretation = Interpretation::complete;
 
     bool operator==(DocumentKey const&) const = default;
 };

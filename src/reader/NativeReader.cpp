@@ -57,7 +57,7 @@ void NativeReader::update(Sheet const& sheet)
 
 DocumentKey NativeReader::keyOf(Sheet const& sheet) const
 {
-    DocumentKey key { sheet.id, sheet.source, {}, m_store.textSize };
+    DocumentKey key { sheet.id, sheet.source, {}, m_store.textSize, sheet.interpretation };
     for (auto const& [reference, image] : sheet.images.asKeyValueRange())
         key.images.append({ reference, image.fingerprint });
     return key;

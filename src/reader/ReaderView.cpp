@@ -1,5 +1,6 @@
 #include "reader/ReaderView.h"
 
+#include "library/LibraryError.h"
 #include "reader/EmptyState.h"
 #include "reader/MessageBar.h"
 #include "reader/Panes.h"
@@ -151,7 +152,7 @@ void ReaderView::refreshError(Sheet const* sheet)
     m_error->setVisible(hasError);
     if (hasError)
         m_error->setText(
-            sheet->source.isEmpty() ? *sheet->error : tr("%1 Showing the last readable version.").arg(*sheet->error));
+            showsLastReadable(*sheet) ? tr("%1 Showing the last readable version.").arg(*sheet->error) : *sheet->error);
 }
 
 void ReaderView::changeEvent(QEvent* event)

@@ -3,6 +3,7 @@
 #include "Markdown/Document.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace Quillory {
 
@@ -12,8 +13,15 @@ class ParsedMarkdownBuilder {
 public:
     explicit ParsedMarkdownBuilder(Markup::Document const& document)
         : m_document(document)
-        , m_storage(std::make_shared<ParsedMarkdown::Storage>())
+        , m_storage(std::make_shared<Built>())
     {
+    }
+
+    static std::shared_ptr<ParsedMarkdown::Storage const> asCode(QString const& text)
+    {
+        auto const length = static_cast<std::uint32_t>(text.size());
+        return storageOf(std::make_shared<Built>(
+            Built { { { .kind = Kind::codeBlock, .end = 1, .length = length } }, text, false }));
     }
 
     std::shared_ptr<ParsedMarkdown::Storage const> build()
@@ -28,17 +36,29 @@ public:
         closeUpTo(count);
         m_storage->pool.squeeze();
         m_storage->records.shrink_to_fit();
-        return std::move(m_storage);
+        return storageOf(std::move(m_storage));
     }
 
 private:
     using Kind = ParsedMarkdown::Kind;
     using enum ParsedMarkdown::Flag;
     using Element = Markup::Element;
+    struct Built {
+        std::vector<ParsedMarkdown::Record> records;
+        QString pool;
+        bool namesImages = false;
+    };
     struct OpenRecord {
         std::uint32_t record;
         std::uint32_t elementEnd;
     };
+
+    static std::shared_ptr<ParsedMarkdown::Storage const> storageOf(std::shared_ptr<Built> built)
+    {
+        auto& of = *built;
+        return std::make_shared<ParsedMarkdown::Storage const>(
+            ParsedMarkdown::Storage { of.records, of.pool, of.namesImages, std::move(built) });
+    }
 
     void closeUpTo(std::uint32_t element)
     {
@@ -152,7 +172,7 @@ private:
     }
 
     Markup::Document const& m_document;
-    std::shared_ptr<ParsedMarkdown::Storage> m_storage;
+    std::shared_ptr<Built> m_storage;
     std::vector<OpenRecord> m_open;
 };
 
@@ -180,6 +200,11 @@ ParsedMarkdown ParsedMarkdown::parsing(QString const& source)
 ParsedMarkdown ParsedMarkdown::parsingUtf8(QByteArrayView utf8)
 {
     return ParsedMarkdown(Markup::Document::parsingUtf8(utf8));
+}
+
+ParsedMarkdown ParsedMarkdown::asCode(QString const& text)
+{
+    return ParsedMarkdown(ParsedMarkdownBuilder::asCode(text));
 }
 
 ParsedMarkdown::Nodes ParsedMarkdown::nodes() const
@@ -222,15 +247,16 @@ qsizetype ParsedMarkdown::stringsLength() const
 
 std::size_t ParsedMarkdown::byteSize() const
 {
-    return sizeof(Storage) + m_storage->records.capacity() * sizeof(Record)
-        + static_cast<std::size_t>(m_storage->pool.capacity()) * sizeof(QChar);
+    return sizeof(Storage) + m_storage->records.size_bytes()
+        + static_cast<std::size_t>(m_storage->pool.size()) * sizeof(QChar);
 }
 
 bool ParsedMarkdown::operator==(ParsedMarkdown const& other) const
 {
     // Both halves follow from the tree alone, so equal trees are equal in both.
     return m_storage == other.m_storage
-        || (m_storage->records == other.m_storage->records && m_storage->pool == other.m_storage->pool);
+        || (std::ranges::equal(m_storage->records, other.m_storage->records)
+            && m_storage->pool == other.m_storage->pool);
 }
 
 ParsedMarkdown::Value ParsedMarkdown::Node::value() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/SealedBytes.h"
+
 #include <QByteArrayView>
 #include <QSet>
 #include <QString>
@@ -8,8 +10,9 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
+#include <type_traits>
 #include <variant>
-#include <vector>
 
 namespace Quillory {
 
@@ -82,6 +85,14 @@ public:
     static ParsedMarkdown parsingUtf8(QByteArrayView utf8);
     explicit ParsedMarkdown(Markup::Document const& document);
 
+    // One block of code that holds the whole text: what stands for a text that could not be parsed. Shares the text.
+    static ParsedMarkdown asCode(QString const& text);
+
+    // The tree as bytes, for another process of the same program; and the tree that such bytes are, which are taken as
+    // they lie and not copied. They may come from anybody: absent for bytes that no tree would give.
+    void write(ByteSink const& sink) const;
+    static std::optional<ParsedMarkdown> adopting(SealedBytes const& bytes);
+
     // The top-level blocks.
     Nodes nodes() const;
 
@@ -100,6 +111,7 @@ public:
 
 private:
     friend class ParsedMarkdownBuilder;
+    friend class ParsedMarkdownCheck;
 
     // Properties of a record beyond its kind. Rows and cells of a table are records too, of no kind of their own.
     enum Flag : std::uint8_t {
@@ -124,19 +136,18 @@ private:
 
         bool operator==(Record const&) const = default;
     };
+    static_assert(std::has_unique_object_representations_v<Record>, "records go to other processes as they are");
 
     struct Storage {
-        std::vector<Record> records;
-        QString pool;
+        std::span<Record const> records;
+        QStringView pool;
         bool namesImages = false; // spares most trees the walk for them
+        std::shared_ptr<void const> owner; // of records and pool
 
-        QStringView string(Record const& record) const
-        {
-            return QStringView(pool).sliced(record.offset, record.length);
-        }
+        QStringView string(Record const& record) const { return pool.sliced(record.offset, record.length); }
         QStringView secondString(Record const& record) const
         {
-            return QStringView(pool).sliced(record.offset + record.length, record.second);
+            return pool.sliced(record.offset + record.length, record.second);
         }
     };
 

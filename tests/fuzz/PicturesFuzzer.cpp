@@ -1,9 +1,11 @@
 #include "fuzz/Fuzzer.h"
 
+#include "library/ForeignBytes.h"
 #include "library/LibraryReference.h"
 #include "library/SheetPictures.h"
 #include "linux/files/PosixFileSystem.h"
 #include "linux/qt/QtPictureDecoder.h"
+#include "platform/InProcessSandbox.h"
 #include "support/TemporaryFolder.h"
 
 using namespace Quillory;
@@ -27,12 +29,17 @@ int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 
     ShortcutSheet sheet;
     sheet.icon = QStringLiteral("a.png");
-    SheetPictures pictures(*folder, decoder);
+    auto const parsed = ParsedMarkdown::parsing(QStringLiteral("![](a.png)"));
+    InProcessSandbox sandbox(ForeignBytes::interpreter(decoder));
+    SheetPictures pictures(*folder, sandbox);
+    pictures.askFor({ .shortcuts = sheet }, {}, {});
+    pictures.askFor({ .parsed = parsed }, {}, {});
+    pictures.wait({}, {});
     auto const icons = pictures.prepareIcons(sheet);
     require(icons.images.size() + icons.warnings.size() == 1);
     for (auto const& icon : icons.images)
         require(icon.cgImage.size() == QSize(SheetPictures::iconSide, SheetPictures::iconSide));
-    for (auto const& image : pictures.prepareMarkdownImages(ParsedMarkdown::parsing(QStringLiteral("![](a.png)")))) {
+    for (auto const& image : pictures.prepareMarkdownImages(parsed)) {
         auto const shown = image.cgImage.size();
         require(!shown.isEmpty() && std::max(shown.width(), shown.height()) <= SheetPictures::markdownImageSize);
     }

@@ -1,8 +1,11 @@
 #include "library/SheetPictures.h"
 
+#include "library/ForeignBytes.h"
+
 #include "library/LibraryLoad.h"
 #include "linux/files/PosixFileSystem.h"
 #include "linux/qt/QtPictureDecoder.h"
+#include "platform/InProcessSandbox.h"
 #include "support/Cases.h"
 #include "support/SamplePictures.h"
 #include "support/TemporaryFolder.h"
@@ -39,7 +42,11 @@ protected:
         for (auto const& reference : references)
             sheet.sections.append({ .icon = reference });
         auto const folder = files.openFolder(root.path("library")).value();
-        return SheetPictures(*folder, decoder).prepareIcons(sheet);
+        InProcessSandbox sandbox(ForeignBytes::interpreter(decoder));
+        SheetPictures pictures(*folder, sandbox);
+        pictures.askFor({ .shortcuts = sheet }, {}, {});
+        pictures.wait({}, {});
+        return pictures.prepareIcons(sheet);
     }
 
     QList<Sheet> load(QList<Sheet> const& previous = {}) const

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "library/ForeignBytes.h"
 #include "library/LibraryStore.h"
 #include "linux/qt/QtPictureDecoder.h"
+#include "platform/InProcessSandbox.h"
 #include "support/FakeAnnouncements.h"
 #include "support/FakeClipboard.h"
 #include "support/FakeFileEvents.h"
@@ -23,6 +25,7 @@ struct FakeLibraryServices {
     FaultyBookmarks bookmarks;
     FaultyFileSystem files;
     QtPictureDecoder pictures;
+    InProcessSandbox sandbox { ForeignBytes::interpreter(pictures) };
     ManualExecutor executor;
     FakeFileEvents events { executor };
     FakeClipboard clipboard;
@@ -34,7 +37,7 @@ struct FakeLibraryServices {
     LibraryStore::Services services() { return services(defaults, events, executor); }
     LibraryStore::Services services(UserDefaults& otherDefaults, FileEvents& otherEvents, Executor& otherExecutor)
     {
-        return { otherDefaults, bookmarks, files, pictures, otherEvents, otherExecutor, clipboard, announcements,
+        return { otherDefaults, bookmarks, files, sandbox, otherEvents, otherExecutor, clipboard, announcements,
             fileOpener, openPanels, workspace, root.path("starters") };
     }
 };

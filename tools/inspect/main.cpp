@@ -1,8 +1,9 @@
 #include "SheetJson.h"
 
+#include "app/sandbox/ServeAsWorker.h"
 #include "library/LibraryLoad.h"
 #include "linux/files/PosixFileSystem.h"
-#include "linux/qt/QtPictureDecoder.h"
+#include "linux/worker/WorkerPool.h"
 
 #include <QStringList>
 
@@ -54,6 +55,23 @@ std::optional<Request> parse(QStringList arguments)
     return isGood && !request.folder.isEmpty() ? std::optional(request) : std::nullopt;
 }
 
+// Loads again until nothing is under way: each sheet is then read, or past its time.
+std::expected<QList<Sheet>, SystemError> loaded(QString const& folder)
+{
+    PosixFileSystem const files;
+    WorkerPool sandbox;
+    LibraryLoad load { .files = files, .sandbox = sandbox, .folder = folder };
+    while (true) {
+        auto now = load.run();
+        if (!now)
+            return std::unexpected(now.error());
+        load.previous = std::move(now->sheets);
+        load.earlier = std::make_shared<LoadMemory>(std::move(now->memory));
+        if (!load.earlier->isUnderWay())
+            return load.previous;
+    }
+}
+
 void writeSheets(JsonWriter& json, QList<Sheet> const& sheets, Request const& request)
 {
     json.beginObject();
@@ -71,6 +89,8 @@ void writeSheets(JsonWriter& json, QList<Sheet> const& sheets, Request const& re
 
 int main(int argc, char* argv[])
 {
+    if (auto const exitCode = serveAsWorker(argc, argv))
+        return *exitCode;
     QStringList arguments;
     for (int index = 1; index < argc; ++index)
         arguments.append(QString::fromLocal8Bit(argv[index]));
@@ -79,7 +99,7 @@ int main(int argc, char* argv[])
         std::cerr << usage << '\n';
         return cannotDo;
     }
-    auto const sheets = loadLibrary(PosixFileSystem(), QtPictureDecoder(), request->folder);
+    auto const sheets = loaded(request->folder);
     if (!sheets) {
         std::cerr << "quillory-inspect: can't list " << request->folder.toStdString() << ": "
                   << sheets.error().localizedDescription().toStdString() << '\n';

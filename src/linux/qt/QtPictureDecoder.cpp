@@ -124,6 +124,11 @@ QtPictureDecoder::QtPictureDecoder()
     QImageReader::setAllocationLimit(mostMegabytes);
 }
 
+void QtPictureDecoder::loadPlugins()
+{
+    (void)QImageReader::supportedImageFormats();
+}
+
 std::optional<PictureDecoder::Properties> QtPictureDecoder::properties(QByteArray const& bytes) const
 {
     auto const container = containerOf(bytes);

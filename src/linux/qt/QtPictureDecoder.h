@@ -14,6 +14,9 @@ public:
     // Sets the toolkit's own limit for the whole process.
     QtPictureDecoder();
 
+    // Loads the decoders now, for a process that can't open files later.
+    static void loadPlugins();
+
     std::optional<Properties> properties(QByteArray const& bytes) const override;
     std::optional<QImage> image(QByteArray const& bytes) const override;
     std::optional<QImage> thumbnail(QByteArray const& bytes, int longestSide) const override;
