@@ -4,10 +4,12 @@
 //
 //   quillory-bench-follow [SHEETS] [REPETITIONS]     1,000 sheets of 10 KB and 15 saves unless told otherwise
 
+#include "app/sandbox/ServeAsWorker.h"
 #include "library/LibraryStore.h"
 #include "linux/files/InotifyFileEvents.h"
 #include "linux/files/PosixFileSystem.h"
 #include "linux/qt/QtExecutor.h"
+#include "linux/worker/WorkerPool.h"
 #include "support/FakeLibraryServices.h"
 
 #include <QCoreApplication>
@@ -101,8 +103,8 @@ public:
         for (int number = 0; number < sheets; ++number)
             save(m_folder.path(), number, 0);
         auto const services = m_fakes.services();
-        m_store.emplace(LibraryStore::Services { services.defaults, services.bookmarks, m_files, services.sandbox,
-                            m_events, m_executor, services.clipboard, services.announcements, services.fileOpener,
+        m_store.emplace(LibraryStore::Services { services.defaults, services.bookmarks, m_files, m_sandbox, m_events,
+                            m_executor, services.clipboard, services.announcements, services.fileOpener,
                             services.openPanels, services.workspace },
             LibraryStore::RestoreFolder::no);
         m_store->connect(m_folder.path());
@@ -145,6 +147,7 @@ private:
     QTemporaryDir m_folder;
     FakeLibraryServices m_fakes;
     PosixFileSystem m_files;
+    WorkerPool m_sandbox;
     QtExecutor m_executor;
     TimedFileEvents m_events { m_executor };
     std::optional<LibraryStore> m_store;
@@ -154,6 +157,8 @@ private:
 
 int main(int argc, char* argv[])
 {
+    if (auto const exitCode = serveAsWorker(argc, argv))
+        return *exitCode;
     QCoreApplication const application(argc, argv);
     int const sheets = argc > 1 ? std::atoi(argv[1]) : 1'000;
     int const repetitions = argc > 2 ? std::atoi(argv[2]) : 15;

@@ -60,12 +60,12 @@ std::optional<Picture> adopt(SealedBytes const& sealed)
 
 // With an answer that passes, or nothing.
 template<typename Passes>
-std::any pictureThat(SealedBytes const& bytes, Passes passes)
+SandboxValue pictureThat(SealedBytes const& bytes, Passes passes)
 {
     auto picture = adopt(bytes);
     if (!picture || (*picture && !passes((*picture)->size())))
         return {};
-    return *std::move(picture);
+    return std::make_shared<Picture const>(*std::move(picture));
 }
 
 Picture decodedIcon(PictureDecoder const& decoder, QByteArray const& bytes, int side)
@@ -82,9 +82,9 @@ Picture decodedIcon(PictureDecoder const& decoder, QByteArray const& bytes, int 
 
 SandboxRequest markdown(QByteArray utf8)
 {
-    return { parseMarkdown, 0, std::move(utf8), [](SealedBytes const& bytes) -> std::any {
+    return { parseMarkdown, 0, std::move(utf8), [](SealedBytes const& bytes) -> SandboxValue {
                 auto tree = ParsedMarkdown::adopting(bytes);
-                return tree ? std::any(*std::move(tree)) : std::any();
+                return tree ? std::make_shared<ParsedMarkdown const>(*std::move(tree)) : nullptr;
             } };
 }
 

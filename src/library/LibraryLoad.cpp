@@ -14,7 +14,6 @@
 #include <QHash>
 
 #include <algorithm>
-#include <any>
 #include <atomic>
 #include <future>
 #include <utility>
@@ -114,12 +113,13 @@ bool isUnchanged(OpenFolder const& folder, Entry const& entry)
 }
 
 // Nearly every file of a reload is as it was, so that reading them is most of its cost: two threads share it.
-void findUnchanged(OpenFolder const& folder, std::vector<Entry>& entries)
+void findUnchanged(OpenFolder const& folder, std::vector<Entry>& entries, std::stop_token const& ended)
 {
     constexpr std::size_t batch = 16; // files
     std::atomic<std::size_t> next = 0;
     auto const look = [&] {
-        for (auto start = next.fetch_add(batch); start < entries.size(); start = next.fetch_add(batch)) {
+        for (auto start = next.fetch_add(batch); start < entries.size() && !ended.stop_requested();
+            start = next.fetch_add(batch)) {
             for (auto index = start; index < std::min(start + batch, entries.size()); ++index)
                 entries[index].isUnchanged = isUnchanged(folder, entries[index]);
         }
@@ -146,7 +146,7 @@ public:
 
     LoadedLibrary run()
     {
-        for (std::size_t index = 0; index < m_entries.size(); ++index)
+        for (std::size_t index = 0; index < m_entries.size() && !m_load.ended.stop_requested(); ++index)
             begin(index);
         while (m_fresh > 0 && takeNext(m_load.ended)) { }
         // What has been under way for longer is waited for only when there is nothing else to show.
@@ -277,7 +277,7 @@ private:
         auto& sheet = *m_places[index].sheet;
         auto const answer = *job->answer();
         if (answer) {
-            sheet.parsed = std::any_cast<ParsedMarkdown>(*answer);
+            sheet.parsed = *std::static_pointer_cast<ParsedMarkdown const>(*answer);
             sheet.title = sheet.parsed->firstHeadingTitle().value_or(sheet.title);
             sheet.interpretation = Interpretation::complete;
             sheet.error.reset();
@@ -311,7 +311,7 @@ private:
 
     void preparePictures()
     {
-        auto const until = m_until + LibraryLoad::patience / 2;
+        auto const until = m_until + m_load.patience / 2;
         for (auto const& place : m_places) {
             if (place.sheet)
                 m_pictures.askFor(*place.sheet, until, m_load.ended);
@@ -336,7 +336,7 @@ private:
     std::vector<Place> m_places;
     OrderedBudget m_budget;
     Arrivals m_arrivals;
-    Arrivals::Time m_until = std::chrono::steady_clock::now() + LibraryLoad::patience;
+    Arrivals::Time m_until = std::chrono::steady_clock::now() + m_load.patience;
     SheetPictures m_pictures { m_folder, m_load.sandbox, m_load.previous, *m_load.earlier, m_load.pictures };
     std::size_t m_underWay = 0; // jobs, of which so many are fresh
     std::size_t m_fresh = 0;
@@ -356,7 +356,7 @@ std::expected<LoadedLibrary, SystemError> LibraryLoad::run() const
         return std::unexpected(names.error());
     auto entries = sheetEntries(*names, previous);
     if (!previous.isEmpty())
-        findUnchanged(**open, entries);
+        findUnchanged(**open, entries, ended);
     auto loaded = Loading(*this, **open, std::move(entries)).run();
     loaded.pictureFolders = referencedFolders(loaded.sheets);
     return loaded;

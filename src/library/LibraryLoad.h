@@ -25,10 +25,6 @@ inline constexpr qint64 sheetSizeLimit = 2'097'152; // bytes; a file of exactly 
 // Safe on any thread. What is foreign is interpreted in `sandbox`. A file whose text is that of a sheet in `previous`
 // takes over what was made of it, and so does a picture whose bytes are the same.
 struct LibraryLoad {
-    // After that long the load ends with what it has: texts that are still being read stand as code. Pictures have a
-    // half of it more.
-    static constexpr std::chrono::milliseconds patience { 1000 };
-
     // Of all trees together. Sheets after that have an error, in the order of the sheets.
     static constexpr std::uint64_t treeLimit = std::uint64_t { 1 } << 30U; // bytes
 
@@ -38,7 +34,11 @@ struct LibraryLoad {
     QList<Sheet> previous {};
     std::shared_ptr<LoadMemory const> earlier = std::make_shared<LoadMemory>(); // of the same load as `previous`
     std::stop_token hurry {}; // makes it wait for nothing that was under way before
-    std::stop_token ended {}; // for nothing at all
+    std::stop_token ended {}; // for nothing at all, and leave sheets out
+
+    // After that long the load ends with what it has: texts that are still being read stand as code. Pictures have a
+    // half of it more.
+    std::chrono::milliseconds patience { 1000 };
     std::uint64_t trees = treeLimit;
     std::uint64_t pictures = SheetPictures::memoryLimit;
 

@@ -158,12 +158,12 @@ void SheetPictures::finish(std::size_t number)
     if (!job)
         return; // it no longer fits
     m_bytesUnderWay -= job->request().bytes.size();
-    auto const answer = job->answer();
-    auto const* const picture = answer && *answer ? std::any_cast<ForeignBytes::Picture>(&**answer) : nullptr;
-    content.isRefused = *answer ? !picture || !*picture : answer->error() != SandboxFailure::unavailable;
-    if (!picture || !*picture)
+    auto const answer = *job->answer();
+    auto const picture = answer ? *std::static_pointer_cast<ForeignBytes::Picture const>(*answer) : std::nullopt;
+    content.isRefused = !picture && (answer || answer.error() != SandboxFailure::unavailable);
+    if (!picture)
         return;
-    content.image = PreparedImage { **picture, content.fingerprint };
+    content.image = PreparedImage { *picture, content.fingerprint };
     charge(number);
 }
 

@@ -25,8 +25,7 @@ public:
         m_interpreter(asked.operation, asked.argument, std::as_bytes(std::span(asked.bytes)),
             [&](std::span<std::byte const> bytes) { answer->insert(answer->end(), bytes.begin(), bytes.end()); });
         auto value = asked.adopt(SealedBytes(answer, *answer));
-        job->finish(
-            value.has_value() ? SandboxJob::Answer(std::move(value)) : std::unexpected(SandboxFailure::crashed));
+        job->finish(value ? SandboxJob::Answer(std::move(value)) : std::unexpected(SandboxFailure::crashed));
         return job;
     }
 

@@ -4,14 +4,17 @@
 
 #include <QByteArray>
 
-#include <any>
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 
 namespace Quillory {
+
+// Of the type that the request says.
+using SandboxValue = std::shared_ptr<void const>;
 
 // What a sandbox is asked to do. It knows neither the operations nor what their answers mean.
 struct SandboxRequest {
@@ -19,8 +22,8 @@ struct SandboxRequest {
     std::uint32_t argument = 0;
     QByteArray bytes;
 
-    // Makes the value of an answer, on any thread. The answer is not to be trusted: empty when it is none.
-    std::function<std::any(SealedBytes const&)> adopt;
+    // Makes the value of an answer, on any thread. The answer is not to be trusted: null when it is none.
+    std::function<SandboxValue(SealedBytes const&)> adopt;
 };
 
 enum class SandboxFailure {
@@ -32,7 +35,7 @@ enum class SandboxFailure {
 // One request and, once it is there, its answer. Safe on any thread.
 class SandboxJob {
 public:
-    using Answer = std::expected<std::any, SandboxFailure>;
+    using Answer = std::expected<SandboxValue, SandboxFailure>;
 
     explicit SandboxJob(SandboxRequest request);
     ~SandboxJob();

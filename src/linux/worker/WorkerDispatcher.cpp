@@ -141,7 +141,7 @@ void WorkerDispatcher::take(Answered& answered)
         if (!job)
             continue;
         auto value = job->request().adopt(SealedBytes(answered.bytes->owner(), (*pieces)[index]));
-        if (value.has_value())
+        if (value)
             job->finish(std::move(value));
         else
             isGood = false;

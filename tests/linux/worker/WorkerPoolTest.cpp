@@ -17,10 +17,10 @@ constexpr auto tookTooLong = "(took too long)";
 constexpr auto crashed = "(crashed)";
 constexpr auto unavailable = "(unavailable)";
 
-std::any adopted(SealedBytes const& bytes)
+SandboxValue adopted(SealedBytes const& bytes)
 {
     std::string const text(reinterpret_cast<char const*>(bytes.bytes().data()), bytes.bytes().size());
-    return text == "unlike" ? std::any() : std::any(text);
+    return text == "unlike" ? nullptr : std::make_shared<std::string const>(text);
 }
 
 SandboxRequest request(QByteArray bytes)
@@ -35,7 +35,7 @@ std::string answerOf(std::shared_ptr<SandboxJob> const& job)
     finished.get_future().wait();
     auto const answer = *job->answer();
     if (answer)
-        return std::any_cast<std::string>(*answer);
+        return *std::static_pointer_cast<std::string const>(*answer);
     return std::array { tookTooLong, crashed, unavailable }.at(static_cast<std::size_t>(answer.error()));
 }
 
