@@ -23,6 +23,8 @@
 #include <cstdio>
 #include <vector>
 
+#include <sys/resource.h>
+
 namespace {
 
 using namespace Quillory;
@@ -101,6 +103,27 @@ void parseBare(QByteArray const& text)
     cmark_node_free(root);
 }
 
+// Of one call by the processors' time, this process's and that of children that have ended: a busy machine changes it
+// little.
+template<typename Function>
+double processorMilliseconds(Function function)
+{
+    auto const used = [] {
+        double sum = 0;
+        for (auto const who : { RUSAGE_SELF, RUSAGE_CHILDREN }) {
+            rusage usage {};
+            getrusage(who, &usage);
+            for (auto const& time : { usage.ru_utime, usage.ru_stime })
+                sum += static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_usec) / 1e3;
+        }
+        return sum;
+    };
+    auto const before = used();
+    for (int repetition = 0; repetition < repetitions; ++repetition)
+        function();
+    return (used() - before) / repetitions;
+}
+
 // Until nothing is under way.
 QList<Sheet> load(PosixFileSystem const& files, Sandbox& sandbox, QString const& folder, QList<Sheet> const& previous)
 {
@@ -135,12 +158,23 @@ void report(QString const& folder)
     auto const loaded = medianMilliseconds([&] { load(files, sandbox, folder, {}); });
     auto const reload = medianMilliseconds([&] { load(files, sandbox, folder, sheets); });
 
+    auto const bareTime = processorMilliseconds([&] { std::ranges::for_each(texts, parseBare); });
+    auto const hereTime = processorMilliseconds([&] { (void)loadLibrary(files, QtPictureDecoder(), folder); });
+    auto const workersTime = processorMilliseconds([&] {
+        WorkerPool own;
+        load(files, own, folder, {});
+    });
+
     auto const megabytes = static_cast<double>(sourceBytes) / 1e6;
     std::printf("sheets                        %lld, %.1f MB\n", static_cast<long long>(sheets.size()), megabytes);
     std::printf("bare parser, parse and free   %8.1f ms\n", bare);
     std::printf("first load, workers start     %8.1f ms   %.2f times the bare parser\n", first, first / bare);
     std::printf("load and let go               %8.1f ms   %.2f times the bare parser\n", loaded, loaded / bare);
     std::printf("the same in one process       %8.1f ms   %.2f times the bare parser\n", here, here / bare);
+    std::printf("processor time: bare parser   %8.1f ms\n", bareTime);
+    std::printf("  in one process              %8.1f ms   %.2f times the bare parser\n", hereTime, hereTime / bareTime);
+    std::printf(
+        "  with workers, their start   %8.1f ms   %.2f times the bare parser\n", workersTime, workersTime / bareTime);
     std::printf("reading the files             %8.1f ms\n", read);
     std::printf("load, nothing changed         %8.1f ms   %.2f times reading the files\n", reload, reload / read);
     std::printf("resident memory of the sheets %8.1f MB   (text and tree, %.1f bytes a byte of source)\n",

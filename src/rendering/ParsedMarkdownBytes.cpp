@@ -30,8 +30,8 @@ bool hasSurrogates(QStringView text)
 }
 
 // Whether records and strings are such as a builder makes. Readers of a tree rely on all of it: that subtrees are nested,
-// that tables hold rows and rows hold cells, and that every unit of the pool belongs to one string alone, or a small
-// file would stand for an endless text.
+// that tables hold rows, and rows as many cells as the others, and that every unit of the pool belongs to one string
+// alone, or a small file would stand for an endless text.
 class ParsedMarkdownCheck {
 public:
     explicit ParsedMarkdownCheck(ParsedMarkdown::Storage const& storage)
@@ -43,11 +43,11 @@ public:
     bool passes()
     {
         for (std::uint32_t index = 0; index < m_storage.records.size(); ++index) {
-            closeUpTo(index);
-            if (!passes(index, m_storage.records[index]))
+            if (!closeUpTo(index) || !passes(index, m_storage.records[index]))
                 return false;
         }
-        return m_poolEnd == static_cast<std::uint64_t>(m_storage.pool.size());
+        return closeUpTo(static_cast<std::uint32_t>(m_storage.records.size()))
+            && m_poolEnd == static_cast<std::uint64_t>(m_storage.pool.size());
     }
 
     bool namesImages() const { return m_namesImages; }
@@ -60,12 +60,23 @@ private:
     struct Open {
         std::uint32_t end;
         Place place;
+        std::uint32_t cells = 0; // of a row until now, or of each row of a table, once one has ended
     };
 
-    void closeUpTo(std::uint32_t index)
+    // False when a row ends that is not as long as those before it.
+    bool closeUpTo(std::uint32_t index)
     {
-        while (!m_open.empty() && m_open.back().end <= index)
+        while (!m_open.empty() && m_open.back().end <= index) {
+            auto const closed = m_open.back();
             m_open.pop_back();
+            if (closed.place != Place::row)
+                continue;
+            auto& table = m_open.back();
+            if (table.cells != 0 && table.cells != closed.cells)
+                return false;
+            table.cells = closed.cells;
+        }
+        return true;
     }
 
     bool passes(std::uint32_t index, Record const& record)
@@ -78,8 +89,12 @@ private:
         m_namesImages = m_namesImages || record.kind == Kind::image;
         if (isLeaf(record.kind))
             return record.end == index + 1;
+        if (record.flags == isCell)
+            ++m_open.back().cells;
         if (record.end > index + 1)
             m_open.push_back({ record.end, placeIn(record) });
+        else if (placeIn(record) != Place::block)
+            return false; // a table without rows, or a row without cells
         return true;
     }
 
