@@ -30,7 +30,7 @@ struct PreparedIcons {
 
 // Prepares the pictures of one load's sheets. They are asked for in the order of the sheets, waited for together, and
 // then taken. A content is decoded once, however many sheets show it, and not at all when a previous sheet has it.
-// For one thread; all it is given must outlive it.
+// For one thread; folder and sandbox must outlive it.
 class SheetPictures {
 public:
     static constexpr qint64 markdownImageLimit = 10'485'760; // bytes; a file of exactly this size is read
@@ -75,7 +75,7 @@ private:
     struct Use {
         qint64 limit;
         std::function<SandboxRequest(QByteArray bytes)> request;
-        LoadMemory::Pictures const& earlier;
+        LoadMemory::Pictures earlier; // a copy, since none may be given
         QHash<QString, std::shared_ptr<Content>> ofReference; // null where there is nothing to show
         QHash<QByteArray, std::shared_ptr<Content>> ofPath;
         QHash<std::uint64_t, std::shared_ptr<Content>> ofFingerprint;
