@@ -1,14 +1,16 @@
 // A sheet with 100 pictures of 4000 x 3000 pixels: loading it against the decoder alone on the same bytes, loading it
-// again unchanged, and the memory at its peak. One run, one thread; the files are made first, in a process of their own,
-// so that their making does not count.
+// again unchanged, and the memory of this process at its peak. Pictures are decoded by workers, the decoder alone has one
+// thread. The files are made first, in a process of their own, so that their making does not count.
 //
 //   quillory-bench-pictures
 
 #include "Measure.h"
 
+#include "app/sandbox/ServeAsWorker.h"
 #include "library/LibraryLoad.h"
 #include "linux/files/PosixFileSystem.h"
 #include "linux/qt/QtPictureDecoder.h"
+#include "linux/worker/WorkerPool.h"
 
 #include <QFile>
 #include <QImage>
@@ -26,20 +28,19 @@ using namespace Quillory;
 constexpr int pictures = 100;
 constexpr QSize size(4000, 3000);
 
-class CountingDecoder final : public PictureDecoder {
+class CountingSandbox final : public Sandbox {
 public:
-    std::optional<Properties> properties(QByteArray const& bytes) const override { return m_decoder.properties(bytes); }
-    std::optional<QImage> image(QByteArray const& bytes) const override { return m_decoder.image(bytes); }
-    std::optional<QImage> thumbnail(QByteArray const& bytes, int longestSide) const override
+    std::shared_ptr<SandboxJob> start(SandboxRequest request) override
     {
-        ++decodes;
-        return m_decoder.thumbnail(bytes, longestSide);
+        ++jobs;
+        return m_workers.start(std::move(request));
     }
+    void prepare() override { m_workers.prepare(); }
 
-    mutable int decodes = 0;
+    int jobs = 0; // the sheet's own among them
 
 private:
-    QtPictureDecoder m_decoder;
+    WorkerPool m_workers;
 };
 
 QString nameOf(int number)
@@ -102,33 +103,42 @@ double decoderAlone(QTemporaryDir const& folder, qint64& fileBytes)
 void report(QTemporaryDir const& folder)
 {
     PosixFileSystem const files;
-    CountingDecoder decoder;
-    QList<Sheet> sheets;
+    CountingSandbox sandbox;
+    LibraryLoad load { .files = files, .sandbox = sandbox, .folder = folder.path() };
+    auto const run = [&] {
+        do {
+            auto loaded = load.run().value();
+            load.previous = std::move(loaded.sheets);
+            load.earlier = std::make_shared<LoadMemory>(std::move(loaded.memory));
+        } while (load.earlier->isUnderWay());
+    };
     auto const before = megabytesOf("VmRSS:");
-    auto const load = milliseconds([&] { sheets = loadLibrary(files, decoder, folder.path()).value(); });
+    auto const first = milliseconds(run);
     auto const peak = megabytesOf("VmHWM:");
     auto const after = megabytesOf("VmRSS:");
-    auto const decodes = decoder.decodes;
-    QList<Sheet> again;
-    auto const reload = milliseconds([&] { again = loadLibrary(files, decoder, folder.path(), sheets).value(); });
+    auto const jobs = sandbox.jobs;
+    auto const sheets = load.previous;
+    auto const reload = milliseconds(run);
     qint64 fileBytes = 0;
     auto const alone = decoderAlone(folder, fileBytes);
     std::printf("pictures                   %lld of %d x %d, %.1f MB of files\n",
         static_cast<long long>(sheets.value(0).images.size()), size.width(), size.height(),
         static_cast<double>(fileBytes) / 1e6);
     std::printf("decoder alone              %8.0f ms\n", alone);
-    std::printf("load                       %8.0f ms   %.2f times the decoder alone, %d decodes\n", load, load / alone,
-        decodes);
-    std::printf("load, nothing changed      %8.0f ms   %d decodes, %s\n", reload, decoder.decodes - decodes,
-        again == sheets ? "equal" : "NOT EQUAL");
+    std::printf(
+        "load                       %8.0f ms   %.2f times the decoder alone, %d jobs\n", first, first / alone, jobs);
+    std::printf("load, nothing changed      %8.0f ms   %d jobs, %s\n", reload, sandbox.jobs - jobs,
+        load.previous == sheets ? "equal" : "NOT EQUAL");
     std::printf(
         "resident memory            %8.1f MB before, %.1f MB at the peak, %.1f MB after\n", before, peak, after);
 }
 
 }
 
-int main()
+int main(int argc, char* argv[])
 {
+    if (auto const exitCode = serveAsWorker(argc, argv))
+        return *exitCode;
     QTemporaryDir const folder;
     auto const maker = fork();
     if (maker == 0) {

@@ -7,6 +7,7 @@
 
 #include "Measure.h"
 #include "SampleSheets.h"
+#include "linux/qt/QtExecutor.h"
 #include "reader/NativeReader.h"
 #include "rendering/MarkdownRenderer.h"
 #include "support/FakeLibraryServices.h"
@@ -89,9 +90,10 @@ public:
     }
 
 private:
+    QtExecutor m_executor;
     FakeLibraryServices m_services;
     LibraryStore m_store { m_services.services(), LibraryStore::RestoreFolder::no };
-    NativeReader m_reader { m_store, { m_services.executor }, [] { } };
+    NativeReader m_reader { m_store, { m_executor, m_services.clipboard }, [] { } };
 };
 
 double stockFirstFrame(QByteArray const& source)

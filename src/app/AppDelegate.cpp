@@ -19,8 +19,8 @@ void AppDelegate::applicationDidFinishLaunching()
     m_shortcuts.define(ShortcutName::toggleQuillory());
     m_shortcuts.define(ShortcutName::peekQuillory());
     m_panel = std::make_unique<ReaderPanel>(m_store,
-        ReaderPanel::Services { library.defaults, library.workspace, m_services.screens, library.executor,
-            m_services.makePanelWindow, m_services.quit });
+        ReaderPanel::Services { library.defaults, library.workspace, m_services.screens,
+            { library.executor, library.clipboard }, m_services.makePanelWindow, m_services.quit });
     m_presentation.emplace(m_store,
         PresentationCoordinator::Services { m_shortcuts, library.workspace, m_services.session,
             m_services.modifierEvents, m_services.permission, m_services.keys, library.executor },

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <chrono>
+#include <functional>
 
 namespace Quillory {
 
@@ -21,6 +22,10 @@ public:
 
     // Puts `text` in the place of what is there. True when the pasteboard holds it afterwards, whoever keeps it.
     virtual bool setText(Pasteboard pasteboard, QString const& text) = 0;
+
+    // The same with a text that is made only when somebody asks for it, each time; until it is replaced, possibly as long
+    // as the program runs. False when the desktop has no such pasteboard.
+    virtual bool offerText(Pasteboard pasteboard, std::function<QString()> text) = 0;
 
     // Empty when it holds no text.
     virtual QString text(Pasteboard pasteboard) const = 0;

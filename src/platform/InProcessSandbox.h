@@ -24,6 +24,7 @@ public:
         auto const answer = std::make_shared<std::vector<std::byte>>();
         m_interpreter(asked.operation, asked.argument, std::as_bytes(std::span(asked.bytes)),
             [&](std::span<std::byte const> bytes) { answer->insert(answer->end(), bytes.begin(), bytes.end()); });
+        answer->shrink_to_fit(); // it may be kept as long as what shows it
         auto value = asked.adopt(SealedBytes(answer, *answer));
         job->finish(value ? SandboxJob::Answer(std::move(value)) : std::unexpected(SandboxFailure::crashed));
         return job;

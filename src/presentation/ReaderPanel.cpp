@@ -25,7 +25,7 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     , m_store(store)
     , m_services(std::move(services))
     , m_view(
-          store, { m_services.executor }, [this] { onDismiss(); }, this)
+          store, m_services.reader, [this] { onDismiss(); }, this)
     , m_drag(*this)
 {
     setMinimumSize(PanelFrame::minimumSize.toSize());
@@ -64,7 +64,7 @@ void ReaderPanel::show(PanelPresence presence)
     if (wasUp)
         m_window->didShow();
     else
-        m_levelTask = m_services.executor.after(longestUntilExposed, [this] { tellLevel(); });
+        m_levelTask = m_services.reader.executor.after(longestUntilExposed, [this] { tellLevel(); });
     makeKeyAndOrderFront();
     focusReader();
     m_shown->isFresh = true;
@@ -90,7 +90,7 @@ void ReaderPanel::takeFrame()
 void ReaderPanel::didComeUp()
 {
     if (m_shown && !m_shown->isLevelTold)
-        m_levelTask = m_services.executor.post([this] { tellLevel(); });
+        m_levelTask = m_services.reader.executor.post([this] { tellLevel(); });
 }
 
 // A panel that is up when its screen goes follows to another one, which is not the user's wish.
@@ -166,7 +166,7 @@ void ReaderPanel::savePanelFrame()
 
 void ReaderPanel::focusReader()
 {
-    m_focusTask = m_services.executor.post([this] {
+    m_focusTask = m_services.reader.executor.post([this] {
         if (m_shown)
             m_shown->isFresh = false;
         if (m_store.librarySearchVisible.value() || m_store.findVisible.value())
@@ -184,7 +184,7 @@ void ReaderPanel::applyPeekLevel(PanelPresence presence)
     else if (m_shown->isLevelTold && presence == PanelPresence::peek)
         tellLevel();
     else if (m_shown->isLevelTold)
-        m_levelTask = m_services.executor.post([this] { tellLevel(); });
+        m_levelTask = m_services.reader.executor.post([this] { tellLevel(); });
 }
 
 void ReaderPanel::takeLevel()

@@ -29,7 +29,7 @@ public:
         UserDefaults& defaults;
         Workspace& workspace;
         Screens& screens;
-        Executor& executor;
+        ReaderServices reader;
         MakePanelWindow makeWindow;
         std::function<void()> quit; // the whole program
     };

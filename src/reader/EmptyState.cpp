@@ -1,5 +1,7 @@
 #include "reader/EmptyState.h"
 
+#include "reader/Panes.h"
+
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -15,7 +17,7 @@ EmptyState::EmptyState(LibraryStore& store, QWidget* parent)
     auto* const rows = new QVBoxLayout(this);
     m_text->setAlignment(Qt::AlignCenter);
     m_text->setWordWrap(true);
-    m_chooseFolder->setToolTip(tr("Choose the folder containing your cheat sheets"));
+    setHelp(*m_chooseFolder, tr("Choose the folder containing your cheat sheets"));
     connect(m_chooseFolder, &QPushButton::clicked, this, [this] { m_store.chooseFolder(window()->winId()); });
     rows->addStretch();
     rows->addWidget(m_text);

@@ -20,7 +20,7 @@ MessageBar::MessageBar(LibraryStore& store, QWidget* parent)
     m_text->setWordWrap(true);
     row->addWidget(m_text, 1);
     auto* const hide = makeCloseButton(this, tr("Dismiss message"));
-    hide->setToolTip(tr("Hide this message"));
+    setHelp(*hide, tr("Hide this message"));
     connect(hide, &QToolButton::clicked, this, [this] { m_store.message.assignAs<MessageBar>(std::nullopt); });
     row->addWidget(hide);
 }

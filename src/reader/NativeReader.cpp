@@ -32,7 +32,7 @@ NativeReader::NativeReader(
     LibraryStore& store, ReaderServices const& services, std::function<void()> dismiss, QWidget* parent)
     : m_store(store)
     , m_executor(services.executor)
-    , m_scrollView(new ReaderScrollView(services.executor, parent))
+    , m_scrollView(new ReaderScrollView(services.executor, services.clipboard, parent))
     , m_folderObservation(store.generation.addNotifier([this] { forgetFolder(); }))
 {
     textView().onCopy = [this](QString const& text) { return m_store.copy(text); };

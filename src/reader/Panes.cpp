@@ -17,12 +17,17 @@ QWidget* makeSeparator(QWidget* parent)
     return separator;
 }
 
+void setHelp(QWidget& widget, QString const& text)
+{
+    widget.setToolTip(text);
+}
+
 QToolButton* makeCloseButton(QWidget* parent, QString const& label)
 {
     auto* const button = new QToolButton(parent);
     button->setText(QStringLiteral("✕"));
     button->setAccessibleName(label);
-    button->setToolTip(label);
+    setHelp(*button, label);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus);
     return button;

@@ -11,6 +11,8 @@ namespace Quillory {
 // A bar's or a side's ground: "chrome" or "surface".
 void makePane(QWidget& widget, char const* name);
 QWidget* makeSeparator(QWidget* parent);
+// Says what a control is for, under the pointer.
+void setHelp(QWidget& widget, QString const& text);
 // A small cross that never takes the keyboard; the label is spoken and shown under the pointer.
 QToolButton* makeCloseButton(QWidget* parent, QString const& label);
 

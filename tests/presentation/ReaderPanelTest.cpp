@@ -50,11 +50,12 @@ protected:
     FakeScreens screens { { QRect(0, 0, 1280, 900) } };
     FakePanelWindow* window = nullptr;
     ReaderPanel panel { library,
-        { services.defaults, services.workspace, screens, services.executor, [this](std::uint64_t) {
-             auto made = std::make_unique<FakePanelWindow>();
-             window = made.get();
-             return made;
-         } } };
+        { services.defaults, services.workspace, screens, { services.executor, services.clipboard },
+            [this](std::uint64_t) {
+                auto made = std::make_unique<FakePanelWindow>();
+                window = made.get();
+                return made;
+            } } };
     QList<bool> closings;
 };
 

@@ -31,35 +31,44 @@ protected:
         view.show();
     }
 
+    // Until loads are shown. What the text view does when it is idle goes on with the next call.
+    void settle()
+    {
+        services.executor.turn();
+        while (services.executor.queuedWork() > 0) {
+            while (services.executor.runAndFinishWork()) { }
+            services.executor.turn();
+        }
+    }
     void write(QByteArray const& name, QByteArray const& contents) { services.root.write("sheets/" + name, contents); }
     void save(QByteArray const& name, QByteArray const& contents)
     {
         write(name, contents);
         store.reload();
-        services.executor.settle();
+        settle();
     }
     void connect()
     {
         store.connect(services.root.path("sheets"));
-        services.executor.settle();
+        settle();
     }
     Sheet const& sheet() const { return *store.selectedSheet(); }
     void select(QString const& id)
     {
         store.select(id);
-        services.executor.settle();
+        settle();
     }
     void press(Qt::Key key)
     {
         QTest::keyClick(&text, key);
-        services.executor.settle();
+        settle();
     }
     void clickRow(int row)
     {
         auto const index = list.model()->index(row, 0);
         list.scrollTo(index);
         QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualRect(index).center());
-        services.executor.settle();
+        settle();
     }
     QLabel& label(char const* name) const { return *view.findChild<QLabel*>(QLatin1StringView(name)); }
     QString const& string() const { return text.rendered().text.string(); }
@@ -82,7 +91,7 @@ protected:
     FakeLibraryServices services;
     LibraryStore store { services.services(), LibraryStore::RestoreFolder::no };
     int dismissals = 0;
-    ReaderView view { store, { services.executor }, [this] { ++dismissals; } };
+    ReaderView view { store, { services.executor, services.clipboard }, [this] { ++dismissals; } };
     ReaderTextView& text { *view.textView() };
     SheetList& list { *view.findChild<SheetList*>() };
 };

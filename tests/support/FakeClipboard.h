@@ -13,15 +13,20 @@ public:
     {
         if (m_refuses)
             return false;
-        m_texts[pasteboard] = text;
         ++writes;
+        return offerText(pasteboard, [text] { return text; });
+    }
+
+    bool offerText(Pasteboard pasteboard, std::function<QString()> text) override
+    {
+        m_texts[pasteboard] = std::move(text);
         return true;
     }
 
     QString text(Pasteboard pasteboard) const override
     {
         auto const found = m_texts.find(pasteboard);
-        return found == m_texts.end() ? QString() : found->second;
+        return found == m_texts.end() ? QString() : found->second();
     }
 
     void setRefuses(bool refuses) { m_refuses = refuses; }
@@ -29,7 +34,7 @@ public:
     int writes = 0;
 
 private:
-    std::map<Pasteboard, QString> m_texts;
+    std::map<Pasteboard, std::function<QString()>> m_texts;
     bool m_refuses = false;
 };
 

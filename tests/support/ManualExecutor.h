@@ -51,6 +51,20 @@ public:
     // Runs what is due now, and what that posts, until nothing is due any more.
     void runPosted() { advance(std::chrono::nanoseconds::zero()); }
 
+    // Runs what is due now, and leaves what that posts to a later turn.
+    void turn()
+    {
+        auto const due = std::ranges::upper_bound(m_timers, m_now, {}, &Timer::deadlineOf);
+        std::vector const now(m_timers.begin(), due);
+        for (auto const& timer : now) {
+            if (timer->isCancelled)
+                continue;
+            std::erase(m_timers, timer);
+            auto action = std::move(timer->action);
+            action();
+        }
+    }
+
     // Runs the oldest queued work as its worker would, cancelled or not. Its result then waits for `finishWork`.
     // False when no work is queued.
     bool runWork()

@@ -66,15 +66,14 @@ void draw(Sheet const& sheet, QString const& path, QCommandLineParser const& opt
     auto const size = options.value(u"size"_s).split(u'x');
     if (size.size() != 2)
         fail(u"--size needs a size such as 880x640."_s);
-    NativeReader reader(store, { services.executor }, [] { });
+    NativeReader reader(store, { services.executor, services.clipboard }, [] { });
     auto& scroll = reader.scrollView();
     scroll.resize(size[0].toInt(), size[1].toInt());
     scroll.show();
     reader.update(sheet);
     auto const settle = [&] {
-        do {
-            QCoreApplication::processEvents();
-        } while (!scroll.textView().isSettled());
+        QCoreApplication::processEvents();
+        services.executor.runPosted();
     };
     settle();
     auto& bar = *scroll.verticalScrollBar();

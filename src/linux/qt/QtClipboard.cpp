@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QWindow>
 
 #include <xcb/xcb.h>
@@ -12,6 +13,28 @@
 namespace Quillory {
 
 namespace {
+
+QString const plainText = QStringLiteral("text/plain");
+
+class OfferedText final : public QMimeData {
+public:
+    explicit OfferedText(std::function<QString()> text)
+        : m_text(std::move(text))
+    {
+    }
+
+    QStringList formats() const override { return { plainText }; }
+    bool hasFormat(QString const& type) const override { return type == plainText; }
+
+protected:
+    QVariant retrieveData(QString const& type, QMetaType) const override
+    {
+        return type == plainText ? QVariant(m_text()) : QVariant();
+    }
+
+private:
+    std::function<QString()> m_text;
+};
 
 QClipboard::Mode modeOf(Clipboard::Pasteboard pasteboard)
 {
@@ -55,6 +78,14 @@ bool QtClipboard::setText(Pasteboard pasteboard, QString const& text)
         return true;
     bringEventOfNow();
     return take();
+}
+
+bool QtClipboard::offerText(Pasteboard pasteboard, std::function<QString()> text)
+{
+    if (isMissing(pasteboard))
+        return false;
+    QGuiApplication::clipboard()->setMimeData(new OfferedText(std::move(text)), modeOf(pasteboard));
+    return true;
 }
 
 QString QtClipboard::text(Pasteboard pasteboard) const

@@ -8,6 +8,7 @@ namespace Quillory {
 class QtClipboard final : public Clipboard {
 public:
     bool setText(Pasteboard pasteboard, QString const& text) override;
+    bool offerText(Pasteboard pasteboard, std::function<QString()> text) override;
     QString text(Pasteboard pasteboard) const override;
 };
 

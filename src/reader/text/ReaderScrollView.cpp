@@ -21,9 +21,9 @@ int farthest(double content, int page)
 
 }
 
-ReaderScrollView::ReaderScrollView(Executor& executor, QWidget* parent)
+ReaderScrollView::ReaderScrollView(Executor& executor, Clipboard& clipboard, QWidget* parent)
     : QAbstractScrollArea(parent)
-    , m_textView(new ReaderTextView(executor))
+    , m_textView(new ReaderTextView(executor, clipboard))
 {
     setFrameShape(NoFrame);
     // A mirrored view would start at the far end of text wider than itself.

@@ -10,8 +10,8 @@ namespace Quillory {
 class ReaderScrollView : public QAbstractScrollArea {
     Q_OBJECT
 public:
-    // The executor outlives the view.
-    explicit ReaderScrollView(Executor& executor, QWidget* parent = nullptr);
+    // Executor and clipboard outlive the view.
+    ReaderScrollView(Executor& executor, Clipboard& clipboard, QWidget* parent = nullptr);
 
     ReaderTextView& textView() const { return *m_textView; }
 

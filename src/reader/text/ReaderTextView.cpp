@@ -46,12 +46,15 @@ void repeatInPasses(Step step)
 
 }
 
-ReaderTextView::ReaderTextView(Executor& executor, QWidget* parent)
+ReaderTextView::ReaderTextView(Executor& executor, Clipboard& clipboard, QWidget* parent)
     : QWidget(parent)
+    , m_executor(executor)
     , m_colors(ColorSet::fromPalette(palette()))
     , m_document(std::make_unique<ReaderDocument>(
           RenderedMarkdown(), ReaderDocument::smallestCodeWidth, firstSize.width(), FontSet::ofDesktop(), m_colors))
+    , m_pasteboard(clipboard)
     , m_buttons(*this, executor)
+    , m_pointer(*this, executor)
 {
     ReaderTextViewAccessible::install();
     setAccessibleName(tr("Cheat sheet content"));
@@ -182,19 +185,19 @@ void ReaderTextView::moveOrigin(QPointF origin)
 
 void ReaderTextView::startIdleWork()
 {
-    if ((!m_document->layout().isExact() || !m_document->folded().isComplete()) && !m_idle.isActive())
-        m_idle.start(0, this);
+    if (!isComplete() && !m_idleTask.isActive())
+        m_idleTask = m_executor.post([this] { doIdleWork(); });
 }
 
 void ReaderTextView::doIdleWork()
 {
+    m_idleTask.end();
     // A person may look for something at once; heights that are estimates do no harm.
     if (!m_document->folded().isComplete())
         foldSome();
     else if (!m_document->layout().isExact())
         makeSomeExact();
-    if (m_document->folded().isComplete() && m_document->layout().isExact())
-        m_idle.stop();
+    startIdleWork();
 }
 
 void ReaderTextView::foldSome()
@@ -261,14 +264,6 @@ void ReaderTextView::resizeEvent(QResizeEvent*)
         takeUpText();
     else
         layOut();
-}
-
-void ReaderTextView::timerEvent(QTimerEvent* event)
-{
-    if (event->timerId() == m_idle.timerId())
-        doIdleWork();
-    else
-        QWidget::timerEvent(event);
 }
 
 ModifierFlags ReaderTextView::modifiersWithoutPeek(Qt::KeyboardModifiers modifiers) const
@@ -401,17 +396,17 @@ bool ReaderTextView::copyTarget(qsizetype index)
 
 void ReaderTextView::copy()
 {
-    m_pasteboard.write(QClipboard::Clipboard, rendered().text, m_selection.range());
+    m_pasteboard.offer(Clipboard::Pasteboard::general, rendered().text, m_selection.range());
 }
 
 void ReaderTextView::offerPrimarySelection() const
 {
-    m_pasteboard.write(QClipboard::Selection, rendered().text, m_selection.range());
+    m_pasteboard.offer(Clipboard::Pasteboard::selection, rendered().text, m_selection.range());
 }
 
-std::unique_ptr<QMimeData> ReaderTextView::selectionData() const
+std::optional<QString> ReaderTextView::selectedText() const
 {
-    return m_pasteboard.data(rendered().text, m_selection.range());
+    return m_pasteboard.text(rendered().text, m_selection.range());
 }
 
 void ReaderTextView::selectAll()

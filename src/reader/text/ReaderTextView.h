@@ -10,7 +10,6 @@
 #include "reader/text/TextPointer.h"
 #include "reader/text/TextSelection.h"
 
-#include <QBasicTimer>
 #include <QWidget>
 
 #include <functional>
@@ -44,8 +43,8 @@ public:
 
     ModifierFlags peekModifiers = ModifierFlags::none; // held for a running peek; NativeReader writes them
 
-    // The executor outlives the view.
-    explicit ReaderTextView(Executor& executor, QWidget* parent = nullptr);
+    // Executor and clipboard outlive the view.
+    ReaderTextView(Executor& executor, Clipboard& clipboard, QWidget* parent = nullptr);
     ~ReaderTextView() override;
 
     // Shows another document, fitted to the view, and hands back the one shown before. The scroll origin and the selection
@@ -86,8 +85,8 @@ public:
     // Puts the selected text onto the clipboard, and where the middle button takes it from.
     void copy();
     void offerPrimarySelection() const;
-    // For a drag. Null when the selection must not leave.
-    std::unique_ptr<QMimeData> selectionData() const;
+    // For a drag. Absent when the selection must not leave.
+    std::optional<QString> selectedText() const;
     void selectAll();
 
     // The area around a target's text, in points of the content. Empty when out of range.
@@ -118,7 +117,7 @@ public:
     std::unique_ptr<QMenu> makeMenu() const;
 
     // Everything is known of the text and nothing more is going on.
-    bool isSettled() const { return !m_idle.isActive(); }
+    bool isSettled() const { return !m_idleTask.isActive(); }
 
 Q_SIGNALS:
     // The origin or the size of the content has changed.
@@ -132,7 +131,6 @@ protected:
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    void timerEvent(QTimerEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
@@ -152,9 +150,11 @@ private:
     void doIdleWork();
     void foldSome();
     void makeSomeExact();
+    bool isComplete() const { return m_document->folded().isComplete() && m_document->layout().isExact(); }
     std::vector<CodeBlock> blocksIn(QRectF const& visible) const;
     void layOutButtons();
 
+    Executor& m_executor;
     ColorSet m_colors;
     std::unique_ptr<ReaderDocument> m_document;
     QPointF m_origin;
@@ -164,8 +164,8 @@ private:
     bool m_learningModeEnabled = false;
     CodeButtons m_buttons;
     TextCommands m_commands { *this };
-    TextPointer m_pointer { *this };
-    QBasicTimer m_idle;
+    TextPointer m_pointer;
+    Registration m_idleTask;
 };
 
 }

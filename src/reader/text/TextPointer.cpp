@@ -29,8 +29,9 @@ PointerGesture::Limits limitsOfDesktop()
 
 }
 
-TextPointer::TextPointer(ReaderTextView& view)
+TextPointer::TextPointer(ReaderTextView& view, Executor& executor)
     : m_view(view)
+    , m_executor(executor)
 {
 }
 
@@ -115,33 +116,33 @@ void TextPointer::selectTo(QPointF point)
     if (beyond != 0 || beside != 0) {
         m_view.setScrollOrigin(m_view.scrollOrigin() + QPointF(beside, beyond));
         if (!m_autoScroll.isActive())
-            m_autoScroll.start(static_cast<int>(autoScrollStep.count()), this);
+            m_autoScroll = m_executor.after(autoScrollStep, [this] {
+                m_autoScroll.end();
+                selectTo(m_last);
+            });
     } else {
-        m_autoScroll.stop();
+        m_autoScroll.end();
     }
     select(unitAt({ point.x(), std::clamp(point.y(), 0.0, height) }));
 }
 
-void TextPointer::timerEvent(QTimerEvent*)
-{
-    selectTo(m_last);
-}
-
 void TextPointer::dragText()
 {
-    auto selected = m_view.selectionData();
+    auto const selected = m_view.selectedText();
     if (!selected) {
         m_from = caretAt(m_gesture.pressLocation());
         return m_gesture.refuseDrag();
     }
+    auto* const data = new QMimeData;
+    data->setText(*selected);
     auto* const drag = new QDrag(&m_view);
-    drag->setMimeData(selected.release());
+    drag->setMimeData(data);
     drag->exec(Qt::CopyAction);
 }
 
 void TextPointer::release(QMouseEvent const& event)
 {
-    m_autoScroll.stop();
+    m_autoScroll.end();
     auto const modifiers = m_view.modifiersWithoutPeek(event.modifiers());
     switch (m_gesture.release(event.position(), modifiers, !m_view.selection().isEmpty())) {
     case PointerGesture::OnRelease::nothing:

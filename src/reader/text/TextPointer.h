@@ -1,10 +1,10 @@
 #pragma once
 
+#include "platform/Executor.h"
 #include "reader/text/PointerGesture.h"
 #include "text/TextRange.h"
 
-#include <QBasicTimer>
-#include <QObject>
+#include <QPointF>
 
 class QMouseEvent;
 
@@ -13,19 +13,16 @@ namespace Quillory {
 class ReaderTextView;
 
 // The mouse in a text view: carries out what its gestures ask for, selects, scrolls while a selection goes beyond an
-// edge, drags text out, and follows links and copies at a click. The view outlives it. GUI thread only.
-class TextPointer : public QObject {
+// edge, drags text out, and follows links and copies at a click. View and executor outlive it. GUI thread only.
+class TextPointer {
 public:
-    explicit TextPointer(ReaderTextView& view);
+    TextPointer(ReaderTextView& view, Executor& executor);
 
     void press(QMouseEvent const& event);
     void move(QMouseEvent const& event);
     void release(QMouseEvent const& event);
     // The text is another now.
     void cancel() { m_gesture.cancel(); }
-
-protected:
-    void timerEvent(QTimerEvent* event) override;
 
 private:
     QPointF toContent(QPointF point) const;
@@ -39,10 +36,11 @@ private:
     void hover(QPointF point);
 
     ReaderTextView& m_view;
+    Executor& m_executor;
     PointerGesture m_gesture;
     TextRange m_from; // what the press selected, from which the selection goes on
     QPointF m_last; // where a selection beyond an edge goes to
-    QBasicTimer m_autoScroll;
+    Registration m_autoScroll;
 };
 
 }

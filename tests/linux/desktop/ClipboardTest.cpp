@@ -62,6 +62,19 @@ TEST_F(QtClipboardTest, What_is_set_is_what_others_read_and_the_pasteboards_are_
     }
 }
 
+TEST_F(QtClipboardTest, What_is_offered_is_made_when_others_ask_for_it)
+{
+    for (auto const pasteboard : { Pasteboard::general, Pasteboard::selection }) {
+        int made = 0;
+        EXPECT_TRUE(clipboard.offerText(pasteboard, [&] { return ++made, u"é, made late"_s; }));
+        QCoreApplication::processEvents();
+        EXPECT_EQ(made, 0);
+        EXPECT_EQ(seenByOthers(pasteboard), u"é, made late"_s);
+        EXPECT_GT(made, 0);
+        EXPECT_TRUE(clipboard.setText(pasteboard, u"after"_s)) << "what it holds ends with this case";
+    }
+}
+
 TEST_F(QtClipboardTest, What_others_copy_is_read_and_taken_over_again)
 {
     for (auto const pasteboard : { Pasteboard::general, Pasteboard::selection }) {

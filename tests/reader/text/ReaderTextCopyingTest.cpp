@@ -81,6 +81,7 @@ TEST_F(ReaderTextViewTest, The_copied_look_is_that_of_the_last_copy_and_ends_in_
     view.setLearningModeEnabled(false);
     EXPECT_TRUE(view.copyTarget(1));
     show(sheet(u">other\n>text"_s));
+    settle();
     EXPECT_THAT(copiedButtons(), IsEmpty());
     EXPECT_EQ(executor.pendingTimers(), 0U);
 }
@@ -125,14 +126,16 @@ TEST_F(ReaderTextViewTest, Selected_text_is_copied_with_tabs_for_cells_without_p
     builder.append(u"\uFFFC"_s, picture, {});
     builder.append(u"\u00A0"_s, { .kern = 3, .isGap = true }, {});
     builder.append(u"\nend"_s, {}, {});
-    auto* const clipboard = QGuiApplication::clipboard();
-    clipboard->setText(u"before"_s);
+    using enum Clipboard::Pasteboard;
+    clipboard.setText(general, u"before"_s);
+    clipboard.setText(selection, u"before"_s);
     auto const expectCopied = [&](RenderedMarkdown const& rendered, bool isLearning, QString const& expected) {
         show(rendered);
         view.setLearningModeEnabled(isLearning);
         QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
         QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
-        EXPECT_EQ(clipboard->text(), expected);
+        EXPECT_EQ(clipboard.text(general), expected);
+        EXPECT_EQ(clipboard.text(selection), expected);
     };
     RenderedMarkdown const withPicture { std::move(builder).build(), {} };
     expectCopied(withPicture, true, u"before"_s);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "reader/text/ReaderScrollView.h"
+#include "support/FakeClipboard.h"
 #include "support/ManualExecutor.h"
 #include "support/Test.h"
 
@@ -61,7 +62,8 @@ protected:
 
     void settle()
     {
-        ASSERT_TRUE(QTest::qWaitFor([this] { return view.isSettled(); }));
+        executor.runPosted();
+        ASSERT_TRUE(view.isSettled());
     }
     double bottom() const { return scroll.verticalScrollBar()->maximum(); }
     QImage picture() { return view.grab().toImage(); }
@@ -113,7 +115,8 @@ protected:
     }
 
     ManualExecutor executor;
-    ReaderScrollView scroll { executor };
+    FakeClipboard clipboard;
+    ReaderScrollView scroll { executor, clipboard };
     ReaderTextView& view { scroll.textView() };
     QStringList copied;
     bool isClipboardFull = false;

@@ -111,6 +111,27 @@ TEST_F(ReaderTextViewTest, Keys_navigate_dismiss_and_move_the_selection)
     }
 }
 
+TEST_F(ReaderTextViewTest, A_selection_beyond_the_edge_goes_on_while_the_mouse_rests_and_ends_with_the_button)
+{
+    show(paragraphs(300));
+    mouse(QEvent::MouseButtonPress, { 100, 200 });
+    mouse(QEvent::MouseMove, { 100, view.height() + 12.0 });
+    auto const begun = view.scrollOrigin().y();
+    auto const selected = view.selection().length();
+    executor.advance(300ms);
+    EXPECT_NEAR(view.scrollOrigin().y(), begun + 10 * 12, 1) << "by as much as the mouse is beyond, every 30 ms";
+    EXPECT_GT(view.selection().length(), selected);
+    mouse(QEvent::MouseMove, { 100, 100 });
+    auto const inside = view.scrollOrigin();
+    executor.advance(300ms);
+    EXPECT_EQ(view.scrollOrigin(), inside);
+    mouse(QEvent::MouseMove, { 100, -12 });
+    mouse(QEvent::MouseButtonRelease, { 100, -12 });
+    auto const ended = view.scrollOrigin();
+    executor.advance(300ms);
+    EXPECT_EQ(view.scrollOrigin(), ended);
+}
+
 TEST_F(ReaderTextViewTest, Double_and_triple_clicks_select_words_and_lines)
 {
     show(sheet(u"git commit --amend\nrun foo_bar, now\n\nlast line"_s));

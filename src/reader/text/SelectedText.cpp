@@ -1,10 +1,8 @@
-#include "reader/text/SelectionData.h"
+#include "reader/text/SelectedText.h"
 
 namespace Quillory {
 
 namespace {
-
-QString const plainText = QStringLiteral("text/plain");
 
 // Every cell ends in a line feed, the last of its row as well.
 QString withJoinedCells(AttributedText const& text, TextRange range)
@@ -28,7 +26,9 @@ QString withJoinedCells(AttributedText const& text, TextRange range)
     return string;
 }
 
-QString plainTextOf(AttributedText const& text, TextRange range)
+}
+
+QString selectedText(AttributedText const& text, TextRange range)
 {
     auto const string = withJoinedCells(text, range);
     QString result;
@@ -44,29 +44,6 @@ QString plainTextOf(AttributedText const& text, TextRange range)
             result += QStringView(string).sliced(start - range.location, end - start);
     }
     return result;
-}
-
-}
-
-SelectionData::SelectionData(AttributedText text, TextRange range)
-    : m_text(std::move(text))
-    , m_range(range)
-{
-}
-
-QStringList SelectionData::formats() const
-{
-    return { plainText };
-}
-
-bool SelectionData::hasFormat(QString const& type) const
-{
-    return type == plainText;
-}
-
-QVariant SelectionData::retrieveData(QString const& type, QMetaType) const
-{
-    return type == plainText ? QVariant(plainTextOf(m_text, m_range)) : QVariant();
 }
 
 }
