@@ -4,6 +4,10 @@
 #include "linux/qt/QtPictureDecoder.h"
 #include "linux/worker/WorkerMain.h"
 
+#include <QThreadPool>
+
+#include <cstdlib>
+
 namespace Quillory {
 
 std::optional<int> serveAsWorker(int argc, char const* const* argv)
@@ -11,10 +15,18 @@ std::optional<int> serveAsWorker(int argc, char const* const* argv)
     if (!isWorkerStart(argc, argv))
         return std::nullopt;
     QtPictureDecoder const decoder;
-    return runWorker([&] {
-        QtPictureDecoder::loadPlugins();
-        return ForeignBytes::interpreter(decoder);
+    // On a thread of the toolkit's pool: elsewhere it would hand large pictures to the pool, whose threads open descriptors
+    // when they start, which a worker may not.
+    auto exitCode = EXIT_FAILURE;
+    auto* const pool = QThreadPool::globalInstance();
+    pool->start([&] {
+        exitCode = runWorker([&] {
+            QtPictureDecoder::loadPlugins();
+            return ForeignBytes::interpreter(decoder);
+        });
     });
+    pool->waitForDone();
+    return exitCode;
 }
 
 }

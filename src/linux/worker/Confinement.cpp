@@ -35,8 +35,7 @@ bool limit(__rlimit_resource resource, rlim_t most)
 
 bool limitResources(int socket, std::uint64_t longestFile)
 {
-    // Besides those that are open, a request brings two. No limit of processes: it counts all of the user's, and large
-    // pictures are converted by threads.
+    // Besides those that are open, a request brings two. No limit of processes, which counts all of the user's.
     auto const descriptors = static_cast<rlim_t>(socket) + 3;
     return limit(RLIMIT_CORE, 0) && limit(RLIMIT_FSIZE, longestFile) && limit(RLIMIT_NOFILE, descriptors)
         && (!filtersSystemCalls || limit(RLIMIT_AS, memoryLimit));
@@ -127,11 +126,6 @@ bool filterSystemCalls()
         when(call,
             { load(offsetOf(2)), BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, PROT_EXEC, 0, 1), answer(forbidden),
                 answer(SECCOMP_RET_ALLOW) });
-    // Threads, but no processes. The newer call's flags can't be seen from here; the library then takes this one.
-    when(SYS_clone,
-        { load(offsetOf(0)), BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, CLONE_THREAD, 1, 0), answer(forbidden),
-            answer(SECCOMP_RET_ALLOW) });
-    when(SYS_clone3, { answer(SECCOMP_RET_ERRNO | ENOSYS) });
     filter.push_back(answer(forbidden));
     sock_fprog const program { static_cast<unsigned short>(filter.size()), filter.data() };
     if (syscall(SYS_seccomp, SECCOMP_SET_MODE_FILTER, SECCOMP_FILTER_FLAG_TSYNC, &program) == 0)
