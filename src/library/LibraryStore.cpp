@@ -144,17 +144,15 @@ void LibraryStore::updateBusy()
     busy.setValue(m_loading != Loading::none || m_installTask.isActive());
 }
 
-LibraryInstallation::Load LibraryStore::loading()
+LibraryInstallation::Load LibraryStore::loading(std::stop_token hurry, std::stop_token ended)
 {
-    m_hurry = std::stop_source();
-    m_loadEnd = std::stop_source();
     return [load = LibraryLoad { .files = m_services.files,
                 .sandbox = m_services.sandbox,
                 .folder = *folder.value(),
                 .previous = sheets.value(),
                 .earlier = m_loadMemory,
-                .hurry = m_hurry.get_token(),
-                .ended = m_loadEnd.get_token() }] { return load.run(); };
+                .hurry = std::move(hurry),
+                .ended = std::move(ended) }] { return load.run(); };
 }
 
 void LibraryStore::startLoad()
@@ -167,12 +165,15 @@ void LibraryStore::startLoad()
     }
     m_loading = Loading::running;
     updateBusy();
-    m_loadTask = m_services.executor.detach(loading(),
+    m_hurry = std::stop_source();
+    m_loadEnd = std::stop_source();
+    m_loadTask = m_services.executor.detach(loading(m_hurry.get_token(), m_loadEnd.get_token()),
         [this, loadGeneration = generation.value()](auto loaded) { finishLoad(std::move(loaded), loadGeneration); });
 }
 
 void LibraryStore::restartLoad()
 {
+    m_loadEnd.request_stop();
     m_loadTask.end();
     m_loading = Loading::none;
     startLoad();

@@ -164,8 +164,8 @@ private:
     // A change that comes while a load runs may be missing from it.
     enum class Loading { none, running, runningAndOutdated };
 
-    // A load of the folder as it is now, for a worker.
-    LibraryInstallation::Load loading();
+    // A load of the folder as it is now, for a worker. The tokens are those of `LibraryLoad`.
+    LibraryInstallation::Load loading(std::stop_token hurry, std::stop_token ended);
     void startLoad();
     void restartLoad();
     void finishLoad(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration);
@@ -199,7 +199,7 @@ private:
     std::chrono::nanoseconds m_reloadDue {};
     Registration m_loadTask;
     Loading m_loading = Loading::none;
-    std::stop_source m_hurry; // of the latest load, as `LibraryLoad` has them
+    std::stop_source m_hurry; // of the load that runs
     std::stop_source m_loadEnd;
     std::shared_ptr<LoadMemory const> m_loadMemory = std::make_shared<LoadMemory>(); // beside `sheets`
     Speaker m_speaker = Speaker::other;

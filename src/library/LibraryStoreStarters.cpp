@@ -23,7 +23,8 @@ void LibraryStore::installStarters(QStringList names)
 
     std::stop_source cancellation;
     auto task = m_services.executor.detach(
-        [&files = m_services.files, installation = std::move(installation), load = loading(),
+        [&files = m_services.files, installation = std::move(installation),
+            load = loading({}, cancellation.get_token()),
             cancelled = cancellation.get_token()] { return installation.run(files, load, cancelled); },
         [this, installGeneration](
             LibraryInstallation::Outcome outcome) { finishInstallation(std::move(outcome), installGeneration); });
