@@ -17,7 +17,7 @@ inline constexpr bool filtersSystemCalls = true;
 inline constexpr bool filtersSystemCalls = true;
 #endif
 
-// Lets the kernel end this process when the thread that started it ends.
+// Names this process a worker and lets the kernel end it when the thread that started it ends. For the first thread.
 void endWithParent();
 
 // Takes from this process, for good, all that interpreting bytes needs not: the file system, the network, new processes,

@@ -133,7 +133,6 @@ bool isWorkerStart(int argc, char const* const* argv)
 
 int runWorker(std::function<Interpreter()> const& prepare)
 {
-    endWithParent();
     auto const interpreter = prepare();
     if (!confine(WorkerProtocol::socket, WorkerProtocol::answerLimit))
         return EXIT_FAILURE;

@@ -129,6 +129,7 @@ int main(int argc, char* argv[])
 {
     if (!isWorkerStart(argc, argv))
         return EXIT_FAILURE;
+    endWithParent();
     return runWorker([]() -> Interpreter {
         return [](std::uint32_t, std::uint32_t, std::span<std::byte const> bytes, ByteSink const& sink) {
             answerTo({ reinterpret_cast<char const*>(bytes.data()), bytes.size() },
