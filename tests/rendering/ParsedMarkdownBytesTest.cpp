@@ -57,6 +57,13 @@ TEST(ParsedMarkdownBytes, A_tree_comes_back_and_one_that_no_text_gives_is_refuse
         bad[headerSize + recordSize * record + field] = static_cast<std::byte>(value);
         EXPECT_FALSE(adopted(bad)) << record << ' ' << field << ' ' << value;
     }
+    // The same with its last cell as a paragraph after the table: each record is one that a text can give.
+    auto unequal = bytesOf(ParsedMarkdown::parsing(u"| a | b |\n|---|---|\n| c | d |"_s));
+    for (auto const& [record, field, value] :
+        std::initializer_list<Change> { { 0, end, 9 }, { 6, end, 9 }, { 9, flags, 0 } })
+        unequal[headerSize + recordSize * record + field] = static_cast<std::byte>(value);
+    EXPECT_FALSE(adopted(unequal)) << "rows of two cells and of one";
+
     for (std::size_t size = 0; size < good.size(); ++size)
         EXPECT_FALSE(adopted(Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(size)))) << size;
     auto torn = bytesOf(ParsedMarkdown::parsing(u"\U0001F600"_s));
