@@ -37,8 +37,8 @@ bool limitResources(int socket, std::uint64_t longestFile)
 {
     // Besides those that are open, a request brings two. No limit of processes, which counts all of the user's.
     auto const descriptors = static_cast<rlim_t>(socket) + 3;
-    return limit(RLIMIT_CORE, 0) && limit(RLIMIT_FSIZE, longestFile) && limit(RLIMIT_NOFILE, descriptors)
-        && (!filtersSystemCalls || limit(RLIMIT_AS, memoryLimit));
+    return limit(RLIMIT_CORE, 0) && limit(RLIMIT_FSIZE, longestFile)
+        && (!filtersSystemCalls || (limit(RLIMIT_NOFILE, descriptors) && limit(RLIMIT_AS, memoryLimit)));
 }
 
 // Of the headers that this is built with; what a newer kernel knows beyond that is asked for by number.

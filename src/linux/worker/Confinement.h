@@ -4,7 +4,8 @@
 
 namespace Quillory {
 
-// Sanitizers map terabytes, start threads and read /proc: under them, memory and system calls stay free.
+// Sanitizers map terabytes, start threads, open pipes and read /proc: under them, memory, descriptors and system calls
+// stay free.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 inline constexpr bool filtersSystemCalls = false;
 #elif defined(__has_feature)
