@@ -44,7 +44,7 @@ WorkerSettings faulty()
     return { .program = QUILLORY_FAULTY_WORKER,
         .most = 2,
         .idleTime = 50ms,
-        .baseAllowance = 300ms,
+        .baseAllowance = filtersSystemCalls ? 300ms : 3s, // sanitizers are slow
         .patience = 3,
         .slice = 30ms };
 }
