@@ -13,6 +13,13 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using namespace testing;
 
+// Sanitizers are slow, and keep what was freed for a while.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+inline constexpr bool isSanitized = true;
+#else
+inline constexpr bool isSanitized = false;
+#endif
+
 inline void PrintTo(QString const& text, std::ostream* out)
 {
     *out << '"' << text.toStdString() << '"';

@@ -4,10 +4,8 @@
 #include <QCoreApplication>
 #include <QSocketNotifier>
 
-#include <algorithm>
 #include <cstring>
 #include <utility>
-#include <vector>
 
 namespace Quillory {
 
@@ -135,9 +133,13 @@ std::optional<std::uint32_t> X11Connection::number(xcb_window_t window, char con
 bool X11Connection::lists(xcb_window_t window, char const* name, std::uint32_t number)
 {
     auto const bytes = property(window, name);
-    std::vector<std::uint32_t> numbers(static_cast<std::size_t>(bytes.size()) / sizeof number);
-    std::memcpy(numbers.data(), bytes.constData(), numbers.size() * sizeof number);
-    return std::ranges::find(numbers, number) != numbers.end();
+    for (qsizetype at = 0; at + qsizetype { sizeof number } <= bytes.size(); at += qsizetype { sizeof number }) {
+        std::uint32_t listed = 0;
+        std::memcpy(&listed, bytes.constData() + at, sizeof listed);
+        if (listed == number)
+            return true;
+    }
+    return false;
 }
 
 xcb_atom_t X11Connection::atom(char const* name)

@@ -44,7 +44,7 @@ WorkerSettings faulty()
     return { .program = QUILLORY_FAULTY_WORKER,
         .most = 2,
         .idleTime = 50ms,
-        .baseAllowance = filtersSystemCalls ? 300ms : 3s, // sanitizers are slow
+        .baseAllowance = isSanitized ? 3s : 300ms,
         .patience = 3,
         .slice = 30ms };
 }
