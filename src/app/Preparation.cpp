@@ -34,12 +34,12 @@ std::array<CalledBy, 2> const& waysToCall()
 
 QString inWords(Shortcut const& shortcut, KeyboardLayout const& layout)
 {
-    static constexpr std::pair<ModifierFlags, QLatin1StringView> words[] {
+    static constexpr std::array<std::pair<ModifierFlags, QLatin1StringView>, 4> words { {
         { ModifierFlags::control, "Ctrl"_L1 },
         { ModifierFlags::option, "Alt"_L1 },
         { ModifierFlags::shift, "Shift"_L1 },
         { ModifierFlags::command, "Super"_L1 },
-    };
+    } };
     QStringList keys;
     for (auto const& [flag, word] : words) {
         if (contains(shortcut.modifiers(), flag))

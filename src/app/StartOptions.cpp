@@ -52,7 +52,7 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
         parser.showVersion();
     }
     if (!parser.positionalArguments().isEmpty())
-        return std::unexpected(tr("\"%1\" is no option. To connect a folder, write --connect \"%1\".")
+        return std::unexpected(tr(R"("%1" is no option. To connect a folder, write --connect "%1".)")
                 .arg(parser.positionalArguments().first()));
 
     StartOptions options;

@@ -30,13 +30,14 @@ bool isOwnWindow(std::uint32_t number)
 X11Desktop::ToolkitChoice::ToolkitChoice()
     : m_isOurs(!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
 {
-    setenv("QT_QPA_PLATFORM", "xcb", 0);
+    if (m_isOurs)
+        qputenv("QT_QPA_PLATFORM", "xcb");
 }
 
 void X11Desktop::ToolkitChoice::forget() const
 {
     if (m_isOurs)
-        unsetenv("QT_QPA_PLATFORM");
+        qunsetenv("QT_QPA_PLATFORM");
 }
 
 std::expected<void, QString> X11Desktop::probe()

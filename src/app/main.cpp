@@ -46,7 +46,8 @@ int fail(QString const& sentence, int exitCode = EXIT_FAILURE)
 void say(QStringList const& sentences)
 {
     for (auto const& sentence : sentences)
-        std::cout << sentence.toStdString() << std::endl;
+        std::cout << sentence.toStdString() << '\n';
+    std::cout.flush();
 }
 
 // A program that was started from a terminal must not keep the drive busy on which the terminal stood.
@@ -156,7 +157,7 @@ int main(int argc, char* argv[])
     QApplication application(argc, argv);
     choice.forget();
     QApplication::setDesktopFileName(BusApplicationInstance::name());
-    application.setQuitOnLastWindowClosed(false);
+    QApplication::setQuitOnLastWindowClosed(false);
     BusApplicationInstance instance(QDBusConnection::sessionBus(), start);
     auto const role = takePart(instance, *options);
     if (role == ApplicationInstance::Role::handedOver || role == ApplicationInstance::Role::unanswered)

@@ -9,11 +9,9 @@
 
 #include <optional>
 
-namespace Quillory {
-
 // What a library has interpreted in a sandbox, told from both sides: the requests, with what their answers are worth, and
 // the interpreter that answers them.
-namespace ForeignBytes {
+namespace Quillory::ForeignBytes {
 
 // Value: a ParsedMarkdown. The bytes are strict UTF-8.
 SandboxRequest markdown(QByteArray utf8);
@@ -26,7 +24,5 @@ SandboxRequest icon(QByteArray bytes, int side);
 
 // Runs in the sandbox. The decoder outlives it.
 Interpreter interpreter(PictureDecoder const& decoder);
-
-}
 
 }

@@ -24,7 +24,7 @@ public:
         enum class Kind { setAside, unreadable, unwritable };
         Kind kind = Kind::unwritable;
         QString file; // the one that was set aside, or could not be used
-        QString description {}; // the system's, in the user's language; none of a damaged file
+        QString description; // the system's, in the user's language; none of a damaged file
         bool operator==(Trouble const&) const = default;
     };
 

@@ -90,7 +90,7 @@ public:
             ++m_position;
             return *this;
         }
-        Iterator operator++(int) { return Iterator(Runs(m_held), m_position++); }
+        Iterator operator++(int) { return { Runs(m_held), m_position++ }; }
         bool operator==(Iterator const& other) const { return m_position == other.m_position; }
 
     private:
@@ -107,8 +107,8 @@ public:
     }
     Run front() const { return operator[](0); }
     Run back() const { return operator[](size() - 1); }
-    Iterator begin() const { return Iterator(*this, 0); }
-    Iterator end() const { return Iterator(*this, size()); }
+    Iterator begin() const { return { *this, 0 }; }
+    Iterator end() const { return { *this, size() }; }
 
 private:
     friend class AttributedText;

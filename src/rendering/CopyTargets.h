@@ -67,7 +67,7 @@ public:
         ++m_index;
         return *this;
     }
-    Iterator operator++(int) { return Iterator(*m_targets, m_index++); }
+    Iterator operator++(int) { return { *m_targets, m_index++ }; }
     bool operator==(Iterator const& other) const { return m_index == other.m_index; }
 
 private:
@@ -77,12 +77,12 @@ private:
 
 inline CopyTargets::Iterator CopyTargets::begin() const
 {
-    return Iterator(*this, 0);
+    return { *this, 0 };
 }
 
 inline CopyTargets::Iterator CopyTargets::end() const
 {
-    return Iterator(*this, size());
+    return { *this, size() };
 }
 
 }

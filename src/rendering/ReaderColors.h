@@ -2,10 +2,8 @@
 
 #include <QColor>
 
-namespace Quillory {
-
 // The reader's own palette. Each colour has a light and a dark value; the appearance is chosen when painting.
-namespace ReaderColors {
+namespace Quillory::ReaderColors {
 
 enum class Appearance { light, dark };
 
@@ -32,7 +30,5 @@ inline constexpr Dynamic optionKey { 0xFF006F75, 0xFF79D8D6 };
 inline constexpr Dynamic shiftKey { 0xFF955500, 0xFFFFD38A };
 inline constexpr Dynamic commandKey { 0xFF155ABD, 0xFF87BEFF };
 inline constexpr Dynamic plainKey { 0xFF276A30, 0xFFA0D99C };
-
-}
 
 }

@@ -47,12 +47,12 @@ TEST(ParsedMarkdownBytes, A_tree_comes_back_and_one_that_no_text_gives_is_refuse
         Field field;
         int value;
     };
-    for (auto const& [record, field, value] :
-        std::initializer_list<Change> { { 1, kind, 17 }, { 1, kind, 4 }, { 3, flags, 0 }, { 3, flags, 32 },
-            { 4, flags, 16 }, { 4, flags, 0 }, { 9, flags, 1 }, { 9, kind, 12 }, { 10, flags, 0 }, { 0, level, 0 },
-            { 0, level, 7 }, { 1, level, 1 }, { 1, unused, 1 }, { 0, end, 0 }, { 0, end, 12 }, { 1, end, 3 },
-            { 2, end, 3 }, { 3, end, 7 }, { 1, offset, 0 }, { 5, offset, 3 }, { 1, length, 0 }, { 10, length, 100 },
-            { 10, second, 2 }, { 9, length, 1 }, { 3, end, 4 }, { 4, end, 5 }, { 8, kind, 14 }, { 1, second, 1 } }) {
+    for (auto const& [record, field, value] : std::initializer_list<Change> { { 1, kind, 17 }, { 1, kind, 4 },
+             { 3, flags, 0 }, { 3, flags, 32 }, { 4, flags, 16 }, { 4, flags, 0 }, { 9, flags, 1 }, { 9, kind, 12 },
+             { 10, flags, 0 }, { 0, level, 0 }, { 0, level, 7 }, { 1, level, 1 }, { 1, unused, 1 }, { 0, end, 0 },
+             { 0, end, 12 }, { 1, end, 3 }, { 2, end, 3 }, { 2, end, 6 }, { 3, end, 7 }, { 1, offset, 0 },
+             { 5, offset, 3 }, { 1, length, 0 }, { 10, length, 100 }, { 10, second, 2 }, { 9, length, 1 },
+             { 3, end, 4 }, { 4, end, 5 }, { 8, kind, 14 }, { 1, second, 1 } }) {
         auto bad = good;
         bad[headerSize + recordSize * record + field] = static_cast<std::byte>(value);
         EXPECT_FALSE(adopted(bad)) << record << ' ' << field << ' ' << value;

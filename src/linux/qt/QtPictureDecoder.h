@@ -8,7 +8,7 @@ namespace Quillory {
 class QtPictureDecoder final : public PictureDecoder {
 public:
     // A picture of more pixels is refused by its header: some decoders need eight bytes a pixel.
-    static constexpr qint64 mostPixels = 64 * 1024 * 1024;
+    static constexpr qint64 mostPixels = 67'108'864;
     static constexpr int mostMegabytes = 256; // of one bitmap while it is decoded
 
     // Sets the toolkit's own limit for the whole process.

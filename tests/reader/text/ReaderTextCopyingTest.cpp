@@ -2,8 +2,8 @@
 #include "rendering/MarkdownRenderer.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QContextMenuEvent>
+#include <QListView>
 #include <QMenu>
 #include <QPointer>
 
@@ -115,6 +115,12 @@ TEST_F(ReaderTextViewTest, A_hundred_thousand_blocks_have_buttons_where_they_sho
         QTest::keyClick(menu->windowHandle(), key);
     EXPECT_THAT(copied, ElementsAre(u"code"_s)) << "by keys, into the list, out of it and in again";
     EXPECT_FALSE(menu->isVisible());
+    auto const other = view.makeMenu();
+    other->popup({});
+    auto const* const list = other->findChild<QListView*>();
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(list->model()->index(1, 0)).center());
+    EXPECT_EQ(copied.size(), 2) << "by a click";
+    EXPECT_FALSE(other->isVisible());
 }
 
 TEST_F(ReaderTextViewTest, Selected_text_is_copied_with_tabs_for_cells_without_pictures_and_not_in_Learning_Mode)
