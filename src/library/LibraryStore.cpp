@@ -51,6 +51,7 @@ LibraryStore::LibraryStore(Services services, RestoreFolder restore)
     , m_preferences(services.defaults)
     , m_access(services.defaults, services.bookmarks)
     , m_sheetFiles(services.fileOpener, services.executor, [this](QString const& sentence) { say(sentence); })
+    , m_search(services.executor, [this] { updateResults(); })
 {
     modifierGesture.setValue(m_preferences.modifierGesture());
     learningModeEnabled.setValue(m_preferences.learningModeEnabled());
@@ -97,6 +98,7 @@ void LibraryStore::connect(QString const& newFolder)
     m_sheetFiles.forget();
     generation.setValue(generation + 1);
     folder.setValue(newFolder);
+    m_search.forget();
     setSheets({});
     pinnedIDs.setValue(m_preferences.pins(newFolder));
     tellPinsChanged();
@@ -229,6 +231,8 @@ void LibraryStore::setSheets(QList<Sheet> newSheets)
     else
         sheets.setValue(std::move(newSheets));
     m_services.executor.discard(std::move(old));
+    m_search.setSheets(sheets);
+    updateResults();
 }
 
 void LibraryStore::select(QString const& id)
@@ -351,6 +355,7 @@ void LibraryStore::shutdown()
     if (auto const panel = filePanel.value())
         panel->cancel();
     stopLoading();
+    m_search.forget();
     if (m_watcher)
         m_watcher->stop();
     m_access.release();

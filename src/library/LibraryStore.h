@@ -3,6 +3,7 @@
 #include "input/ModifierGesture.h"
 #include "library/FolderAccess.h"
 #include "library/LibraryInstallation.h"
+#include "library/LibrarySearch.h"
 #include "library/LibraryWatcher.h"
 #include "library/LoadMemory.h"
 #include "library/Preferences.h"
@@ -33,6 +34,7 @@
 #include <memory>
 #include <optional>
 #include <stop_token>
+#include <vector>
 
 namespace Quillory {
 
@@ -98,6 +100,17 @@ public:
     // Moves the selection by `offset` places, not past either end.
     void selectAdjacent(int offset);
 
+    // Searches the library from now on for what is typed. The results stay as they were while texts are being folded.
+    void setLibraryQuery(QString const& query);
+    // Gets the search ready before the first key comes.
+    void prepareLibrarySearch() { m_search.prepare(); }
+
+    // Both work on the results of the library search, in a later turn when they are still to come: moves the selection
+    // by `offset` results, to the first or the last one at the ends and from outside of them; or keeps the selection, or
+    // selects the first result, and ends the search. False when there are no results, and nothing changes.
+    bool selectAdjacentResult(int offset);
+    bool acceptLibrarySearch();
+
     // Asks for a move to the next or the previous match; a repeated request counts.
     void requestFind(FindDirection direction);
 
@@ -134,7 +147,8 @@ public:
     StoreProperty<std::optional<QString>, MessageBar> message;
     StoreProperty<bool> busy { false };
 
-    StoreProperty<QString, ReaderView> libraryQuery;
+    StoreProperty<QString> libraryQuery;
+    StoreProperty<QStringList> libraryResults; // the ids of the sheets that hold the query, in order; all without one
     StoreProperty<bool, ReaderView> librarySearchVisible { false };
     StoreProperty<bool, ReaderView> findVisible { false };
     StoreProperty<QString, ReaderView> findQuery;
@@ -179,6 +193,9 @@ private:
     void setSheets(QList<Sheet> newSheets);
     void setSelectedID(std::optional<QString> const& id);
     void updateBusy();
+    void updateResults();
+    bool withResults(std::function<void()> action);
+    std::optional<qsizetype> selectedResult() const;
     void clearCopyFeedbackLater();
     void tellPinsChanged() const;
 
@@ -202,6 +219,8 @@ private:
     std::stop_source m_hurry; // of the load that runs
     std::stop_source m_loadEnd;
     std::shared_ptr<LoadMemory const> m_loadMemory = std::make_shared<LoadMemory>(); // beside `sheets`
+    LibrarySearch m_search;
+    std::optional<std::vector<std::function<void()>>> m_resultActions; // present while results are to come
     Speaker m_speaker = Speaker::other;
     Registration m_installTask;
     std::list<Registration> m_copyFeedbackTasks;

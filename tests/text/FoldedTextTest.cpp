@@ -1,6 +1,7 @@
 #include "text/FoldedText.h"
 #include "support/Cases.h"
 #include "support/Dice.h"
+#include "text/SearchBytes.h"
 #include "text/SearchFolding.h"
 
 #include <QTextBoundaryFinder>
@@ -86,6 +87,24 @@ TEST(FoldedTextTest, Random_texts_agree_with_folding_cluster_by_cluster)
             }
         }
     }
+}
+
+TEST(SearchBytesTest, A_text_holds_what_its_folded_form_holds_wherever_a_query_begins)
+{
+    Dice dice(11);
+    std::initializer_list<QString> const pieces { u"a"_s, u"B"_s, u"ß"_s, u"E\u0301"_s, u"각"_s, u"가"_s, u"\u1100"_s,
+        u"\u1161"_s, u"\u11A8"_s, u"\u0301"_s, u"\U0001F600"_s, u"ж"_s, u"中"_s, u"\u0BCA"_s, u"\n"_s, u"À"_s };
+    for (int round = 0; round < 20'000; ++round) {
+        auto const text = dice.mixture(pieces, 12);
+        auto const query = dice.mixture(pieces, 4);
+        auto const folded = foldedForSearch(query);
+        ASSERT_EQ(holdsSearchBytes(searchBytes(text), searchBytes(query)),
+            !folded.isEmpty() && foldedForSearch(text).contains(folded))
+            << text.toStdString() << " / " << query.toStdString();
+    }
+    for (auto const& ordinary : { u"한글은 배우기 쉽다"_s, u"Ἐν ἀρχῇ ἦν ὁ λόγος"_s, u"கொடி நோய் கௌரவம்"_s,
+             u"কোনো কৌশল নেই ভালো"_s, u"Größe: ﬁxieren"_s, u"Đặng Thị Hường"_s })
+        EXPECT_LE(searchBytes(ordinary).size() * 10, ordinary.toUtf8().size() * 11) << ordinary.toStdString();
 }
 
 }
