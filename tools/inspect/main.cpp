@@ -1,3 +1,4 @@
+#include "SearchJson.h"
 #include "SheetJson.h"
 
 #include "app/sandbox/ServeAsWorker.h"
@@ -16,13 +17,15 @@ namespace {
 using namespace Quillory;
 
 constexpr int cannotDo = 2;
-constexpr auto usage = "usage: quillory-inspect FOLDER [--sheet ID] [--render WIDTH TEXTSIZE] [--only-rendered]";
+constexpr auto usage = "usage: quillory-inspect FOLDER [--sheet ID] [--render WIDTH TEXTSIZE] [--only-rendered] "
+                       "[--search FILE]";
 
 struct Request {
     QString folder;
     std::optional<QString> sheet;
     std::optional<Page> page;
     bool onlyRendered = false;
+    std::optional<QString> searchFile;
 };
 
 std::optional<Request> parse(QStringList arguments)
@@ -45,6 +48,8 @@ std::optional<Request> parse(QStringList arguments)
             request.page = Page { width, number() };
         } else if (argument == QLatin1StringView("--only-rendered")) {
             request.onlyRendered = true;
+        } else if (argument == QLatin1StringView("--search")) {
+            request.searchFile = next();
         } else if (request.folder.isEmpty() && !argument.startsWith(QLatin1StringView("--"))) {
             request.folder = argument;
         } else {
@@ -72,7 +77,7 @@ std::expected<QList<Sheet>, SystemError> loaded(QString const& folder)
     }
 }
 
-void writeSheets(JsonWriter& json, QList<Sheet> const& sheets, Request const& request)
+void writeSheets(JsonWriter& json, QList<Sheet> const& sheets, Request const& request, QStringList const& queries)
 {
     json.beginObject();
     json.key(u"sheets");
@@ -82,7 +87,15 @@ void writeSheets(JsonWriter& json, QList<Sheet> const& sheets, Request const& re
             writeSheet(json, sheet, request.page);
     }
     json.endArray();
+    if (request.searchFile)
+        writeSearches(json, sheets, queries);
     json.endObject();
+}
+
+int complain(QString const& sentence)
+{
+    std::cerr << "quillory-inspect: " << sentence.toStdString() << '\n';
+    return cannotDo;
 }
 
 }
@@ -99,19 +112,21 @@ int main(int argc, char* argv[])
         std::cerr << usage << '\n';
         return cannotDo;
     }
+    auto const queries = request->searchFile ? readQueries(*request->searchFile)
+                                             : std::expected<QStringList, QString>();
+    if (!queries)
+        return complain(queries.error());
     auto const sheets = loaded(request->folder);
-    if (!sheets) {
-        std::cerr << "quillory-inspect: can't list " << request->folder.toStdString() << ": "
-                  << sheets.error().localizedDescription().toStdString() << '\n';
-        return cannotDo;
-    }
+    if (!sheets)
+        return complain(
+            QStringLiteral("can't list %1: %2").arg(request->folder, sheets.error().localizedDescription()));
 
     JsonWriter json;
     if (request->onlyRendered) {
         auto const* sheet = findSheet(*sheets, *request->sheet);
         sheet ? writeRendering(json, *sheet, *request->page) : json.null();
     } else {
-        writeSheets(json, *sheets, *request);
+        writeSheets(json, *sheets, *request, *queries);
     }
     std::fwrite(json.bytes().constData(), 1, static_cast<std::size_t>(json.bytes().size()), stdout);
     return std::fputc('\n', stdout) == '\n' && std::fflush(stdout) == 0 ? 0 : 1;
