@@ -45,7 +45,7 @@ ReaderView::ReaderView(LibraryStore& store, ReaderServices services, std::functi
     , m_store(store)
     , m_services(std::move(services))
     , m_topBar(new TopBar(this))
-    , m_sidebar(new Sidebar(store, m_services.executor, this))
+    , m_sidebar(new Sidebar(store, m_services.executor, [this] { textView()->setFocus(); }, this))
 {
     setObjectName(QStringLiteral("reader"));
     setAttribute(Qt::WA_StyledBackground);
@@ -109,6 +109,9 @@ void ReaderView::observeStore()
     auto const later = [this] { refreshLater(); };
     m_observations.push_back(m_store.sheets.addNotifier(later));
     m_observations.push_back(m_store.selectedID.addNotifier(later));
+    m_observations.push_back(m_store.libraryQuery.addNotifier(later));
+    m_observations.push_back(m_store.libraryResults.addNotifier(later));
+    m_observations.push_back(m_store.pinnedIDs.addNotifier(later));
     m_observations.push_back(m_store.folder.addNotifier(later));
     m_observations.push_back(m_store.message.addNotifier(later));
     m_observations.push_back(m_store.busy.addNotifier(later));
@@ -176,10 +179,9 @@ void ReaderView::applyColors()
         "QLabel, QToolButton { color: %5; }"
         "#title { font-size: 17px; font-weight: 600; }"
         "#heading { font-size: 11px; font-weight: 600; color: palette(placeholder-text); }"
+        "#secondary { color: palette(placeholder-text); }"
         "#caption { font-size: 12px; }"
         "#chrome QListView { border: none; outline: none; }"
-        "#chrome QListView::item { padding: 4px 6px; border-radius: 5px; }"
-        "#chrome QListView::item:selected { background: palette(highlight); color: palette(highlighted-text); }"
         "QScrollBar { border: none; background: transparent; margin: 0; }"
         "QScrollBar:vertical { width: 10px; }"
         "QScrollBar:horizontal { height: 10px; }"

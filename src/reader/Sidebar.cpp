@@ -10,34 +10,56 @@ namespace Quillory {
 
 namespace {
 
-constexpr int sidebarWidth = 200; // points
+constexpr int sidebarWidth = 200; // points, as all that follows
+constexpr int aside = 8;
+constexpr int spacing = 6;
 
 }
 
-Sidebar::Sidebar(LibraryStore& store, Executor& executor, QWidget* parent)
+Sidebar::Sidebar(LibraryStore& store, Executor& executor, std::function<void()> giveUpKeyboard, QWidget* parent)
     : QWidget(parent)
     , m_store(store)
+    , m_search(new LibrarySearchField(store, this))
     , m_list(new SheetList(store, this))
+    , m_nothing(new QLabel(tr("No matching sheets"), this))
     , m_busy(new BusyIndicator(executor, this))
 {
     makePane(*this, "chrome");
     setFixedWidth(sidebarWidth);
     auto* const rows = new QVBoxLayout(this);
-    rows->setContentsMargins(8, 10, 8, 8);
-    rows->setSpacing(6);
+    rows->setContentsMargins(aside, aside + 2, aside, aside);
+    rows->setSpacing(spacing);
     auto* const heading = new QLabel(tr("YOUR SHEETS"), this);
     heading->setObjectName(QStringLiteral("heading"));
-    heading->setContentsMargins(6, 0, 0, 0);
+    heading->setContentsMargins(SheetRowDelegate::inset, 0, 0, 0);
     auto* const top = new QHBoxLayout;
     top->addWidget(heading, 1);
     top->addWidget(m_busy);
     rows->addLayout(top);
+    rows->addWidget(m_search);
+    m_nothing->setObjectName(QStringLiteral("secondary"));
+    m_nothing->setContentsMargins(SheetRowDelegate::inset, spacing, 0, 0);
+    m_nothing->setAlignment(Qt::AlignTop);
+    rows->addWidget(m_nothing, 1);
     rows->addWidget(m_list, 1);
+
+    connect(m_search, &LibrarySearchField::accepted, this, giveUpKeyboard);
+    connect(m_list, &SheetList::typed, m_search, &LibrarySearchField::type);
+    connect(m_list, &SheetList::accepted, this, [this, giveUpKeyboard] {
+        if (m_store.acceptLibrarySearch())
+            giveUpKeyboard();
+    });
 }
 
 void Sidebar::refresh()
 {
+    m_search->refresh();
     m_list->refresh();
+    bool const isEmpty = m_list->model()->rowCount() == 0;
+    // Whether a folder has sheets is known when it has been read.
+    bool const isKnown = !m_store.busy || !m_store.folder.value() || !m_store.sheets.value().isEmpty();
+    m_nothing->setVisible(isEmpty && isKnown);
+    m_list->setVisible(!m_nothing->isVisibleTo(this));
     m_busy->setBusy(m_store.busy);
 }
 

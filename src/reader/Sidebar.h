@@ -1,26 +1,35 @@
 #pragma once
 
 #include "reader/BusyIndicator.h"
+#include "reader/LibrarySearchField.h"
 #include "reader/SheetList.h"
 
 #include <QWidget>
 
+#include <functional>
+
+class QLabel;
+
 namespace Quillory {
 
-// The sheets of the folder, under a heading that also tells of a load. GUI thread only.
+// The sheets of the folder that the search finds, below its field and a heading that also tells of a load.
+// GUI thread only.
 class Sidebar : public QWidget {
     Q_OBJECT
 public:
-    // The store and the executor outlive the bar.
-    Sidebar(LibraryStore& store, Executor& executor, QWidget* parent);
+    // Store and executor outlive the bar. `giveUpKeyboard` hands it to the text.
+    Sidebar(LibraryStore& store, Executor& executor, std::function<void()> giveUpKeyboard, QWidget* parent);
 
     void refresh();
 
     SheetList& list() const { return *m_list; }
+    LibrarySearchField& searchField() const { return *m_search; }
 
 private:
     LibraryStore& m_store;
+    LibrarySearchField* m_search;
     SheetList* m_list;
+    QLabel* m_nothing; // in the place of the list
     BusyIndicator* m_busy;
 };
 

@@ -61,7 +61,7 @@ TEST_F(ReaderViewTest, Bars_list_and_text_share_the_smallest_panel_in_their_colo
         EXPECT_EQ(at(list, list.rect().bottomLeft()), ReaderColors::chrome.resolved(appearance));
         EXPECT_EQ(at(label("title"), { 2, 2 }), ReaderColors::surface.resolved(appearance));
         EXPECT_EQ(at(*list.viewport(), list.visualRect(list.currentIndex()).topRight() - QPoint(9, -3)),
-            QPalette().color(QPalette::Highlight));
+            SheetRowColors::fromPalette(QPalette()).selection);
         for (auto const* const separator : view.findChildren<QWidget*>(u"separator"_s))
             EXPECT_EQ(at(*separator, {}), ReaderColors::codeBorder.resolved(appearance));
     }
