@@ -2,10 +2,17 @@
 
 #include "reader/Panes.h"
 #include "reader/text/EventModifiers.h"
+#include "textlayout/ColorSet.h"
 
 #include <QKeyEvent>
 
 namespace Quillory {
+
+namespace {
+
+constexpr float placeholderShare = 0.65F;
+
+}
 
 LibrarySearchField::LibrarySearchField(LibraryStore& store, QWidget* parent)
     : QLineEdit(parent)
@@ -14,6 +21,7 @@ LibrarySearchField::LibrarySearchField(LibraryStore& store, QWidget* parent)
     setPlaceholderText(tr("Search library"));
     setAccessibleName(tr("Search library"));
     setHelp(*this, tr("Filter sheets by title and content (⌘K)"));
+    takeColors();
     connect(this, &QLineEdit::textChanged, this, [this](QString const& query) { m_store.setLibraryQuery(query); });
 }
 
@@ -21,6 +29,25 @@ void LibrarySearchField::refresh()
 {
     if (text() != m_store.libraryQuery.value())
         setText(m_store.libraryQuery);
+}
+
+// Many palettes have a colour for it that can't be read on their own ground.
+void LibrarySearchField::takeColors()
+{
+    auto colors = palette();
+    auto placeholder = ColorSet::fromPalette(colors).label;
+    placeholder.setAlphaF(placeholderShare);
+    if (placeholder == colors.color(QPalette::PlaceholderText))
+        return;
+    colors.setColor(QPalette::PlaceholderText, placeholder);
+    setPalette(colors);
+}
+
+void LibrarySearchField::changeEvent(QEvent* event)
+{
+    QLineEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        takeColors();
 }
 
 void LibrarySearchField::type(QKeyEvent* event)

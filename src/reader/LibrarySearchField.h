@@ -24,10 +24,13 @@ Q_SIGNALS:
     void accepted();
 
 protected:
+    void changeEvent(QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
+    void takeColors();
+
     LibraryStore& m_store;
 };
 
