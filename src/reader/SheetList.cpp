@@ -63,14 +63,18 @@ void SheetList::changeEvent(QEvent* event)
 QList<SheetListModel::Row> SheetList::makeRows() const
 {
     auto const& results = m_store.libraryResults.value();
-    QSet<QString> const found(results.cbegin(), results.cend());
+    auto const& sheets = m_store.sheets.value();
+    QSet<QString> found; // most often all, which takes no set
+    bool const areAll = std::ranges::equal(results, sheets, {}, {}, &Sheet::id);
+    if (!areAll)
+        found = { results.cbegin(), results.cend() };
     QSet<QString> pinned;
     for (auto const& pin : m_store.pinnedIDs.value())
         pinned.insert(canonicalForm(pin));
     QList<SheetListModel::Row> rows;
     rows.reserve(results.size());
-    for (auto const& sheet : m_store.sheets.value()) {
-        if (found.contains(sheet.id))
+    for (auto const& sheet : sheets) {
+        if (areAll || found.contains(sheet.id))
             rows.append({ sheet.id, sheet.title, sheet.error.value_or(QString()),
                 !pinned.isEmpty() && pinned.contains(canonicalForm(sheet.id)) });
     }
