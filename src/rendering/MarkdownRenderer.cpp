@@ -61,7 +61,7 @@ public:
         : m_images(images)
         , m_textSize(textSize)
         , m_plainStyle(m_text.add(ParagraphStyle()))
-        , m_headingStyle(m_text.add(ParagraphStyle { .paragraphSpacing = headingSpacing }))
+        , m_headingStyle(m_text.add(ParagraphStyle { .paragraphSpacing = headingSpacing, .isHeading = true }))
     {
     }
 

@@ -49,6 +49,7 @@ struct ParagraphStyle {
     Wrapping wrapping = Wrapping::atView;
     double rightTabStop = 0; // where text after a tab ends, from the paragraph's left edge; 0 for none
     std::optional<TableBlock> block;
+    bool isHeading = false;
 
     bool operator==(ParagraphStyle const&) const = default;
 };

@@ -175,7 +175,7 @@ private:
             .widths = TableBlock::Widths::fixed,
             .widthPercent = 100.0 / m_columns.count(),
         };
-        auto const style = [&](double after, double before = 0) {
+        auto const style = [&](double after, double before = 0, bool isHeading = false) {
             ParagraphStyle const common {
                 .minimumLineHeight = m_prepared.m_textSize + lineIncrease,
                 .paragraphSpacingBefore = before,
@@ -183,11 +183,13 @@ private:
                 .lineSpacing = lineSpacing,
                 .rightTabStop = m_columns.contentWidth,
                 .block = block,
+                .isHeading = isHeading,
             };
             return m_text.add(m_text.add(common), { .column = column });
         };
-        m_sectionStyle = style(spacingAfterSection);
-        m_laterSectionStyle = style(spacingAfterSection, spacingBeforeSection);
+        m_sectionStyle = style(spacingAfterSection, 0, true);
+        m_laterSectionStyle = style(spacingAfterSection, spacingBeforeSection, true);
+        m_descriptionStyle = style(spacingAfterSection);
         m_entryStyle = style(spacingAfterEntry);
         m_entryTextStyle = style(spacingAfterEntryText);
         m_atTop = true;
@@ -206,7 +208,7 @@ private:
         }
         appendLine(section.title, titleLook, title);
         if (!section.description.isEmpty())
-            appendLine(section.description, descriptionLook, m_sectionStyle);
+            appendLine(section.description, descriptionLook, m_descriptionStyle);
         for (auto const& entry : section.entries)
             append(entry);
     }
@@ -250,6 +252,7 @@ private:
     std::vector<Builder::AttributesId> m_looks;
     Builder::StyleId m_sectionStyle {}; // of the current column, and so are those below
     Builder::StyleId m_laterSectionStyle {};
+    Builder::StyleId m_descriptionStyle {}; // of a section
     Builder::StyleId m_entryStyle {};
     Builder::StyleId m_entryTextStyle {};
     bool m_atTop = false;

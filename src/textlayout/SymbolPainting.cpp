@@ -1,6 +1,10 @@
 #include "textlayout/SymbolPainting.h"
 
+#include "textlayout/SymbolDrawings.h"
+
 #include <QPainter>
+
+#include <algorithm>
 
 namespace Quillory {
 
@@ -12,10 +16,31 @@ constexpr double cornerRadius = 1.0 / 7;
 constexpr double dash = 1.9; // in widths of the line
 constexpr double gap = 1.7;
 
+constexpr double drawnLine = 1.6;   // in units of the drawings
+constexpr double thinnestLine = 1.2; // points, which small symbols need to be seen
+
+void paintDrawing(QPainter& painter, SymbolDrawing const& drawing, QRectF const& rectangle, QColor const& color)
+{
+    auto const scale = std::min(rectangle.width(), rectangle.height()) / SymbolDrawing::side;
+    painter.translate(rectangle.center());
+    painter.scale(scale, scale);
+    painter.translate(-SymbolDrawing::side / 2, -SymbolDrawing::side / 2);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (drawing.ink == SymbolDrawing::Ink::area)
+        return painter.fillPath(drawing.path, color);
+    auto const width = std::max(drawnLine, thinnestLine / scale);
+    painter.strokePath(drawing.path, QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
 }
 
-void paintSymbol(QPainter& painter, QString const&, QRectF const& rectangle, QColor const& color)
+}
+
+void paintSymbol(QPainter& painter, QString const& name, QRectF const& rectangle, QColor const& color)
 {
+    if (auto const* const drawing = SymbolDrawing::of(name)) {
+        painter.save();
+        paintDrawing(painter, *drawing, rectangle, color);
+        return painter.restore();
+    }
     auto const size = std::min(rectangle.width(), rectangle.height());
     QPen pen(color, size * lineWidth);
     pen.setDashPattern({ dash, gap });
