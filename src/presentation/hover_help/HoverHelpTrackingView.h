@@ -1,0 +1,60 @@
+#pragma once
+
+#include "platform/Registration.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QRect>
+#include <QString>
+
+#include <chrono>
+#include <optional>
+
+class QWidget;
+
+namespace Quillory {
+
+class HoverTooltipPanel;
+
+// Watches the pointer over one control and shows the help after a moment, also while the control is disabled or its
+// window has not got the keyboard. Takes no event from the control. Hides with the control. GUI thread only.
+class HoverHelpTrackingView final : public QObject {
+    Q_OBJECT
+public:
+    static constexpr std::chrono::milliseconds delay { 350 };
+
+    // The control's own, made at the first call. Belongs to the control.
+    static HoverHelpTrackingView& of(QWidget& control);
+    ~HoverHelpTrackingView() override;
+
+    // A help that is up shows the new text at once.
+    void setText(QString const& text);
+    QString const& text() const { return m_text; }
+
+    // The text is about this part of the control, in its coordinates; about all of it when absent.
+    void setArea(std::optional<QRect> area) { m_area = area; }
+
+    // The pointer came to what the text is about. What the control as a whole sees is noticed without a call.
+    void mouseEntered();
+
+    // Takes everything away, until the pointer enters the next time.
+    void dismiss();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    explicit HoverHelpTrackingView(QWidget& control);
+
+    void show();
+    void removeTooltip();
+
+    QWidget& m_control;
+    QString m_text;
+    std::optional<QRect> m_area;
+    bool m_hovered = false;
+    Registration m_pending;
+    QPointer<HoverTooltipPanel> m_tooltip;
+};
+
+}
