@@ -20,7 +20,13 @@ void AppDelegate::applicationDidFinishLaunching()
     m_shortcuts.define(ShortcutName::peekQuillory());
     m_panel = std::make_unique<ReaderPanel>(m_store,
         ReaderPanel::Services { library.defaults, library.workspace, m_services.screens,
-            { library.executor, library.clipboard }, m_services.makePanelWindow, m_services.quit });
+
+            { .executor = library.executor,
+                .clipboard = library.clipboard,
+                .notifications = m_services.notifications,
+                .quit = m_services.quit,
+                .howToCall = m_services.howToCall },
+            m_services.makePanelWindow });
     m_presentation.emplace(m_store,
         PresentationCoordinator::Services { m_shortcuts, library.workspace, m_services.session,
             m_services.modifierEvents, m_services.permission, m_services.keys, library.executor },

@@ -27,6 +27,7 @@ public:
         MakePanelWindow makePanelWindow;
         ApplicationInstance& instance;
         std::function<void()> quit;
+        std::function<QStringList()> howToCall; // one sentence for each shortcut, as it is stored now
         // When the user asked for what another process passed on, as a server time; absent for now.
         std::function<void(std::optional<std::uint32_t>)> noteUserTime;
     };

@@ -123,6 +123,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
         .instance = instance,
         .quit = [] { QCoreApplication::exit(); },
+        .howToCall = [&] { return howToCall(ShortcutStorage(defaults, notifications), desktop.keyboardLayout()); },
         .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
     });
     OrderlyEnd end([&] {

@@ -2,11 +2,11 @@
 
 #include "presentation/PanelFrame.h"
 #include "presentation/WindowEdges.h"
+#include "presentation/hover_help/HoverHelpTrackingView.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QToolTip>
 #include <QWindow>
 
 #include <utility>
@@ -171,8 +171,7 @@ void ReaderPanel::focusReader()
             m_shown->isFresh = false;
         if (m_store.librarySearchVisible.value() || m_store.findVisible.value())
             return;
-        if (auto* const text = m_view.textView(); text->isVisibleTo(this))
-            text->setFocus();
+        m_view.takeKeyboard();
     });
 }
 
@@ -204,7 +203,8 @@ void ReaderPanel::tellLevel()
 
 void ReaderPanel::dismissTooltips()
 {
-    QToolTip::hideText();
+    for (auto* const help : findChildren<HoverHelpTrackingView*>())
+        help->dismiss();
 }
 
 void ReaderPanel::closeEvent(QCloseEvent* event)
@@ -231,11 +231,8 @@ void ReaderPanel::resizeEvent(QResizeEvent* event)
 
 void ReaderPanel::keyPressEvent(QKeyEvent* event)
 {
-    if (event->key() == Qt::Key_Escape)
-        onDismiss();
-    else if (event->matches(QKeySequence::Quit))
-        m_services.quit();
-    else
+    // With the keyboard on nothing in it.
+    if (!m_view.perform(*event))
         QWidget::keyPressEvent(event);
 }
 

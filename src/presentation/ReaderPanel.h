@@ -31,7 +31,6 @@ public:
         Screens& screens;
         ReaderServices reader;
         MakePanelWindow makeWindow;
-        std::function<void()> quit; // the whole program
     };
 
     static constexpr char frameKey[] = "persistentPanelFrame";

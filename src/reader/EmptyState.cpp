@@ -1,42 +1,101 @@
 #include "reader/EmptyState.h"
 
-#include "reader/Panes.h"
+#include "reader/BarButton.h"
+#include "textlayout/SymbolPainting.h"
 
 #include <QLabel>
-#include <QPushButton>
+#include <QPainter>
 #include <QVBoxLayout>
 
 namespace Quillory {
 
-EmptyState::EmptyState(LibraryStore& store, QWidget* parent)
-    : QWidget(parent)
-    , m_store(store)
-    , m_text(new QLabel(this))
-    , m_chooseFolder(new QPushButton(tr("Choose folder"), this))
+namespace {
+
+constexpr int symbolSide = 48; // points, as all that follows
+constexpr int gap = 16;
+constexpr int smallGap = 6;
+
+class DocumentSymbol : public QWidget {
+public:
+    explicit DocumentSymbol(QWidget* parent)
+        : QWidget(parent)
+    {
+        setFixedSize(symbolSide, symbolSide);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        paintSymbol(painter, QStringLiteral("doc.text"), rect(), palette().color(QPalette::PlaceholderText));
+    }
+};
+
+QLabel* makeLabel(char const* name, QWidget* parent)
 {
-    auto* const rows = new QVBoxLayout(this);
-    m_text->setAlignment(Qt::AlignCenter);
-    m_text->setWordWrap(true);
-    setHelp(*m_chooseFolder, tr("Choose the folder containing your cheat sheets"));
-    connect(m_chooseFolder, &QPushButton::clicked, this, [this] { m_store.chooseFolder(window()->winId()); });
-    rows->addStretch();
-    rows->addWidget(m_text);
-    rows->addWidget(m_chooseFolder, 0, Qt::AlignHCenter);
-    rows->addStretch();
+    auto* const label = new QLabel(parent);
+    label->setObjectName(QLatin1StringView(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(Qt::AlignCenter);
+    label->setWordWrap(true);
+    return label;
 }
 
-void EmptyState::refresh(bool hasSheet)
+}
+
+EmptyState::EmptyState(std::function<QStringList()> howToCall, QWidget* parent)
+    : QWidget(parent)
+    , m_howToCall(std::move(howToCall))
+    , m_content(new QWidget(this))
+    , m_title(makeLabel("large", m_content))
+    , m_text(makeLabel("emptyText", m_content))
+    , m_calls(makeLabel("secondary", m_content))
+    , m_chooseFolder(BarButton::withText(tr("Choose folder"), tr("Choose the folder containing your cheat sheets"),
+          BarButton::Look::prominent, m_content))
 {
-    auto const hasFolder = m_store.folder.value().has_value();
-    setVisible(!hasSheet);
-    m_chooseFolder->setVisible(!hasFolder);
-    // Whether a folder has sheets is known when it has been read.
-    bool const isKnown = !hasFolder || !m_store.busy;
-    m_text->setVisible(isKnown);
-    if (!hasSheet && isKnown)
-        m_text->setText(hasFolder
-                ? tr("<h3>No cheat sheets</h3>Add top-level .md or .quillory.json files, or install starter sheets.")
-                : tr("<h3>Your sheets, one click away</h3>Choose a folder to start. Your files stay yours."));
+    auto* const around = new QVBoxLayout(this);
+    around->addWidget(m_content);
+    auto* const rows = new QVBoxLayout(m_content);
+    rows->setContentsMargins(gap, smallGap, gap, smallGap);
+    rows->setSpacing(gap);
+    rows->addStretch();
+    rows->addWidget(new DocumentSymbol(m_content), 0, Qt::AlignHCenter);
+    rows->addWidget(m_title);
+    rows->addWidget(m_text);
+    auto* const install = BarButton::withText(tr("Install starter sheets"),
+        tr("Choose bundled example sheets to add to your folder"), BarButton::Look::framed, m_content);
+    rows->addWidget(m_chooseFolder, 0, Qt::AlignHCenter);
+    rows->addSpacing(smallGap - gap);
+    rows->addWidget(install, 0, Qt::AlignHCenter);
+    rows->addWidget(m_calls);
+    rows->addStretch();
+    connect(m_chooseFolder, &BarButton::clicked, this, &EmptyState::chooseFolder);
+    connect(install, &BarButton::clicked, this, &EmptyState::installStarters);
+}
+
+void EmptyState::refresh(ReaderWindowState const& state)
+{
+    using enum ReaderWindowState::Content;
+    setVisible(state.content != sheet);
+    m_content->setVisible(state.content != notYetKnown);
+    if (state.content == noFolder) {
+        m_title->setText(tr("Your sheets, one click away"));
+        m_text->setText(tr("Choose a folder to start. Your files stay yours."));
+    } else if (state.content == noSheets) {
+        m_title->setText(tr("No cheat sheets"));
+        m_text->setText(tr("Add top-level .md or .quillory.json files, or install starter sheets."));
+    }
+}
+
+void EmptyState::takeKeyboard()
+{
+    m_chooseFolder->setFocus(Qt::OtherFocusReason);
+}
+
+void EmptyState::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    m_calls->setText(m_howToCall().join(u'\n'));
 }
 
 }

@@ -1,28 +1,44 @@
 #pragma once
 
-#include "library/LibraryStore.h"
+#include "reader/ReaderWindowState.h"
 
 #include <QWidget>
 
+#include <functional>
+
 class QLabel;
-class QPushButton;
 
 namespace Quillory {
 
-// Stands in the place of a sheet while there is none, with the way to a folder. GUI thread only.
+class BarButton;
+
+// Stands in the place of a sheet while there is none, with the ways to one, and how the reader is called. GUI thread only.
 class EmptyState : public QWidget {
     Q_OBJECT
 public:
-    // The store outlives it.
-    EmptyState(LibraryStore& store, QWidget* parent);
+    // `howToCall` gives a sentence for each shortcut.
+    EmptyState(std::function<QStringList()> howToCall, QWidget* parent);
 
     // Hidden while a sheet is shown.
-    void refresh(bool hasSheet);
+    void refresh(ReaderWindowState const& state);
+
+    // Puts the keyboard on the first button.
+    void takeKeyboard();
+
+Q_SIGNALS:
+    void chooseFolder();
+    void installStarters();
+
+protected:
+    void showEvent(QShowEvent* event) override;
 
 private:
-    LibraryStore& m_store;
+    std::function<QStringList()> m_howToCall;
+    QWidget* m_content;
+    QLabel* m_title;
     QLabel* m_text;
-    QPushButton* m_chooseFolder;
+    QLabel* m_calls;
+    BarButton* m_chooseFolder;
 };
 
 }

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "library/LibraryStore.h"
-
-#include <QWidget>
-
-class QLabel;
+#include "reader/BannerLabel.h"
+#include "reader/ReaderWindowState.h"
 
 namespace Quillory {
 
@@ -15,12 +13,11 @@ public:
     // The store outlives the bar.
     MessageBar(LibraryStore& store, QWidget* parent);
 
-    // Takes over the store's message.
-    void refresh();
+    void refresh(ReaderWindowState const& state);
 
 private:
     LibraryStore& m_store;
-    QLabel* m_text;
+    BannerLabel* m_text;
 };
 
 }

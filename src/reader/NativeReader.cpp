@@ -43,6 +43,15 @@ NativeReader::NativeReader(
 
 NativeReader::~NativeReader() = default;
 
+void NativeReader::prepareFor(Sheet const& next)
+{
+    if (!m_documentKey || m_documentKey->id == next.id)
+        return;
+    storePlace();
+    m_isPlaceStored = true;
+    textView().onScroll = nullptr;
+}
+
 void NativeReader::update(Sheet const& sheet)
 {
     auto& view = textView();
@@ -66,7 +75,7 @@ DocumentKey NativeReader::keyOf(Sheet const& sheet) const
 void NativeReader::rebuild(Sheet const& sheet, DocumentKey key)
 {
     auto& view = textView();
-    if (m_documentKey)
+    if (!std::exchange(m_isPlaceStored, false) && m_documentKey)
         storePlace();
     view.onScroll = nullptr;
     auto old = std::exchange(m_documentKey, key);

@@ -33,6 +33,9 @@ public:
     // Belongs to its parent.
     ReaderScrollView& scrollView() const { return *m_scrollView; }
 
+    // Called before bars change for the sheet that is shown next: the place in the one that is left is as it is now.
+    void prepareFor(Sheet const& next);
+
     // Called for every change of what the reader observes. Does nothing to the text, nor to where it is scrolled, when the
     // sheet's text, pictures and text size are the same.
     void update(Sheet const& sheet);
@@ -75,6 +78,7 @@ private:
     QString m_lastFindQuery;
     std::deque<Kept> m_kept; // the latest first
     QHash<QString, Place> m_places; // by sheet id
+    bool m_isPlaceStored = false; // of what is shown, which is about to go
     Registration m_statusTask;
     QPropertyNotifier m_folderObservation;
 };

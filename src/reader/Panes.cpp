@@ -1,6 +1,7 @@
 #include "reader/Panes.h"
 
-#include <QToolButton>
+#include "presentation/hover_help/HoverHelp.h"
+#include "reader/BarButton.h"
 
 namespace Quillory {
 
@@ -19,18 +20,12 @@ QWidget* makeSeparator(QWidget* parent)
 
 void setHelp(QWidget& widget, QString const& text)
 {
-    widget.setToolTip(text);
+    hoverHelp(widget, text);
 }
 
-QToolButton* makeCloseButton(QWidget* parent, QString const& label)
+BarButton* makeCloseButton(QWidget* parent, QString const& label, QString const& help)
 {
-    auto* const button = new QToolButton(parent);
-    button->setText(QStringLiteral("✕"));
-    button->setAccessibleName(label);
-    setHelp(*button, label);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
-    return button;
+    return new BarButton(QStringLiteral("xmark"), label, help, parent);
 }
 
 }

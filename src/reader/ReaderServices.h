@@ -2,6 +2,11 @@
 
 #include "platform/Clipboard.h"
 #include "platform/Executor.h"
+#include "platform/NotificationCenter.h"
+
+#include <QStringList>
+
+#include <functional>
 
 namespace Quillory {
 
@@ -9,6 +14,13 @@ namespace Quillory {
 struct ReaderServices {
     Executor& executor;
     Clipboard& clipboard;
+    NotificationCenter& notifications;
+    // Opens the settings window; empty where there is none.
+    std::function<void()> openSettings = nullptr;
+    // Ends the whole program.
+    std::function<void()> quit = [] { };
+    // How the reader is called, one sentence for each shortcut.
+    std::function<QStringList()> howToCall = [] { return QStringList(); };
 };
 
 }

@@ -1,26 +1,32 @@
 #pragma once
 
 #include "library/LibraryStore.h"
-#include "reader/NativeReader.h"
+#include "reader/ReaderCommand.h"
 #include "reader/ReaderServices.h"
+#include "reader/ReaderWindowState.h"
 
+#include <QPointer>
 #include <QProperty>
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
-class QLabel;
+class QWheelEvent;
 
 namespace Quillory {
 
-class EmptyState;
-class MessageBar;
+class BottomBar;
+class ReaderTextView;
+class ReadingSide;
+class SheetOverlay;
 class Sidebar;
+class TextSizePopover;
 class TopBar;
 
-// The whole content of the reader panel: a top bar, the sidebar of sheets and the selected sheet with its banners.
-// Follows the store; several changes of one turn of the event loop cost one refresh. GUI thread only.
+// The whole content of the reader panel: a top bar, the sidebar of sheets, the selected sheet with its banners, and a
+// bottom bar. Follows the store; several changes of one turn of the event loop cost one refresh. GUI thread only.
 class ReaderView : public QWidget {
     Q_OBJECT
 public:
@@ -30,7 +36,7 @@ public:
 
     // The bar by which the window around it can be dragged.
     QWidget* topBar() const;
-    ReaderTextView* textView() const { return &m_reader->scrollView().textView(); }
+    ReaderTextView* textView() const;
 
     // Leaves what the user did in the view itself, for the next time that it is called up.
     void startAfresh();
@@ -38,25 +44,46 @@ public:
     // Takes over now what has changed, instead of in a later turn.
     void refresh();
 
+    // Puts the keyboard on the text, or without a sheet on the way to one.
+    void takeKeyboard();
+
+    // False when the key does nothing in the window.
+    bool perform(QKeyEvent const& event);
+
 protected:
     void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool focusNextPrevChild(bool forwards) override;
 
 private:
-    QWidget* makeReadingSide(std::function<void()> dismiss);
+    void layOut();
+    void connectBars();
     void observeStore();
     void refreshLater();
-    void refreshError(Sheet const* sheet);
-    void applyColors();
+    void applyStyle();
+    void perform(ReaderCommand command);
+    bool turnTextSize(QWheelEvent const& wheel);
+    void changeTextSize(double size);
+    void searchLibrary();
+    void openFind();
+    void closeFind();
+    void toggleTextSize();
+    void showStarters();
+    void showActions();
+    void chooseFolder();
 
     LibraryStore& m_store;
     ReaderServices m_services;
+    std::function<void()> m_dismiss;
     TopBar* m_topBar;
     Sidebar* m_sidebar;
-    QLabel* m_title = nullptr;
-    MessageBar* m_message = nullptr;
-    QLabel* m_error = nullptr;
-    EmptyState* m_emptyState = nullptr;
-    std::unique_ptr<NativeReader> m_reader;
+    ReadingSide* m_reading;
+    BottomBar* m_bottomBar;
+    TextSizePopover* m_textSize = nullptr; // made when it is first opened
+    QPointer<SheetOverlay> m_starters;     // while they are shown
+    std::optional<ReaderWindowState> m_state;
+    int m_wheelTurned = 0; // in eighths of a degree, towards the next step of the text size
     std::vector<QPropertyNotifier> m_observations;
     Registration m_refreshTask;
 };

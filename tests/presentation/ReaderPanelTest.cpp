@@ -1,5 +1,7 @@
 #include "presentation/ReaderPanel.h"
 #include "presentation/PanelFrame.h"
+#include "reader/BarButton.h"
+#include "reader/NativeReader.h"
 
 #include "support/FakeLibraryServices.h"
 #include "support/FakePanelWindow.h"
@@ -7,7 +9,6 @@
 #include "support/Test.h"
 
 #include <QTest>
-#include <QToolButton>
 
 namespace Quillory {
 namespace {
@@ -46,11 +47,12 @@ protected:
     std::optional<QString> stored() const { return services.defaults.get<QString>(frameKey); }
 
     FakeLibraryServices services;
+    NotificationCenter notifications;
     LibraryStore library { services.services(), LibraryStore::RestoreFolder::no };
     FakeScreens screens { { QRect(0, 0, 1280, 900) } };
     FakePanelWindow* window = nullptr;
     ReaderPanel panel { library,
-        { services.defaults, services.workspace, screens, { services.executor, services.clipboard },
+        { services.defaults, services.workspace, screens, { services.executor, services.clipboard, notifications },
             [this](std::uint64_t) {
                 auto made = std::make_unique<FakePanelWindow>();
                 window = made.get();
@@ -170,7 +172,10 @@ TEST_F(ReaderPanelTest, Each_show_begins_with_a_view_like_a_new_one)
 TEST_F(ReaderPanelTest, A_close_is_told_once_and_while_it_is_still_up)
 {
     show();
-    panel.findChild<QToolButton*>()->click();
+    for (auto* const button : panel.findChildren<BarButton*>()) {
+        if (button->accessibleName() == u"Close"_s)
+            button->click();
+    }
     EXPECT_THAT(closings, ElementsAre(true));
     EXPECT_FALSE(panel.isVisible());
     for (auto* const widget :

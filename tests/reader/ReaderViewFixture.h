@@ -1,5 +1,6 @@
 #pragma once
 
+#include "reader/NativeReader.h"
 #include "reader/ReaderView.h"
 #include "reader/SheetList.h"
 #include "rendering/MarkdownRenderer.h"
@@ -89,9 +90,10 @@ protected:
     }
 
     FakeLibraryServices services;
+    NotificationCenter notifications;
     LibraryStore store { services.services(), LibraryStore::RestoreFolder::no };
     int dismissals = 0;
-    ReaderView view { store, { services.executor, services.clipboard }, [this] { ++dismissals; } };
+    ReaderView view { store, { services.executor, services.clipboard, notifications }, [this] { ++dismissals; } };
     ReaderTextView& text { *view.textView() };
     SheetList& list { *view.findChild<SheetList*>() };
 };

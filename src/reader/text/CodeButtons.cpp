@@ -20,6 +20,8 @@ CodeButtons::~CodeButtons() = default;
 void CodeButtons::drop(std::vector<CodeCopyButton*> const& buttons)
 {
     for (auto* const button : buttons) {
+        if (button->hasFocus())
+            m_view.setFocus(); // the toolkit would go on to whatever follows
         button->hide();
         button->deleteLater(); // a click on it may be going on
     }

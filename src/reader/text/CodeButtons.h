@@ -45,7 +45,7 @@ private:
     CodeCopyButton* makeButton(qsizetype target, QString const& text);
     void setCopied(std::optional<qsizetype> target);
     void refresh(CodeCopyButton& button) const;
-    static void drop(std::vector<CodeCopyButton*> const& buttons);
+    void drop(std::vector<CodeCopyButton*> const& buttons);
 
     QWidget& m_view;
     Executor& m_executor;

@@ -1,8 +1,11 @@
 #include "reader/text/CodeCopyButton.h"
 
+#include "presentation/hover_help/HoverHelp.h"
+#include "reader/text/FocusRing.h"
 #include "rendering/ReaderColors.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -47,7 +50,7 @@ CodeCopyButton::CodeCopyButton(qsizetype tag, QString const& label, QWidget* par
     , m_colors(ColorSet::fromPalette(palette()))
 {
     setAccessibleName(CopyLook::label(label, CopyLook::spokenCharacters));
-    setFocusPolicy(Qt::NoFocus);
+    setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
     setFixedSize(fixedSize);
 }
@@ -57,8 +60,7 @@ void CodeCopyButton::refresh(bool copied, bool learningModeEnabled, ColorSet con
     m_copied = copied;
     m_colors = colors;
     auto const look = CopyLook::of(copied, learningModeEnabled);
-    setAccessibleDescription(look.help);
-    setToolTip(look.help);
+    hoverHelp(*this, look.help);
     setEnabled(!learningModeEnabled);
     setCursor(learningModeEnabled ? Qt::ArrowCursor : Qt::PointingHandCursor);
     update();
@@ -96,6 +98,18 @@ void CodeCopyButton::paintEvent(QPaintEvent*)
         drawCheckmark(painter);
     else
         drawDocuments(painter);
+    if (hasFocus()) {
+        painter.resetTransform();
+        paintFocusRing(painter, rect(), radius, ReaderColors::commandKey.resolved(m_colors.appearance));
+    }
+}
+
+void CodeCopyButton::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
 }
 
 }

@@ -7,7 +7,7 @@
 
 namespace Quillory {
 
-// The small button over a code block. Never takes the keyboard from the text. GUI thread only.
+// The small button over a code block. A click on it leaves the keyboard with the text. GUI thread only.
 class CodeCopyButton : public QAbstractButton {
     Q_OBJECT
 public:
@@ -24,6 +24,7 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     qsizetype m_tag;

@@ -51,6 +51,7 @@ void ReaderScrollView::updateScrollBars()
         bar.setPageStep(page);
         bar.setSingleStep(scrollStep);
         bar.setValue(qRound(value));
+        bar.setEnabled(bar.maximum() > 0); // a bar without a way to go shows no handle
     };
     auto const origin = m_textView->scrollOrigin();
     apply(*verticalScrollBar(), size.height(), viewport()->height(), origin.y());

@@ -2,9 +2,9 @@
 
 #include "reader/text/BlockPainter.h"
 #include "reader/text/EventModifiers.h"
+#include "reader/text/FocusRing.h"
 #include "reader/text/ReaderTextViewAccessible.h"
 #include "reader/text/SelectionPainting.h"
-#include "text/OneLine.h"
 #include "text/SearchFolding.h"
 
 #include <QContextMenuEvent>
@@ -14,8 +14,6 @@
 #include <QPaintEvent>
 #include <QPainter>
 #include <QTimerEvent>
-#include <QToolTip>
-#include <QUrl>
 
 #include <algorithm>
 #include <cmath>
@@ -86,6 +84,7 @@ void ReaderTextView::takeUpText()
     m_buttons.clear();
     m_pointer.cancel();
     tellLink({});
+    hoverLink({}, {});
     m_commands.forgetColumn();
     setSelection(m_selection);
     layOut();
@@ -178,6 +177,7 @@ void ReaderTextView::moveOrigin(QPointF origin)
     if (origin == m_origin && origin == m_toldOrigin)
         return;
     m_origin = m_toldOrigin = origin;
+    hoverLink({}, {}); // it has gone from under the pointer
     update();
     if (onScroll)
         onScroll(m_origin);
@@ -277,6 +277,20 @@ void ReaderTextView::keyPressEvent(QKeyEvent* event)
         event->ignore();
 }
 
+void ReaderTextView::focusInEvent(QFocusEvent* event)
+{
+    m_showsFocus = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    QWidget::focusInEvent(event);
+    update();
+}
+
+void ReaderTextView::focusOutEvent(QFocusEvent* event)
+{
+    m_showsFocus = false;
+    QWidget::focusOutEvent(event);
+    update();
+}
+
 void ReaderTextView::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton)
@@ -321,15 +335,13 @@ void ReaderTextView::setSelection(TextSelection selection)
 
 void ReaderTextView::tellLink(QString const& link)
 {
-    // As the browser will get it: letters that only look like others are spelled out.
-    auto const address = QString::fromLatin1(QUrl(link).toEncoded());
-    auto const help = link.isEmpty() ? QString() : tr("Opens %1").arg(oneLine(address));
-    if (help == toolTip())
-        return;
-    if (help.isEmpty())
-        QToolTip::hideText();
-    setToolTip(help);
-    setAccessibleDescription(help);
+    setAccessibleDescription(LinkHelp::of(link));
+}
+
+void ReaderTextView::hoverLink(QString const& link, QRectF const& place)
+{
+    if (m_linkHelp.hover(link, place.translated(-m_origin)))
+        tellLink(link);
 }
 
 QRectF ReaderTextView::boundingRect(TextRange range) const
@@ -469,6 +481,10 @@ void ReaderTextView::paintEvent(QPaintEvent* event)
     painter.restore();
     painter.setRenderHint(QPainter::Antialiasing);
     blocks.paintEdges(painter, m_origin.x(), width());
+    if (m_showsFocus) {
+        painter.resetTransform();
+        paintFocusRing(painter, rect(), 0, ReaderColors::commandKey.resolved(m_colors.appearance));
+    }
 }
 
 }

@@ -4,6 +4,7 @@
 #include "platform/ModifierFlags.h"
 #include "reader/text/CodeButtons.h"
 #include "reader/text/CodeCopyButton.h"
+#include "reader/text/LinkHelp.h"
 #include "reader/text/ReaderDocument.h"
 #include "reader/text/SelectionPasteboard.h"
 #include "reader/text/TextCommands.h"
@@ -110,9 +111,10 @@ public:
     QRectF boundingRect(TextRange range) const;
     TextRange lineRange(qsizetype position) const { return m_document->layout().lineRange(position); }
 
-    // Says where a link leads before it is followed, under the pointer and as the description that assistive programs
-    // get; nothing for an empty one.
+    // Says where a link leads before it is followed; nothing for an empty one. To assistive programs, as the description.
     void tellLink(QString const& link);
+    // The pointer is on the link, at this place of the content: under it as well.
+    void hoverLink(QString const& link, QRectF const& place);
 
     std::unique_ptr<QMenu> makeMenu() const;
 
@@ -132,6 +134,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
     void mouseMoveEvent(QMouseEvent* event) override;
@@ -162,9 +166,11 @@ private:
     TextSelection m_selection;
     SelectionPasteboard m_pasteboard;
     bool m_learningModeEnabled = false;
+    bool m_showsFocus = false; // when Tab has brought the keyboard
     CodeButtons m_buttons;
     TextCommands m_commands { *this };
     TextPointer m_pointer;
+    LinkHelp m_linkHelp { *this };
     Registration m_idleTask;
 };
 

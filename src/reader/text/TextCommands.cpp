@@ -4,6 +4,7 @@
 #include "reader/text/EventModifiers.h"
 #include "reader/text/ReaderTextView.h"
 #include "reader/text/TargetMenu.h"
+#include "rendering/Headings.h"
 #include "text/TextBoundaries.h"
 
 #include <QKeyEvent>
@@ -19,6 +20,7 @@ namespace {
 constexpr double lineStep = 40; // points that an arrow key scrolls, and what stays in sight of the page before
 constexpr double searchStep = 4; // points, less than any line is high
 constexpr double farthestLine = 2'000; // points to the next line: further than any picture or spacing is high
+constexpr double headingRoom = 8; // points over a heading that is scrolled to
 constexpr qsizetype titleCharacters = 40; // of a target in the menu
 
 }
@@ -199,10 +201,10 @@ bool TextCommands::scroll(QKeyEvent const& event) const
     auto const by = [&](double distance) { m_view.setScrollOrigin(origin + QPointF(0, distance)); };
     switch (event.key()) {
     case Qt::Key_Up:
-        by(-lineStep);
+        isPlain ? by(-lineStep) : scrollToHeading(-1);
         return true;
     case Qt::Key_Down:
-        by(lineStep);
+        isPlain ? by(lineStep) : scrollToHeading(1);
         return true;
     case Qt::Key_PageUp:
         by(-page);
@@ -222,6 +224,26 @@ bool TextCommands::scroll(QKeyEvent const& event) const
     default:
         return false;
     }
+}
+
+// Columns stand beside each other: a heading that is next in the text need not be further on in the way that is asked.
+void TextCommands::scrollToHeading(int way) const
+{
+    auto const& text = m_view.rendered().text;
+    auto const top = m_view.scrollOrigin().y();
+    auto const next = [&](qsizetype from) {
+        return way > 0 ? Headings::after(text, from) : Headings::before(text, from);
+    };
+    auto const isFurtherOn = [&](qsizetype heading) {
+        return way * (m_view.boundingRect({ heading, 1 }).top() - headingRoom - top) >= 1;
+    };
+    auto heading = next(m_view.scrollAnchor().location + (way > 0 ? 0 : 1));
+    while (heading && !isFurtherOn(*heading))
+        heading = next(*heading);
+    if (!heading)
+        return way < 0 ? m_view.setScrollOrigin({}) : void();
+    m_view.setScrollAnchor({ *heading, 0 }, 0);
+    m_view.setScrollOrigin(m_view.scrollOrigin() - QPointF(0, headingRoom));
 }
 
 std::unique_ptr<QMenu> TextCommands::makeMenu() const

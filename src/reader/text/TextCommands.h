@@ -40,6 +40,7 @@ private:
     std::optional<EditingCommand> editingCommandOf(QKeyEvent const& event) const;
     bool leaveSheet(QKeyEvent const& event) const;
     bool scroll(QKeyEvent const& event) const;
+    void scrollToHeading(int way) const;
     std::optional<Move> moveOf(QKeyEvent const& event);
     std::optional<Move> moveAlong(QKeyEvent const& event, qsizetype head, bool byWord, bool extends) const;
     std::optional<Move> moveFar(QKeyEvent const& event, qsizetype head, bool byWord);

@@ -175,7 +175,7 @@ void TextPointer::click(QPointF point)
 void TextPointer::hover(QPointF point)
 {
     auto const link = m_view.linkAt(toContent(point));
-    m_view.tellLink(link);
+    m_view.hoverLink(link, m_view.boundingRect({ m_view.characterIndexAt(toContent(point)), 1 }));
     auto const shape = link.isEmpty() ? Qt::IBeamCursor : Qt::PointingHandCursor;
     if (m_view.cursor().shape() != shape)
         m_view.setCursor(shape);

@@ -125,7 +125,7 @@ TEST_F(AssistiveTest, Each_target_has_an_action_of_its_own_and_each_block_a_butt
             copied.clear();
             button->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
             EXPECT_EQ(copied, QStringList { targets[static_cast<std::size_t>(shown->tag())].text });
-            EXPECT_EQ(button->text(QAccessible::Help), shown->toolTip());
+            EXPECT_EQ(button->text(QAccessible::Help), shown->accessibleDescription());
         }
         view.setLearningModeEnabled(true);
         EXPECT_TRUE(actions->actionNames().isEmpty());

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "library/LibraryStore.h"
+#include "reader/ReaderWindowState.h"
+
+#include <QWidget>
+
+class QLabel;
+class QLineEdit;
+
+namespace Quillory {
+
+// Looks for a text in the sheet on show. Hidden until it is asked for. GUI thread only.
+class FindBar : public QWidget {
+    Q_OBJECT
+public:
+    // The store outlives the bar.
+    FindBar(LibraryStore& store, QWidget* parent);
+
+    void refresh(ReaderWindowState const& state);
+
+    // Puts the keyboard on the field, with its text selected.
+    void takeKeyboard();
+
+Q_SIGNALS:
+    void queryEdited(QString const& query);
+    void closed();
+
+private:
+    LibraryStore& m_store;
+    QLineEdit* m_field;
+    QLabel* m_status;
+};
+
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "reader/BannerLabel.h"
+#include "reader/ReaderWindowState.h"
+
+namespace Quillory {
+
+// Says at all times whether code can be copied. GUI thread only.
+class LearningModeBar : public QWidget {
+    Q_OBJECT
+public:
+    explicit LearningModeBar(QWidget* parent);
+
+    void refresh(ReaderWindowState const& state);
+
+private:
+    BannerLabel* m_text;
+};
+
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "reader/NativeReader.h"
+#include "reader/ReaderWindowState.h"
+
+#include <QProperty>
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+
+namespace Quillory {
+
+class CopyPill;
+class EmptyState;
+class FindBar;
+class LearningModeBar;
+class MessageBar;
+class SheetHeader;
+class SheetNotes;
+
+// The selected sheet under its header and its banners, or what stands in its place. GUI thread only.
+class ReadingSide : public QWidget {
+    Q_OBJECT
+public:
+    // Store and services outlive it; `dismiss` closes the reader.
+    ReadingSide(LibraryStore& store, ReaderServices const& services, std::function<void()> dismiss, QWidget* parent);
+    ~ReadingSide() override;
+
+    void refresh(ReaderWindowState const& state);
+    // The title's size follows the text and the desktop.
+    void refreshFonts(double textSize);
+
+    // The text, or without a sheet the way to one.
+    void takeKeyboard();
+
+    NativeReader& reader() const { return *m_reader; }
+    FindBar& findBar() const { return *m_find; }
+    SheetHeader& header() const { return *m_header; }
+    EmptyState& emptyState() const { return *m_emptyState; }
+
+private:
+    LibraryStore& m_store;
+    SheetHeader* m_header;
+    LearningModeBar* m_learningMode;
+    FindBar* m_find;
+    MessageBar* m_message;
+    SheetNotes* m_iconWarnings;
+    SheetNotes* m_error;
+    EmptyState* m_emptyState;
+    std::unique_ptr<NativeReader> m_reader;
+    CopyPill* m_copyPill;
+    QPropertyNotifier m_copyObservation;
+};
+
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QStringList>
+#include <QWidget>
+
+class QCheckBox;
+
+namespace Quillory {
+
+class BarButton;
+
+// Lets the user pick which starter sheets to copy into the folder. Begins with the usual choice. GUI thread only.
+class StarterSelectionView : public QWidget {
+    Q_OBJECT
+public:
+    explicit StarterSelectionView(QWidget* parent);
+
+    // In the order of the rows.
+    QStringList selected() const;
+
+Q_SIGNALS:
+    void cancelled();
+    void chosen(QStringList const& names);
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QWidget* makeRows();
+    QWidget* makeButtons();
+
+    QList<QCheckBox*> m_rows; // as StarterSheets has the names
+    BarButton* m_install;
+};
+
+}
