@@ -10,7 +10,7 @@ namespace Quillory {
 
 namespace {
 
-constexpr int mostLines = 3;
+constexpr int mostLines = 12; // as many as an installation of all starters says
 
 }
 

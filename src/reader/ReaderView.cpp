@@ -1,6 +1,7 @@
 #include "reader/ReaderView.h"
 
 #include "presentation/hover_help/HoverHelpHost.h"
+#include "presentation/hover_help/HoverHelpTrackingView.h"
 #include "reader/ActionsMenu.h"
 #include "reader/BottomBar.h"
 #include "reader/EmptyState.h"
@@ -297,7 +298,8 @@ void ReaderView::toggleTextSize()
         m_textSize->setTextSize(m_store.textSize);
         connect(m_textSize, &TextSizePopover::textSizeChosen, this, &ReaderView::changeTextSize);
     }
-    m_textSize->isVisible() ? m_textSize->close() : m_textSize->open();
+    HoverHelpTrackingView::of(m_topBar->textSize()).dismiss(); // it would lie over the popover
+    m_textSize->isHidden() ? m_textSize->open() : m_textSize->close();
 }
 
 void ReaderView::showStarters()

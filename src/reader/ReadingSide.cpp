@@ -55,6 +55,9 @@ void ReadingSide::refresh(ReaderWindowState const& state)
     auto const* const sheet = m_store.selectedSheet();
     if (sheet)
         m_reader->prepareFor(*sheet);
+    auto* const keyboard = window()->focusWidget();
+    bool const isInContent = keyboard
+        && (m_emptyState->isAncestorOf(keyboard) || m_reader->scrollView().isAncestorOf(keyboard));
     m_header->refresh(state);
     m_learningMode->refresh(state);
     m_find->refresh(state);
@@ -69,6 +72,9 @@ void ReadingSide::refresh(ReaderWindowState const& state)
         layout()->activate();
         m_reader->update(*sheet);
     }
+    // The toolkit hands the keyboard of what is hidden to whatever follows.
+    if (isInContent && window()->focusWidget() != keyboard)
+        takeKeyboard();
 }
 
 void ReadingSide::refreshFonts(double textSize)

@@ -30,7 +30,7 @@ SheetOverlay::SheetOverlay(QWidget* content, QWidget& view)
 void SheetOverlay::close()
 {
     hide();
-    if (m_hadKeyboard && m_hadKeyboard->isVisible())
+    if (m_hadKeyboard && !m_hadKeyboard->isHidden())
         m_hadKeyboard->setFocus(Qt::PopupFocusReason);
     deleteLater(); // a click in it may be going on
     Q_EMIT closed();

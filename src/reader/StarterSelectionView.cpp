@@ -2,10 +2,10 @@
 
 #include "library/StarterSheets.h"
 #include "reader/BarButton.h"
+#include "reader/CheckRow.h"
 #include "reader/Panes.h"
 #include "text/Capitalized.h"
 
-#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -68,10 +68,10 @@ QWidget* StarterSelectionView::makeRows()
     rows->setSpacing(rowSpacing);
     auto const usual = StarterSheets::selectedByDefault();
     for (auto const& name : StarterSheets::names()) {
-        auto* const row = new QCheckBox(StarterSheets::label(name), content);
+        auto* const row = new CheckRow(StarterSheets::label(name), content);
         row->setChecked(usual.contains(name));
         setHelp(*row, tr("Include the %1 starter sheet when installing").arg(spokenName(name)));
-        connect(row, &QCheckBox::toggled, this, [this] { m_install->setEnabled(!selected().isEmpty()); });
+        connect(row, &CheckRow::toggled, this, [this] { m_install->setEnabled(!selected().isEmpty()); });
         rows->addWidget(row);
         m_rows.append(row);
     }

@@ -3,11 +3,10 @@
 #include <QStringList>
 #include <QWidget>
 
-class QCheckBox;
-
 namespace Quillory {
 
 class BarButton;
+class CheckRow;
 
 // Lets the user pick which starter sheets to copy into the folder. Begins with the usual choice. GUI thread only.
 class StarterSelectionView : public QWidget {
@@ -29,7 +28,7 @@ private:
     QWidget* makeRows();
     QWidget* makeButtons();
 
-    QList<QCheckBox*> m_rows; // as StarterSheets has the names
+    QList<CheckRow*> m_rows; // as StarterSheets has the names
     BarButton* m_install;
 };
 

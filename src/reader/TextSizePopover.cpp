@@ -77,9 +77,9 @@ void TextSizePopover::place()
 
 void TextSizePopover::close()
 {
-    if (!isVisible())
+    if (isHidden()) // also when only its window is hidden
         return;
-    if (m_hadKeyboard && m_hadKeyboard->isVisible())
+    if (m_hadKeyboard && !m_hadKeyboard->isHidden())
         m_hadKeyboard->setFocus(Qt::PopupFocusReason);
     hide();
 }
