@@ -15,13 +15,18 @@ namespace Quillory {
 
 namespace {
 
-constexpr int symbolSide = 18; // points, as all that follows
+constexpr int smallestSymbol = 18; // points, as all that follows
 constexpr int padding = 8;
 constexpr int widePadding = 14; // of buttons with a frame
 constexpr int gap = 6;          // between symbol and text
 constexpr int framedHeight = 32;
 constexpr double radius = 6;
 constexpr double disabledOpacity = 0.4;
+
+int symbolSideOf(QFontMetrics const& metrics)
+{
+    return std::max(smallestSymbol, metrics.height());
+}
 
 }
 
@@ -56,8 +61,8 @@ QSize BarButton::sizeHint() const
 {
     auto const height = std::max(m_look == Look::plain ? side : framedHeight, fontMetrics().height() + padding);
     if (text().isEmpty())
-        return { side, height };
-    auto const symbol = m_symbol.isEmpty() ? 0 : symbolSide + gap;
+        return { height, height };
+    auto const symbol = m_symbol.isEmpty() ? 0 : symbolSideOf(fontMetrics()) + gap;
     auto const margin = m_look == Look::plain ? padding : widePadding;
     return { fontMetrics().horizontalAdvance(text()) + symbol + 2 * margin, height };
 }
@@ -97,6 +102,7 @@ void BarButton::paintEvent(QPaintEvent*)
 
     auto const ink = isProminent ? colors.accentText : colors.label;
     auto const textWidth = text().isEmpty() ? 0 : fontMetrics().horizontalAdvance(text());
+    auto const symbolSide = symbolSideOf(fontMetrics());
     auto const symbolWidth = m_symbol.isEmpty() ? 0 : symbolSide;
     auto const between = textWidth > 0 && symbolWidth > 0 ? gap : 0;
     auto const left = (width() - textWidth - symbolWidth - between) / 2;

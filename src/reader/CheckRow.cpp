@@ -12,11 +12,16 @@ namespace Quillory {
 
 namespace {
 
-constexpr int boxSide = 16; // points, as all that follows
+constexpr int smallestBox = 16; // points, as all that follows
 constexpr int padding = 6;
 constexpr int smallestHeight = 26;
 constexpr double radius = 4;
 constexpr double outline = 1;
+
+int boxSideOf(QFontMetrics const& metrics)
+{
+    return std::max(smallestBox, metrics.ascent());
+}
 
 }
 
@@ -33,7 +38,7 @@ int CheckRow::rowHeight() const
 
 QSize CheckRow::sizeHint() const
 {
-    return { fontMetrics().horizontalAdvance(text()) + boxSide + 4 * padding, rowHeight() };
+    return { fontMetrics().horizontalAdvance(text()) + boxSideOf(fontMetrics()) + 4 * padding, rowHeight() };
 }
 
 bool CheckRow::hitButton(QPoint const& point) const
@@ -51,6 +56,7 @@ void CheckRow::paintEvent(QPaintEvent*)
         painter.setBrush(isDown() ? colors.pressed : colors.hover);
         painter.drawRoundedRect(rect(), radius, radius);
     }
+    auto const boxSide = boxSideOf(fontMetrics());
     QRectF const box(padding, (height() - boxSide) / 2, boxSide, boxSide);
     painter.setPen(isChecked() ? QPen(Qt::NoPen) : QPen(colors.outline, outline));
     painter.setBrush(isChecked() ? colors.accent : colors.surface);
