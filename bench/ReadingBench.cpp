@@ -92,8 +92,9 @@ public:
 private:
     QtExecutor m_executor;
     FakeLibraryServices m_services;
+    NotificationCenter m_notifications;
     LibraryStore m_store { m_services.services(), LibraryStore::RestoreFolder::no };
-    NativeReader m_reader { m_store, { m_executor, m_services.clipboard }, [] { } };
+    NativeReader m_reader { m_store, { m_executor, m_services.clipboard, m_notifications }, [] { } };
 };
 
 double stockFirstFrame(QByteArray const& source)

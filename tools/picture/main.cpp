@@ -66,7 +66,8 @@ void draw(Sheet const& sheet, QString const& path, QCommandLineParser const& opt
     auto const size = options.value(u"size"_s).split(u'x');
     if (size.size() != 2)
         fail(u"--size needs a size such as 880x640."_s);
-    NativeReader reader(store, { services.executor, services.clipboard }, [] { });
+    NotificationCenter notifications;
+    NativeReader reader(store, { services.executor, services.clipboard, notifications }, [] { });
     auto& scroll = reader.scrollView();
     scroll.resize(size[0].toInt(), size[1].toInt());
     scroll.show();
