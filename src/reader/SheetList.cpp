@@ -162,6 +162,9 @@ bool SheetList::viewportEvent(QEvent* event)
 // The whole title where it has no room, and what is wrong with the sheet.
 void SheetList::tellRow(QModelIndex const& index)
 {
+    if (index == m_told)
+        return;
+    m_told = index;
     QStringList lines;
     if (index.isValid()) {
         auto const& row = m_model.rowAt(index);
@@ -189,7 +192,8 @@ void SheetList::keyPressEvent(QKeyEvent* event)
     bool const isPlain = modifiers == ModifierFlags::none;
     if (event->key() == Qt::Key_F10 && modifiers == ModifierFlags::shift)
         return openMenu(currentIndex(), visualRect(currentIndex()).bottomLeft());
-    if (isText(*event, modifiers) || (isPlain && event->key() == Qt::Key_Backspace)) {
+    bool const isBlank = m_store.libraryQuery.value().isEmpty() && event->key() == Qt::Key_Space;
+    if ((isText(*event, modifiers) && !isBlank) || (isPlain && event->key() == Qt::Key_Backspace)) {
         Q_EMIT typed(event);
         return;
     }

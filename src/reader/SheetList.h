@@ -60,6 +60,7 @@ private:
     LibraryStore& m_store;
     SheetListModel m_model;
     SheetRowDelegate m_delegate;
+    QPersistentModelIndex m_told; // the row under the pointer
     bool m_areRowsOld = true;
     bool m_isFollowing = false; // the store, so that a row that becomes current is nobody's choice
     std::vector<QPropertyNotifier> m_observations;

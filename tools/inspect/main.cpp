@@ -56,7 +56,7 @@ std::optional<Request> parse(QStringList arguments)
             return std::nullopt;
         }
     }
-    isGood = isGood && (!request.onlyRendered || (request.sheet && request.page));
+    isGood = isGood && (!request.onlyRendered || (request.sheet && request.page && !request.searchFile));
     return isGood && !request.folder.isEmpty() ? std::optional(request) : std::nullopt;
 }
 
