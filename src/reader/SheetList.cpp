@@ -84,8 +84,10 @@ QList<SheetListModel::Row> SheetList::makeRows() const
 void SheetList::refresh()
 {
     QScopedValueRollback const following(m_isFollowing, true);
-    if (std::exchange(m_areRowsOld, false))
+    if (std::exchange(m_areRowsOld, false)) {
         m_model.setRows(makeRows());
+        tellRow({}); // another one may be under the pointer now
+    }
     auto const* const selected = m_store.selectedSheet();
     auto const index = selected ? m_model.indexOf(selected->id) : QModelIndex();
     if (index == currentIndex() && (!index.isValid() || selectionModel()->isSelected(index)))
@@ -162,7 +164,7 @@ bool SheetList::viewportEvent(QEvent* event)
 // The whole title where it has no room, and what is wrong with the sheet.
 void SheetList::tellRow(QModelIndex const& index)
 {
-    if (index == m_told)
+    if (index.isValid() && index == m_told)
         return;
     m_told = index;
     QStringList lines;

@@ -163,6 +163,10 @@ TEST_F(SidebarTest, Rows_are_high_enough_and_readable_in_any_palette_and_tell_ti
     };
     EXPECT_EQ(helpOf(0), longTitle);
     EXPECT_EQ(helpOf(1), QString());
+    EXPECT_EQ(helpOf(0), longTitle);
+    store.setLibraryQuery(u"beta"_s);
+    services.executor.settle();
+    EXPECT_EQ(list.viewport()->toolTip(), QString()) << "its row is gone";
     Dice dice(1);
     for (int round = 0; round < 200; ++round) {
         bool const isDark = dice.oneIn(2);
