@@ -226,7 +226,8 @@ bool ReaderView::eventFilter(QObject* watched, QEvent* event)
     if (!isKey)
         return false;
     auto const& key = static_cast<QKeyEvent const&>(*event);
-    if (!readerCommandOf(key.key(), textView()->modifiersWithoutPeek(key.modifiers())))
+    auto const command = readerCommandOf(key.key(), textView()->modifiersWithoutPeek(key.modifiers()));
+    if (!command || command == ReaderCommand::dismiss) // which a field may have a use of its own for
         return false;
     if (event->type() == QEvent::KeyPress)
         perform(key);

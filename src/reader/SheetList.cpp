@@ -1,6 +1,6 @@
 #include "reader/SheetList.h"
 
-#include "reader/Panes.h"
+#include "presentation/hover_help/HoverHelpTrackingView.h"
 #include "reader/text/EventModifiers.h"
 #include "text/TextOrder.h"
 
@@ -175,7 +175,12 @@ void SheetList::tellRow(QModelIndex const& index)
         if (!row.error.isEmpty())
             lines.append(row.error);
     }
-    setHelp(*viewport(), lines.join(u'\n'));
+    auto& help = HoverHelpTrackingView::of(*viewport());
+    help.dismiss();
+    help.setText(lines.join(u'\n'));
+    help.setArea(visualRect(index));
+    if (!lines.isEmpty())
+        help.mouseEntered();
 }
 
 int SheetList::rowsOfPage() const

@@ -1,4 +1,5 @@
 #include "reader/Sidebar.h"
+#include "presentation/hover_help/HoverHelpTrackingView.h"
 #include "reader/Contrast.h"
 #include "reader/ReaderViewFixture.h"
 #include "support/Dice.h"
@@ -159,14 +160,14 @@ TEST_F(SidebarTest, Rows_are_high_enough_and_readable_in_any_palette_and_tell_ti
         QPointF const place = list.visualRect(list.model()->index(row, 0)).center();
         QHoverEvent hover(QEvent::HoverMove, place, place, place);
         QCoreApplication::sendEvent(list.viewport(), &hover);
-        return list.viewport()->toolTip();
+        return HoverHelpTrackingView::of(*list.viewport()).text();
     };
     EXPECT_EQ(helpOf(0), longTitle);
     EXPECT_EQ(helpOf(1), QString());
     EXPECT_EQ(helpOf(0), longTitle);
     store.setLibraryQuery(u"beta"_s);
     services.executor.settle();
-    EXPECT_EQ(list.viewport()->toolTip(), QString()) << "its row is gone";
+    EXPECT_EQ(HoverHelpTrackingView::of(*list.viewport()).text(), QString()) << "its row is gone";
     Dice dice(1);
     for (int round = 0; round < 200; ++round) {
         bool const isDark = dice.oneIn(2);

@@ -60,7 +60,12 @@ void HoverHelpTrackingView::dismiss()
 
 void HoverHelpTrackingView::removeTooltip()
 {
-    delete m_tooltip.data();
+    if (!m_tooltip)
+        return;
+    // It belongs to the window, which may be walking through what it has in order to hide it.
+    m_tooltip->hide();
+    m_tooltip->deleteLater();
+    m_tooltip.clear();
 }
 
 void HoverHelpTrackingView::show()
