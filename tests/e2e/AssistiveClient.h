@@ -65,6 +65,13 @@ public:
         return names;
     }
 
+    bool hasKeyboard(Object const& object) const
+    {
+        constexpr auto focused = 1U << 12U;
+        auto const states = qdbus_cast<QList<uint>>(ask(object, "Accessible", "GetState").value(0));
+        return !states.isEmpty() && (states.first() & focused) != 0;
+    }
+
     // The middle of the object, or of one of its characters, on the screen.
     QPoint middle(Object const& object) const
     {

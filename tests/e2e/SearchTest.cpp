@@ -35,7 +35,10 @@ TEST_F(SearchTest, Typing_narrows_the_list_as_a_screen_reader_hears_and_Return_g
         return isHeard ? AssertionSuccess() : AssertionFailure() << names.join(u'|').toStdString();
     };
     EXPECT_TRUE(hears({ u"First"_s, u"Second"_s, u"Third, with an error"_s }));
-    desktop.play(u"ctrl+K K A J"_s);
+    desktop.click(client.middle(*field));
+    // The window manager looks at a click first, and keys would come before it.
+    ASSERT_TRUE(Desktop::eventually([&] { return client.hasKeyboard(*field); }));
+    desktop.play(u"K A J"_s);
     EXPECT_TRUE(hears({ u"Second"_s }));
     EXPECT_EQ(client.text(*field), u"kaj"_s);
     EXPECT_TRUE(shows(u"First"_s));
