@@ -1,5 +1,6 @@
 #include "reader/BarButton.h"
 
+#include "reader/BarButtonAccessible.h"
 #include "reader/Panes.h"
 #include "reader/WindowColors.h"
 #include "reader/text/FocusRing.h"
@@ -55,6 +56,16 @@ void BarButton::setSymbol(QString const& symbol)
         return;
     m_symbol = symbol;
     update();
+}
+
+void BarButton::setValue(Value const& value)
+{
+    if (value == m_value)
+        return;
+    m_value = value;
+    BarButtonAccessible::install();
+    QAccessibleValueChangeEvent change(this, value.number);
+    QAccessible::updateAccessibility(&change);
 }
 
 QSize BarButton::sizeHint() const

@@ -2,6 +2,8 @@
 
 #include <QAbstractButton>
 
+#include <optional>
+
 namespace Quillory {
 
 // A button of the reader's bars: a symbol, a text or both. Clicks leave the keyboard where it is, Tab reaches it, and
@@ -10,6 +12,12 @@ class BarButton : public QAbstractButton {
     Q_OBJECT
 public:
     enum class Look { plain, framed, prominent };
+    // What the button sets, as assistive programs are told.
+    struct Value {
+        double number = 0;
+        QString text;
+        bool operator==(Value const&) const = default;
+    };
 
     static constexpr int side = 28; // points, of a button with a symbol alone
 
@@ -21,6 +29,8 @@ public:
     void setSymbol(QString const& symbol);
     QString const& symbol() const { return m_symbol; }
     void setLook(Look look) { m_look = look; }
+    void setValue(Value const& value);
+    std::optional<Value> const& value() const { return m_value; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -33,6 +43,7 @@ protected:
 private:
     QString m_symbol;
     Look m_look = Look::plain;
+    std::optional<Value> m_value;
 };
 
 }

@@ -1,29 +1,24 @@
 #include "reader/ReaderView.h"
 
 #include "presentation/hover_help/HoverHelpHost.h"
-#include "presentation/hover_help/HoverHelpTrackingView.h"
-#include "reader/ActionsMenu.h"
 #include "reader/BottomBar.h"
 #include "reader/EmptyState.h"
 #include "reader/FindBar.h"
 #include "reader/FocusOrder.h"
 #include "reader/Panes.h"
+#include "reader/ReaderDialogs.h"
+#include "reader/ReaderKeys.h"
 #include "reader/ReaderStyle.h"
 #include "reader/ReadingSide.h"
 #include "reader/SheetHeader.h"
-#include "reader/SheetOverlay.h"
 #include "reader/Sidebar.h"
-#include "reader/StarterSelectionView.h"
-#include "reader/TextSizePopover.h"
 #include "reader/TopBar.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QMenu>
 #include <QVBoxLayout>
-#include <QWheelEvent>
 
 #include <algorithm>
 #include <utility>
@@ -33,7 +28,6 @@ namespace Quillory {
 namespace {
 
 constexpr int separatorWidth = 1; // points
-constexpr int wheelStep = QWheelEvent::DefaultDeltasPerStep;
 
 }
 
@@ -47,6 +41,8 @@ ReaderView::ReaderView(LibraryStore& store, ReaderServices services, std::functi
           store, m_services.executor, [this] { textView()->setFocus(); }, this))
     , m_reading(new ReadingSide(store, m_services, std::move(dismiss), this))
     , m_bottomBar(new BottomBar(store, m_services.executor, this))
+    , m_dialogs(new ReaderDialogs(store, m_services, *this))
+    , m_keys(new ReaderKeys(*textView()))
 {
     setObjectName(QStringLiteral("reader"));
     setAttribute(Qt::WA_StyledBackground);
@@ -86,19 +82,22 @@ void ReaderView::layOut()
 
 void ReaderView::connectBars()
 {
-    connect(&m_topBar->textSize(), &BarButton::clicked, this, &ReaderView::toggleTextSize);
+    auto* const textSize = &m_topBar->textSize();
+    connect(textSize, &BarButton::clicked, m_dialogs, [this, textSize] { m_dialogs->toggleTextSize(*textSize); });
     connect(&m_reading->header(), &SheetHeader::findToggled, this,
         [this] { m_store.findVisible ? closeFind() : openFind(); });
     connect(&m_reading->findBar(), &FindBar::queryEdited, this,
         [this](QString const& query) { m_store.findQuery.assignAs<ReaderView>(query); });
     connect(&m_reading->findBar(), &FindBar::closed, this, &ReaderView::closeFind);
-    connect(&m_reading->emptyState(), &EmptyState::chooseFolder, this, &ReaderView::chooseFolder);
-    connect(&m_reading->emptyState(), &EmptyState::installStarters, this, &ReaderView::showStarters);
-    connect(&m_bottomBar->actions(), &BarButton::clicked, this, &ReaderView::showActions);
-    textView()->installEventFilter(this);
-    // Fields take the command keys for themselves otherwise.
+    connect(&m_reading->emptyState(), &EmptyState::chooseFolder, m_dialogs, &ReaderDialogs::chooseFolder);
+    connect(&m_reading->emptyState(), &EmptyState::installStarters, m_dialogs, &ReaderDialogs::showStarters);
+    auto* const actions = &m_bottomBar->actions();
+    connect(actions, &BarButton::clicked, m_dialogs,
+        [this, actions] { m_dialogs->showActions(*actions, [this] { openFind(); }); });
+    m_keys->perform = [this](ReaderCommand command) { perform(command); };
+    m_keys->changeTextSize = [this](int points) { changeTextSize(m_store.textSize + points); };
     for (auto* const field : findChildren<QLineEdit*>())
-        field->installEventFilter(this);
+        m_keys->watch(*field);
 }
 
 QWidget* ReaderView::topBar() const
@@ -126,10 +125,7 @@ void ReaderView::startAfresh()
 {
     m_sidebar->list().showSelection();
     m_reading->reader().startAfresh();
-    if (m_starters)
-        m_starters->close();
-    if (m_textSize)
-        m_textSize->close();
+    m_dialogs->closeAll();
 }
 
 void ReaderView::refreshLater()
@@ -142,22 +138,19 @@ void ReaderView::refresh()
 {
     m_refreshTask.end();
     m_sidebar->refresh();
-    auto state = ReaderWindowState::of(m_store);
-    if (!m_state || m_state->textSize != state.textSize) {
+    auto const state = ReaderWindowState::of(m_store);
+    if (std::exchange(m_shownTextSize, state.textSize) != state.textSize)
         m_reading->refreshFonts(state.textSize);
-        if (m_textSize)
-            m_textSize->setTextSize(state.textSize);
-    }
     setWindowTitle(state.title);
     m_topBar->refresh(state);
     m_bottomBar->refresh(state);
     m_reading->refresh(state);
-    m_state = std::move(state);
+    m_dialogs->refresh(state);
 }
 
 void ReaderView::takeKeyboard()
 {
-    if (!m_starters)
+    if (!m_dialogs->keyboardScope())
         m_reading->takeKeyboard();
 }
 
@@ -183,10 +176,7 @@ void ReaderView::keyPressEvent(QKeyEvent* event)
 
 bool ReaderView::perform(QKeyEvent const& event)
 {
-    auto const command = readerCommandOf(event.key(), textView()->modifiersWithoutPeek(event.modifiers()));
-    if (command)
-        perform(*command);
-    return command.has_value();
+    return m_keys->take(event);
 }
 
 void ReaderView::perform(ReaderCommand command)
@@ -194,8 +184,8 @@ void ReaderView::perform(ReaderCommand command)
     using enum ReaderCommand;
     if (command == quit)
         return m_services.quit();
-    if (m_starters) // has the keyboard for itself
-        return command == dismiss ? m_starters->close() : void();
+    if (m_dialogs->areStartersShown()) // which have the keyboard for themselves
+        return command == dismiss ? m_dialogs->closeStarters() : void();
     switch (command) {
     case searchLibrary:
         return this->searchLibrary();
@@ -218,36 +208,6 @@ void ReaderView::perform(ReaderCommand command)
     }
 }
 
-bool ReaderView::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == textView())
-        return event->type() == QEvent::Wheel && turnTextSize(static_cast<QWheelEvent const&>(*event));
-    bool const isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-    if (!isKey)
-        return false;
-    auto const& key = static_cast<QKeyEvent const&>(*event);
-    auto const command = readerCommandOf(key.key(), textView()->modifiersWithoutPeek(key.modifiers()));
-    if (!command || command == ReaderCommand::dismiss) // which a field may have a use of its own for
-        return false;
-    if (event->type() == QEvent::KeyPress)
-        perform(key);
-    event->accept();
-    return true;
-}
-
-// Ctrl with the wheel, unless it is a peek that holds Ctrl.
-bool ReaderView::turnTextSize(QWheelEvent const& wheel)
-{
-    if (textView()->modifiersWithoutPeek(wheel.modifiers()) != ModifierFlags::control)
-        return false;
-    m_wheelTurned += wheel.angleDelta().y();
-    auto const steps = m_wheelTurned / wheelStep;
-    m_wheelTurned -= steps * wheelStep;
-    if (steps != 0)
-        changeTextSize(m_store.textSize + steps);
-    return true;
-}
-
 void ReaderView::changeTextSize(double size)
 {
     m_store.setTextSize(std::clamp(size, Preferences::minimumTextSize, Preferences::maximumTextSize));
@@ -255,13 +215,9 @@ void ReaderView::changeTextSize(double size)
 
 bool ReaderView::focusNextPrevChild(bool forwards)
 {
-    QWidget* scope = this;
-    if (m_starters)
-        scope = m_starters;
-    else if (m_textSize && m_textSize->isVisible())
-        scope = m_textSize;
-    auto* const next = FocusOrder::next(
-        FocusOrder::stops(*scope, { m_sidebar, textView() }), window()->focusWidget(), forwards);
+    auto* const dialog = m_dialogs->keyboardScope();
+    auto const stops = FocusOrder::stops(dialog ? *dialog : *this, { m_sidebar, textView() });
+    auto* const next = FocusOrder::next(stops, window()->focusWidget(), forwards);
     if (next)
         next->setFocus(forwards ? Qt::TabFocusReason : Qt::BacktabFocusReason);
     return next != nullptr;
@@ -290,46 +246,6 @@ void ReaderView::closeFind()
     m_store.findQuery.assignAs<ReaderView>(QString());
     if (hasKeyboard)
         takeKeyboard();
-}
-
-void ReaderView::toggleTextSize()
-{
-    if (!m_textSize) {
-        m_textSize = new TextSizePopover(m_topBar->textSize(), this);
-        m_textSize->setTextSize(m_store.textSize);
-        connect(m_textSize, &TextSizePopover::textSizeChosen, this, &ReaderView::changeTextSize);
-    }
-    HoverHelpTrackingView::of(m_topBar->textSize()).dismiss(); // it would lie over the popover
-    m_textSize->isHidden() ? m_textSize->open() : m_textSize->close();
-}
-
-void ReaderView::showStarters()
-{
-    if (m_starters)
-        return;
-    auto* const selection = new StarterSelectionView(this);
-    m_starters = new SheetOverlay(selection, *this);
-    connect(selection, &StarterSelectionView::cancelled, m_starters, &SheetOverlay::close);
-    connect(selection, &StarterSelectionView::chosen, m_starters, [this](QStringList const& names) {
-        m_store.installStarters(names);
-        m_starters->close();
-    });
-}
-
-void ReaderView::showActions()
-{
-    ActionsMenu const actions { m_store, [this] { openFind(); }, [this] { showStarters(); }, m_services.openSettings,
-        m_services.quit };
-    auto* const menu = actions.make(ReaderWindowState::of(m_store), *this).release();
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    auto const& button = m_bottomBar->actions();
-    auto const corner = button.mapToGlobal(QPoint(button.width() - menu->sizeHint().width(), 0));
-    menu->popup(corner - QPoint(0, menu->sizeHint().height()));
-}
-
-void ReaderView::chooseFolder()
-{
-    m_store.chooseFolder(window()->winId());
 }
 
 }

@@ -3,26 +3,21 @@
 #include "library/LibraryStore.h"
 #include "reader/ReaderCommand.h"
 #include "reader/ReaderServices.h"
-#include "reader/ReaderWindowState.h"
 
-#include <QPointer>
 #include <QProperty>
 #include <QWidget>
 
 #include <functional>
-#include <optional>
 #include <vector>
-
-class QWheelEvent;
 
 namespace Quillory {
 
 class BottomBar;
+class ReaderDialogs;
+class ReaderKeys;
 class ReaderTextView;
 class ReadingSide;
-class SheetOverlay;
 class Sidebar;
-class TextSizePopover;
 class TopBar;
 
 // The whole content of the reader panel: a top bar, the sidebar of sheets, the selected sheet with its banners, and a
@@ -53,7 +48,6 @@ public:
 protected:
     void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
     bool focusNextPrevChild(bool forwards) override;
 
 private:
@@ -63,15 +57,10 @@ private:
     void refreshLater();
     void applyStyle();
     void perform(ReaderCommand command);
-    bool turnTextSize(QWheelEvent const& wheel);
     void changeTextSize(double size);
     void searchLibrary();
     void openFind();
     void closeFind();
-    void toggleTextSize();
-    void showStarters();
-    void showActions();
-    void chooseFolder();
 
     LibraryStore& m_store;
     ReaderServices m_services;
@@ -80,10 +69,9 @@ private:
     Sidebar* m_sidebar;
     ReadingSide* m_reading;
     BottomBar* m_bottomBar;
-    TextSizePopover* m_textSize = nullptr; // made when it is first opened
-    QPointer<SheetOverlay> m_starters;     // while they are shown
-    std::optional<ReaderWindowState> m_state;
-    int m_wheelTurned = 0; // in eighths of a degree, towards the next step of the text size
+    ReaderDialogs* m_dialogs;
+    ReaderKeys* m_keys;
+    double m_shownTextSize = 0; // points
     std::vector<QPropertyNotifier> m_observations;
     Registration m_refreshTask;
 };

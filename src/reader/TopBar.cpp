@@ -55,6 +55,7 @@ TopBar::TopBar(LibraryStore& store, std::function<void()> openSettings, QWidget*
 
 void TopBar::refresh(ReaderWindowState const& state)
 {
+    m_textSize->setValue({ state.textSize, tr("%1 points").arg(qRound(state.textSize)) });
     auto const isOn = state.learningModeEnabled;
     m_learningMode->setChecked(isOn);
     setHelp(*m_learningMode,

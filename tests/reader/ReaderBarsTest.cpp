@@ -11,6 +11,7 @@
 #include "reader/WindowColors.h"
 #include "rendering/Headings.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QSlider>
@@ -173,6 +174,9 @@ TEST_F(ReaderBarsTest, The_text_size_is_set_by_keys_the_wheel_and_the_popover_wi
     settle();
     press(Qt::Key_0, Qt::ControlModifier);
     EXPECT_EQ(store.textSize, 16);
+    auto* const spoken = QAccessible::queryAccessibleInterface(&button(u"Reader text size"_s));
+    EXPECT_EQ(spoken->text(QAccessible::Value), u"16 points"_s);
+    EXPECT_EQ(spoken->valueInterface()->currentValue(), 16);
 
     button(u"Reader text size"_s).click();
     auto& popover = *view.findChild<TextSizePopover*>();

@@ -1,0 +1,57 @@
+#include "reader/ReaderKeys.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QWheelEvent>
+
+namespace Quillory {
+
+ReaderKeys::ReaderKeys(ReaderTextView& text)
+    : QObject(&text)
+    , m_text(text)
+{
+    text.installEventFilter(this);
+}
+
+void ReaderKeys::watch(QLineEdit& field)
+{
+    field.installEventFilter(this);
+}
+
+bool ReaderKeys::take(QKeyEvent const& event)
+{
+    auto const command = readerCommandOf(event.key(), m_text.modifiersWithoutPeek(event.modifiers()));
+    if (command)
+        perform(*command);
+    return command.has_value();
+}
+
+bool ReaderKeys::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == &m_text)
+        return event->type() == QEvent::Wheel && turnTextSize(static_cast<QWheelEvent const&>(*event));
+    bool const isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (!isKey)
+        return false;
+    auto const& key = static_cast<QKeyEvent const&>(*event);
+    if (!readerCommandOf(key.key(), m_text.modifiersWithoutPeek(key.modifiers())))
+        return false;
+    if (event->type() == QEvent::KeyPress)
+        take(key);
+    event->accept();
+    return true;
+}
+
+bool ReaderKeys::turnTextSize(QWheelEvent const& wheel)
+{
+    if (m_text.modifiersWithoutPeek(wheel.modifiers()) != ModifierFlags::control)
+        return false;
+    m_wheelTurned += wheel.angleDelta().y();
+    auto const steps = m_wheelTurned / QWheelEvent::DefaultDeltasPerStep;
+    m_wheelTurned -= steps * QWheelEvent::DefaultDeltasPerStep;
+    if (steps != 0)
+        changeTextSize(steps);
+    return true;
+}
+
+}
