@@ -35,6 +35,7 @@ BarButton::BarButton(QString symbol, QString const& label, QString const& help, 
     : QAbstractButton(parent)
     , m_symbol(std::move(symbol))
 {
+    BarButtonAccessible::install();
     setAccessibleName(label);
     setHelp(*this, help);
     setFocusPolicy(Qt::TabFocus);
@@ -63,7 +64,6 @@ void BarButton::setValue(Value const& value)
     if (value == m_value)
         return;
     m_value = value;
-    BarButtonAccessible::install();
     QAccessibleValueChangeEvent change(this, value.number);
     QAccessible::updateAccessibility(&change);
 }

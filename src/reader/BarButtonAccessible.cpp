@@ -7,7 +7,7 @@ namespace {
 QAccessibleInterface* make(QString const&, QObject* object)
 {
     auto* const button = qobject_cast<BarButton*>(object);
-    return button && button->value() ? new BarButtonAccessible(button) : nullptr;
+    return button ? new BarButtonAccessible(button) : nullptr;
 }
 
 }
@@ -25,14 +25,28 @@ BarButtonAccessible::BarButtonAccessible(BarButton* button)
 
 void* BarButtonAccessible::interface_cast(QAccessible::InterfaceType type)
 {
-    if (type == QAccessible::ValueInterface)
+    if (type == QAccessible::ValueInterface && button().value())
         return static_cast<QAccessibleValueInterface*>(this);
     return QAccessibleWidget::interface_cast(type);
 }
 
+QAccessible::Role BarButtonAccessible::role() const
+{
+    return button().isCheckable() ? QAccessible::CheckBox : QAccessible::Button;
+}
+
+QAccessible::State BarButtonAccessible::state() const
+{
+    auto state = QAccessibleWidget::state();
+    state.pressed = button().isDown();
+    state.checkable = button().isCheckable();
+    state.checked = button().isChecked();
+    return state;
+}
+
 QString BarButtonAccessible::text(QAccessible::Text type) const
 {
-    return type == QAccessible::Value ? button().value()->text : QAccessibleWidget::text(type);
+    return type == QAccessible::Value && button().value() ? button().value()->text : QAccessibleWidget::text(type);
 }
 
 QStringList BarButtonAccessible::actionNames() const

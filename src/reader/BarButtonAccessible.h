@@ -6,15 +6,17 @@
 
 namespace Quillory {
 
-// A bar's button that has a value, such as the size of the text, as assistive programs get it.
+// A bar's button as assistive programs get it, with its value where it has one, such as the size of the text.
 class BarButtonAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
 public:
-    // From then on buttons with a value are told of in this way.
+    // From then on buttons are told of in this way.
     static void install();
 
     explicit BarButtonAccessible(BarButton* button);
 
     void* interface_cast(QAccessible::InterfaceType type) override;
+    QAccessible::Role role() const override;
+    QAccessible::State state() const override;
     QString text(QAccessible::Text type) const override;
     QStringList actionNames() const override;
     void doAction(QString const& name) override;

@@ -34,7 +34,8 @@ bool ReaderKeys::eventFilter(QObject* watched, QEvent* event)
     if (!isKey)
         return false;
     auto const& key = static_cast<QKeyEvent const&>(*event);
-    if (!readerCommandOf(key.key(), m_text.modifiersWithoutPeek(key.modifiers())))
+    auto const command = readerCommandOf(key.key(), m_text.modifiersWithoutPeek(key.modifiers()));
+    if (!command || command == ReaderCommand::dismiss) // which a field may have a use of its own for
         return false;
     if (event->type() == QEvent::KeyPress)
         take(key);

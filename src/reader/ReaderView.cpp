@@ -38,7 +38,7 @@ ReaderView::ReaderView(LibraryStore& store, ReaderServices services, std::functi
     , m_dismiss(dismiss)
     , m_topBar(new TopBar(store, m_services.openSettings, this))
     , m_sidebar(new Sidebar(
-          store, m_services.executor, [this] { textView()->setFocus(); }, this))
+          store, [this] { textView()->setFocus(); }, this))
     , m_reading(new ReadingSide(store, m_services, std::move(dismiss), this))
     , m_bottomBar(new BottomBar(store, m_services.executor, this))
     , m_dialogs(new ReaderDialogs(store, m_services, *this))

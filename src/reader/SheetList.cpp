@@ -153,8 +153,6 @@ bool SheetList::viewportEvent(QEvent* event)
     case QEvent::HoverLeave:
         tellRow({});
         break;
-    case QEvent::ToolTip:
-        return false; // the viewport's own
     default:
         break;
     }

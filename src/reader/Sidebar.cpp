@@ -2,7 +2,6 @@
 
 #include "reader/Panes.h"
 
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -16,13 +15,12 @@ constexpr int spacing = 6;
 
 }
 
-Sidebar::Sidebar(LibraryStore& store, Executor& executor, std::function<void()> giveUpKeyboard, QWidget* parent)
+Sidebar::Sidebar(LibraryStore& store, std::function<void()> giveUpKeyboard, QWidget* parent)
     : QWidget(parent)
     , m_store(store)
     , m_search(new LibrarySearchField(store, this))
     , m_list(new SheetList(store, this))
     , m_nothing(new QLabel(tr("No matching sheets"), this))
-    , m_busy(new BusyIndicator(executor, this))
 {
     makePane(*this, "chrome");
     setFixedWidth(sidebarWidth);
@@ -32,10 +30,7 @@ Sidebar::Sidebar(LibraryStore& store, Executor& executor, std::function<void()> 
     auto* const heading = new QLabel(tr("YOUR SHEETS"), this);
     heading->setObjectName(QStringLiteral("heading"));
     heading->setContentsMargins(SheetRowDelegate::inset, 0, 0, 0);
-    auto* const top = new QHBoxLayout;
-    top->addWidget(heading, 1);
-    top->addWidget(m_busy);
-    rows->addLayout(top);
+    rows->addWidget(heading);
     rows->addWidget(m_search);
     m_nothing->setObjectName(QStringLiteral("secondary"));
     m_nothing->setContentsMargins(SheetRowDelegate::inset, spacing, 0, 0);
@@ -60,7 +55,6 @@ void Sidebar::refresh()
     bool const isKnown = !m_store.busy || !m_store.folder.value() || !m_store.sheets.value().isEmpty();
     m_nothing->setVisible(isEmpty && isKnown);
     m_list->setVisible(!m_nothing->isVisibleTo(this));
-    m_busy->setBusy(m_store.busy);
 }
 
 }

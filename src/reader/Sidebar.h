@@ -1,6 +1,5 @@
 #pragma once
 
-#include "reader/BusyIndicator.h"
 #include "reader/LibrarySearchField.h"
 #include "reader/SheetList.h"
 
@@ -12,13 +11,13 @@ class QLabel;
 
 namespace Quillory {
 
-// The sheets of the folder that the search finds, below its field and a heading that also tells of a load.
+// The sheets of the folder that the search finds, below its field and a heading.
 // GUI thread only.
 class Sidebar : public QWidget {
     Q_OBJECT
 public:
-    // Store and executor outlive the bar. `giveUpKeyboard` hands it to the text.
-    Sidebar(LibraryStore& store, Executor& executor, std::function<void()> giveUpKeyboard, QWidget* parent);
+    // The store outlives the bar. `giveUpKeyboard` hands it to the text.
+    Sidebar(LibraryStore& store, std::function<void()> giveUpKeyboard, QWidget* parent);
 
     void refresh();
 
@@ -30,7 +29,6 @@ private:
     LibrarySearchField* m_search;
     SheetList* m_list;
     QLabel* m_nothing; // in the place of the list
-    BusyIndicator* m_busy;
 };
 
 }

@@ -58,6 +58,7 @@ protected:
     void rest() { executor.advance(HoverHelpTrackingView::delay); }
     QStringList shown() const
     {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         QStringList texts;
         for (auto const* const panel : window.findChildren<HoverTooltipPanel*>())
             texts.append(panel->isVisible() ? panel->text() : u"(hidden)"_s);

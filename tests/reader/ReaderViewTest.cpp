@@ -106,6 +106,7 @@ TEST_F(ReaderViewTest, Keys_and_clicks_reach_the_store_and_the_program)
         QTest::mouseMove(&text, (box.center() - text.scrollOrigin()).toPoint());
         EXPECT_EQ(text.accessibleDescription(), help);
         services.executor.advance(HoverHelpTrackingView::delay);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         auto const* const tooltip = text.window()->findChild<HoverTooltipPanel*>();
         EXPECT_EQ(tooltip ? tooltip->text() : QString(), help);
     }
