@@ -206,7 +206,8 @@ private:
     QtExecutor m_executor;
     LibraryStore m_store { m_fakes.services(m_fakes.defaults, m_fakes.events, m_executor),
         LibraryStore::RestoreFolder::no };
-    ReaderView m_view { m_store, { m_executor, m_fakes.clipboard }, [] { } };
+    NotificationCenter m_notifications;
+    ReaderView m_view { m_store, { m_executor, m_fakes.clipboard, m_notifications }, [] { } };
 };
 
 void reportWindow(QList<Sheet> const& sheets)
