@@ -226,10 +226,9 @@ bool ReaderView::focusNextPrevChild(bool forwards)
 void ReaderView::searchLibrary()
 {
     m_store.librarySearchVisible.assignAs<ReaderView>(true);
-    if (auto* const field = m_sidebar->findChild<QLineEdit*>()) {
-        field->setFocus(Qt::ShortcutFocusReason);
-        field->selectAll();
-    }
+    auto& field = m_sidebar->searchField();
+    field.setFocus(Qt::ShortcutFocusReason);
+    field.selectAll();
 }
 
 void ReaderView::openFind()

@@ -173,12 +173,7 @@ void SheetList::tellRow(QModelIndex const& index)
         if (!row.error.isEmpty())
             lines.append(row.error);
     }
-    auto& help = HoverHelpTrackingView::of(*viewport());
-    help.dismiss();
-    help.setText(lines.join(u'\n'));
-    help.setArea(visualRect(index));
-    if (!lines.isEmpty())
-        help.mouseEntered();
+    HoverHelpTrackingView::of(*viewport()).enterArea(visualRect(index), lines.join(u'\n'));
 }
 
 int SheetList::rowsOfPage() const

@@ -9,7 +9,7 @@ namespace Quillory {
 // The colours of the sidebar's rows. The same whether the window has the keyboard or not.
 struct SheetRowColors {
     QColor text;
-    QColor mark;         // of a pin: at least 3:1 on the sidebar
+    QColor mark;         // of a pin: at least 4.5:1 on the sidebar
     QColor warning;      // likewise
     QColor hover;        // over the sidebar's ground
     QColor selection;    // the desktop's, darkened or lightened until its text is readable

@@ -1,12 +1,13 @@
 #include "linux/freedesktop/ChildProcess.h"
 
+#include "linux/files/SpawnSettings.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QSocketNotifier>
 
 #include <algorithm>
 #include <array>
-#include <csignal>
 #include <cstdlib>
 #include <optional>
 #include <string_view>
@@ -22,41 +23,6 @@
 namespace Quillory {
 
 namespace {
-
-// The new program starts with nothing blocked or ignored, in a session of its own and without our input.
-class Attributes {
-public:
-    explicit Attributes(QByteArray const& folder)
-    {
-        posix_spawnattr_init(&m_attributes);
-        sigset_t none;
-        sigemptyset(&none);
-        sigset_t all;
-        sigfillset(&all);
-        posix_spawnattr_setsigmask(&m_attributes, &none);
-        posix_spawnattr_setsigdefault(&m_attributes, &all);
-        posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSID);
-        posix_spawn_file_actions_init(&m_actions);
-        posix_spawn_file_actions_addopen(&m_actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-        posix_spawn_file_actions_addclosefrom_np(&m_actions, STDERR_FILENO + 1);
-        if (!folder.isEmpty())
-            posix_spawn_file_actions_addchdir_np(&m_actions, folder.constData());
-    }
-    ~Attributes()
-    {
-        posix_spawn_file_actions_destroy(&m_actions);
-        posix_spawnattr_destroy(&m_attributes);
-    }
-    Attributes(Attributes const&) = delete;
-    Attributes& operator=(Attributes const&) = delete;
-
-    posix_spawnattr_t const* attributes() const { return &m_attributes; }
-    posix_spawn_file_actions_t const* actions() const { return &m_actions; }
-
-private:
-    posix_spawnattr_t m_attributes {};
-    posix_spawn_file_actions_t m_actions {};
-};
 
 // Without what concerns our own start alone: the next program would take it for its own, and appear under our name or
 // in the wrong place.
@@ -107,11 +73,16 @@ std::expected<void, SystemError> ChildProcess::start(QStringList const& command,
         arguments.push_back(text.data());
     arguments.push_back(nullptr);
 
-    Attributes const attributes(QFile::encodeName(folder));
+    // In a session of its own and without our input.
+    SpawnSettings settings(POSIX_SPAWN_SETSID);
+    posix_spawn_file_actions_addopen(&settings.actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_addclosefrom_np(&settings.actions, STDERR_FILENO + 1);
+    if (!folder.isEmpty())
+        posix_spawn_file_actions_addchdir_np(&settings.actions, QFile::encodeName(folder).constData());
     pid_t process = 0;
     auto const variables = environment();
     auto const error = posix_spawnp(
-        &process, arguments.front(), attributes.actions(), attributes.attributes(), arguments.data(), variables.data());
+        &process, arguments.front(), &settings.actions, &settings.attributes, arguments.data(), variables.data());
     if (error != 0)
         return std::unexpected(SystemError(error));
     watch(process, std::move(ended));

@@ -1,5 +1,7 @@
 #include "linux/worker/WorkerProcess.h"
 
+#include "linux/files/SpawnSettings.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -22,33 +24,18 @@ namespace Quillory {
 namespace {
 
 // A worker starts with nothing but its socket, with no environment, and with all signals as they are by default.
-class SpawnActions {
+class WorkerStart {
 public:
-    explicit SpawnActions(int socket)
+    explicit WorkerStart(int socket)
     {
-        posix_spawnattr_init(&m_attributes);
-        sigset_t none;
-        sigemptyset(&none);
-        sigset_t all;
-        sigfillset(&all);
-        posix_spawnattr_setsigmask(&m_attributes, &none);
-        posix_spawnattr_setsigdefault(&m_attributes, &all);
-        posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-        posix_spawn_file_actions_init(&m_actions);
+        auto* const actions = &m_settings.actions;
         // First, since its number may be one of those below.
-        posix_spawn_file_actions_adddup2(&m_actions, socket, WorkerProtocol::socket);
-        posix_spawn_file_actions_addclosefrom_np(&m_actions, WorkerProtocol::socket + 1);
+        posix_spawn_file_actions_adddup2(actions, socket, WorkerProtocol::socket);
+        posix_spawn_file_actions_addclosefrom_np(actions, WorkerProtocol::socket + 1);
         // Not closed, or a memory file would take the place that libraries write their warnings to.
         for (auto const standard : { STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO })
-            posix_spawn_file_actions_addopen(&m_actions, standard, "/dev/null", O_RDONLY, 0);
+            posix_spawn_file_actions_addopen(actions, standard, "/dev/null", O_RDONLY, 0);
     }
-    ~SpawnActions()
-    {
-        posix_spawn_file_actions_destroy(&m_actions);
-        posix_spawnattr_destroy(&m_attributes);
-    }
-    SpawnActions(SpawnActions const&) = delete;
-    SpawnActions& operator=(SpawnActions const&) = delete;
 
     std::optional<pid_t> spawn(QByteArray const& program) const
     {
@@ -57,14 +44,13 @@ public:
         std::array<char*, 3> arguments { name.data(), option.data(), nullptr };
         std::array<char*, 1> environment { nullptr };
         pid_t process = 0;
-        auto const error = posix_spawn(
-            &process, program.constData(), &m_actions, &m_attributes, arguments.data(), environment.data());
+        auto const error = posix_spawn(&process, program.constData(), &m_settings.actions, &m_settings.attributes,
+            arguments.data(), environment.data());
         return error == 0 ? std::optional(process) : std::nullopt;
     }
 
 private:
-    posix_spawnattr_t m_attributes {};
-    posix_spawn_file_actions_t m_actions {};
+    SpawnSettings m_settings;
 };
 
 std::chrono::nanoseconds duration(timespec const& time)
@@ -96,7 +82,7 @@ std::optional<WorkerProcess> WorkerProcess::start(QByteArray const& program)
         return std::nullopt;
     FileDescriptor ours(ends[0]);
     FileDescriptor const theirs(ends[1]);
-    auto const process = SpawnActions(theirs.number()).spawn(program);
+    auto const process = WorkerStart(theirs.number()).spawn(program);
     if (!process)
         return std::nullopt;
     FileDescriptor descriptor(static_cast<int>(syscall(SYS_pidfd_open, *process, 0)));

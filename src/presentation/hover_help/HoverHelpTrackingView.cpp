@@ -38,6 +38,15 @@ void HoverHelpTrackingView::setText(QString const& text)
         show();
 }
 
+void HoverHelpTrackingView::enterArea(QRect area, QString const& text)
+{
+    dismiss();
+    m_text = text;
+    m_area = area;
+    if (!text.isEmpty())
+        mouseEntered();
+}
+
 void HoverHelpTrackingView::mouseEntered()
 {
     auto* const host = HoverHelpHost::of(m_control);

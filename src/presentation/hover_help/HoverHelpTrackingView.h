@@ -31,11 +31,9 @@ public:
     void setText(QString const& text);
     QString const& text() const { return m_text; }
 
-    // The text is about this part of the control, in its coordinates; about all of it when absent.
-    void setArea(std::optional<QRect> area) { m_area = area; }
-
-    // The pointer came to what the text is about. What the control as a whole sees is noticed without a call.
-    void mouseEntered();
+    // The pointer came to a part of the control, in its coordinates, which the text is about; an empty text when it left.
+    // What the control as a whole sees is noticed without a call.
+    void enterArea(QRect area, QString const& text);
 
     // Takes everything away, until the pointer enters the next time.
     void dismiss();
@@ -46,6 +44,7 @@ protected:
 private:
     explicit HoverHelpTrackingView(QWidget& control);
 
+    void mouseEntered();
     void show();
     void removeTooltip();
 

@@ -27,11 +27,7 @@ bool LinkHelp::hover(QString const& link, QRectF const& place)
         m_tracking = &HoverHelpTrackingView::of(m_view);
     if (!m_tracking || help == m_tracking->text())
         return false;
-    m_tracking->dismiss();
-    m_tracking->setText(help);
-    m_tracking->setArea(place.toAlignedRect());
-    if (!help.isEmpty())
-        m_tracking->mouseEntered();
+    m_tracking->enterArea(place.toAlignedRect(), help);
     return true;
 }
 
