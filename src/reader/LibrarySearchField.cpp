@@ -65,7 +65,7 @@ void LibrarySearchField::focusInEvent(QFocusEvent* event)
 
 void LibrarySearchField::keyPressEvent(QKeyEvent* event)
 {
-    auto const modifiers = without(modifierFlags(event->modifiers()), m_store.peekModifiers);
+    auto const modifiers = modifierFlags(event->modifiers());
     switch (modifiers == ModifierFlags::none ? event->key() : 0) {
     case Qt::Key_Up:
         m_store.selectAdjacentResult(-1);

@@ -1,5 +1,7 @@
 #include "reader/ReaderKeys.h"
 
+#include "reader/text/EventModifiers.h"
+
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QWheelEvent>
@@ -33,8 +35,9 @@ bool ReaderKeys::eventFilter(QObject* watched, QEvent* event)
     bool const isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     if (!isKey)
         return false;
-    auto const& key = static_cast<QKeyEvent const&>(*event);
-    auto const command = readerCommandOf(key.key(), m_text.modifiersWithoutPeek(key.modifiers()));
+    auto& key = static_cast<QKeyEvent&>(*event);
+    key.setModifiers(without(key.modifiers(), m_text.peekModifiers)); // with which nothing could be typed
+    auto const command = readerCommandOf(key.key(), modifierFlags(key.modifiers()));
     if (!command || command == ReaderCommand::dismiss) // which a field may have a use of its own for
         return false;
     if (event->type() == QEvent::KeyPress)

@@ -18,10 +18,16 @@ inline QByteArray sheetOf(QByteArray const& title)
 // The program beside a terminal that has the front.
 class ReaderOnADesktop : public Test {
 protected:
+    void storePeek(Shortcut const& shortcut)
+    {
+        program.setSetting(u"KeyboardShortcuts_peekQuillory"_s, shortcut.encoded());
+        last = shortcut;
+    }
+
     void start()
     {
         program.start();
-        ASSERT_TRUE(Desktop::eventually([&] { return desktop.isGrabbed(toggle) || !program.isRunning(); }));
+        ASSERT_TRUE(Desktop::eventually([&] { return desktop.isGrabbed(last) || !program.isRunning(); }));
         ASSERT_TRUE(program.isRunning());
     }
 
@@ -65,6 +71,7 @@ protected:
     EventLoop loop;
     Desktop desktop;
     Program program;
+    Shortcut last = toggle; // of those that the program takes, one after the other
     Terminal terminal { desktop, program.path(QStringLiteral("first")) };
 };
 

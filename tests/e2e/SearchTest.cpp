@@ -7,6 +7,36 @@ namespace {
 class SearchTest : public ReaderOnADesktop {
 protected:
     SearchTest() { qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"); }
+
+    void findSidebar()
+    {
+        ASSERT_TRUE(Desktop::eventually([&] {
+            field = client.find(u"Search library"_s);
+            list = client.find(u"Sheets"_s);
+            return field && list;
+        }));
+    }
+    void typeInField(QString const& keys)
+    {
+        desktop.click(client.middle(*field));
+        // The window manager looks at a click first, and keys would come before it.
+        ASSERT_TRUE(Desktop::eventually([&] { return client.hasKeyboard(*field); }));
+        desktop.play(keys);
+    }
+    AssertionResult hears(QStringList const& rows)
+    {
+        QStringList names;
+        bool const isHeard = Desktop::eventually([&] {
+            names.clear();
+            for (auto const& row : client.children(*list))
+                names.append(client.name(row));
+            return names == rows;
+        });
+        return isHeard ? AssertionSuccess() : AssertionFailure() << names.join(u'|').toStdString();
+    }
+
+    AssistiveClient client;
+    std::optional<AssistiveClient::Object> field, list;
 };
 
 TEST_F(SearchTest, Typing_narrows_the_list_as_a_screen_reader_hears_and_Return_goes_on_in_the_text)
@@ -16,29 +46,10 @@ TEST_F(SearchTest, Typing_narrows_the_list_as_a_screen_reader_hears_and_Return_g
     program.save(u"Third.md"_s, "kajak \xFF");
     start();
     ASSERT_TRUE(comesUp());
-    AssistiveClient const client;
-    std::optional<AssistiveClient::Object> field, list;
-    ASSERT_TRUE(Desktop::eventually([&] {
-        field = client.find(u"Search library"_s);
-        list = client.find(u"Sheets"_s);
-        return field && list;
-    }));
+    findSidebar();
     EXPECT_EQ(client.description(*field), u"Filter sheets by title and content (⌘K)"_s);
-    auto const hears = [&](QStringList const& rows) {
-        QStringList names;
-        bool const isHeard = Desktop::eventually([&] {
-            names.clear();
-            for (auto const& row : client.children(*list))
-                names.append(client.name(row));
-            return names == rows;
-        });
-        return isHeard ? AssertionSuccess() : AssertionFailure() << names.join(u'|').toStdString();
-    };
     EXPECT_TRUE(hears({ u"First"_s, u"Second"_s, u"Third, with an error"_s }));
-    desktop.click(client.middle(*field));
-    // The window manager looks at a click first, and keys would come before it.
-    ASSERT_TRUE(Desktop::eventually([&] { return client.hasKeyboard(*field); }));
-    desktop.play(u"K A J"_s);
+    typeInField(u"K A J"_s);
     EXPECT_TRUE(hears({ u"Second"_s }));
     EXPECT_EQ(client.text(*field), u"kaj"_s);
     EXPECT_TRUE(shows(u"First"_s));
@@ -49,6 +60,32 @@ TEST_F(SearchTest, Typing_narrows_the_list_as_a_screen_reader_hears_and_Return_g
     desktop.play(u"Right"_s); // the text's key for the next sheet of the library
     EXPECT_TRUE(shows(u"kajak"_s));
     desktop.play(u"Escape"_s);
+    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+}
+
+TEST_F(SearchTest, While_the_keys_of_a_peek_are_held_letters_are_typed_and_a_rows_menu_stays)
+{
+    // With Control and Alt the window manager would take the arrows.
+    storePeek({ 38, Shortcut::carbonModifiersOf(ModifierFlags::command) });
+    for (auto const* name : { "First", "Acorn" })
+        program.save(QString::fromLatin1(name) + u".md"_s, sheetOf(name));
+    start();
+    desktop.play(u"super+J↓"_s);
+    ASSERT_TRUE(isUp());
+    findSidebar();
+    typeInField(u"A C"_s);
+    EXPECT_TRUE(hears({ u"Acorn"_s }));
+    auto const reader = desktop.reader().value().window;
+    auto const windows = desktop.windowsOfOwner(reader);
+    auto const row = client.middle(client.children(*list).value(0));
+    desktop.keyboard().movePointer(row.x(), row.y());
+    desktop.keyboard().clickButton(3);
+    ASSERT_TRUE(Desktop::eventually([&] { return desktop.windowsOfOwner(reader) > windows; })) << "no menu";
+    desktop.play(u"Up Return"_s); // its last item
+    // Long after the held key began to repeat.
+    EXPECT_TRUE(Desktop::eventually([&] { return hears({ u"Acorn, pinned"_s }); }));
+    EXPECT_TRUE(desktop.isReaderOnScreen());
+    desktop.play(u"super+J↑"_s);
     EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
 }
 

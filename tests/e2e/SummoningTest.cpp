@@ -15,15 +15,8 @@ class SummoningTest : public ReaderOnADesktop {
 protected:
     SummoningTest()
     {
-        program.setSetting(u"KeyboardShortcuts_peekQuillory"_s, peek.encoded());
+        storePeek(peek);
         program.save(u"a.md"_s, sheetOf("Sheet"));
-    }
-
-    // The keys are taken one after the other.
-    void start()
-    {
-        ReaderOnADesktop::start();
-        ASSERT_TRUE(Desktop::eventually([&] { return desktop.isGrabbed(peek); }));
     }
 
     // Drags with the mouse until the panel's frame is `frame`, but for the first steps of the way, which the window

@@ -51,6 +51,9 @@ bool QtLocalKeyEvents::eventFilter(QObject* watched, QEvent* event)
     if (!isKey || !watched->isWindowType())
         return false;
     auto const& key = static_cast<QKeyEvent const&>(*event);
+    // The window system repeats a held key as releases and presses, of which only the presses mean anything.
+    if (event->type() == QEvent::KeyRelease && key.isAutoRepeat())
+        return false;
     auto const keyCode = m_keyCodes(key.nativeScanCode());
     if (!keyCode)
         return false;

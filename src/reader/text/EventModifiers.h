@@ -21,6 +21,15 @@ inline ModifierFlags modifierFlags(Qt::KeyboardModifiers modifiers)
     return flags;
 }
 
+inline Qt::KeyboardModifiers without(Qt::KeyboardModifiers modifiers, ModifierFlags taken)
+{
+    for (auto const each : { Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier, Qt::MetaModifier }) {
+        if (contains(taken, modifierFlags(each)))
+            modifiers.setFlag(each, false);
+    }
+    return modifiers;
+}
+
 constexpr ModifierFlags without(ModifierFlags flags, ModifierFlags taken)
 {
     return static_cast<ModifierFlags>(static_cast<std::uint32_t>(flags) & ~static_cast<std::uint32_t>(taken));
