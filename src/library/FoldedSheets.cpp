@@ -6,7 +6,7 @@
 #include <QHash>
 
 #include <algorithm>
-#include <numeric>
+#include <iterator>
 
 namespace Quillory {
 
@@ -117,7 +117,7 @@ std::shared_ptr<FoldedSheets const> FoldedSheets::of(
 FoldedSheets::Positions FoldedSheets::holding(QByteArrayView query) const
 {
     Positions all(m_ends.size());
-    std::iota(all.begin(), all.end(), 0);
+    std::ranges::generate(all, [place = qsizetype { 0 }]() mutable { return place++; });
     return holding(query, all);
 }
 

@@ -31,10 +31,10 @@ struct LibraryLoad {
     FileSystem const& files;
     Sandbox& sandbox;
     QString folder;
-    QList<Sheet> previous {};
+    QList<Sheet> previous;
     std::shared_ptr<LoadMemory const> earlier = std::make_shared<LoadMemory>(); // of the same load as `previous`
-    std::stop_token hurry {}; // makes it wait for nothing that was under way before
-    std::stop_token ended {}; // for nothing at all, and leave sheets out
+    std::stop_token hurry; // makes it wait for nothing that was under way before
+    std::stop_token ended; // for nothing at all, and leave sheets out
 
     // After that long the load ends with what it has: texts that are still being read stand as code. Pictures have a
     // half of it more.

@@ -4,6 +4,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace Quillory::PanelFrame {
@@ -51,10 +52,10 @@ QRectF fromString(QStringView text)
     auto const match = form.match(text.toString());
     if (!match.hasMatch())
         return {};
-    double numbers[4];
-    for (int index = 0; index < 4; ++index) {
+    std::array<double, 4> numbers {};
+    for (int group = 1; auto& number : numbers) {
         bool isNumber = false;
-        numbers[index] = QLocale::c().toDouble(match.capturedView(index + 1), &isNumber);
+        number = QLocale::c().toDouble(match.capturedView(group++), &isNumber);
         if (!isNumber)
             return {};
     }
@@ -63,7 +64,7 @@ QRectF fromString(QStringView text)
 
 bool isUsable(QRectF const& frame)
 {
-    double const numbers[] { frame.x(), frame.y(), frame.width(), frame.height() };
+    std::array const numbers { frame.x(), frame.y(), frame.width(), frame.height() };
     return std::ranges::all_of(numbers, [](double number) { return std::isfinite(number); })
         && frame.width() >= minimumSize.width() && frame.height() >= minimumSize.height();
 }

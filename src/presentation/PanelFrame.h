@@ -8,10 +8,8 @@
 
 #include <optional>
 
-namespace Quillory {
-
 // The place the reader panel comes up at, and how its frame is kept.
-namespace PanelFrame {
+namespace Quillory::PanelFrame {
 
 inline constexpr QSizeF defaultSize { 880, 640 };
 inline constexpr QSizeF minimumSize { 440, 360 };
@@ -43,7 +41,5 @@ std::optional<Screens::Screen> usersScreen(
 
 // The screen with most of `frame`, or else the main one.
 std::optional<Screens::Screen> screenOf(QList<Screens::Screen> const& screens, QRect const& frame);
-
-}
 
 }

@@ -80,7 +80,7 @@ void ReaderPanel::takeFrame()
     // One that is in place already stays there, also where a window manager has corrected it.
     if (isVisible() && screen == PanelFrame::screenOf(*m_screens, geometry()))
         return;
-    auto const stored = m_services.defaults.get<QString>(QLatin1StringView(frameKey));
+    auto const stored = m_services.defaults.get<QString>(frameKey);
     auto const frame = PanelFrame::forShow(stored, pos(), *m_screens, screen).toRect();
     using enum PanelFrameGuard::Until;
     m_restoringPanelFrame.place(isVisible() ? nextFrame : inFront);
@@ -161,7 +161,7 @@ void ReaderPanel::savePanelFrame()
 {
     if (!m_restoringPanelFrame.isMovedByUser())
         return;
-    m_services.defaults.setValue(QLatin1StringView(frameKey), PanelFrame::string(windowHandle()->geometry()));
+    m_services.defaults.setValue(frameKey, PanelFrame::string(windowHandle()->geometry()));
 }
 
 void ReaderPanel::focusReader()

@@ -33,7 +33,7 @@ public:
         MakePanelWindow makeWindow;
     };
 
-    static constexpr char frameKey[] = "persistentPanelFrame";
+    static constexpr QLatin1StringView frameKey { "persistentPanelFrame" };
 
     ReaderPanel(LibraryStore& store, Services services);
     ~ReaderPanel() override;

@@ -118,7 +118,7 @@ void BarButton::paintEvent(QPaintEvent*)
     auto const between = textWidth > 0 && symbolWidth > 0 ? gap : 0;
     auto const left = (width() - textWidth - symbolWidth - between) / 2;
     if (symbolWidth > 0)
-        paintSymbol(painter, m_symbol, QRectF(left, (height() - symbolSide) / 2, symbolSide, symbolSide), ink);
+        paintSymbol(painter, m_symbol, QRectF(left, (height() - symbolSide) / 2.0, symbolSide, symbolSide), ink);
     painter.setPen(ink);
     painter.drawText(
         QRect(left + symbolWidth + between, 0, textWidth + 1, height()), Qt::AlignVCenter | Qt::TextSingleLine, text());

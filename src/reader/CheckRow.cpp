@@ -57,7 +57,7 @@ void CheckRow::paintEvent(QPaintEvent*)
         painter.drawRoundedRect(rect(), radius, radius);
     }
     auto const boxSide = boxSideOf(fontMetrics());
-    QRectF const box(padding, (height() - boxSide) / 2, boxSide, boxSide);
+    QRectF const box(padding, (height() - boxSide) / 2.0, boxSide, boxSide);
     painter.setPen(isChecked() ? QPen(Qt::NoPen) : QPen(colors.outline, outline));
     painter.setBrush(isChecked() ? colors.accent : colors.surface);
     painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);

@@ -58,8 +58,8 @@ void NativeReader::update(Sheet const& sheet)
     view.peekModifiers = m_store.peekModifiers;
     view.setLearningModeEnabled(m_store.learningModeEnabled);
     m_scrollView->window()->setWindowTitle(oneLine(sheet.title));
-    if (auto key = keyOf(sheet); m_documentKey != key)
-        rebuild(sheet, std::move(key));
+    if (auto const key = keyOf(sheet); m_documentKey != key)
+        rebuild(sheet, key);
     view.onScroll = [this, id = sheet.id](QPointF point) { m_store.scrollPositions.insert(id, point); };
     serveFind();
 }
@@ -72,7 +72,7 @@ DocumentKey NativeReader::keyOf(Sheet const& sheet) const
     return key;
 }
 
-void NativeReader::rebuild(Sheet const& sheet, DocumentKey key)
+void NativeReader::rebuild(Sheet const& sheet, DocumentKey const& key)
 {
     auto& view = textView();
     if (!std::exchange(m_isPlaceStored, false) && m_documentKey)

@@ -62,7 +62,7 @@ private:
     RenderedMarkdown render(Sheet const& sheet) const;
     // That code asks for, so that its longest line stays in one.
     double minimumCodeWidth(CopyTargets const& targets) const;
-    void rebuild(Sheet const& sheet, DocumentKey key);
+    void rebuild(Sheet const& sheet, DocumentKey const& key);
     std::unique_ptr<ReaderDocument> documentFor(Sheet const& sheet, DocumentKey const& key);
     void keep(Kept kept);
     void storePlace();

@@ -122,7 +122,7 @@ QItemSelectionModel::SelectionFlags SheetList::selectionCommand(QModelIndex cons
 // The base makes the first row current, which would select its sheet.
 void SheetList::focusInEvent(QFocusEvent* event)
 {
-    QAbstractScrollArea::focusInEvent(event);
+    QAbstractScrollArea::focusInEvent(event); // NOLINT(bugprone-parent-virtual-call) not the base's, on purpose
     viewport()->update();
 }
 

@@ -15,7 +15,7 @@ constexpr int spacing = 6;
 
 }
 
-Sidebar::Sidebar(LibraryStore& store, std::function<void()> giveUpKeyboard, QWidget* parent)
+Sidebar::Sidebar(LibraryStore& store, std::function<void()> const& giveUpKeyboard, QWidget* parent)
     : QWidget(parent)
     , m_store(store)
     , m_search(new LibrarySearchField(store, this))

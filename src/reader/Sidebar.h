@@ -17,7 +17,7 @@ class Sidebar : public QWidget {
     Q_OBJECT
 public:
     // The store outlives the bar. `giveUpKeyboard` hands it to the text.
-    Sidebar(LibraryStore& store, std::function<void()> giveUpKeyboard, QWidget* parent);
+    Sidebar(LibraryStore& store, std::function<void()> const& giveUpKeyboard, QWidget* parent);
 
     void refresh();
 

@@ -7,10 +7,8 @@
 #include <QMap>
 #include <QString>
 
-namespace Quillory {
-
 // Turns a Markdown sheet into attributed text and copy targets. Stateless; any thread.
-namespace MarkdownRenderer {
+namespace Quillory::MarkdownRenderer {
 
 using Images = QMap<QString, PreparedImage>; // by the source as written
 
@@ -20,7 +18,5 @@ RenderedMarkdown render(ParsedMarkdown const& parsed, QString const& title, Imag
 
 // Of the source text itself.
 RenderedMarkdown render(QString const& source, QString const& title, Images const& images, double textSize);
-
-}
 
 }

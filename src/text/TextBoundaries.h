@@ -4,10 +4,8 @@
 
 #include <QString>
 
-namespace Quillory {
-
 // The boundaries of characters, words and lines in a text, at a cost that does not go with the text's length.
-namespace TextBoundaries {
+namespace Quillory::TextBoundaries {
 
 // A character is what a person takes for one.
 qsizetype afterCharacter(QString const& text, qsizetype position);
@@ -26,7 +24,5 @@ qsizetype previousLine(QString const& text, qsizetype position);
 qsizetype nextLine(QString const& text, qsizetype position);
 // where End goes in a line as laid out: not after the blank at which it wraps.
 qsizetype lastPlaceOf(QString const& text, TextRange line);
-
-}
 
 }

@@ -61,7 +61,7 @@ std::array<float, 95> asciiWidthsOf(QFontMetricsF const& metrics, double kern)
 LayoutContext::LayoutContext(AttributedText const& text, FontSet fonts, ColorSet colors)
     : m_text(text.withWholeParagraphs())
     , m_fonts(std::move(fonts))
-    , m_colors(std::move(colors))
+    , m_colors(colors)
 {
 }
 

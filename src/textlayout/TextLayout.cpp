@@ -6,8 +6,8 @@
 
 namespace Quillory {
 
-TextLayout::TextLayout(AttributedText text, TextWidths const& widths, FontSet fonts, ColorSet colors)
-    : m_context(std::make_unique<LayoutContext>(std::move(text), std::move(fonts), std::move(colors)))
+TextLayout::TextLayout(AttributedText const& text, TextWidths const& widths, FontSet fonts, ColorSet colors)
+    : m_context(std::make_unique<LayoutContext>(text, std::move(fonts), colors))
     , m_widths(widths)
     , m_codeWidth(std::min(codeWidth(*m_context, largestCodeWidth), largestCodeWidth))
     , m_chapters(std::make_unique<TextChapters>(*m_context, roomyWidths()))

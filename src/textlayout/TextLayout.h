@@ -24,7 +24,7 @@ public:
 
     static constexpr double largestCodeWidth = 12000; // longer lines of code wrap
 
-    TextLayout(AttributedText text, TextWidths const& widths, FontSet fonts, ColorSet colors);
+    TextLayout(AttributedText const& text, TextWidths const& widths, FontSet fonts, ColorSet colors);
 
     AttributedText const& text() const { return m_context->text(); }
     FontSet const& fonts() const { return m_context->fonts(); }

@@ -13,7 +13,7 @@
 namespace Quillory {
 namespace {
 
-auto const frameKey = QLatin1StringView(ReaderPanel::frameKey);
+constexpr auto frameKey = ReaderPanel::frameKey;
 
 class ReaderPanelTest : public Test {
 protected:

@@ -18,7 +18,7 @@ namespace Quillory {
 
 namespace {
 
-constexpr qint64 largestFile = 64 * 1024 * 1024;
+constexpr qint64 largestFile = 64LL * 1024 * 1024;
 
 std::unexpected<SystemError> lastError()
 {
@@ -106,7 +106,7 @@ std::expected<void, SystemError> replaceFile(QString const& path, QByteArray con
 std::expected<QString, SystemError> setFileAside(QString const& path, QString const& suffix)
 {
     for (int number = 1;; ++number) {
-        auto const aside = QStringLiteral("%1.%2-%3").arg(path, suffix).arg(number);
+        auto aside = QStringLiteral("%1.%2-%3").arg(path, suffix).arg(number);
         auto const name = QFile::encodeName(aside);
         // Taking the name first makes sure that the rename replaces nothing but our own empty file.
         FileDescriptor const taken(open(name.constData(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));

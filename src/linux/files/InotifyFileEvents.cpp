@@ -207,6 +207,7 @@ private:
         if (!m_question.expired())
             return std::nullopt;
         std::vector<std::pair<QByteArray, QByteArray>> paths;
+        paths.reserve(watches.size());
         for (auto const& watch : watches)
             paths.emplace_back(watch->parentPath, watch->path);
         auto question = std::make_shared<char>();

@@ -92,7 +92,7 @@ std::optional<QString> renamedSibling(QString const& path, FolderIdentity const&
         return std::nullopt;
     QDirIterator entries(parent, QDir::Dirs | QDir::Hidden | QDir::NoSymLinks | QDir::NoDotAndDotDot);
     while (entries.hasNext()) {
-        auto const sibling = entries.next();
+        auto sibling = entries.next();
         auto const entry = folderAt(sibling);
         if (entry && entry->identity == wanted && entry->device == parentEntry->device)
             return sibling;

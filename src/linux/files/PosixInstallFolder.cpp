@@ -7,8 +7,8 @@
 
 #include <cerrno>
 
+#include <cstdio>
 #include <fcntl.h>
-#include <stdio.h>
 #include <sys/stat.h>
 
 namespace Quillory {

@@ -2,7 +2,7 @@
 
 #include <cerrno>
 
-#include <limits.h>
+#include <climits>
 #include <sys/stat.h>
 #include <unistd.h>
 

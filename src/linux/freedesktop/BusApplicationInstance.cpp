@@ -26,8 +26,8 @@ BusApplicationInstance::Start BusApplicationInstance::Start::ofThisProcess()
 }
 
 BusApplicationInstance::BusApplicationInstance(
-    QDBusConnection const& sessionBus, Start start, std::chrono::milliseconds answerTime)
-    : m_bus(sessionBus)
+    QDBusConnection sessionBus, Start start, std::chrono::milliseconds answerTime)
+    : m_bus(std::move(sessionBus))
     , m_start(std::move(start))
     , m_answerTime(answerTime)
     , m_interface([this](Request const& request) { receive(request); })

@@ -31,7 +31,7 @@ public:
 
     // A process that the bus began for the sake of a toggle opens. `answerTime` is what another process has for its answer.
     BusApplicationInstance(
-        QDBusConnection const& sessionBus, Start start, std::chrono::milliseconds answerTime = usualAnswerTime);
+        QDBusConnection sessionBus, Start start, std::chrono::milliseconds answerTime = usualAnswerTime);
     ~BusApplicationInstance() override;
     BusApplicationInstance(BusApplicationInstance const&) = delete;
     BusApplicationInstance& operator=(BusApplicationInstance const&) = delete;

@@ -66,9 +66,11 @@ void watch(pid_t process, ChildProcess::Ended ended)
 std::expected<void, SystemError> ChildProcess::start(QStringList const& command, QString const& folder, Ended ended)
 {
     std::vector<QByteArray> texts;
+    texts.reserve(static_cast<std::size_t>(command.size()));
     for (auto const& argument : command)
         texts.push_back(QFile::encodeName(argument));
     std::vector<char*> arguments;
+    arguments.reserve(texts.size() + 1);
     for (auto& text : texts)
         arguments.push_back(text.data());
     arguments.push_back(nullptr);

@@ -78,8 +78,8 @@ std::expected<DesktopEntry, FileOpener::Failure> readEntry(QString const& path)
 
 }
 
-DesktopFileOpener::DesktopFileOpener(QDBusConnection const& sessionBus)
-    : m_bus(sessionBus)
+DesktopFileOpener::DesktopFileOpener(QDBusConnection sessionBus)
+    : m_bus(std::move(sessionBus))
 {
 }
 

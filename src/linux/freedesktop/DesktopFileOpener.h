@@ -14,7 +14,7 @@ namespace Quillory {
 class DesktopFileOpener final : public QObject, public FileOpener {
     Q_OBJECT
 public:
-    explicit DesktopFileOpener(QDBusConnection const& sessionBus);
+    explicit DesktopFileOpener(QDBusConnection sessionBus);
 
     void open(QString const& path, Done done) override;
     void openLink(QString const& link, Done done) override;

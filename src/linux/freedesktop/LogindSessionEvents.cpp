@@ -30,8 +30,8 @@ void whenAnswered(QObject* owner, QDBusPendingCall const& call, Done done)
 
 }
 
-LogindSessionEvents::LogindSessionEvents(QDBusConnection const& systemBus)
-    : m_bus(systemBus)
+LogindSessionEvents::LogindSessionEvents(QDBusConnection systemBus)
+    : m_bus(std::move(systemBus))
 {
     if (!m_bus.isConnected())
         return;

@@ -16,7 +16,7 @@ namespace Quillory {
 class LogindSessionEvents final : public QObject, public SessionEvents {
     Q_OBJECT
 public:
-    explicit LogindSessionEvents(QDBusConnection const& systemBus);
+    explicit LogindSessionEvents(QDBusConnection systemBus);
 
     Registration observeWillSleep(Action action) override;
     Registration observeDidWake(Action action) override;

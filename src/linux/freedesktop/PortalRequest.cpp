@@ -39,9 +39,9 @@ QString newToken()
 
 }
 
-PortalRequest::PortalRequest(QDBusConnection const& bus, QObject* parent, Answered answered)
+PortalRequest::PortalRequest(QDBusConnection bus, QObject* parent, Answered answered)
     : QObject(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
     , m_answered(std::move(answered))
 {
 }

@@ -37,7 +37,7 @@ private Q_SLOTS:
     void respond(uint response, QVariantMap const& results);
 
 private:
-    PortalRequest(QDBusConnection const& bus, QObject* parent, Answered answered);
+    PortalRequest(QDBusConnection bus, QObject* parent, Answered answered);
     void listen(QString const& path);
     void send(File const& file, QString const& token);
     void send(Link const& link, QString const& token);

@@ -1,5 +1,7 @@
 #include "linux/qt/PictureContainers.h"
 
+#include <array>
+
 namespace Quillory {
 
 using Container = PictureDecoder::Container;
@@ -10,7 +12,7 @@ std::optional<Container> containerOf(QByteArrayView bytes)
         QByteArrayView bytes;
         Container container;
     };
-    static constexpr Beginning beginnings[] = {
+    static constexpr auto beginnings = std::to_array<Beginning>({
         { "\x89PNG\r\n\x1A\n", Container::png },
         { "\xFF\xD8\xFF", Container::jpeg },
         { "GIF87a", Container::gif },
@@ -18,7 +20,7 @@ std::optional<Container> containerOf(QByteArrayView bytes)
         { QByteArrayView("II*\0", 4), Container::tiff },
         { QByteArrayView("MM\0*", 4), Container::tiff },
         { "BM", Container::bmp },
-    };
+    });
     for (auto const& beginning : beginnings) {
         if (bytes.startsWith(beginning.bytes))
             return beginning.container;

@@ -4,6 +4,7 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace Quillory {
@@ -12,7 +13,7 @@ namespace {
 
 constexpr qsizetype signatureLength = 8;
 constexpr qsizetype chunkFrame = 12; // length, type and checksum
-constexpr QByteArrayView pixelChunks[] = { "IHDR", "PLTE", "tRNS", "sRGB", "iCCP", "IDAT", "IEND" };
+constexpr auto pixelChunks = std::to_array<QByteArrayView>({ "IHDR", "PLTE", "tRNS", "sRGB", "iCCP", "IDAT", "IEND" });
 
 }
 

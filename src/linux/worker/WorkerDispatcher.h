@@ -42,8 +42,8 @@ private:
         WorkerProcess process;
         State state = State::starting;
         Clock::time_point since; // of the state
-        std::vector<QueuedJob> jobs {}; // while working
-        std::optional<MemoryFile> answers {};
+        std::vector<QueuedJob> jobs; // while working
+        std::optional<MemoryFile> answers;
         Nanoseconds processorTime {}; // at the beginning of the work
         Nanoseconds allowance {};
     };

@@ -6,14 +6,12 @@
 #include <span>
 #include <vector>
 
-namespace Quillory {
-
 // What passes between the program and a worker, in messages on a socket and in two memory files that come along with each
 // request: one with the bytes of all items, one for all answers. Neither side trusts the other. All that a worker sends
 // are numbers; descriptors go one way only.
 //
 // The worker's first message is `workerIsReady`, once it is confined.
-namespace WorkerProtocol {
+namespace Quillory::WorkerProtocol {
 
 // One piece of work in a request. Its bytes follow those of the items before it without a gap.
 struct Item {
@@ -41,8 +39,6 @@ std::optional<Pieces> answersOf(
 constexpr std::uint64_t aligned(std::uint64_t size)
 {
     return (size + answerAlignment - 1) / answerAlignment * answerAlignment;
-}
-
 }
 
 }

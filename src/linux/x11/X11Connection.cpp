@@ -117,8 +117,8 @@ QByteArray X11Connection::property(xcb_window_t window, char const* name)
     XcbOwned<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_connection, cookie, nullptr));
     if (!reply)
         return {};
-    return QByteArray(
-        static_cast<char const*>(xcb_get_property_value(reply.get())), xcb_get_property_value_length(reply.get()));
+    return { static_cast<char const*>(xcb_get_property_value(reply.get())),
+        xcb_get_property_value_length(reply.get()) };
 }
 
 std::optional<std::uint32_t> X11Connection::number(xcb_window_t window, char const* name)

@@ -139,6 +139,7 @@ std::expected<void, HotKeys::Refusal> X11HotKeys::request(HotKey& hotKey, std::v
 {
     auto* const xcb = m_connection.handle();
     std::vector<xcb_void_cookie_t> requests;
+    requests.reserve(masks.size());
     for (auto const mask : masks) {
         requests.push_back(xcb_grab_key_checked(
             xcb, 0, m_connection.root(), mask, hotKey.serverKeyCode, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC));
@@ -162,6 +163,7 @@ std::expected<void, HotKeys::Refusal> X11HotKeys::request(HotKey& hotKey, std::v
 void X11HotKeys::letGo(HotKey& hotKey, std::vector<std::uint16_t> const& masks)
 {
     std::vector<xcb_void_cookie_t> requests;
+    requests.reserve(masks.size());
     for (auto const mask : masks) {
         requests.push_back(
             xcb_ungrab_key_checked(m_connection.handle(), hotKey.serverKeyCode, m_connection.root(), mask));
@@ -186,7 +188,7 @@ void X11HotKeys::followKeyboardMap()
     auto map = ModifierMap::read(m_connection.handle());
     if (map == m_modifierMap)
         return;
-    m_modifierMap = std::move(map);
+    m_modifierMap = map;
     // Keys that swap their modifiers must not stand in each other's way.
     for (auto const& hotKey : m_hotKeys) {
         if (m_modifierMap.serverMask(hotKey->modifiers) != hotKey->serverMask)
@@ -253,7 +255,7 @@ void X11HotKeys::press(xcb_key_press_event_t const& event)
     // The server's own grab ends with the key that began it, and would leave the release of this one to others.
     if (isAnyDown())
         takeKeyboard(event.time, XCB_GRAB_MODE_ASYNC);
-    auto const hotKey = *pressed;
+    auto const hotKey = *pressed; // NOLINT(performance-unnecessary-copy-initialization) its handler may end it
     hotKey->press = ++m_lastPress;
     m_guard.start();
     hotKey->handler(Phase::pressed);
@@ -266,7 +268,7 @@ bool X11HotKeys::release(std::uint8_t serverKeyCode, X11Clock::Time time)
         m_hotKeys, [&](auto const& each) { return each->press && each->serverKeyCode == serverKeyCode; });
     if (released == m_hotKeys.end())
         return false;
-    auto const hotKey = *released;
+    auto const hotKey = *released; // NOLINT(performance-unnecessary-copy-initialization) its handler may end it
     hotKey->press = 0;
     if (!isAnyDown()) {
         m_guard.stop();
