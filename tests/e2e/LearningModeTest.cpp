@@ -42,7 +42,8 @@ protected:
     void showSheet(bool learningMode)
     {
         isLearning = learningMode;
-        program.save(u"a.md"_s, "# Sheet\n\n🙂 Some `inline code` to read.\n\n```\nls -l\n```\n");
+        program.save(
+            u"a.md"_s, "# Sheet\n\n🙂 Some `inline code` to [read](https://example.org/it).\n\n```\nls -l\n```\n");
         program.setSetting(u"learningModeEnabled"_s, learningMode);
         start();
         ASSERT_TRUE(comesUp());
@@ -122,6 +123,9 @@ TEST_F(LearningModeTest, With_the_mode_off_every_road_copies_and_a_copy_is_annou
     EXPECT_EQ(announcements.heard[0].signature(), u"siiv(so)"_s);
     EXPECT_EQ(announcements.heard[0].arguments().value(1), 1) << "a polite one";
     EXPECT_EQ(announcements.heard[0].arguments().value(3).value<QDBusVariant>().variant(), u"Copied"_s);
+    auto const link = at(static_cast<int>(u"🙂 Some inline code to r"_s.toUcs4().size()));
+    desktop.keyboard().movePointer(link.x(), link.y());
+    EXPECT_TRUE(Desktop::eventually([&] { return client.description(*text).contains(u"https://example.org/it"_s); }));
     desktop.click(client.middle(button()));
     EXPECT_TRUE(Desktop::eventually([&] { return client.description(button()) == u"Copied"_s; }));
     EXPECT_TRUE(Desktop::eventually([&] { return client.description(button()) == u"Copy command"_s; }));

@@ -284,6 +284,14 @@ TEST_F(SummoningTest, A_second_start_calls_up_the_one_that_runs)
         EXPECT_TRUE(isUp() && Desktop::eventually([&] { return desktop.topmostWindow() == panel; }));
         EXPECT_TRUE(X11Clock::isLater(desktop.userTimeOf(panel), userTime)) << "a start that brings no time is now";
     }
+    auto const toCome = desktop.userTimeOf(panel) + 1'000'000'000;
+    qputenv("DESKTOP_STARTUP_ID", QByteArray("forged_TIME") + QByteArray::number(toCome));
+    EXPECT_EQ(program.startAgain(), 0);
+    qunsetenv("DESKTOP_STARTUP_ID");
+    EXPECT_EQ(program.startAgain({ u"--toggle"_s }), 0);
+    EXPECT_TRUE(Desktop::eventually([&] { return !desktop.isReaderOnScreen(); }));
+    EXPECT_TRUE(comesUp()) << "a time that is still to come does not outweigh that of the key";
+    EXPECT_FALSE(X11Clock::isLater(desktop.userTimeOf(panel), toCome - 1));
     desktop.minimize(panel);
     ASSERT_TRUE(Desktop::eventually([&] { return desktop.hasState(panel, "_NET_WM_STATE_HIDDEN"); }));
     EXPECT_TRUE(comesUp()) << "a minimized panel is none";
