@@ -97,8 +97,11 @@ bool HotKeyCenter::isTakenBySystem(Shortcut const& shortcut, SystemShortcuts con
 {
     if (shortcut.isNeverTaken())
         return false;
-    if (shortcut.isTakenBySystem(system.symbolicHotKeys()))
-        return true;
+    return shortcut.isTakenBySystem(system.symbolicHotKeys()) || isHeldByAnother(shortcut);
+}
+
+bool HotKeyCenter::isHeldByAnother(Shortcut const& shortcut) const
+{
     auto const combination = shortcut.combination();
     if (!combination)
         return false;

@@ -38,6 +38,9 @@ public:
     // the user sets a shortcut.
     bool isTakenBySystem(Shortcut const& shortcut, SystemShortcuts const& system) const;
 
+    // Whether another program holds it, by a trial.
+    bool isHeldByAnother(Shortcut const& shortcut) const;
+
     Mode mode() const { return m_mode; }
 
     // For the hot keys themselves: ids are unique within the process, from 1 on.

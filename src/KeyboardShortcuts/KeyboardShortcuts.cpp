@@ -64,14 +64,21 @@ void KeyboardShortcuts::unregisterShortcut(Name const& name)
         remove(*shortcut);
 }
 
-void KeyboardShortcuts::registerShortcut(Name const& name)
+// Listened to, and yet without a hot key.
+bool KeyboardShortcuts::isMissing(Name const& name) const
 {
     auto const shortcut = getShortcut(name);
     bool const isListenedTo = std::ranges::any_of(
         m_handlers, [&](Handler const& handler) { return handler.name.rawValue == name.rawValue; });
-    if (!isListenedTo || !shortcut
-        || std::ranges::find(m_registered, *shortcut, &Entry::shortcut) != m_registered.end())
+    return isListenedTo && shortcut
+        && std::ranges::find(m_registered, *shortcut, &Entry::shortcut) == m_registered.end();
+}
+
+void KeyboardShortcuts::registerShortcut(Name const& name)
+{
+    if (!isMissing(name))
         return;
+    auto const shortcut = getShortcut(name);
     auto const on = [this, shortcut = *shortcut](
                         HotKeys::Phase phase) { return [this, shortcut, phase] { dispatch(shortcut, phase); }; };
     auto const hotKey = std::make_shared<HotKey>(m_center, shortcut->carbonKeyCode, shortcut->carbonModifiers,
@@ -80,6 +87,17 @@ void KeyboardShortcuts::registerShortcut(Name const& name)
         return;
     hotKey->onRegistrationFailed = [this, shortcut = *shortcut] { remove(shortcut); };
     m_registered.push_back({ *shortcut, hotKey });
+}
+
+std::vector<Shortcut> KeyboardShortcuts::registerWhatIsTaken()
+{
+    std::vector<Shortcut> taken;
+    for (auto const& name : m_names) {
+        registerShortcut(name);
+        if (isMissing(name) && m_center.isHeldByAnother(*getShortcut(name)))
+            taken.push_back(*getShortcut(name));
+    }
+    return taken;
 }
 
 void KeyboardShortcuts::remove(Shortcut const& shortcut)

@@ -27,9 +27,12 @@ public:
     void setShortcut(std::optional<Shortcut> const& shortcut, Name const& name);
 
     // Runs `action` whenever the name's shortcut goes down, or is let go; several of one phase in order of arrival.
-    // A shortcut that the system refuses gets no hot key, and nobody is told.
+    // A shortcut that the system refuses gets no hot key until `registerWhatIsTaken`.
     void onKeyDown(Name const& name, Action action);
     void onKeyUp(Name const& name, Action action);
+
+    // Tries again what the system refused. Gives those that another program still holds.
+    std::vector<Shortcut> registerWhatIsTaken();
 
     // The held shortcut has done its work: other keys go to the front window from here on.
     void yieldKeyboard() { m_center.yieldKeyboard(); }
@@ -49,6 +52,7 @@ private:
     void noteName(Name const& name);
     void unregisterShortcut(Name const& name);
     void registerShortcut(Name const& name);
+    bool isMissing(Name const& name) const;
     void remove(Shortcut const& shortcut);
     void dispatch(Shortcut const& shortcut, HotKeys::Phase phase) const;
 

@@ -32,6 +32,9 @@ void AppDelegate::applicationDidFinishLaunching()
             m_services.modifierEvents, m_services.permission, m_services.keys, library.executor },
         *m_panel, m_statusItems);
     bindPanel();
+    m_takenShortcuts.emplace(TakenShortcuts::Services {
+        m_shortcuts, m_store, library.workspace, m_services.notifications, m_services.inWords, m_services.log });
+    m_startTask = library.executor.post([this] { m_takenShortcuts->look(); }); // once the keys have been asked for
     if (!m_store.folder.value())
         m_presentation->open();
     m_requests = m_services.instance.observeRequests([this](auto const& request) { serve(request); });

@@ -5,6 +5,7 @@
 #include "platform/ApplicationInstance.h"
 #include "presentation/PresentationCoordinator.h"
 #include "presentation/ReaderPanel.h"
+#include "presentation/TakenShortcuts.h"
 
 #include <memory>
 #include <optional>
@@ -28,6 +29,8 @@ public:
         ApplicationInstance& instance;
         std::function<void()> quit;
         std::function<QStringList()> howToCall; // one sentence for each shortcut, as it is stored now
+        std::function<QString(Shortcut const&)> inWords;
+        std::function<void(QString const&)> log;
         // When the user asked for what another process passed on, as a server time; absent for now.
         std::function<void(std::optional<std::uint32_t>)> noteUserTime;
     };
@@ -61,6 +64,8 @@ private:
     NoStatusItems m_statusItems;
     std::unique_ptr<ReaderPanel> m_panel;
     std::optional<PresentationCoordinator> m_presentation;
+    std::optional<TakenShortcuts> m_takenShortcuts;
+    Registration m_startTask;
     Registration m_requests;
 };
 

@@ -32,6 +32,16 @@ std::array<CalledBy, 2> const& waysToCall()
     return ways;
 }
 
+std::expected<void, QString> connectFolder(FolderAccess& access, QString const& folder)
+{
+    if (auto const remembered = access.remember(folder); !remembered)
+        return std::unexpected(
+            StartOptions::tr("\"%1\" can't be connected: %2").arg(folder, remembered.error().localizedDescription()));
+    return {};
+}
+
+}
+
 QString inWords(Shortcut const& shortcut, KeyboardLayout const& layout)
 {
     static constexpr std::array<std::pair<ModifierFlags, QLatin1StringView>, 4> words { {
@@ -47,16 +57,6 @@ QString inWords(Shortcut const& shortcut, KeyboardLayout const& layout)
     }
     keys << Shortcut { shortcut.carbonKeyCode, 0 }.description(layout);
     return keys.join(u'+');
-}
-
-std::expected<void, QString> connectFolder(FolderAccess& access, QString const& folder)
-{
-    if (auto const remembered = access.remember(folder); !remembered)
-        return std::unexpected(
-            StartOptions::tr("\"%1\" can't be connected: %2").arg(folder, remembered.error().localizedDescription()));
-    return {};
-}
-
 }
 
 std::expected<void, QString> prepareSettings(

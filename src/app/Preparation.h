@@ -22,4 +22,7 @@ std::expected<void, QString> prepareSettings(
 // How the reader is called with what is stored, one sentence for each shortcut.
 QStringList howToCall(ShortcutStorage const& shortcuts, KeyboardLayout const& layout);
 
+// As on the keys themselves: "Ctrl+Alt+K".
+QString inWords(Shortcut const& shortcut, KeyboardLayout const& layout);
+
 }

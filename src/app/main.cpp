@@ -124,6 +124,8 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .instance = instance,
         .quit = [] { QCoreApplication::exit(); },
         .howToCall = [&] { return howToCall(ShortcutStorage(defaults, notifications), desktop.keyboardLayout()); },
+        .inWords = [&](Shortcut const& shortcut) { return inWords(shortcut, desktop.keyboardLayout()); },
+        .log = [](QString const& sentence) { fail(sentence); },
         .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
     });
     OrderlyEnd end([&] {

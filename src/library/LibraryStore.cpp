@@ -77,6 +77,12 @@ void LibraryStore::say(QString const& sentence, Speaker speaker)
     message.setValue(sentence);
 }
 
+void LibraryStore::withdrawMessage(QString const& sentence)
+{
+    if (message.value() == sentence)
+        message.setValue(std::nullopt);
+}
+
 void LibraryStore::sayTrouble(UserDefaults::Trouble const& trouble)
 {
     using enum UserDefaults::Trouble::Kind;

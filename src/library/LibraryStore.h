@@ -111,6 +111,11 @@ public:
     bool selectAdjacentResult(int offset);
     bool acceptLibrarySearch();
 
+    // What the program around the library has to say, and its end once that does not hold any more: then nothing happens
+    // to another message.
+    void showMessage(QString const& sentence) { say(sentence); }
+    void withdrawMessage(QString const& sentence);
+
     // Asks for a move to the next or the previous match; a repeated request counts.
     void requestFind(FindDirection direction);
 

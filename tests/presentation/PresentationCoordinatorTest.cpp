@@ -1,5 +1,6 @@
 #include "presentation/SummoningDesk.h"
 
+#include "presentation/TakenShortcuts.h"
 #include "support/Test.h"
 
 namespace Quillory {
@@ -121,6 +122,40 @@ TEST(PresentationCoordinator, Each_summons_and_each_wake_read_the_folder_again)
         desk.executor.settle();
         EXPECT_TRUE(isRead);
     }
+}
+
+TEST(TakenShortcuts, A_key_that_another_program_holds_is_told_until_it_could_be_had_or_was_changed)
+{
+    SummoningDesk desk;
+    using Reason = HotKeys::Refusal::Reason;
+    desk.hotKeys.refusals = { { { SummoningDesk::toggleKey, SummoningDesk::toggleModifiers }, Reason::taken },
+        { { SummoningDesk::peekKey, SummoningDesk::peekModifiers }, Reason::unknownKey } };
+    desk.make();
+    QStringList logged;
+    auto& message = desk.library.message;
+    desk.library.showMessage(u"first"_s);
+    TakenShortcuts told({ desk.shortcuts->shortcuts, desk.library, desk.workspace, desk.shortcuts->notifications,
+        [](Shortcut const& shortcut) { return QString::number(shortcut.carbonKeyCode); },
+        [&](QString const& sentence) { logged.append(sentence); } });
+    told.look();
+    EXPECT_THAT(logged, ElementsAre(u"40 is used by another program."_s));
+    EXPECT_EQ(message.value(), u"first"_s);
+    desk.library.withdrawMessage(u"first"_s);
+    desk.coordinator->open();
+    EXPECT_EQ(message.value(), u"40 is used by another program."_s);
+    desk.library.withdrawMessage(*message.value());
+    desk.workspace.bringToFront(browser.window);
+    EXPECT_EQ(message.value(), std::nullopt) << "it was read and dismissed";
+
+    desk.hotKeys.refusals.push_back({ { 0, SummoningDesk::toggleModifiers }, Reason::taken });
+    desk.shortcuts->shortcuts.setShortcut(
+        Shortcut { 0, Shortcut::carbonModifiersOf(SummoningDesk::toggleModifiers) }, ShortcutName::toggleQuillory());
+    EXPECT_EQ(message.value(), u"0 is used by another program."_s);
+    desk.hotKeys.refusals.clear();
+    desk.workspace.bringToFront(secondEditorWindow.window);
+    EXPECT_EQ(message.value(), std::nullopt);
+    EXPECT_EQ(desk.hotKeys.registered().size(), 2U);
+    EXPECT_EQ(logged.size(), 2);
 }
 
 }
