@@ -63,12 +63,13 @@ X11Desktop::X11Desktop(QApplication const& application, std::unique_ptr<X11Conne
     , m_listening(std::move(listening))
     , m_userTimes(m_clock)
     , m_hotKeys(*m_connection, m_clock)
+    , m_keys(*m_listening)
     , m_localKeyEvents(
-          [](std::uint32_t scanCode) { return VirtualKeys::virtualKeyCode(static_cast<std::uint8_t>(scanCode)); })
+          [](std::uint32_t scanCode) { return VirtualKeys::virtualKeyCode(static_cast<std::uint8_t>(scanCode)); },
+          m_keys)
     , m_workspace(*m_connection, m_clock, m_flushOwnWindows)
     , m_permission(*m_listening)
     , m_modifierEvents(*m_listening, m_clock, m_permission)
-    , m_keys(*m_listening)
     , m_keyboardLayout(*m_connection)
 {
     m_connection->onLost = [] { QCoreApplication::exit(EXIT_FAILURE); };

@@ -77,11 +77,11 @@ private:
     X11Clock m_clock;
     UserTimes m_userTimes;
     X11HotKeys m_hotKeys;
+    X11KeyState m_keys;
     QtLocalKeyEvents m_localKeyEvents;
     X11Workspace m_workspace;
     X11InputPermission m_permission;
     X11ModifierEvents m_modifierEvents;
-    X11KeyState m_keys;
     XkbKeyboardLayout m_keyboardLayout;
     QtScreens m_screens;
     WindowSizeFilter m_sizes;

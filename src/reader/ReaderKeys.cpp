@@ -2,11 +2,27 @@
 
 #include "reader/text/EventModifiers.h"
 
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QWheelEvent>
 
 namespace Quillory {
+
+namespace {
+
+// What the key types with these modifiers alone. With Control it types no letter.
+QString textOf(QKeyEvent const& event, Qt::KeyboardModifiers modifiers)
+{
+    bool const isCharacter = event.key() < Qt::Key_Escape;
+    if (!isCharacter || !event.modifiers().testFlag(Qt::ControlModifier) || modifiers.testFlag(Qt::ControlModifier))
+        return event.text();
+    auto const key = static_cast<char32_t>(event.key());
+    auto const upper = QString::fromUcs4(&key, 1);
+    return modifiers.testFlag(Qt::ShiftModifier) ? upper : upper.toLower();
+}
+
+}
 
 ReaderKeys::ReaderKeys(ReaderTextView& text)
     : QObject(&text)
@@ -35,8 +51,13 @@ bool ReaderKeys::eventFilter(QObject* watched, QEvent* event)
     bool const isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     if (!isKey)
         return false;
-    auto& key = static_cast<QKeyEvent&>(*event);
-    key.setModifiers(without(key.modifiers(), m_text.peekModifiers)); // with which nothing could be typed
+    auto const& key = static_cast<QKeyEvent const&>(*event);
+    if (auto const modifiers = without(key.modifiers(), m_text.peekModifiers); modifiers != key.modifiers()) {
+        QKeyEvent plain(event->type(), key.key(), modifiers, textOf(key, modifiers), key.isAutoRepeat());
+        QCoreApplication::sendEvent(watched, &plain);
+        event->setAccepted(plain.isAccepted());
+        return true;
+    }
     auto const command = readerCommandOf(key.key(), modifierFlags(key.modifiers()));
     if (!command || command == ReaderCommand::dismiss) // which a field may have a use of its own for
         return false;

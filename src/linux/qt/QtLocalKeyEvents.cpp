@@ -28,8 +28,9 @@ ModifierFlags flags(Qt::KeyboardModifiers modifiers)
 
 }
 
-QtLocalKeyEvents::QtLocalKeyEvents(KeyCodes keyCodes)
+QtLocalKeyEvents::QtLocalKeyEvents(KeyCodes keyCodes, KeyState const& keys)
     : m_keyCodes(std::move(keyCodes))
+    , m_keys(keys)
 {
 }
 
@@ -51,11 +52,12 @@ bool QtLocalKeyEvents::eventFilter(QObject* watched, QEvent* event)
     if (!isKey || !watched->isWindowType())
         return false;
     auto const& key = static_cast<QKeyEvent const&>(*event);
-    // The window system repeats a held key as releases and presses, of which only the presses mean anything.
-    if (event->type() == QEvent::KeyRelease && key.isAutoRepeat())
-        return false;
     auto const keyCode = m_keyCodes(key.nativeScanCode());
     if (!keyCode)
+        return false;
+    // The window system repeats a held key as releases and presses, of which only the presses mean anything. The event
+    // tells a release as repeated only when the press has arrived with it.
+    if (event->type() == QEvent::KeyRelease && m_keys.keyIsDown(*keyCode))
         return false;
     RawKeyEvent const raw {
         .kind = event->type() == QEvent::KeyPress ? RawKeyEvent::Kind::down : RawKeyEvent::Kind::up,

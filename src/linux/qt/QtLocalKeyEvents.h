@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/KeyState.h"
 #include "platform/LocalKeyEvents.h"
 #include "platform/Observers.h"
 
@@ -17,8 +18,8 @@ public:
     // The virtual key code of a key by the code that the window system gives it. Absent for a key without one.
     using KeyCodes = std::function<std::optional<std::uint16_t>(std::uint32_t nativeScanCode)>;
 
-    // The application object exists already and outlives it.
-    explicit QtLocalKeyEvents(KeyCodes keyCodes);
+    // The application object exists already and outlives it, as `keys` do.
+    QtLocalKeyEvents(KeyCodes keyCodes, KeyState const& keys);
 
     Registration observe(Monitor monitor) override;
 
@@ -26,6 +27,7 @@ public:
 
 private:
     KeyCodes m_keyCodes;
+    KeyState const& m_keys;
     Observers<Answer(RawKeyEvent const&)> m_monitors;
 };
 

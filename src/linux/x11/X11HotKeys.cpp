@@ -279,7 +279,7 @@ bool X11HotKeys::release(std::uint8_t serverKeyCode, X11Clock::Time time)
     return true;
 }
 
-// Sent to whoever made the window, as it would have come without the hot key: a letter types, an arrow moves.
+// Sent to whoever made the window, as it would have come without the grab.
 void X11HotKeys::passOn(xcb_key_press_event_t const& event)
 {
     if (!isAnyDown() || m_hold == Hold::untilAnotherKey)
@@ -291,10 +291,6 @@ void X11HotKeys::passOn(xcb_key_press_event_t const& event)
         return;
     auto passed = event;
     passed.event = focus->focus;
-    for (auto const& hotKey : m_hotKeys) {
-        if (hotKey->press)
-            passed.state = static_cast<std::uint16_t>(passed.state & ~hotKey->serverMask);
-    }
     passed.child = XCB_WINDOW_NONE;
     xcb_send_event(xcb, 0, focus->focus, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<char const*>(&passed));
 }

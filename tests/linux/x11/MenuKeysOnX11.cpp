@@ -4,6 +4,7 @@
 #include "linux/qt/QtLocalKeyEvents.h"
 #include "linux/qt/QtMenuTracking.h"
 #include "linux/x11/X11HotKeys.h"
+#include "linux/x11/X11KeyState.h"
 #include "support/ManualExecutor.h"
 #include "support/MemoryUserDefaults.h"
 
@@ -33,9 +34,11 @@ protected:
     X11HotKeys hotKeys { *connection, clock };
     NotificationCenter notifications;
     QtMenuTracking tracking { notifications };
+    X11KeyState keyState { *connection };
     QtLocalKeyEvents localKeyEvents { [](std::uint32_t scanCode) {
-        return VirtualKeys::virtualKeyCode(static_cast<std::uint8_t>(scanCode));
-    } };
+                                         return VirtualKeys::virtualKeyCode(static_cast<std::uint8_t>(scanCode));
+                                     },
+        keyState };
     MemoryUserDefaults defaults;
     ManualExecutor executor;
     ShortcutStorage storage { defaults, notifications };
