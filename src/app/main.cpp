@@ -14,6 +14,8 @@
 #include "linux/freedesktop/BusApplicationInstance.h"
 #include "linux/freedesktop/DesktopFileOpener.h"
 #include "linux/freedesktop/LogindSessionEvents.h"
+#include "linux/freedesktop/PortalColorScheme.h"
+#include "linux/qt/QtAppearance.h"
 #include "linux/qt/QtClipboard.h"
 #include "linux/qt/QtExecutor.h"
 #include "linux/qt/QtMenuTracking.h"
@@ -98,6 +100,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     AtSpiAnnouncements announcements;
     DesktopFileOpener fileOpener(QDBusConnection::sessionBus());
     QtOpenPanels openPanels;
+    PortalColorScheme const colorScheme(QDBusConnection::sessionBus(), wear);
     LogindSessionEvents session(QDBusConnection::systemBus());
     auto const wakes = session.observeDidWake([&] { desktop.didWake(); });
 

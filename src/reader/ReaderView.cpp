@@ -50,6 +50,8 @@ ReaderView::ReaderView(LibraryStore& store, ReaderServices services, std::functi
     layOut();
     connectBars();
     setFocusProxy(textView());
+    // Or another palette of the desktop would not get through the window's style.
+    QCoreApplication::setAttribute(Qt::AA_UseStyleSheetPropagationInWidgetStyles);
     applyStyle();
     observeStore();
     refresh();

@@ -73,6 +73,13 @@ void SheetHeader::resizeEvent(QResizeEvent* event)
     m_find->updateGeometry();
 }
 
+void SheetHeader::changeEvent(QEvent* event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && m_shown)
+        showIcon(*m_shown);
+}
+
 void SheetHeader::setTitleFont(QFont const& font)
 {
     m_title->setFont(font);

@@ -25,6 +25,7 @@ Q_SIGNALS:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void showIcon(ReaderWindowState::Icon const& icon);

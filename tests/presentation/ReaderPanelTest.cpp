@@ -8,6 +8,7 @@
 #include "support/FakeScreens.h"
 #include "support/Test.h"
 
+#include <QLabel>
 #include <QTest>
 
 namespace Quillory {
@@ -201,6 +202,29 @@ TEST_F(ReaderPanelTest, The_keyboard_goes_to_the_text_unless_a_search_field_is_o
         EXPECT_EQ(panel.focusWidget() == &panel, isSearching);
         panel.orderOut();
     }
+}
+
+TEST_F(ReaderPanelTest, Another_palette_gets_through_to_text_and_symbols)
+{
+    services.root.write("library/a.quillory.json",
+        R"({"schemaVersion":1,"title":"A","icon":"gone.png","sections":[{"id":"s","title":"S","entries":[]}]})");
+    library.connect(services.root.path("library"));
+    services.executor.settle();
+    show();
+    QApplication::setPalette(QPalette(Qt::black, Qt::black));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(panel.findChild<ReaderTextView*>()->colors().appearance, ReaderColors::Appearance::dark);
+    int symbols = 0;
+    for (auto const* const label : panel.findChildren<QLabel*>()) {
+        auto const symbol = label->pixmap().toImage();
+        symbols += symbol.isNull() ? 0 : 1;
+        for (int x = 0; x < symbol.width(); ++x) {
+            auto const color = symbol.pixelColor(x, symbol.height() / 2);
+            EXPECT_TRUE(color.alpha() < 255 || color.lightness() > 128);
+        }
+    }
+    EXPECT_GT(symbols, 0);
+    QApplication::setPalette(QPalette());
 }
 
 }
