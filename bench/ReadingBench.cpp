@@ -94,7 +94,8 @@ private:
     FakeLibraryServices m_services;
     NotificationCenter m_notifications;
     LibraryStore m_store { m_services.services(), LibraryStore::RestoreFolder::no };
-    NativeReader m_reader { m_store, { m_executor, m_services.clipboard, m_notifications }, [] { } };
+    NativeReader m_reader { m_store, { m_executor, m_services.clipboard, m_notifications, m_services.announcements },
+        [] { } };
 };
 
 double stockFirstFrame(QByteArray const& source)

@@ -207,7 +207,7 @@ private:
     LibraryStore m_store { m_fakes.services(m_fakes.defaults, m_fakes.events, m_executor),
         LibraryStore::RestoreFolder::no };
     NotificationCenter m_notifications;
-    ReaderView m_view { m_store, { m_executor, m_fakes.clipboard, m_notifications }, [] { } };
+    ReaderView m_view { m_store, { m_executor, m_fakes.clipboard, m_notifications, m_fakes.announcements }, [] { } };
 };
 
 void reportWindow(QList<Sheet> const& sheets)

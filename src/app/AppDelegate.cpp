@@ -24,6 +24,7 @@ void AppDelegate::applicationDidFinishLaunching()
             { .executor = library.executor,
                 .clipboard = library.clipboard,
                 .notifications = m_services.notifications,
+                .announcements = library.announcements,
                 .quit = m_services.quit,
                 .howToCall = m_services.howToCall },
             m_services.makePanelWindow });

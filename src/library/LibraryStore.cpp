@@ -66,14 +66,15 @@ void LibraryStore::restoreFolder()
 {
     auto const restored = m_access.restore();
     if (!restored)
-        say(tr("Folder access needs to be restored. Choose the folder again."));
+        say(tr("Folder access needs to be restored. Choose the folder again."), Remedy::chooseFolder);
     else if (*restored)
         connect(**restored);
 }
 
-void LibraryStore::say(QString const& sentence, Speaker speaker)
+void LibraryStore::say(QString const& sentence, Remedy remedy, Speaker speaker)
 {
     m_speaker = speaker;
+    messageRemedy.setValue(remedy);
     message.setValue(sentence);
 }
 
@@ -202,7 +203,7 @@ void LibraryStore::finishLoad(std::expected<LoadedLibrary, SystemError> loaded, 
 bool LibraryStore::takeLoaded(std::expected<LoadedLibrary, SystemError> loaded, int loadGeneration)
 {
     if (!loaded) {
-        say(descriptionOfUnreadableFolder(loaded.error()), Speaker::load);
+        say(descriptionOfUnreadableFolder(loaded.error()), Remedy::refreshOrChooseFolder, Speaker::load);
         return true;
     }
     remember(std::move(loaded->memory));

@@ -68,6 +68,8 @@ public:
     enum class RestoreFolder { no, yes };
     enum class Debounced { no, yes };
     enum class FindDirection { forwards, backwards };
+    // What the user can do about what a message tells.
+    enum class Remedy { none, chooseFolder, refreshOrChooseFolder };
 
     static constexpr std::chrono::milliseconds reloadDebounce { 150 };
     static constexpr std::chrono::milliseconds copyFeedbackTime = Clipboard::feedbackTime;
@@ -150,6 +152,7 @@ public:
     StoreProperty<std::optional<QString>> folder;
     StoreProperty<int> generation { 0 }; // raised at each connect: guards loads, installs and panels
     StoreProperty<std::optional<QString>, MessageBar> message;
+    StoreProperty<Remedy> messageRemedy { Remedy::none }; // counts while there is a message
     StoreProperty<bool> busy { false };
 
     StoreProperty<QString> libraryQuery;
@@ -192,7 +195,7 @@ private:
     void stopLoading();
     void remember(LoadMemory memory);
     void restoreFolder();
-    void say(QString const& sentence, Speaker speaker = Speaker::other);
+    void say(QString const& sentence, Remedy remedy = Remedy::none, Speaker speaker = Speaker::other);
     void sayTrouble(UserDefaults::Trouble const& trouble);
     void finishInstallation(LibraryInstallation::Outcome outcome, int installGeneration);
     void setSheets(QList<Sheet> newSheets);

@@ -60,7 +60,8 @@ void LibraryStore::chooseFolder(std::optional<std::uint64_t> window, std::unique
 void LibraryStore::takeFolder(QString const& chosen)
 {
     if (auto const remembered = m_access.remember(chosen); !remembered) {
-        say(tr("Could not remember folder access: %1").arg(remembered.error().localizedDescription()));
+        say(tr("Could not remember folder access: %1").arg(remembered.error().localizedDescription()),
+            Remedy::chooseFolder);
         return;
     }
     connect(m_access.url().value_or(chosen));

@@ -47,6 +47,7 @@ EmptyState::EmptyState(std::function<QStringList()> howToCall, QWidget* parent)
     : QWidget(parent)
     , m_howToCall(std::move(howToCall))
     , m_content(new QWidget(this))
+    , m_symbol(new DocumentSymbol(m_content))
     , m_title(makeLabel("large", m_content))
     , m_text(makeLabel("emptyText", m_content))
     , m_calls(makeLabel("secondary", m_content))
@@ -54,12 +55,14 @@ EmptyState::EmptyState(std::function<QStringList()> howToCall, QWidget* parent)
           BarButton::Look::prominent, m_content))
 {
     auto* const around = new QVBoxLayout(this);
+    around->setSizeConstraint(QLayout::SetNoConstraint);
+    around->setContentsMargins(0, 0, 0, 0);
     around->addWidget(m_content);
     auto* const rows = new QVBoxLayout(m_content);
     rows->setContentsMargins(gap, smallGap, gap, smallGap);
     rows->setSpacing(gap);
     rows->addStretch();
-    rows->addWidget(new DocumentSymbol(m_content), 0, Qt::AlignHCenter);
+    rows->addWidget(m_symbol, 0, Qt::AlignHCenter);
     rows->addWidget(m_title);
     rows->addWidget(m_text);
     auto* const install = BarButton::withText(tr("Install starter sheets"),
@@ -85,6 +88,7 @@ void EmptyState::refresh(ReaderWindowState const& state)
         m_title->setText(tr("No cheat sheets"));
         m_text->setText(tr("Add top-level .md or .quillory.json files, or install starter sheets."));
     }
+    leaveOutWhatHasNoRoom();
 }
 
 void EmptyState::takeKeyboard()
@@ -96,6 +100,29 @@ void EmptyState::showEvent(QShowEvent* event)
 {
     QWidget::showEvent(event);
     m_calls->setText(m_howToCall().join(u'\n'));
+    leaveOutWhatHasNoRoom();
+}
+
+void EmptyState::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    leaveOutWhatHasNoRoom();
+}
+
+// The buttons stay.
+void EmptyState::leaveOutWhatHasNoRoom()
+{
+    auto* const rows = m_content->layout();
+    auto const leastFirst = { m_symbol, static_cast<QWidget*>(m_calls), static_cast<QWidget*>(m_text),
+        static_cast<QWidget*>(m_title) };
+    for (auto* const part : leastFirst)
+        part->show();
+    for (auto* const part : leastFirst) {
+        rows->invalidate();
+        if (rows->totalHeightForWidth(width()) <= height())
+            return;
+        part->hide();
+    }
 }
 
 }

@@ -30,11 +30,15 @@ Q_SIGNALS:
     void installStarters();
 
 protected:
+    void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
+    void leaveOutWhatHasNoRoom();
+
     std::function<QStringList()> m_howToCall;
     QWidget* m_content;
+    QWidget* m_symbol;
     QLabel* m_title;
     QLabel* m_text;
     QLabel* m_calls;

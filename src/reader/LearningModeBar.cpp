@@ -7,9 +7,9 @@
 
 namespace Quillory {
 
-LearningModeBar::LearningModeBar(QWidget* parent)
+LearningModeBar::LearningModeBar(Announcements& announcements, QWidget* parent)
     : QWidget(parent)
-    , m_text(new BannerLabel(this))
+    , m_text(new BannerLabel(announcements, this))
 {
     makePane(*this, "learningModeExplanation");
     auto* const row = new QHBoxLayout(this);
@@ -20,12 +20,14 @@ LearningModeBar::LearningModeBar(QWidget* parent)
 void LearningModeBar::refresh(ReaderWindowState const& state)
 {
     auto const isOn = state.learningModeEnabled;
-    m_text->say(isOn ? tr("Learning Mode is on. Copying is disabled—type commands in your terminal or editor to "
-                          "practise.")
-                     : tr("Copy commands for work, or turn on Learning Mode to practise typing them yourself."));
-    if (property("isOn") == isOn)
+    auto const shown = property("isOn");
+    if (shown == isOn)
         return;
-    setProperty("isOn", isOn); // ReaderStyle has a ground for it
+    auto const text = isOn
+        ? tr("Learning Mode is on. Copying is disabled—type commands in your terminal or editor to practise.")
+        : tr("Copy commands for work, or turn on Learning Mode to practise typing them yourself.");
+    shown.isValid() ? m_text->say(text) : m_text->setText(text); // news only once it changes
+    setProperty("isOn", isOn);                                   // ReaderStyle has a ground for it
     style()->polish(this);
 }
 

@@ -9,7 +9,8 @@ namespace Quillory {
 class LearningModeBar : public QWidget {
     Q_OBJECT
 public:
-    explicit LearningModeBar(QWidget* parent);
+    // `announcements` outlive it.
+    LearningModeBar(Announcements& announcements, QWidget* parent);
 
     void refresh(ReaderWindowState const& state);
 

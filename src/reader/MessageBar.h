@@ -6,18 +6,27 @@
 
 namespace Quillory {
 
-// The store's message, until it is dismissed. Hidden while there is nothing. GUI thread only.
+class BannerRow;
+class BarButton;
+
+// The store's message, until it is dismissed, beside what helps with it. Hidden while there is nothing. GUI thread only.
 class MessageBar : public QWidget {
     Q_OBJECT
 public:
-    // The store outlives the bar.
-    MessageBar(LibraryStore& store, QWidget* parent);
+    // Store and announcements outlive the bar.
+    MessageBar(LibraryStore& store, Announcements& announcements, QWidget* parent);
 
     void refresh(ReaderWindowState const& state);
+
+Q_SIGNALS:
+    void chooseFolder();
 
 private:
     LibraryStore& m_store;
     BannerLabel* m_text;
+    BannerRow* m_row;
+    BarButton* m_refresh;
+    BarButton* m_chooseFolder;
 };
 
 }

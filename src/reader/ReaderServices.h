@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Announcements.h"
 #include "platform/Clipboard.h"
 #include "platform/Executor.h"
 #include "platform/NotificationCenter.h"
@@ -15,6 +16,7 @@ struct ReaderServices {
     Executor& executor;
     Clipboard& clipboard;
     NotificationCenter& notifications;
+    Announcements& announcements;
     // Opens the settings window; empty where there is none.
     std::function<void()> openSettings = nullptr;
     // Ends the whole program.

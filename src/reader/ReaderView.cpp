@@ -5,6 +5,7 @@
 #include "reader/EmptyState.h"
 #include "reader/FindBar.h"
 #include "reader/FocusOrder.h"
+#include "reader/MessageBar.h"
 #include "reader/Panes.h"
 #include "reader/ReaderDialogs.h"
 #include "reader/ReaderKeys.h"
@@ -93,6 +94,7 @@ void ReaderView::connectBars()
     connect(&m_reading->findBar(), &FindBar::closed, this, &ReaderView::closeFind);
     connect(&m_reading->emptyState(), &EmptyState::chooseFolder, m_dialogs, &ReaderDialogs::chooseFolder);
     connect(&m_reading->emptyState(), &EmptyState::installStarters, m_dialogs, &ReaderDialogs::showStarters);
+    connect(&m_reading->messageBar(), &MessageBar::chooseFolder, m_dialogs, &ReaderDialogs::chooseFolder);
     auto* const actions = &m_bottomBar->actions();
     connect(actions, &BarButton::clicked, m_dialogs,
         [this, actions] { m_dialogs->showActions(*actions, [this] { openFind(); }); });

@@ -34,6 +34,7 @@ ReaderWindowState ReaderWindowState::of(LibraryStore const& store)
     state.findQuery = store.findQuery;
     state.findStatus = store.findStatus;
     state.message = store.message;
+    state.remedy = store.messageRemedy;
     state.busy = store.busy;
     state.hasFolder = store.folder.value().has_value();
     state.hasFilePanel = store.filePanel.value() != nullptr;

@@ -38,6 +38,7 @@ struct ReaderWindowState {
     QString findQuery;
     QString findStatus;
     std::optional<QString> message;
+    LibraryStore::Remedy remedy = LibraryStore::Remedy::none; // of what the message tells
     QStringList iconWarnings; // the lines
     QString error;            // empty when there is none
     QString lastReadable;     // what follows it

@@ -1,5 +1,6 @@
 #include "reader/ReadingSide.h"
 
+#include "reader/BarButton.h"
 #include "reader/CopyPill.h"
 #include "reader/EmptyState.h"
 #include "reader/FindBar.h"
@@ -8,7 +9,7 @@
 #include "reader/Panes.h"
 #include "reader/ReaderStyle.h"
 #include "reader/SheetHeader.h"
-#include "reader/SheetNotes.h"
+#include "reader/WarningBar.h"
 
 #include <QApplication>
 #include <QVBoxLayout>
@@ -26,11 +27,12 @@ ReadingSide::ReadingSide(
     : QWidget(parent)
     , m_store(store)
     , m_header(new SheetHeader(this))
-    , m_learningMode(new LearningModeBar(this))
+    , m_learningMode(new LearningModeBar(services.announcements, this))
     , m_find(new FindBar(store, this))
-    , m_message(new MessageBar(store, this))
-    , m_iconWarnings(new SheetNotes("iconWarnings", this))
-    , m_error(new SheetNotes("caption", this))
+    , m_message(new MessageBar(store, services.announcements, this))
+    , m_iconWarnings(new WarningBar(
+          new BannerLabel(services.announcements, this, BannerLabel::Lines::elided), "iconWarnings", this))
+    , m_error(makeErrorBar(services.announcements))
     , m_emptyState(new EmptyState(services.howToCall, this))
     , m_reader(std::make_unique<NativeReader>(store, services, std::move(dismiss), this))
     , m_copyPill(new CopyPill(services.executor, m_reader->scrollView()))
@@ -50,6 +52,15 @@ ReadingSide::ReadingSide(
 
 ReadingSide::~ReadingSide() = default;
 
+WarningBar* ReadingSide::makeErrorBar(Announcements& announcements)
+{
+    auto* const bar = new WarningBar(new BannerLabel(announcements, this), "caption", this);
+    auto* const open = bar->row().addButton(
+        tr("Open in default editor"), tr("Open the sheet source in your default editor"));
+    connect(open, &BarButton::clicked, this, [this] { m_store.openSheet(); });
+    return bar;
+}
+
 void ReadingSide::refresh(ReaderWindowState const& state)
 {
     auto const* const sheet = m_store.selectedSheet();
@@ -63,8 +74,7 @@ void ReadingSide::refresh(ReaderWindowState const& state)
     m_find->refresh(state);
     m_message->refresh(state);
     m_iconWarnings->show(state.iconWarnings.join(u'\n'));
-    auto const hasBoth = !state.error.isEmpty() && !state.lastReadable.isEmpty();
-    m_error->show(hasBoth ? tr("%1 %2").arg(state.error, state.lastReadable) : state.error);
+    m_error->show(state.error, state.lastReadable);
     m_emptyState->refresh(state);
     m_reader->scrollView().setVisible(state.hasSheet());
     if (sheet) {

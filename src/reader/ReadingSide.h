@@ -17,7 +17,7 @@ class FindBar;
 class LearningModeBar;
 class MessageBar;
 class SheetHeader;
-class SheetNotes;
+class WarningBar;
 
 // The selected sheet under its header and its banners, or what stands in its place. GUI thread only.
 class ReadingSide : public QWidget {
@@ -38,15 +38,18 @@ public:
     FindBar& findBar() const { return *m_find; }
     SheetHeader& header() const { return *m_header; }
     EmptyState& emptyState() const { return *m_emptyState; }
+    MessageBar& messageBar() const { return *m_message; }
 
 private:
+    WarningBar* makeErrorBar(Announcements& announcements);
+
     LibraryStore& m_store;
     SheetHeader* m_header;
     LearningModeBar* m_learningMode;
     FindBar* m_find;
     MessageBar* m_message;
-    SheetNotes* m_iconWarnings;
-    SheetNotes* m_error;
+    WarningBar* m_iconWarnings;
+    WarningBar* m_error;
     EmptyState* m_emptyState;
     std::unique_ptr<NativeReader> m_reader;
     CopyPill* m_copyPill;

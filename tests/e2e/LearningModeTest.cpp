@@ -101,7 +101,7 @@ protected:
     std::optional<AssistiveClient::Object> text;
 };
 
-TEST_F(LearningModeTest, With_the_mode_off_every_road_copies_and_a_copy_is_announced)
+TEST_F(LearningModeTest, With_the_mode_off_every_road_copies_and_copies_and_banners_are_announced)
 {
     ASSERT_NO_FATAL_FAILURE(showSheet(false));
     SignalRecorder announcements;
@@ -129,6 +129,11 @@ TEST_F(LearningModeTest, With_the_mode_off_every_road_copies_and_a_copy_is_annou
     desktop.click(client.middle(button()));
     EXPECT_TRUE(Desktop::eventually([&] { return client.description(button()) == u"Copied"_s; }));
     EXPECT_TRUE(Desktop::eventually([&] { return client.description(button()) == u"Copy command"_s; }));
+    program.save(u"a.md"_s, "\xFF");
+    auto const said = [&] {
+        return announcements.heard.last().arguments().value(3).value<QDBusVariant>().variant().toString();
+    };
+    EXPECT_TRUE(Desktop::eventually([&] { return said().contains(u"Showing the last readable version."_s); }));
 }
 
 TEST_F(LearningModeTest, With_the_mode_on_no_road_touches_any_selection)

@@ -53,8 +53,8 @@ protected:
     FakeScreens screens { { QRect(0, 0, 1280, 900) } };
     FakePanelWindow* window = nullptr;
     ReaderPanel panel { library,
-        { services.defaults, services.workspace, screens, { services.executor, services.clipboard, notifications },
-            [this](std::uint64_t) {
+        { services.defaults, services.workspace, screens,
+            { services.executor, services.clipboard, notifications, services.announcements }, [this](std::uint64_t) {
                 auto made = std::make_unique<FakePanelWindow>();
                 window = made.get();
                 return made;

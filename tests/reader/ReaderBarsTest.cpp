@@ -1,3 +1,5 @@
+#include "presentation/hover_help/HoverHelpTrackingView.h"
+#include "reader/BannerLabel.h"
 #include "reader/BarButton.h"
 #include "reader/Contrast.h"
 #include "reader/EmptyState.h"
@@ -116,6 +118,60 @@ TEST_F(ReaderBarsTest, The_bars_say_what_the_selected_sheet_has)
     store.refresh();
     settle();
     EXPECT_FALSE(button(u"Next sheet"_s).isEnabled() || button(u"Previous sheet"_s).isEnabled()) << "the only one";
+}
+
+TEST_F(ReaderBarsTest, Banners_are_announced_once_and_stand_beside_a_way_to_mend_what_they_tell)
+{
+    auto const sheetOf = [](char const* title) {
+        return R"({"schemaVersion":1,"sections":[{"id":"a","title":"A","entries":[]}],"title":)"_ba + title + '}';
+    };
+    write("keys.quillory.json", sheetOf("\"Keys\""));
+    connect();
+    EXPECT_THAT(services.announcements.announced, IsEmpty()) << "nothing of it is news";
+    save("keys.quillory.json", sheetOf("3"));
+    store.refresh();
+    settle();
+    EXPECT_EQ(services.announcements.announced.at(0).first, *sheet().error + u" Showing the last readable version."_s);
+    button(u"Open in default editor"_s).click();
+    EXPECT_THAT(services.fileOpener.calls, SizeIs(1));
+
+    view.hide();
+    services.root.rename("sheets", "away");
+    store.refresh();
+    settle();
+    EXPECT_THAT(services.announcements.announced, SizeIs(1)) << "nobody sees it";
+    view.show();
+    EXPECT_THAT(services.announcements.announced, SizeIs(2));
+    services.openPanels.showWindow(view.winId());
+    button(u"Choose folder"_s).click();
+    EXPECT_NE(store.filePanel.value(), nullptr);
+    services.root.rename("away", "sheets");
+    button(u"Refresh"_s).click();
+    settle();
+    EXPECT_EQ(store.message.value(), std::nullopt);
+    store.message.assignAs<MessageBar>(u"Another"_s);
+    settle();
+    EXPECT_THAT(services.announcements.announced, SizeIs(3));
+}
+
+TEST(BannerLabelTest, A_tail_that_does_not_fit_gets_a_line_of_its_own)
+{
+    FakeAnnouncements announcements;
+    BannerLabel both(announcements, nullptr), alone(announcements, nullptr);
+    both.say(u"It is unreadable."_s, u"This is old."_s);
+    alone.say(u"It is unreadable."_s);
+    auto const width = both.fontMetrics().horizontalAdvance(u"It is unreadable. This is"_s);
+    auto const line = both.fontMetrics().lineSpacing();
+    both.resize(width, 2 * line);
+    alone.resize(width, line);
+    EXPECT_EQ(both.heightForWidth(width), 2 * line);
+    EXPECT_EQ(both.heightForWidth(10 * width), line);
+    auto const drawn = both.grab().toImage();
+    EXPECT_EQ(drawn.copy(0, 0, width, line), alone.grab().toImage());
+    both.resize(width, line);
+    (void)both.grab();
+    EXPECT_FALSE(HoverHelpTrackingView::of(both).text().isEmpty()) << "what is cut is told whole";
+    EXPECT_TRUE(HoverHelpTrackingView::of(alone).text().isEmpty());
 }
 
 TEST_F(ReaderBarsTest, Find_opens_searches_and_closes_by_keys_and_buttons)

@@ -93,7 +93,8 @@ protected:
     NotificationCenter notifications;
     LibraryStore store { services.services(), LibraryStore::RestoreFolder::no };
     int dismissals = 0;
-    ReaderView view { store, { services.executor, services.clipboard, notifications }, [this] { ++dismissals; } };
+    ReaderView view { store, { services.executor, services.clipboard, notifications, services.announcements },
+        [this] { ++dismissals; } };
     ReaderTextView& text { *view.textView() };
     SheetList& list { *view.findChild<SheetList*>() };
 };

@@ -67,7 +67,8 @@ void draw(Sheet const& sheet, QString const& path, QCommandLineParser const& opt
     if (size.size() != 2)
         fail(u"--size needs a size such as 880x640."_s);
     NotificationCenter notifications;
-    NativeReader reader(store, { services.executor, services.clipboard, notifications }, [] { });
+    NativeReader reader(
+        store, { services.executor, services.clipboard, notifications, services.announcements }, [] { });
     auto& scroll = reader.scrollView();
     scroll.resize(size[0].toInt(), size[1].toInt());
     scroll.show();
