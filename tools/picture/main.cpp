@@ -2,10 +2,13 @@
 // columns can be held against the numbers they should have.
 //
 //   quillory-picture SHEET PICTURE [--size 880x640] [--text-size 16] [--dark] [--at POINTS]
+//   quillory-picture --window FOLDER PICTURE [--step STEP]...     the whole window, after these steps (WindowPicture.h)
 //   quillory-picture --row Y PICTURE        each stretch of one colour: where it begins, its length, the colour
 //   quillory-picture --column X PICTURE
 //
 // QT_SCALE_FACTOR=2 gives a picture at 200 %. With --at -1 the end of the sheet is shown.
+
+#include "WindowPicture.h"
 
 #include "library/LibraryLoad.h"
 #include "linux/files/PosixFileSystem.h"
@@ -58,19 +61,35 @@ Sheet sheetFrom(QString const& path)
     return *sheet;
 }
 
+QSize sizeIn(QCommandLineParser const& options)
+{
+    auto const size = options.value(u"size"_s).split(u'x');
+    if (size.size() != 2)
+        fail(u"--size needs a size such as 880x640."_s);
+    return { size[0].toInt(), size[1].toInt() };
+}
+
+void drawWindow(QString const& folder, QString const& path, QCommandLineParser const& options)
+{
+    WindowPicture window(folder, sizeIn(options));
+    for (auto const& step : options.values(u"step"_s)) {
+        if (auto const taken = window.take(step); !taken)
+            fail(taken.error());
+    }
+    if (!window.draw().save(path))
+        fail(u"\"%1\" can't be written."_s.arg(path));
+}
+
 void draw(Sheet const& sheet, QString const& path, QCommandLineParser const& options)
 {
     FakeLibraryServices services;
     LibraryStore store(services.services(), LibraryStore::RestoreFolder::no);
     store.setTextSize(options.value(u"text-size"_s).toDouble());
-    auto const size = options.value(u"size"_s).split(u'x');
-    if (size.size() != 2)
-        fail(u"--size needs a size such as 880x640."_s);
     NotificationCenter notifications;
     NativeReader reader(
         store, { services.executor, services.clipboard, notifications, services.announcements }, [] { });
     auto& scroll = reader.scrollView();
-    scroll.resize(size[0].toInt(), size[1].toInt());
+    scroll.resize(sizeIn(options));
     scroll.show();
     reader.update(sheet);
     auto const settle = [&] {
@@ -118,6 +137,9 @@ int main(int argc, char** argv)
     parser.addHelpOption();
     parser.addOptions({ { u"size"_s, u"Of the reader."_s, u"WxH"_s, u"880x640"_s },
         { u"text-size"_s, u"In points."_s, u"points"_s, u"16"_s }, { u"dark"_s, u"On dark."_s },
+        { u"font-size"_s, u"Of the desktop."_s, u"pixels"_s },
+        { u"window"_s, u"Draw the whole window over a folder."_s },
+        { u"step"_s, u"What is done in it before."_s, u"step"_s },
         { u"at"_s, u"Scrolled to there."_s, u"points"_s, u"0"_s }, { u"row"_s, u"Colours along it."_s, u"y"_s },
         { u"column"_s, u"Colours along it."_s, u"x"_s } });
     parser.process(application);
@@ -137,6 +159,14 @@ int main(int argc, char** argv)
     QApplication::setStyle(QStyleFactory::create(u"Fusion"_s));
     if (parser.isSet(u"dark"_s))
         QApplication::setPalette(darkPalette());
-    draw(sheetFrom(names[0]), names[1], parser);
+    if (parser.isSet(u"font-size"_s)) {
+        auto font = QApplication::font();
+        font.setPixelSize(parser.value(u"font-size"_s).toInt());
+        QApplication::setFont(font);
+    }
+    if (parser.isSet(u"window"_s))
+        drawWindow(names[0], names[1], parser);
+    else
+        draw(sheetFrom(names[0]), names[1], parser);
     return 0;
 }
