@@ -1,5 +1,7 @@
 #include "reader/ActionsMenu.h"
 
+#include "presentation/hover_help/MenuHelp.h"
+
 #include <QMenu>
 
 namespace Quillory {
@@ -39,6 +41,7 @@ std::unique_ptr<QMenu> ActionsMenu::make(ReaderWindowState const& state, QWidget
         state.hasFolder, installStarters);
     add(Texts::tr("Settings…"), {}, static_cast<bool>(openSettings), openSettings);
     add(Texts::tr("Quit Quillory\tCtrl+Q"), {}, true, quit);
+    MenuHelp::show(*menu);
     return menu;
 }
 

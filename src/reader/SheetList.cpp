@@ -1,6 +1,7 @@
 #include "reader/SheetList.h"
 
 #include "presentation/hover_help/HoverHelpTrackingView.h"
+#include "presentation/hover_help/MenuHelp.h"
 #include "reader/text/EventModifiers.h"
 #include "text/TextOrder.h"
 
@@ -238,6 +239,7 @@ std::unique_ptr<QMenu> SheetList::makeMenu(QString const& id)
     auto const row = m_model.indexOf(id);
     bool const isPinned = row.isValid() && m_model.rowAt(row).isPinned;
     menu->addAction(isPinned ? tr("Unpin") : tr("Pin to menu bar"), [&store, id] { store.togglePin(id); });
+    MenuHelp::show(*menu);
     return menu;
 }
 

@@ -2,6 +2,7 @@
 
 #include "reader/Panes.h"
 
+#include <QDir>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -12,6 +13,7 @@ namespace {
 constexpr int sidebarWidth = 200; // points, as all that follows
 constexpr int aside = 8;
 constexpr int spacing = 6;
+constexpr int widthOfPath = 480; // two lines of hover help
 
 }
 
@@ -20,6 +22,7 @@ Sidebar::Sidebar(LibraryStore& store, std::function<void()> const& giveUpKeyboar
     , m_store(store)
     , m_search(new LibrarySearchField(store, this))
     , m_list(new SheetList(store, this))
+    , m_heading(new QLabel(tr("YOUR SHEETS"), this))
     , m_nothing(new QLabel(tr("No matching sheets"), this))
 {
     makePane(*this, "chrome");
@@ -27,10 +30,9 @@ Sidebar::Sidebar(LibraryStore& store, std::function<void()> const& giveUpKeyboar
     auto* const rows = new QVBoxLayout(this);
     rows->setContentsMargins(aside, aside + 2, aside, aside);
     rows->setSpacing(spacing);
-    auto* const heading = new QLabel(tr("YOUR SHEETS"), this);
-    heading->setObjectName(QStringLiteral("heading"));
-    heading->setContentsMargins(SheetRowDelegate::inset, 0, 0, 0);
-    rows->addWidget(heading);
+    m_heading->setObjectName(QStringLiteral("heading"));
+    m_heading->setContentsMargins(SheetRowDelegate::inset, 0, 0, 0);
+    rows->addWidget(m_heading);
     rows->addWidget(m_search);
     m_nothing->setObjectName(QStringLiteral("secondary"));
     m_nothing->setContentsMargins(SheetRowDelegate::inset, spacing, 0, 0);
@@ -50,6 +52,8 @@ void Sidebar::refresh()
 {
     m_search->refresh();
     m_list->refresh();
+    auto const path = QDir::toNativeSeparators(m_store.folder.value().value_or(QString()));
+    setHelp(*m_heading, m_heading->fontMetrics().elidedText(path, Qt::ElideMiddle, widthOfPath));
     bool const isEmpty = m_list->model()->rowCount() == 0;
     // Whether a folder has sheets is known when it has been read.
     bool const isKnown = !m_store.busy || !m_store.folder.value() || !m_store.sheets.value().isEmpty();

@@ -28,6 +28,7 @@ private:
     LibraryStore& m_store;
     LibrarySearchField* m_search;
     SheetList* m_list;
+    QLabel* m_heading;
     QLabel* m_nothing; // in the place of the list
 };
 

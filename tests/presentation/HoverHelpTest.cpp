@@ -3,11 +3,13 @@
 #include "presentation/hover_help/HoverHelpTrackingView.h"
 #include "presentation/hover_help/HoverTooltipPanel.h"
 #include "presentation/hover_help/HoverTooltipPlace.h"
+#include "presentation/hover_help/MenuHelp.h"
 
 #include "support/ManualExecutor.h"
 #include "support/Test.h"
 
 #include <QApplication>
+#include <QMenu>
 #include <QPushButton>
 
 namespace Quillory {
@@ -36,6 +38,15 @@ TEST(HoverTooltipPlaceTest, Help_is_below_its_control_or_above_and_within_the_sc
             { "on the other screen", { 1000, 470, 30, 30 }, right, { 100, 50 }, { 1008, 414 } } }) {
         EXPECT_EQ(HoverTooltipPlace::origin(anchor, size, visible), origin) << name;
     }
+}
+
+TEST(HoverTooltipPlaceTest, Help_of_an_item_is_level_with_it_on_the_right_or_on_the_left_and_within_the_screen)
+{
+    QRect const screen(0, 30, 1000, 700);
+    for (auto const& [item, origin] :
+        { std::pair(QRect(100, 200, 300, 20), QPoint(406, 200)), { { 590, 200, 300, 20 }, { 484, 200 } },
+            { { 100, 715, 300, 20 }, { 406, 672 } }, { { 0, 0, 1000, 20 }, { 8, 38 } } })
+        EXPECT_EQ(HoverTooltipPlace::besideOrigin(item, { 100, 50 }, screen), origin);
 }
 
 class HoverHelpTest : public Test {
@@ -113,6 +124,29 @@ TEST_F(HoverHelpTest, It_shows_after_a_rest_and_goes_with_the_pointer_the_contro
     menu(NotificationCenter::menuDidEndTracking());
     rest();
     EXPECT_THAT(shown(), IsEmpty()) << "entered under a menu";
+}
+
+TEST_F(HoverHelpTest, An_item_of_an_open_menu_shows_its_help_beside_the_menu_until_another_one_is_reached)
+{
+    QMenu menu(&window);
+    for (auto const& help : { u"First"_s, QString(), u"Third"_s })
+        menu.addAction(u"Item"_s)->setStatusTip(help);
+    MenuHelp::show(menu);
+    notifications.post({ NotificationCenter::menuDidBeginTracking(), {} });
+    menu.popup(window.mapToGlobal(QPoint(20, 20)));
+    auto const select = [&](int item) {
+        menu.setActiveAction(menu.actions().at(item));
+        rest();
+    };
+    select(0);
+    EXPECT_THAT(shown(), ElementsAre(u"First"_s));
+    EXPECT_FALSE(menu.geometry().intersects(menu.findChild<HoverTooltipPanel*>()->geometry()));
+    select(1);
+    EXPECT_THAT(shown(), IsEmpty());
+    select(2);
+    EXPECT_THAT(shown(), ElementsAre(u"Third"_s));
+    menu.close();
+    EXPECT_THAT(shown(), IsEmpty());
 }
 
 TEST_F(HoverHelpTest, A_changed_text_shows_at_once_and_only_one_control_shows_help)

@@ -8,7 +8,8 @@ namespace Quillory {
 
 void hoverHelp(QWidget& control, QString const& text)
 {
-    control.setAccessibleDescription(text);
+    if (text != control.accessibleDescription())
+        control.setAccessibleDescription(text);
     HoverHelpTrackingView::of(control).setText(text);
 }
 

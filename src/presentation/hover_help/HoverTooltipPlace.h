@@ -13,4 +13,7 @@ inline constexpr int margin = 8; // points to the edges of the visible frame
 // within the visible frame as far as it fits. All in the coordinates of the desktop.
 QPoint origin(QRect const& anchor, QSize const& size, QRect const& visible);
 
+// The same for help that stands level with the anchor: to its right, or to its left where there is no room.
+QPoint besideOrigin(QRect const& anchor, QSize const& size, QRect const& visible);
+
 }
