@@ -25,6 +25,7 @@ public:
         InputPermission const& permission;
         KeyState const& keys;
         Screens& screens;
+        Compositing& compositing;
         MakePanelWindow makePanelWindow;
         ApplicationInstance& instance;
         std::function<void()> quit;

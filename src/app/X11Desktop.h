@@ -6,6 +6,7 @@
 #include "linux/qt/QtScreens.h"
 #include "linux/qt/WindowSizeFilter.h"
 #include "linux/x11/X11Clock.h"
+#include "linux/x11/X11Compositing.h"
 #include "linux/x11/X11Connection.h"
 #include "linux/x11/X11HotKeys.h"
 #include "linux/x11/X11InputPermission.h"
@@ -58,6 +59,7 @@ public:
     KeyState const& keys() const { return m_keys; }
     KeyboardLayout const& keyboardLayout() const { return m_keyboardLayout; }
     Screens& screens() { return m_screens; }
+    Compositing& compositing() { return m_compositing; }
 
     std::unique_ptr<PanelWindow> panelWindow(std::uint64_t window);
 
@@ -75,6 +77,7 @@ private:
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<X11Connection> m_listening; // raw events pause on a connection that grabs keys
     X11Clock m_clock;
+    X11Compositing m_compositing;
     UserTimes m_userTimes;
     X11HotKeys m_hotKeys;
     X11KeyState m_keys;

@@ -123,6 +123,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .permission = desktop.permission(),
         .keys = desktop.keys(),
         .screens = desktop.screens(),
+        .compositing = desktop.compositing(),
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
         .instance = instance,
         .quit = [] { QCoreApplication::exit(); },

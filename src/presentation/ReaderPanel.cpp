@@ -27,14 +27,15 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     , m_view(
           store, m_services.reader, [this] { onDismiss(); }, this)
     , m_drag(*this)
+    , m_canShineThrough(m_services.compositing.isRunning())
+    , m_corners(*this)
 {
     setMinimumSize(PanelFrame::minimumSize.toSize());
     resize(PanelFrame::defaultSize.toSize());
     setWindowTitle(m_view.windowTitle());
     connect(&m_view, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
     m_view.topBar()->installEventFilter(this);
-    // The native window now, so that the first show finds everything but the pixels.
-    m_window = m_services.makeWindow(winId());
+    makeNativeWindow();
     ensurePolished();
     windowHandle()->installEventFilter(this);
     m_screenChanges = m_services.screens.observeChanges([this] { comeOnScreen(); });
@@ -47,6 +48,24 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
 }
 
 ReaderPanel::~ReaderPanel() = default;
+
+// The native window now, so that the first show finds everything but the pixels. It is never remade: one that can't be
+// shone through from the start stays square. Elsewhere its pictures would need longer, and flash black before the first.
+void ReaderPanel::makeNativeWindow()
+{
+    setAttribute(Qt::WA_TranslucentBackground, m_canShineThrough);
+    m_window = m_services.makeWindow(winId());
+    // It fills all of itself but the corners.
+    setAttribute(Qt::WA_TranslucentBackground, false);
+    setAttribute(Qt::WA_NoSystemBackground, false);
+    m_compositingChanges = m_services.compositing.observeChanges([this] { shapeCorners(); });
+    shapeCorners();
+}
+
+void ReaderPanel::shapeCorners()
+{
+    m_corners.setVisible(m_services.compositing.isRunning() && m_canShineThrough);
+}
 
 void ReaderPanel::show(PanelPresence presence)
 {

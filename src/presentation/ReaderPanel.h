@@ -1,11 +1,13 @@
 #pragma once
 
 #include "library/LibraryStore.h"
+#include "platform/Compositing.h"
 #include "platform/Executor.h"
 #include "platform/PanelWindow.h"
 #include "platform/Screens.h"
 #include "platform/UserDefaults.h"
 #include "platform/Workspace.h"
+#include "presentation/PanelCorners.h"
 #include "presentation/PanelFrameGuard.h"
 #include "presentation/PanelSurface.h"
 #include "presentation/WindowDrag.h"
@@ -29,6 +31,7 @@ public:
         UserDefaults& defaults;
         Workspace& workspace;
         Screens& screens;
+        Compositing& compositing;
         ReaderServices reader;
         MakePanelWindow makeWindow;
     };
@@ -77,12 +80,17 @@ private:
     void takeLevel();
     void tellLevel();
     void hidePanel();
+    void makeNativeWindow();
+    void shapeCorners();
 
     LibraryStore& m_store;
     Services m_services;
     ReaderView m_view;
     std::unique_ptr<PanelWindow> m_window;
     WindowDrag m_drag;
+    bool m_canShineThrough;
+    PanelCorners m_corners;
+    Registration m_compositingChanges;
     PanelFrameGuard m_restoringPanelFrame;
     std::optional<QList<Screens::Screen>> m_screens; // as they were when the panel was placed
     Registration m_focusTask;

@@ -3,6 +3,7 @@
 #include "reader/BarButton.h"
 #include "reader/NativeReader.h"
 
+#include "support/FakeCompositing.h"
 #include "support/FakeLibraryServices.h"
 #include "support/FakePanelWindow.h"
 #include "support/FakeScreens.h"
@@ -51,9 +52,10 @@ protected:
     NotificationCenter notifications;
     LibraryStore library { services.services(), LibraryStore::RestoreFolder::no };
     FakeScreens screens { { QRect(0, 0, 1280, 900) } };
+    FakeCompositing compositing;
     FakePanelWindow* window = nullptr;
     ReaderPanel panel { library,
-        { services.defaults, services.workspace, screens,
+        { services.defaults, services.workspace, screens, compositing,
             { services.executor, services.clipboard, notifications, services.announcements }, [this](std::uint64_t) {
                 auto made = std::make_unique<FakePanelWindow>();
                 window = made.get();
@@ -99,6 +101,26 @@ TEST_F(ReaderPanelTest, It_stands_where_it_was_stored_and_only_the_user_changes_
     services.defaults.setValue(frameKey, u"{{30, 40}, {439, 400}}"_s);
     show();
     EXPECT_EQ(panel.geometry(), QRect(2030, 40, 880, 640)) << "the default size where it stood last";
+}
+
+TEST_F(ReaderPanelTest, Its_corners_are_round_while_a_compositor_runs)
+{
+    auto const areRound = [&] {
+        auto const picture = panel.grab().toImage();
+        auto const right = picture.width() - 1, bottom = picture.height() - 1;
+        auto const outline = picture.pixel(0, bottom / 2);
+        auto const isRound = [&](QPoint corner) { return picture.pixel(corner) != outline; };
+        QList<QPoint> const corners { { 0, 0 }, { right, 0 }, { 0, bottom }, { right, bottom } };
+        auto const count = std::ranges::count_if(corners, isRound);
+        EXPECT_TRUE(count == 0 || count == corners.size()) << count;
+        return count > 0;
+    };
+    EXPECT_TRUE(areRound());
+    compositing.setRunning(false);
+    EXPECT_FALSE(areRound());
+    compositing.setRunning(true);
+    panel.resize(500, 400);
+    EXPECT_TRUE(areRound());
 }
 
 TEST_F(ReaderPanelTest, What_the_window_manager_has_to_do_holds_up_neither_the_first_picture_nor_the_end)

@@ -1,0 +1,84 @@
+#include "presentation/PanelCorners.h"
+
+#include "reader/WindowColors.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace Quillory {
+
+namespace {
+
+class PanelCorner final : public QWidget {
+public:
+    PanelCorner(Qt::Corner corner, QWidget* parent)
+        : QWidget(parent)
+        , m_isRight(corner == Qt::TopRightCorner || corner == Qt::BottomRightCorner)
+        , m_isBottom(corner == Qt::BottomLeftCorner || corner == Qt::BottomRightCorner)
+    {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        setFixedSize(PanelCorners::radius, PanelCorners::radius);
+        hide();
+    }
+
+    void place()
+    {
+        auto const* const window = parentWidget();
+        move(m_isRight ? window->width() - width() : 0, m_isBottom ? window->height() - height() : 0);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        constexpr double radius = PanelCorners::radius;
+        QPointF const center(m_isRight ? 0 : radius, m_isBottom ? 0 : radius);
+        QPainterPath outside, inside;
+        outside.addRect(rect());
+        inside.addEllipse(center, radius, radius);
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+        painter.fillPath(outside - inside, Qt::black);
+        painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+        painter.setPen(QPen(WindowColors::fromPalette(palette()).outline, 1));
+        painter.drawEllipse(center, radius - 0.5, radius - 0.5);
+    }
+
+private:
+    bool m_isRight;
+    bool m_isBottom;
+};
+
+}
+
+PanelCorners::PanelCorners(QWidget& window)
+    : QObject(&window)
+    , m_window(window)
+{
+    for (auto const corner : { Qt::TopLeftCorner, Qt::TopRightCorner, Qt::BottomLeftCorner, Qt::BottomRightCorner })
+        m_corners.append(new PanelCorner(corner, &window));
+    place();
+    window.installEventFilter(this);
+}
+
+void PanelCorners::setVisible(bool isVisible)
+{
+    for (auto* const corner : m_corners)
+        corner->setVisible(isVisible);
+}
+
+void PanelCorners::place()
+{
+    for (auto* const corner : m_corners)
+        static_cast<PanelCorner*>(corner)->place();
+}
+
+bool PanelCorners::eventFilter(QObject*, QEvent* event)
+{
+    if (event->type() == QEvent::Resize)
+        place();
+    return false;
+}
+
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "platform/Compositing.h"
+#include "platform/Observers.h"
+
+namespace Quillory {
+
+// A compositor that the test starts and ends.
+class FakeCompositing final : public Compositing {
+public:
+    void setRunning(bool isRunning)
+    {
+        m_isRunning = isRunning;
+        m_observers.tell();
+    }
+
+    bool isRunning() const override { return m_isRunning; }
+    Registration observeChanges(std::function<void()> changed) override { return m_observers.add(std::move(changed)); }
+
+private:
+    bool m_isRunning = true;
+    Observers<void()> m_observers;
+};
+
+}
