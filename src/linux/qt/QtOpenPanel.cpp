@@ -108,18 +108,27 @@ void hideChangesOfFiles(QFileDialog const& dialog)
     }
 }
 
+// Size and kind mean nothing for a folder, nor does a filter.
+void showFoldersAlone(QFileDialog& dialog)
+{
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    dialog.setViewMode(QFileDialog::List);
+    for (auto const* name : { "fileTypeLabel", "fileTypeCombo", "listModeButton", "detailModeButton" }) {
+        if (auto* const part = dialog.findChild<QWidget*>(QLatin1StringView(name)))
+            part->hide();
+    }
+}
+
 void apply(OpenPanelSettings const& settings, QFileDialog& dialog)
 {
     if (settings.canChooseDirectories && !settings.canChooseFiles)
-        dialog.setFileMode(QFileDialog::Directory);
+        showFoldersAlone(dialog);
     else
         dialog.setFileMode(settings.allowsMultipleSelection ? QFileDialog::ExistingFiles : QFileDialog::ExistingFile);
-    dialog.setOption(QFileDialog::ShowDirsOnly, settings.canChooseDirectories && !settings.canChooseFiles);
     // The toolkit's own dialog deletes, renames and moves folders.
     dialog.setOption(QFileDialog::ReadOnly);
     hideChangesOfFiles(dialog);
-    if (settings.directoryURL)
-        dialog.setDirectory(*settings.directoryURL);
     if (settings.allowedContentType == OpenPanelSettings::ContentType::application)
         restrictToApplications(dialog);
     dialog.setWindowTitle(settings.prompt);
@@ -137,7 +146,10 @@ void QtOpenPanel::Later::operator()(QFileDialog* dialog) const
     dialog->deleteLater();
 }
 
-QtOpenPanel::QtOpenPanel() = default;
+QtOpenPanel::QtOpenPanel(std::shared_ptr<QString> lastFolder)
+    : m_lastFolder(std::move(lastFolder))
+{
+}
 
 QtOpenPanel::~QtOpenPanel()
 {
@@ -152,6 +164,7 @@ void QtOpenPanel::beginSheetModal(
     m_dialog.reset(new QFileDialog(owner ? owner->window() : nullptr));
     m_dialog->setOption(QFileDialog::DontUseNativeDialog);
     m_dialog->setWindowModality(Qt::WindowModal);
+    m_dialog->setDirectory(settings.directoryURL.value_or(*m_lastFolder));
     apply(settings, *m_dialog);
     m_ended = std::move(ended);
     QObject::connect(m_dialog.get(), &QDialog::finished, m_dialog.get(), [this](int result) { finish(result); });
@@ -161,8 +174,10 @@ void QtOpenPanel::beginSheetModal(
 void QtOpenPanel::finish(int result)
 {
     auto const chosen = m_dialog->selectedFiles();
-    if (result == QDialog::Accepted && !chosen.isEmpty())
+    if (result == QDialog::Accepted && !chosen.isEmpty()) {
         m_url = chosen.first();
+        *m_lastFolder = QFileInfo(chosen.first()).absolutePath();
+    }
     if (auto const ended = std::exchange(m_ended, nullptr))
         ended(result == QDialog::Accepted ? Response::ok : Response::cancel);
 }

@@ -14,7 +14,8 @@ namespace Quillory {
 class QtOpenPanel final : public OpenPanel {
     Q_DECLARE_TR_FUNCTIONS(QtOpenPanel)
 public:
-    QtOpenPanel();
+    // `lastFolder` is where one that is told no place begins; it becomes where the user has chosen something.
+    explicit QtOpenPanel(std::shared_ptr<QString> lastFolder);
     ~QtOpenPanel() override;
     QtOpenPanel(QtOpenPanel const&) = delete;
     QtOpenPanel& operator=(QtOpenPanel const&) = delete;
@@ -33,6 +34,7 @@ private:
 
     void finish(int result);
 
+    std::shared_ptr<QString> m_lastFolder;
     std::unique_ptr<QFileDialog, Later> m_dialog;
     std::function<void(Response)> m_ended;
     std::optional<QString> m_url;

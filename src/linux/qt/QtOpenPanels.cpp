@@ -14,7 +14,7 @@ namespace Quillory {
 
 std::unique_ptr<OpenPanel> QtOpenPanels::openPanel()
 {
-    return std::make_unique<QtOpenPanel>();
+    return std::make_unique<QtOpenPanel>(m_lastFolder);
 }
 
 bool QtOpenPanels::canAttachTo(std::uint64_t window) const

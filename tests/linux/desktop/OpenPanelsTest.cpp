@@ -99,6 +99,22 @@ TEST_F(QtOpenPanelTest, The_texts_stand_on_the_dialog_which_blocks_its_window_al
     EXPECT_FALSE(panels.canAttachTo(hidden.winId()));
 }
 
+TEST_F(QtOpenPanelTest, It_begins_at_home_or_where_the_user_chose_last_with_what_means_something_for_a_folder)
+{
+    auto settings = folderSettings;
+    settings.directoryURL = std::nullopt;
+    folder.makeFolder("sheets");
+    for (auto const& start : { QDir::homePath(), folder.path() }) {
+        auto const panel = panels.openPanel();
+        panel->beginSheetModal(window(), settings, [](Response) { });
+        EXPECT_EQ(dialog()->directory().path(), start);
+        for (auto const* name : { "treeView", "fileTypeCombo", "detailModeButton" })
+            EXPECT_FALSE(dialog()->findChild<QWidget*>(QLatin1StringView(name))->isVisible()) << name;
+        dialog()->selectFile(folder.path("sheets"));
+        QMetaObject::invokeMethod(dialog(), "accept");
+    }
+}
+
 TEST_F(QtOpenPanelTest, Folders_can_be_made_and_nothing_else_of_the_disk_changed)
 {
     auto const panel = panels.openPanel();
