@@ -10,12 +10,6 @@
 
 namespace Quillory {
 
-namespace {
-
-constexpr int mostLines = 12; // as many as an installation of all starters says
-
-}
-
 BannerLabel::BannerLabel(Announcements& announcements, QWidget* parent, Lines lines)
     : QLabel(parent)
     , m_announcements(announcements)
@@ -66,9 +60,20 @@ QString BannerLabel::fitted(int width) const
     return first + u'\n' + text().last(m_tail - 1);
 }
 
+int BannerLabel::wantedLines() const
+{
+    return std::clamp(heightOf(fitted(width()), width()) / fontMetrics().lineSpacing(), 1, mostLines);
+}
+
+void BannerLabel::setMostLines(int lines)
+{
+    if (std::exchange(m_mostLines, lines) != lines)
+        updateGeometry();
+}
+
 int BannerLabel::heightForWidth(int width) const
 {
-    return std::min(heightOf(fitted(width), width), mostLines * fontMetrics().lineSpacing());
+    return std::min(heightOf(fitted(width), width), m_mostLines * fontMetrics().lineSpacing());
 }
 
 QSize BannerLabel::sizeHint() const

@@ -11,6 +11,8 @@ namespace Quillory {
 class BannerLabel : public QLabel {
     Q_OBJECT
 public:
+    static constexpr int mostLines = 12; // as many as an installation of all starters says
+
     // How lines that have no room go on.
     enum class Lines { wrapped, elided };
 
@@ -19,6 +21,10 @@ public:
 
     // The tail follows on the same line, or on one of its own where it would be torn apart.
     void say(QString const& text, QString const& tail = {});
+
+    // As many as it takes at its width, within the bound above; and a lower bound.
+    int wantedLines() const;
+    void setMostLines(int lines);
 
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;
@@ -39,6 +45,7 @@ private:
     Announcements& m_announcements;
     Lines m_lines;
     qsizetype m_tail = 0; // units of the text, with the blank in front of it
+    int m_mostLines = mostLines;
     bool m_isAnnounced = true;
 };
 

@@ -42,9 +42,34 @@ BarButton* BannerRow::addButton(QString const& text, QString const& help)
 void BannerRow::offer(BarButton& button, bool isOffered)
 {
     button.setVisible(isOffered);
-    auto const isShown = [](BarButton const* each) { return !each->isHidden(); };
-    m_buttons->setVisible(std::ranges::any_of(m_buttons->findChildren<BarButton*>(), isShown));
     arrange();
+}
+
+bool BannerRow::areOffered() const
+{
+    auto const isOffered = [](BarButton const* each) { return !each->isHidden(); };
+    return std::ranges::any_of(m_buttons->findChildren<BarButton*>(), isOffered);
+}
+
+bool BannerRow::areBelow() const
+{
+    return m_layout->direction() == QBoxLayout::TopToBottom;
+}
+
+int BannerRow::wantedByButtons() const
+{
+    return areOffered() && areBelow() ? gap + m_buttonLayout->sizeHint().height() : 0;
+}
+
+void BannerRow::setHasRoomForButtons(bool hasRoom)
+{
+    m_hasRoom = hasRoom;
+    showButtons();
+}
+
+void BannerRow::showButtons()
+{
+    m_buttons->setVisible(areOffered() && (m_hasRoom || !areBelow()));
 }
 
 void BannerRow::resizeEvent(QResizeEvent* event)
@@ -61,6 +86,7 @@ void BannerRow::arrange()
     bool const isWide = besideButtons >= leastCharacters * fontMetrics().averageCharWidth();
     m_layout->setDirection(isWide ? LeftToRight : TopToBottom);
     m_buttonLayout->setDirection(besideButtons + gap >= 0 ? LeftToRight : TopToBottom);
+    showButtons();
 }
 
 }

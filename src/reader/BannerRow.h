@@ -19,15 +19,24 @@ public:
     BarButton* addButton(QString const& text, QString const& help);
     void offer(BarButton& button, bool isOffered);
 
+    // The height of buttons below the text, also while they have no room.
+    int wantedByButtons() const;
+    // Elsewhere than below the text they always have room.
+    void setHasRoomForButtons(bool hasRoom);
+
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
     void arrange();
+    bool areOffered() const;
+    bool areBelow() const;
+    void showButtons();
 
     QWidget* m_buttons;
     QBoxLayout* m_buttonLayout;
     QBoxLayout* m_layout;
+    bool m_hasRoom = true; // below the text
 };
 
 }

@@ -65,15 +65,15 @@ EmptyState::EmptyState(std::function<QStringList()> howToCall, QWidget* parent)
     rows->addWidget(m_symbol, 0, Qt::AlignHCenter);
     rows->addWidget(m_title);
     rows->addWidget(m_text);
-    auto* const install = BarButton::withText(tr("Install starter sheets"),
+    m_install = BarButton::withText(tr("Install starter sheets"),
         tr("Choose bundled example sheets to add to your folder"), BarButton::Look::framed, m_content);
     rows->addWidget(m_chooseFolder, 0, Qt::AlignHCenter);
     rows->addSpacing(smallGap - gap);
-    rows->addWidget(install, 0, Qt::AlignHCenter);
+    rows->addWidget(m_install, 0, Qt::AlignHCenter);
     rows->addWidget(m_calls);
     rows->addStretch();
     connect(m_chooseFolder, &BarButton::clicked, this, &EmptyState::chooseFolder);
-    connect(install, &BarButton::clicked, this, &EmptyState::installStarters);
+    connect(m_install, &BarButton::clicked, this, &EmptyState::installStarters);
 }
 
 void EmptyState::refresh(ReaderWindowState const& state)
@@ -89,6 +89,11 @@ void EmptyState::refresh(ReaderWindowState const& state)
         m_text->setText(tr("Add top-level .md or .quillory.json files, or install starter sheets."));
     }
     leaveOutWhatHasNoRoom();
+}
+
+int EmptyState::leastHeight() const
+{
+    return m_chooseFolder->sizeHint().height() + m_install->sizeHint().height() + 3 * smallGap + gap;
 }
 
 void EmptyState::takeKeyboard()
@@ -120,9 +125,10 @@ void EmptyState::leaveOutWhatHasNoRoom()
     for (auto* const part : leastFirst) {
         rows->invalidate();
         if (rows->totalHeightForWidth(width()) <= height())
-            return;
+            break;
         part->hide();
     }
+    rows->activate();
 }
 
 }

@@ -22,6 +22,9 @@ public:
     // Hidden while a sheet is shown.
     void refresh(ReaderWindowState const& state);
 
+    // Of the buttons alone.
+    int leastHeight() const;
+
     // Puts the keyboard on the first button.
     void takeKeyboard();
 
@@ -43,6 +46,7 @@ private:
     QLabel* m_text;
     QLabel* m_calls;
     BarButton* m_chooseFolder;
+    BarButton* m_install;
 };
 
 }

@@ -14,6 +14,8 @@ public:
 
     void refresh(ReaderWindowState const& state);
 
+    BannerLabel& text() const { return *m_text; }
+
 private:
     BannerLabel* m_text;
 };

@@ -18,6 +18,9 @@ public:
 
     void refresh(ReaderWindowState const& state);
 
+    BannerLabel& text() const { return *m_text; }
+    BannerRow& row() const { return *m_row; }
+
 Q_SIGNALS:
     void chooseFolder();
 

@@ -48,6 +48,10 @@ ReadingSide::ReadingSide(
     rows->addWidget(m_emptyState, 1);
     rows->addWidget(&m_reader->scrollView(), 1);
     m_reader->scrollView().setMinimumHeight(leastTextHeight);
+    m_room.add(*m_learningMode, m_learningMode->text());
+    m_room.add(*m_message, m_message->text(), &m_message->row());
+    m_room.add(*m_iconWarnings, m_iconWarnings->text());
+    m_room.add(*m_error, m_error->text(), &m_error->row());
 }
 
 ReadingSide::~ReadingSide() = default;
@@ -78,6 +82,7 @@ void ReadingSide::refresh(ReaderWindowState const& state)
     m_emptyState->refresh(state);
     m_reader->scrollView().setVisible(state.hasSheet());
     if (sheet) {
+        shareRoom();
         // Bars that come make the text's room smaller: a match is brought to where it is seen then.
         layout()->activate();
         m_reader->update(*sheet);
@@ -85,6 +90,25 @@ void ReadingSide::refresh(ReaderWindowState const& state)
     // The toolkit hands the keyboard of what is hidden to whatever follows.
     if (isInContent && window()->focusWidget() != keyboard)
         takeKeyboard();
+}
+
+bool ReadingSide::event(QEvent* event)
+{
+    auto const isTaken = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize)
+        shareRoom();
+    return isTaken;
+}
+
+void ReadingSide::shareRoom()
+{
+    auto const heightOf = [](QWidget const& bar) { return bar.isHidden() ? 0 : bar.sizeHint().height(); };
+    auto const least = m_emptyState->isHidden() ? leastTextHeight : m_emptyState->leastHeight();
+    constexpr int passes = 2; // buttons that go below a text leave it another width
+    for (int pass = 0; pass < passes; ++pass) {
+        m_room.share(height() - heightOf(*m_header) - heightOf(*m_find) - least);
+        layout()->activate();
+    }
 }
 
 void ReadingSide::refreshFonts(double textSize)

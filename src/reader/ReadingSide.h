@@ -1,5 +1,6 @@
 #pragma once
 
+#include "reader/BannerRoom.h"
 #include "reader/NativeReader.h"
 #include "reader/ReaderWindowState.h"
 
@@ -40,7 +41,11 @@ public:
     EmptyState& emptyState() const { return *m_emptyState; }
     MessageBar& messageBar() const { return *m_message; }
 
+protected:
+    bool event(QEvent* event) override;
+
 private:
+    void shareRoom();
     WarningBar* makeErrorBar(Announcements& announcements);
 
     LibraryStore& m_store;
@@ -51,6 +56,7 @@ private:
     WarningBar* m_iconWarnings;
     WarningBar* m_error;
     EmptyState* m_emptyState;
+    BannerRoom m_room;
     std::unique_ptr<NativeReader> m_reader;
     CopyPill* m_copyPill;
     QPropertyNotifier m_copyObservation;

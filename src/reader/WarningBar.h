@@ -15,6 +15,7 @@ public:
 
     void show(QString const& text, QString const& tail = {});
 
+    BannerLabel& text() const { return *m_text; }
     BannerRow& row() const { return *m_row; }
 
 private:

@@ -45,6 +45,10 @@ TEST_F(ReaderViewTest, Bars_list_and_text_share_the_smallest_panel_in_their_colo
     expectTiled(view, view.rect().adjusted(1, 1, -1, -1));
     expectTiled(*view.findChild<QWidget*>(u"surface"_s), view.findChild<QWidget*>(u"surface"_s)->rect());
     EXPECT_EQ(list.horizontalScrollBar()->isVisible(), false);
+    for (auto const* const button : view.findChildren<BarButton*>()) {
+        bool const isWhole = !button->isVisible() || button->height() >= button->sizeHint().height();
+        EXPECT_TRUE(isWhole) << button->accessibleName().toStdString();
+    }
 
     // Dark windows around light pages, and all dark.
     for (auto const appearance : { ReaderColors::Appearance::light, ReaderColors::Appearance::dark }) {
