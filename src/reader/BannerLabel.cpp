@@ -90,7 +90,7 @@ void BannerLabel::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
-    painter.drawText(rect(), static_cast<int>(Qt::TextWordWrap | Qt::AlignVCenter), whole(fitted(width())));
+    painter.drawText(rect(), Qt::TextWordWrap | Qt::AlignVCenter, whole(fitted(width())));
 }
 
 // No line is shown in part.

@@ -28,6 +28,7 @@ struct ReaderWindowState {
     bool hasSheet() const { return content == Content::sheet; }
 
     Content content = Content::noFolder;
+    LibraryStore::Remedy remedy = LibraryStore::Remedy::none; // of what the message tells
     QString title;
     std::optional<Icon> icon;
     bool isPinned = false;
@@ -38,7 +39,6 @@ struct ReaderWindowState {
     QString findQuery;
     QString findStatus;
     std::optional<QString> message;
-    LibraryStore::Remedy remedy = LibraryStore::Remedy::none; // of what the message tells
     QStringList iconWarnings; // the lines
     QString error;            // empty when there is none
     QString lastReadable;     // what follows it
