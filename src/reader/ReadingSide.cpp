@@ -71,6 +71,7 @@ void ReadingSide::refresh(ReaderWindowState const& state)
     if (sheet)
         m_reader->prepareFor(*sheet);
     auto* const keyboard = window()->focusWidget();
+    bool const isWaiting = keyboard == this;
     bool const isInContent = keyboard
         && (m_emptyState->isAncestorOf(keyboard) || m_reader->scrollView().isAncestorOf(keyboard));
     m_header->refresh(state);
@@ -88,7 +89,7 @@ void ReadingSide::refresh(ReaderWindowState const& state)
         m_reader->update(*sheet);
     }
     // The toolkit hands the keyboard of what is hidden to whatever follows.
-    if (isInContent && window()->focusWidget() != keyboard)
+    if (isWaiting || (isInContent && window()->focusWidget() != keyboard))
         takeKeyboard();
 }
 
@@ -123,6 +124,8 @@ void ReadingSide::takeKeyboard()
         text.setFocus();
     else if (m_emptyState->isVisibleTo(this))
         m_emptyState->takeKeyboard();
+    else
+        setFocus(); // until it is known what there is to read
 }
 
 }

@@ -226,6 +226,17 @@ TEST_F(ReaderPanelTest, The_keyboard_goes_to_the_text_unless_a_search_field_is_o
     }
 }
 
+TEST_F(ReaderPanelTest, A_panel_that_comes_before_the_sheets_gives_the_keyboard_to_the_text_once_they_are_there)
+{
+    services.root.write("library/a.md", "# Sheet\n");
+    library.connect(services.root.path("library"));
+    show();
+    services.executor.runPosted();
+    ASSERT_TRUE(library.sheets.value().isEmpty());
+    services.executor.settle();
+    EXPECT_EQ(panel.focusWidget(), panel.findChild<ReaderTextView*>());
+}
+
 TEST_F(ReaderPanelTest, Another_palette_gets_through_to_text_and_symbols)
 {
     services.root.write("library/a.quillory.json",
