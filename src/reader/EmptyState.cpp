@@ -98,7 +98,9 @@ int EmptyState::leastHeight() const
 
 void EmptyState::takeKeyboard()
 {
-    m_chooseFolder->setFocus(Qt::OtherFocusReason);
+    // Until it is known what there is to read it has no button to press.
+    auto* const stop = m_content->isHidden() ? static_cast<QWidget*>(this) : m_chooseFolder;
+    stop->setFocus(Qt::OtherFocusReason);
 }
 
 void EmptyState::showEvent(QShowEvent* event)

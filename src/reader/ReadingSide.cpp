@@ -71,7 +71,7 @@ void ReadingSide::refresh(ReaderWindowState const& state)
     if (sheet)
         m_reader->prepareFor(*sheet);
     auto* const keyboard = window()->focusWidget();
-    bool const isWaiting = keyboard == this;
+    bool const isWaiting = keyboard == m_emptyState;
     bool const isInContent = keyboard
         && (m_emptyState->isAncestorOf(keyboard) || m_reader->scrollView().isAncestorOf(keyboard));
     m_header->refresh(state);
@@ -88,8 +88,9 @@ void ReadingSide::refresh(ReaderWindowState const& state)
         layout()->activate();
         m_reader->update(*sheet);
     }
-    // The toolkit hands the keyboard of what is hidden to whatever follows.
-    if (isWaiting || (isInContent && window()->focusWidget() != keyboard))
+    // The toolkit hands the keyboard of what is hidden to whatever follows; while the window is not the active one, later.
+    bool const isLost = isInContent && (window()->focusWidget() != keyboard || !keyboard->isVisibleTo(this));
+    if (isWaiting || isLost)
         takeKeyboard();
 }
 
@@ -124,8 +125,6 @@ void ReadingSide::takeKeyboard()
         text.setFocus();
     else if (m_emptyState->isVisibleTo(this))
         m_emptyState->takeKeyboard();
-    else
-        setFocus(); // until it is known what there is to read
 }
 
 }

@@ -230,8 +230,9 @@ TEST_F(ReaderPanelTest, A_panel_that_comes_before_the_sheets_gives_the_keyboard_
 {
     services.root.write("library/a.md", "# Sheet\n");
     library.connect(services.root.path("library"));
-    show();
-    services.executor.runPosted();
+    panel.show(PanelPresence::resident);
+    services.executor.runPosted(); // before the window system makes it the active window
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
     ASSERT_TRUE(library.sheets.value().isEmpty());
     services.executor.settle();
     EXPECT_EQ(panel.focusWidget(), panel.findChild<ReaderTextView*>());
