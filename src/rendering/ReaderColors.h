@@ -23,6 +23,8 @@ inline constexpr Dynamic codeBackground { 0xFFF4F4F5, 0xFF303136 };     // code 
 inline constexpr Dynamic codeBorder { 0xFFD9D9DC, 0xFF4A4B50 };         // outline of code blocks, thin separators
 inline constexpr Dynamic learningBackground { 0xFFF3E9D6, 0xFF4C4230 }; // Learning Mode bar while it is on
 
+inline constexpr Dynamic copied { 0xFF276A30, 0xFFA0D99C };             // tint of what has just been copied
+
 // The parts of a shortcut: its modifiers, and the key.
 inline constexpr Dynamic functionKey { 0xFFA12A70, 0xFFF4A4CF };
 inline constexpr Dynamic controlKey { 0xFF7A3EB4, 0xFFD4AFFF };

@@ -1,6 +1,6 @@
+#include "textlayout/PixelGrid.h"
 #include "textlayout/TableLayout.h"
 
-#include <QPaintDevice>
 #include <QPainter>
 
 #include <algorithm>
@@ -12,20 +12,6 @@ namespace {
 
 // Translucent fills that are higher are handed to other threads, which takes longer than filling them.
 constexpr double longestPiece = 32; // points
-
-// Lines begin on a pixel of the device and are at least one wide: half of one would be a smear on plain screens.
-class PixelGrid {
-public:
-    explicit PixelGrid(QPainter const& painter)
-        : m_scale(painter.device()->devicePixelRatio())
-    {
-    }
-    double edge(double position) const { return std::floor(position * m_scale + 0.01) / m_scale; }
-    double thickness(double width) const { return std::max(1.0, std::round(width * m_scale)) / m_scale; }
-
-private:
-    double m_scale;
-};
 
 }
 

@@ -4,7 +4,7 @@
 #include "reader/text/EventModifiers.h"
 #include "reader/text/FocusRing.h"
 #include "reader/text/ReaderTextViewAccessible.h"
-#include "reader/text/SelectionPainting.h"
+#include "reader/text/Wash.h"
 #include "text/SearchFolding.h"
 
 #include <QContextMenuEvent>
@@ -64,7 +64,10 @@ ReaderTextView::ReaderTextView(Executor& executor, Clipboard& clipboard, QWidget
     setLayoutDirection(Qt::LeftToRight);
     resize(firstSize);
     m_buttons.onClick = [this](qsizetype target) { copyTarget(target); };
-    m_buttons.onCopiedChanged = [this] { Q_EMIT copiedChanged(); };
+    m_buttons.onCopiedChanged = [this] {
+        update();
+        Q_EMIT copiedChanged();
+    };
 }
 
 ReaderTextView::~ReaderTextView() = default;
@@ -99,6 +102,7 @@ void ReaderTextView::setLearningModeEnabled(bool isEnabled)
     m_pasteboard.setLearningModeEnabled(isEnabled);
     m_buttons.setLook(isEnabled, m_colors);
     m_buttons.showNoneCopied();
+    m_pointer.lookAgain();
     Q_EMIT targetsChanged();
 }
 
@@ -167,6 +171,7 @@ void ReaderTextView::layOut()
     });
     moveOrigin(origin);
     layOutButtons();
+    m_pointer.lookAgain();
     Q_EMIT moved();
     update();
     startIdleWork();
@@ -310,6 +315,11 @@ void ReaderTextView::mouseReleaseEvent(QMouseEvent* event)
         m_pointer.release(*event);
 }
 
+void ReaderTextView::leaveEvent(QEvent*)
+{
+    m_pointer.leave();
+}
+
 std::unique_ptr<QMenu> ReaderTextView::makeMenu() const
 {
     return m_commands.makeMenu();
@@ -328,6 +338,7 @@ void ReaderTextView::setSelection(TextSelection selection)
     if (selection == m_selection)
         return;
     m_selection = selection;
+    m_pointer.lookAgain();
     update();
     tellLink(m_document->linkOf(m_selection.head));
     Q_EMIT selectionChanged();
@@ -440,9 +451,7 @@ QRectF ReaderTextView::blockRectangle(qsizetype targetIndex) const
 std::vector<CodeBlock> ReaderTextView::blocksIn(QRectF const& visible) const
 {
     auto const margin = CodeBlock::smallestHeight; // a block may reach that far beyond its text
-    auto const shown = m_document->layout().textRangeFor(
-        visible.top() - inset - margin, visible.bottom() - inset + margin);
-    auto const [first, end] = m_document->blocksIn(shown);
+    auto const [first, end] = m_document->blocksIn(textRangeFor(visible.adjusted(0, -margin, 0, margin)));
     std::vector<CodeBlock> blocks;
     for (auto block = first; block < end; ++block) {
         auto const target = blockTargets()[block];
@@ -476,10 +485,11 @@ void ReaderTextView::paintEvent(QPaintEvent* event)
     auto const ofText = visible.translated(-inset, -inset);
     m_document->layout().paint(painter, ofText, m_colors);
     if (!m_selection.isEmpty())
-        paintSelection(painter, m_document->layout().selectionRects(m_selection.range(), ofText),
+        paintWash(painter, m_document->layout().selectionRects(m_selection.range(), ofText),
             palette().color(QPalette::Active, QPalette::Highlight), m_colors.appearance);
     painter.restore();
     painter.setRenderHint(QPainter::Antialiasing);
+    m_inlineTargets.paint(painter, visible);
     blocks.paintEdges(painter, m_origin.x(), width());
     if (m_showsFocus) {
         painter.resetTransform();

@@ -4,6 +4,7 @@
 #include "platform/ModifierFlags.h"
 #include "reader/text/CodeButtons.h"
 #include "reader/text/CodeCopyButton.h"
+#include "reader/text/InlineTargets.h"
 #include "reader/text/LinkHelp.h"
 #include "reader/text/ReaderDocument.h"
 #include "reader/text/SelectionPasteboard.h"
@@ -109,12 +110,19 @@ public:
     QString linkAt(QPointF point) const { return m_document->linkAt(toText(point)); }
     std::optional<qsizetype> targetAt(qsizetype character) const { return m_document->targetAt(character); }
     QRectF boundingRect(TextRange range) const;
+    // The paragraphs and tables that meet the area.
+    TextRange textRangeFor(QRectF const& area) const
+    {
+        return m_document->layout().textRangeFor(area.top() - inset, area.bottom() - inset);
+    }
     TextRange lineRange(qsizetype position) const { return m_document->layout().lineRange(position); }
 
     // Says where a link leads before it is followed; nothing for an empty one. To assistive programs, as the description.
     void tellLink(QString const& link);
     // The pointer is on the link, at this place of the content: under it as well.
     void hoverLink(QString const& link, QRectF const& place);
+
+    InlineTargets& inlineTargets() { return m_inlineTargets; }
 
     std::unique_ptr<QMenu> makeMenu() const;
 
@@ -140,6 +148,7 @@ protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override { mousePressEvent(event); }
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
@@ -171,6 +180,7 @@ private:
     TextCommands m_commands { *this };
     TextPointer m_pointer;
     LinkHelp m_linkHelp { *this };
+    InlineTargets m_inlineTargets { *this };
     Registration m_idleTask;
 };
 

@@ -174,9 +174,31 @@ void TextPointer::click(QPointF point)
 
 void TextPointer::hover(QPointF point)
 {
+    m_hovered = point;
     auto const link = m_view.linkAt(toContent(point));
     m_view.hoverLink(link, m_view.boundingRect({ m_view.characterIndexAt(toContent(point)), 1 }));
-    auto const shape = link.isEmpty() ? Qt::IBeamCursor : Qt::PointingHandCursor;
+    lookAt(point, link);
+}
+
+void TextPointer::leave()
+{
+    m_hovered.reset();
+    m_view.inlineTargets().hover({});
+}
+
+void TextPointer::lookAgain()
+{
+    if (m_hovered)
+        lookAt(*m_hovered, m_view.linkAt(toContent(*m_hovered)));
+}
+
+// The hand says that a click does something.
+void TextPointer::lookAt(QPointF point, QString const& link)
+{
+    auto& targets = m_view.inlineTargets();
+    auto const target = targets.clickableAt(toContent(point));
+    targets.hover(target);
+    auto const shape = link.isEmpty() && !target ? Qt::IBeamCursor : Qt::PointingHandCursor;
     if (m_view.cursor().shape() != shape)
         m_view.setCursor(shape);
 }

@@ -6,6 +6,8 @@
 
 #include <QPointF>
 
+#include <optional>
+
 class QMouseEvent;
 
 namespace Quillory {
@@ -21,8 +23,11 @@ public:
     void press(QMouseEvent const& event);
     void move(QMouseEvent const& event);
     void release(QMouseEvent const& event);
+    void leave();
     // The text is another now.
     void cancel() { m_gesture.cancel(); }
+    // The text under the resting pointer may have moved, or what a click does there has changed.
+    void lookAgain();
 
 private:
     QPointF toContent(QPointF point) const;
@@ -34,12 +39,14 @@ private:
     void dragText();
     void click(QPointF point);
     void hover(QPointF point);
+    void lookAt(QPointF point, QString const& link);
 
     ReaderTextView& m_view;
     Executor& m_executor;
     PointerGesture m_gesture;
     TextRange m_from; // what the press selected, from which the selection goes on
     QPointF m_last; // where a selection beyond an edge goes to
+    std::optional<QPointF> m_hovered; // where the pointer rests
     Registration m_autoScroll;
 };
 

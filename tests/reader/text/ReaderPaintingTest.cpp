@@ -179,6 +179,73 @@ TEST_F(ReaderPaintingTest, Text_selection_blocks_and_buttons_are_painted_where_t
     }
 }
 
+// The smallest rectangle that holds every pixel in which they differ.
+QRect changed(QImage const& one, QImage const& other)
+{
+    QRect area;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            if (one.pixel(x, y) != other.pixel(x, y))
+                area |= QRect(x, y, 1, 1);
+        }
+    }
+    return area;
+}
+
+TEST_F(ReaderPaintingTest, Code_in_a_line_is_outlined_while_a_click_would_copy_it_and_tinted_once_it_has)
+{
+    auto const text = u"A way to $ls -l$ and $mmmm$.\n>in a block\n"_s + u"more\n"_s.repeated(60);
+    for (auto const appearance : { Appearance::light, Appearance::dark }) {
+        setPalette(appearance, Qt::blue);
+        show(sheet(text));
+        settle();
+        auto const plain = shot(1);
+        auto const code = pointAt(u"ls -l"_s), prose = pointAt(u"way"_s);
+        auto const box = view.boundingRect({ positionOf(u"ls -l"_s), 5 }).adjusted(-2, 0, 2, 0);
+        auto const expectHand = [&](bool isThere, char const* when) {
+            EXPECT_EQ(view.cursor().shape() == Qt::PointingHandCursor, isThere) << when;
+            auto const part = QRectF(0, 0, view.width(), box.bottom() + 1).toRect(); // without the block's button
+            EXPECT_EQ(changed(plain.copy(part), shot(1).copy(part)).isValid(), isThere) << when;
+        };
+        for (auto const& [point, isCode] :
+            { std::pair(code, true), { prose, false }, { pointAt(u"block"_s), false }, { pointAt(u"mmmm"_s), true } }) {
+            hover(point);
+            expectHand(isCode, "over each part of the text");
+        }
+        hover(code);
+        auto const outlined = shot(1);
+        auto const around = box.toAlignedRect();
+        EXPECT_TRUE(around.contains(changed(plain, outlined)));
+        EXPECT_TRUE(changed(plain, outlined).contains(around.adjusted(1, 1, -1, -1)));
+        auto const inside = around.adjusted(3, 3, -3, -3);
+        EXPECT_EQ(plain.copy(inside), outlined.copy(inside));
+
+        click(code);
+        auto const middle = box.topLeft().toPoint() + QPoint(5, 3); // above the letters
+        EXPECT_NE(shot(1).pixelColor(middle), outlined.pixelColor(middle)) << "tinted";
+        executor.advance(Clipboard::feedbackTime);
+        EXPECT_FALSE(changed(outlined, shot(1)).isValid());
+        isClipboardFull = true;
+        click(code);
+        EXPECT_FALSE(changed(outlined, shot(1)).isValid()) << "nothing was copied";
+        isClipboardFull = false;
+
+        view.setScrollOrigin({ 0, 200 });
+        EXPECT_EQ(view.cursor().shape(), Qt::IBeamCursor) << "the text has moved from under the pointer";
+        view.setScrollOrigin({});
+        expectHand(true, "come back");
+        view.setLearningModeEnabled(true);
+        expectHand(false, "in Learning Mode");
+        view.setLearningModeEnabled(false);
+        view.setSelection({ 0, 1 });
+        EXPECT_EQ(view.cursor().shape(), Qt::IBeamCursor) << "the click would end the selection";
+        view.setSelection({});
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(&view, &leave);
+        EXPECT_FALSE(changed(plain, shot(1)).isValid());
+    }
+}
+
 TEST_F(ReaderPaintingTest, A_button_looks_different_when_it_is_over_when_it_has_copied_and_when_it_cannot)
 {
     show(sheet(u">code"_s));

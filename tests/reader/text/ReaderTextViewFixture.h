@@ -94,6 +94,11 @@ protected:
         event.setTimestamp(now += 10);
         QCoreApplication::sendEvent(&view, &event);
     }
+    void hover(QPointF point)
+    {
+        QMouseEvent event(QEvent::MouseMove, point, view.mapToGlobal(point), Qt::NoButton, Qt::NoButton, {});
+        QCoreApplication::sendEvent(&view, &event);
+    }
     void click(QPointF point, Qt::KeyboardModifiers modifiers = {}, QPointF moved = {}, int count = 1)
     {
         now += 10'000;
