@@ -31,6 +31,7 @@ constexpr double gapAfterIcon = 8;
 constexpr double gapBeforeShortcuts = 16;
 constexpr double narrowestModifierGap = 5;
 constexpr double modifierGap = 0.3; // of the text size
+constexpr double keycapRoom = 5; // points beside the glyphs
 constexpr QStringView alternativeSeparator = u" / ";
 constexpr QStringView stepSeparator = u" → ";
 
@@ -71,6 +72,7 @@ void PreparedShortcuts::makeLooks(TextMeasure const& measure)
                                     .weight = Weight::semibold },
             .color = { role },
             .background = Color { ColorRole::codeBackground },
+            .keycap = keycapRoom,
             .kern = kern };
     };
     m_looks[keyLook] = glyphs(ColorRole::plainKey, 0);

@@ -46,6 +46,7 @@ struct TextAttributes {
     FontAttribute font;
     Color color;
     std::optional<Color> background;
+    double keycap = 0; // points that the background reaches beyond either side, as a key's outlined box; 0 for no box
     QString link; // empty for none
     bool strikethrough = false;
     double kern = 0; // points added after each character

@@ -106,6 +106,7 @@ LayoutContext::Metrics LayoutContext::makeMetrics(TextAttributes const& attribut
         .font = font,
         .lineHeight = extent.height,
         .ascent = extent.ascent,
+        .capHeight = metrics.capHeight(),
         .averageWidth = std::max(1.0, averageWidthOf(metrics) + attributes.kern),
         .asciiWidths = asciiWidthsOf(metrics, attributes.kern),
         .plain = !attributes.background && !attributes.attachment && attributes.baselineOffset == 0,
@@ -143,7 +144,7 @@ QTextCharFormat LayoutContext::makeFormat(TextAttributes const& attributes) cons
     QTextCharFormat format;
     format.setFont(fontOf(m_fonts, attributes));
     format.setForeground(foreground(attributes));
-    if (attributes.background)
+    if (attributes.background && attributes.keycap == 0)
         format.setBackground(m_colors.resolved(*attributes.background));
     // Qt takes the offset as a share of the font's height, in percent.
     if (attributes.baselineOffset != 0 && !attributes.attachment)

@@ -29,6 +29,7 @@ public:
         QFont font; // with kerning and underlines
         double lineHeight = 0;
         double ascent = 0;
+        double capHeight = 0;
         double averageWidth = 0;
         std::array<float, 95> asciiWidths {}; // from blank to tilde
         // Font and colour are all that these attributes have, so that a single run needs no formats.

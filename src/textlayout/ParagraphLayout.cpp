@@ -124,6 +124,7 @@ void ParagraphLayout::applyFormats(QString& string)
         auto const from = std::max(runs[index].location, start) - start;
         auto const to = std::min(runs[index].location + runs[index].length, m_stretch.range.end()) - start;
         formats.append({ static_cast<int>(from), static_cast<int>(to - from), m_context.format(runs[index]) });
+        m_keycaps.add(m_context, runs[index], from, QStringView(string).sliced(from, to - from), formats);
         auto const& attributes = text.attributes(runs[index]);
         if (attributes.baselineOffset != 0 && !attributes.attachment)
             m_raised.push_back({ { from, to - from }, attributes.baselineOffset });
@@ -293,8 +294,17 @@ ParagraphLayout::Line const& ParagraphLayout::lineAt(double y) const
 
 void ParagraphLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& clip) const
 {
+    auto const pieces = [&](TextRange range) { return this->pieces(range, topLeft); };
+    if (!m_keycaps.isEmpty())
+        m_keycaps.paintBoxes(painter, clip, m_layout.text(), pieces);
     painter.setPen(m_foreground);
     m_layout.draw(&painter, topLeft, {}, clip);
+    m_keycaps.paintKeys(painter, clip, pieces);
+    paintPictures(painter, topLeft, clip);
+}
+
+void ParagraphLayout::paintPictures(QPainter& painter, QPointF topLeft, QRectF const& clip) const
+{
     for (auto const& picture : m_pictures) {
         auto const& attributes = m_context.text().attributes(picture.run);
         auto const& attachment = *attributes.attachment;
@@ -391,6 +401,20 @@ QRectF ParagraphLayout::lineRect(std::size_t line, int from, int to) const
     if (left > right)
         std::swap(left, right);
     return { left, m_lines[line].top, right - left, m_lines[line].height };
+}
+
+std::vector<Keycaps::Piece> ParagraphLayout::pieces(TextRange range, QPointF topLeft) const
+{
+    std::vector<Keycaps::Piece> pieces;
+    auto line = lineIndex(m_stretch.range.location + range.location);
+    for (auto from = static_cast<int>(range.location); from < range.end(); ++line) {
+        auto const textLine = m_layout.lineAt(static_cast<int>(line));
+        auto const to = std::min(textLine.textStart() + textLine.textLength(), static_cast<int>(range.end()));
+        pieces.push_back(
+            { lineRect(line, from, to).translated(topLeft), topLeft.y() + textLine.y() + textLine.ascent() });
+        from = std::max(to, from + 1);
+    }
+    return pieces;
 }
 
 TextRange ParagraphLayout::lineRange(qsizetype location) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "textlayout/Keycaps.h"
 #include "textlayout/LayoutContext.h"
 #include "textlayout/TextWidths.h"
 
@@ -81,6 +82,8 @@ private:
     Extent extentOf(QTextLine const& line) const;
     int letterAt(double x, std::size_t line, int guess) const;
     QRectF lineRect(std::size_t line, int from, int to) const;
+    std::vector<Keycaps::Piece> pieces(TextRange range, QPointF topLeft) const;
+    void paintPictures(QPainter& painter, QPointF topLeft, QRectF const& clip) const;
     void addLineSelection(std::vector<QRectF>& covered, std::size_t line, qsizetype from, qsizetype to) const;
     std::size_t lineIndex(qsizetype location) const;
 
@@ -90,6 +93,7 @@ private:
     std::vector<Line> m_lines;
     std::vector<Picture> m_pictures;
     std::vector<std::pair<TextRange, double>> m_raised; // ranges within the stretch, and how far they are raised
+    Keycaps m_keycaps;
     QColor m_foreground;
     bool m_rightToLeft = false;
     bool m_mixesDirections = false;

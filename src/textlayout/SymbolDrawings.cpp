@@ -3,6 +3,7 @@
 #include <QStringView>
 
 #include <array>
+#include <functional>
 #include <map>
 
 namespace Quillory {
@@ -49,6 +50,35 @@ constexpr std::array sources {
     Source { u"ellipsis.circle", line, u"A 12 12 9.5 M 7.5 12 L 7.6 12 M 11.95 12 L 12.05 12 M 16.4 12 L 16.5 12" },
     Source {
         u"exclamationmark.triangle", line, u"M 12 3.5 L 21.5 20 L 2.5 20 Z M 12 9.5 L 12 14.5 M 12 17.2 L 12 17.3" },
+
+    // Of keys, by the character that stands for each. The square is as high as a capital letter.
+    Source { u"⌃", line, u"M 3 16.5 L 12 7.5 L 21 16.5" },
+    Source { u"⌥", line, u"M 2 4 L 8.5 4 L 15.5 20 L 22 20 M 15 4 L 22 4" },
+    Source { u"⇧", line, u"M 12 2 L 21.5 11.5 L 16.5 11.5 L 16.5 22 L 7.5 22 L 7.5 11.5 L 2.5 11.5 Z" },
+    Source { u"⇪", line,
+        u"M 12 1.5 L 21.5 10 L 16.5 10 L 16.5 14.5 L 7.5 14.5 L 7.5 10 L 2.5 10 Z M 7.5 19.5 L 16.5 19.5 L 16.5 22.5 "
+        u"L 7.5 22.5 Z" },
+    Source { u"⌘", line,
+        u"M 8.5 5.2 C 8.5 3.4 7.1 2 5.3 2 C 3.5 2 2 3.4 2 5.2 C 2 7 3.5 8.5 5.3 8.5 L 18.7 8.5 C 20.5 8.5 22 7 22 5.2 "
+        u"C 22 3.4 20.5 2 18.7 2 C 16.9 2 15.5 3.4 15.5 5.2 L 15.5 18.8 C 15.5 20.6 16.9 22 18.7 22 "
+        u"C 20.5 22 22 20.6 22 18.8 C 22 17 20.5 15.5 18.7 15.5 L 5.3 15.5 C 3.5 15.5 2 17 2 18.8 "
+        u"C 2 20.6 3.5 22 5.3 22 C 7.1 22 8.5 20.6 8.5 18.8 Z" },
+    Source { u"↩", line, u"M 21 4 L 21 14.5 L 3 14.5 M 9 8.5 L 3 14.5 L 9 20.5" },
+    Source { u"⌤", line, u"M 3 2.5 L 21 2.5 M 5 15.5 L 12 8.5 L 19 15.5 M 3 21.5 L 21 21.5" },
+    Source { u"⇥", line, u"M 1.5 12 L 17 12 M 11 6 L 17 12 L 11 18 M 22 5 L 22 19" },
+    Source { u"⎋", line,
+        u"M 16 5.1 C 19.2 6.3 21.5 9.4 21.5 13 C 21.5 17.7 17.7 21.5 13 21.5 C 9.4 21.5 6.3 19.2 5.1 16 "
+        u"M 13 13 L 3 3 M 3 9.5 L 3 3 L 9.5 3" },
+    Source { u"⌫", line, u"M 8 4 L 22.5 4 L 22.5 20 L 8 20 L 1.5 12 Z M 11.5 8.7 L 18 15.3 M 18 8.7 L 11.5 15.3" },
+    Source { u"⌦", line, u"M 16 4 L 1.5 4 L 1.5 20 L 16 20 L 22.5 12 Z M 6 8.7 L 12.5 15.3 M 12.5 8.7 L 6 15.3" },
+    Source { u"←", line, u"M 22 12 L 2 12 M 8.5 5.5 L 2 12 L 8.5 18.5" },
+    Source { u"→", line, u"M 2 12 L 22 12 M 15.5 5.5 L 22 12 L 15.5 18.5" },
+    Source { u"↑", line, u"M 12 22 L 12 2 M 5.5 8.5 L 12 2 L 18.5 8.5" },
+    Source { u"↓", line, u"M 12 2 L 12 22 M 5.5 15.5 L 12 22 L 18.5 15.5" },
+    Source { u"↖", line, u"M 20.5 20.5 L 3.5 3.5 M 3.5 13 L 3.5 3.5 L 13 3.5" },
+    Source { u"↘", line, u"M 3.5 3.5 L 20.5 20.5 M 20.5 11 L 20.5 20.5 L 11 20.5" },
+    Source { u"⇞", line, u"M 12 22.5 L 12 2 M 5.5 8.5 L 12 2 L 18.5 8.5 M 6 13.5 L 18 13.5 M 6 19 L 18 19" },
+    Source { u"⇟", line, u"M 12 1.5 L 12 22 M 5.5 15.5 L 12 22 L 18.5 15.5 M 6 10.5 L 18 10.5 M 6 5 L 18 5" },
 };
 
 QPainterPath pathOf(QStringView source)
@@ -90,14 +120,14 @@ QPainterPath pathOf(QStringView source)
 
 }
 
-SymbolDrawing const* SymbolDrawing::of(QString const& name)
+SymbolDrawing const* SymbolDrawing::of(QStringView name)
 {
-    static std::map<QString, SymbolDrawing> made;
+    static std::map<QString, SymbolDrawing, std::less<>> made;
     if (auto const known = made.find(name); known != made.end())
         return &known->second;
     for (auto const& source : sources) {
         if (name == QStringView(source.name))
-            return &made.emplace(name, SymbolDrawing { source.ink, pathOf(source.path) }).first->second;
+            return &made.emplace(name.toString(), SymbolDrawing { source.ink, pathOf(source.path) }).first->second;
     }
     return nullptr;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QPainterPath>
-#include <QString>
+#include <QStringView>
 
 namespace Quillory {
 
@@ -15,7 +15,7 @@ struct SymbolDrawing {
     QPainterPath path;
 
     // Null for a name that has no drawing. Made when it is first asked for. GUI thread only.
-    static SymbolDrawing const* of(QString const& name);
+    static SymbolDrawing const* of(QStringView name);
 };
 
 }

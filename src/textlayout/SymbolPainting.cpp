@@ -19,29 +19,14 @@ constexpr double gap = 1.7;
 constexpr double drawnLine = 1.6;   // in units of the drawings
 constexpr double thinnestLine = 1.2; // points, which small symbols need to be seen
 
-void paintDrawing(QPainter& painter, SymbolDrawing const& drawing, QRectF const& rectangle, QColor const& color)
-{
-    auto const scale = std::min(rectangle.width(), rectangle.height()) / SymbolDrawing::side;
-    painter.translate(rectangle.center());
-    painter.scale(scale, scale);
-    painter.translate(-SymbolDrawing::side / 2, -SymbolDrawing::side / 2);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (drawing.ink == SymbolDrawing::Ink::area)
-        return painter.fillPath(drawing.path, color);
-    auto const width = std::max(drawnLine, thinnestLine / scale);
-    painter.strokePath(drawing.path, QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-}
-
 }
 
 void paintSymbol(QPainter& painter, QString const& name, QRectF const& rectangle, QColor const& color)
 {
-    if (auto const* const drawing = SymbolDrawing::of(name)) {
-        painter.save();
-        paintDrawing(painter, *drawing, rectangle, color);
-        return painter.restore();
-    }
     auto const size = std::min(rectangle.width(), rectangle.height());
+    if (auto const* const drawing = SymbolDrawing::of(name))
+        return paintDrawing(
+            painter, *drawing, rectangle, color, std::max(drawnLine * size / SymbolDrawing::side, thinnestLine));
     QPen pen(color, size * lineWidth);
     pen.setDashPattern({ dash, gap });
     pen.setCapStyle(Qt::FlatCap);
@@ -53,6 +38,22 @@ void paintSymbol(QPainter& painter, QString const& name, QRectF const& rectangle
     auto const margin = size * inset;
     painter.drawRoundedRect(
         rectangle.adjusted(margin, margin, -margin, -margin), size * cornerRadius, size * cornerRadius);
+    painter.restore();
+}
+
+void paintDrawing(
+    QPainter& painter, SymbolDrawing const& drawing, QRectF const& rectangle, QColor const& color, double lineWidth)
+{
+    auto const scale = std::min(rectangle.width(), rectangle.height()) / SymbolDrawing::side;
+    painter.save();
+    painter.translate(rectangle.center());
+    painter.scale(scale, scale);
+    painter.translate(-SymbolDrawing::side / 2, -SymbolDrawing::side / 2);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (drawing.ink == SymbolDrawing::Ink::area)
+        painter.fillPath(drawing.path, color);
+    else
+        painter.strokePath(drawing.path, QPen(color, lineWidth / scale, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.restore();
 }
 

@@ -26,7 +26,10 @@ void TableLayout::paint(QPainter& painter, QPointF topLeft, QRectF const& clip)
         paintBorders(painter, rowTopLeft, row, clip);
         for (auto cell = firstCell(row); cell < endOfCells(row); ++cell) {
             auto const content = rowTopLeft + contentTopLeft(cell);
-            if (content.x() < clip.right() && content.x() + contentWidth(cell, block(cell)) > clip.left())
+            // Keycaps reach into the padding.
+            auto const padding = block(cell).padding;
+            auto const right = content.x() + contentWidth(cell, block(cell)) + padding;
+            if (content.x() - padding < clip.right() && right > clip.left())
                 flow(row, cell).paint(painter, content, clip);
         }
     }

@@ -213,6 +213,10 @@ private:
         std::optional<QColor> ground;
         if (attributes.background)
             ground = m_colors.resolved(*attributes.background);
+        if (attributes.keycap > 0) {
+            auto const border = ReaderColors::codeBorder.resolved(m_colors.appearance);
+            EXPECT_GT(ink.account(box, border, ground, attributes.keycap + 1).strongest, 0.9) << "keycap";
+        }
         auto const found = ink.account(box, color, ground);
         auto const what = visible.toString().toStdString() + " at " + std::to_string(piece.location);
         if (visible.isEmpty() || color.alpha() == 0)
@@ -243,6 +247,31 @@ TEST(Painting, Ink_is_where_the_layout_says_in_its_roles_colour_and_nowhere_else
                 painted.expectPartsToLookLikeTheWhole();
                 painted.expectSelectionToCoverItsLetters();
             }
+        }
+    }
+}
+
+TEST(Painting, Keys_can_be_told_apart_in_small_text)
+{
+    TextAttributes const key { .font = { .family = FontAttribute::Family::monospaced, .size = 18 },
+        .background = Color { ColorRole::codeBackground },
+        .keycap = 5 };
+    std::map<QChar, QImage> pictures;
+    for (auto const letter : u"⌃^⌥⇧⇪⌘↩⌤⇥⎋⌫⌦←→↑↓↖↘⇞⇟"_s) {
+        auto& picture = pictures[letter] = QImage(30, 30, QImage::Format_Grayscale8);
+        picture.fill(Qt::white);
+        QPainter painter(&picture);
+        auto layout = layoutOf(plainText(letter, {}, key), 100);
+        layout.layOutVisible(0, 30);
+        painter.translate(8, 0);
+        layout.paint(painter, { 0, 0, 30, 30 }, distinctColors(ReaderColors::Appearance::light));
+        for (auto const& [other, known] : pictures) {
+            int differing = 0;
+            for (int pixel = 0; pixel < 900; ++pixel)
+                differing += std::abs(
+                                 picture.scanLine(pixel / 30)[pixel % 30] - known.constScanLine(pixel / 30)[pixel % 30])
+                    > 64;
+            EXPECT_TRUE(other == letter || differing > 12) << (QString(other) + letter).toStdString();
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include "reader/text/ReaderTextView.h"
 #include "reader/text/Wash.h"
+#include "textlayout/Keycaps.h"
 #include "textlayout/PixelGrid.h"
 
 #include <QPainter>
@@ -48,14 +49,22 @@ std::vector<QRectF> InlineTargets::boxes(qsizetype target, QRectF const& visible
         return {};
     auto const range = targets.range(target);
     auto const shown = m_view.textRangeFor(visible);
+    auto const& text = m_view.rendered().text;
+    auto const keycap = text.attributes(text.runs()[static_cast<std::size_t>(text.runAt(range.location))]).keycap;
+    auto const room = keycap > 0 ? keycap : roomBeside;
+    auto const blankAt = [&](qsizetype position) {
+        auto const isBlank = position >= 0 && position < text.length() && text.string()[position] == u' ';
+        return isBlank ? std::optional(m_view.boundingRect({ position, 1 })) : std::nullopt;
+    };
     std::vector<QRectF> boxes;
     auto const end = std::min(range.end(), shown.end());
     for (auto place = std::max(range.location, shown.location); place < end;) {
         auto const line = m_view.lineRange(place);
         auto const next = std::min(end, std::max(line.end(), place + 1));
-        auto const box = m_view.boundingRect({ place, next - place });
+        auto const box = Keycaps::around(
+            m_view.boundingRect({ place, next - place }), room, blankAt(range.location - 1), blankAt(range.end()));
         if (box.intersects(visible))
-            boxes.push_back(box.adjusted(-roomBeside, 0, roomBeside, 0));
+            boxes.push_back(box);
         place = next;
     }
     return boxes;
