@@ -10,6 +10,7 @@
 #include "support/SamplePictures.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QScrollBar>
 
 namespace Quillory {
@@ -260,6 +261,25 @@ TEST_F(ReaderViewTest, Pictures_that_come_or_change_are_rendered)
     for (auto const& size : { QSize(20, 20), QSize(30, 30) }) {
         save("a.png", encodedPicture("png", size));
         EXPECT_EQ(text.boundingRect({ 5, 1 }).width(), size.width());
+    }
+}
+
+TEST_F(ReaderViewTest, No_starter_scrolls_sideways_in_a_window_of_the_usual_size)
+{
+    view.resize(880, 640);
+    QDir const starters(QStringLiteral(QUILLORY_GOLDEN_SHEETS "/../../../../resources/Starters"));
+    for (auto const& name : starters.entryList(QDir::Files)) {
+        QFile file(starters.filePath(name));
+        ASSERT_TRUE(file.open(QFile::ReadOnly));
+        write(name.toUtf8(), file.readAll());
+    }
+    connect();
+    EXPECT_EQ(list.model()->rowCount(), 11);
+    for (int row = 0; row < list.model()->rowCount(); ++row) {
+        clickRow(row);
+        while (!text.isSettled())
+            services.executor.turn();
+        EXPECT_LE(text.contentSize().width(), text.width()) << sheet().id.toStdString();
     }
 }
 
