@@ -52,6 +52,7 @@ ReadingSide::ReadingSide(
     m_room.add(*m_message, m_message->text(), &m_message->row());
     m_room.add(*m_iconWarnings, m_iconWarnings->text());
     m_room.add(*m_error, m_error->text(), &m_error->row());
+    connect(&m_reader->scrollView().textView(), &ReaderTextView::moved, this, &ReadingSide::markScrolled);
 }
 
 ReadingSide::~ReadingSide() = default;
@@ -88,6 +89,7 @@ void ReadingSide::refresh(ReaderWindowState const& state)
         layout()->activate();
         m_reader->update(*sheet);
     }
+    markScrolled();
     // The toolkit hands the keyboard of what is hidden to whatever follows; while the window is not the active one, later.
     bool const isLost = isInContent && (window()->focusWidget() != keyboard || !keyboard->isVisibleTo(this));
     if (isWaiting || isLost)
@@ -111,6 +113,11 @@ void ReadingSide::shareRoom()
         m_room.share(height() - heightOf(*m_header) - heightOf(*m_find) - least);
         layout()->activate();
     }
+}
+
+void ReadingSide::markScrolled()
+{
+    m_header->setScrolled(m_store.selectedSheet() && m_reader->scrollView().textView().scrollOrigin().y() > 0);
 }
 
 void ReadingSide::refreshFonts(double textSize)

@@ -47,6 +47,7 @@ protected:
 private:
     void shareRoom();
     WarningBar* makeErrorBar(Announcements& announcements);
+    void markScrolled();
 
     LibraryStore& m_store;
     SheetHeader* m_header;

@@ -3,10 +3,13 @@
 #include "reader/BarButton.h"
 #include "reader/ElidedLabel.h"
 #include "reader/Panes.h"
+#include "reader/WindowColors.h"
 #include "textlayout/SymbolPainting.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
+
+#include <utility>
 
 namespace Quillory {
 
@@ -62,6 +65,18 @@ void SheetHeader::showIcon(ReaderWindowState::Icon const& icon)
     painter.end();
     picture.setDevicePixelRatio(devicePixelRatioF());
     m_icon->setPixmap(picture);
+}
+
+void SheetHeader::setScrolled(bool isScrolled)
+{
+    if (std::exchange(m_isScrolled, isScrolled) != isScrolled)
+        update();
+}
+
+void SheetHeader::paintEvent(QPaintEvent*)
+{
+    if (m_isScrolled)
+        QPainter(this).fillRect(0, height() - 1, width(), 1, WindowColors::fromPalette(palette()).separator);
 }
 
 void SheetHeader::resizeEvent(QResizeEvent* event)

@@ -19,11 +19,14 @@ public:
 
     void refresh(ReaderWindowState const& state);
     void setTitleFont(QFont const& font);
+    // Draws a line under the title: some of the text has gone below it.
+    void setScrolled(bool isScrolled);
 
 Q_SIGNALS:
     void findToggled();
 
 protected:
+    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
@@ -34,6 +37,7 @@ private:
     ElidedLabel* m_title;
     BarButton* m_find;
     std::optional<ReaderWindowState::Icon> m_shown;
+    bool m_isScrolled = false;
 };
 
 }

@@ -7,6 +7,7 @@
 #include "reader/EmptyState.h"
 #include "reader/MessageBar.h"
 #include "reader/ReaderViewFixture.h"
+#include "reader/WindowColors.h"
 #include "support/SamplePictures.h"
 
 #include <QApplication>
@@ -281,6 +282,26 @@ TEST_F(ReaderViewTest, No_starter_scrolls_sideways_in_a_window_of_the_usual_size
             services.executor.turn();
         EXPECT_LE(text.contentSize().width(), text.width()) << sheet().id.toStdString();
     }
+}
+
+TEST_F(ReaderViewTest, A_line_under_the_title_says_that_the_text_is_scrolled)
+{
+    write("a.md", longSheet("a"));
+    write("b.md", "short");
+    connect();
+    auto const& header = *label("title").parentWidget();
+    QPoint const place = header.mapTo(&view, QPoint(header.width() / 2, header.height() - 1));
+    auto const hasLine = [&] {
+        return view.grab(QRect(place, QSize(1, 1))).toImage().pixelColor(0, 0)
+            == WindowColors::fromPalette(view.palette()).separator;
+    };
+    EXPECT_FALSE(hasLine());
+    press(Qt::Key_Down);
+    EXPECT_TRUE(hasLine());
+    select(u"b.md"_s);
+    EXPECT_FALSE(hasLine());
+    select(u"a.md"_s);
+    EXPECT_TRUE(hasLine()) << "at the place that was left";
 }
 
 }
