@@ -1,5 +1,6 @@
-// Reading sheets in the real reader: first and second show, pages, the end of the sheet, idle work, live resizing,
-// find and memory. The stock rich-text view shows the same text beside it; what it can't show within minutes is given at 500 KB.
+// Reading sheets in the real reader: first and second show, choosing sheets of the largest size, pages, the end of the
+// sheet, idle work, live resizing, find and memory. The stock rich-text view shows the same text
+// beside it; what it can't show within minutes is given at 500 KB.
 // Milliseconds of the main thread, painting included, on the offscreen platform unless QT_QPA_PLATFORM says otherwise.
 //
 //   quillory-bench-reading [WORD...]     only the measures whose names hold one of the words; the word "whole" shows the
@@ -9,6 +10,7 @@
 #include "SampleSheets.h"
 #include "linux/qt/QtExecutor.h"
 #include "reader/NativeReader.h"
+#include "reader/ReaderView.h"
 #include "rendering/MarkdownRenderer.h"
 #include "support/FakeLibraryServices.h"
 
@@ -189,6 +191,97 @@ void shown(char const* name, Sheet const& sheet)
     tell("  resize steps at the top", resizes);
 }
 
+// The reader's whole content, as it is when a library has been loaded.
+class Window {
+public:
+    explicit Window(QList<Sheet> const& sheets)
+    {
+        m_store.applyLoadedSheets(sheets, m_store.generation);
+        m_view.resize(window);
+        m_view.show();
+        handleAll();
+    }
+
+    struct Selecting {
+        double shown; // until the sheet's own text is painted
+        double whole; // until none of it is missing
+        double longestTurn; // of the event loop after the first frame
+    };
+
+    Selecting select(QString const& id, qsizetype length)
+    {
+        auto& view = *m_view.textView();
+        Selecting times {};
+        times.whole = milliseconds([&] {
+            times.shown = milliseconds([&] {
+                m_store.select(id);
+                m_view.refresh();
+                view.repaint();
+            });
+            while (view.rendered().text.length() != length)
+                times.longestTurn = std::max(
+                    times.longestTurn, milliseconds([] { QCoreApplication::processEvents(); }));
+        });
+        return times;
+    }
+
+    void handleAll()
+    {
+        do
+            QCoreApplication::processEvents();
+        while (!m_view.textView()->isSettled());
+    }
+
+private:
+    QtExecutor m_executor;
+    FakeLibraryServices m_fakes;
+    NotificationCenter m_notifications;
+    LibraryStore m_store { m_fakes.services(m_fakes.defaults, m_fakes.events, m_executor),
+        LibraryStore::RestoreFolder::no };
+    ReaderView m_view { m_store, { m_executor, m_fakes.clipboard, m_notifications }, [] { } };
+};
+
+QByteArray manyLinks()
+{
+    QByteArray source;
+    for (int link = 0; source.size() < largestSheet - 100; ++link)
+        source += "[link](https://example.org/" + QByteArray::number(link) + ") ";
+    return source;
+}
+
+// From the choice of a sheet of the largest size, never shown before, to the text that is painted.
+void selecting()
+{
+    auto const repeated = [](QByteArray const& piece) { return piece.repeated(largestSheet / piece.size()); };
+    std::vector<std::pair<char const*, QByteArray>> const sources {
+        { "ordinary", ordinarySheet(largestSheet - 1024) },
+        { "short paragraphs", repeated("a\n\n") },
+        { "inline code", repeated("`code`, ") },
+        { "links", manyLinks() },
+        { "one code block", "```\n" + repeated("git log --oneline --graph\n").chopped(8) + "\n```\n" },
+        { "code blocks", repeated("```\nls -l\n```\n\n") },
+        { "one line", repeated("word ") },
+        { "other scripts", repeated("Приклад 例文 `λόγος` é\n\n") },
+        { "small tables", repeated("| a | b |\n|---|---|\n| `c` | d |\n\n") },
+        { "one table", "| a | b |\n|---|---|\n" + repeated("| `code` | what it does |\n").chopped(64) },
+        { "list", repeated("- an item\n") },
+    };
+    for (auto const& [name, source] : sources) {
+        std::vector<double> shown, whole, turns;
+        auto const sheet = markdownSheet(source, u"sheet"_s);
+        auto const length = MarkdownRenderer::render(*sheet.parsed, sheet.title, {}, 16).text.length();
+        for (int time = 0; time < 10; ++time) {
+            Window reader({ markdownSheet("# Other\n\nA sheet before.", u"other"_s), sheet });
+            auto const times = reader.select(u"sheet"_s, length);
+            shown.push_back(times.shown);
+            whole.push_back(times.whole);
+            turns.push_back(times.longestTurn);
+        }
+        std::printf("selecting 2 MiB, %-16s shown %6.2f, longest %6.2f; whole %6.2f; longest turn meanwhile %6.2f\n",
+            name, median(shown), std::ranges::max(shown), median(whole), median(turns));
+    }
+}
+
 void ordinaryPages()
 {
     shown("ordinary 2 MiB", markdownSheet(ordinarySheet(largestSheet), u"ordinary"_s));
@@ -282,9 +375,9 @@ struct Measure {
     void (*run)();
 };
 
-constexpr Measure measures[] { { "first", [] { firstFrames(WholeForStock::no); } }, { "pages", ordinaryPages },
-    { "lines", manyLines }, { "structured", structured }, { "table", longTable }, { "find", finding },
-    { "memory", memory } };
+constexpr Measure measures[] { { "first", [] { firstFrames(WholeForStock::no); } }, { "selecting", selecting },
+    { "pages", ordinaryPages }, { "lines", manyLines }, { "structured", structured }, { "table", longTable },
+    { "find", finding }, { "memory", memory } };
 
 }
 }

@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <tuple>
 
 namespace Quillory {
 
@@ -15,6 +16,8 @@ namespace {
 constexpr double widthOfCharacter = 0.65; // of the text size, wider than that of fixed-pitch fonts
 constexpr double widthBesideCode = 80; // points: the block's own margins and its button
 constexpr std::size_t mostKeptDocuments = 16;
+constexpr qsizetype longSheet = 131'072; // characters; those of a shorter one are rendered within a few milliseconds
+constexpr qsizetype beginningOfLongSheet = 32'768; // likewise, and more than any screen shows
 
 // In characters as a person counts them, which are never more than units.
 qsizetype longestLine(QStringView text, qsizetype longest)
@@ -26,7 +29,29 @@ qsizetype longestLine(QStringView text, qsizetype longest)
     return longest;
 }
 
+// That code asks for, so that its longest line stays in one.
+double minimumCodeWidth(CopyTargets const& targets, double textSize)
+{
+    qsizetype longest = 0;
+    for (qsizetype target = 0; target < std::ssize(targets); ++target)
+        longest = longestLine(targets.text(target), longest);
+    auto const width = static_cast<double>(longest) * textSize * widthOfCharacter + widthBesideCode;
+    return std::clamp(width, ReaderDocument::smallestCodeWidth, TextLayout::largestCodeWidth);
 }
+
+}
+
+// A sheet that is rendered, with the width that its code asks for. Made on any thread.
+struct NativeReader::Rendering {
+    Rendering(RenderedMarkdown made, double textSize)
+        : rendered(std::move(made))
+        , codeWidth(minimumCodeWidth(rendered.copyTargets, textSize))
+    {
+    }
+
+    RenderedMarkdown rendered;
+    double codeWidth; // points
+};
 
 NativeReader::NativeReader(
     LibraryStore& store, ReaderServices const& services, std::function<void()> dismiss, QWidget* parent)
@@ -78,33 +103,68 @@ void NativeReader::rebuild(Sheet const& sheet, DocumentKey const& key)
     if (!std::exchange(m_isPlaceStored, false) && m_documentKey)
         storePlace();
     view.onScroll = nullptr;
+    m_restTask.end();
+    auto const wasWhole = !std::exchange(view.completeText, nullptr);
     auto old = std::exchange(m_documentKey, key);
-    auto shown = view.show(documentFor(sheet, key));
+    auto [document, isWhole] = documentFor(sheet, key);
+    auto shown = view.show(std::move(document));
     view.setSelection({});
     restorePlace(sheet.id);
+    if (!isWhole)
+        completeLater(sheet);
     // A sheet that is only rendered again will not come back as it was.
-    if (old && old->id != sheet.id)
+    if (old && old->id != sheet.id && wasWhole)
         keep({ std::move(*old), std::move(shown) });
 }
 
-std::unique_ptr<ReaderDocument> NativeReader::documentFor(Sheet const& sheet, DocumentKey const& key)
+NativeReader::Made NativeReader::documentFor(Sheet const& sheet, DocumentKey const& key)
 {
     auto const fonts = FontSet::ofDesktop();
     auto const isSame = [&](Kept const& kept) { return kept.key == key && kept.document->layout().fonts() == fonts; };
     if (auto const known = std::ranges::find_if(m_kept, isSame); known != m_kept.end()) {
         auto document = std::move(known->document);
         m_kept.erase(known);
-        return document;
+        return { std::move(document) };
     }
-    auto const width = textView().textWidth();
-    auto const& colors = textView().colors();
+    double const textSize = m_store.textSize;
     if (sheet.shortcuts) {
-        ReaderDocument::Shortcuts shortcuts { *sheet.shortcuts, sheet.images, m_store.textSize };
-        return std::make_unique<ReaderDocument>(std::move(shortcuts), width, fonts, colors);
+        ReaderDocument::Shortcuts shortcuts { *sheet.shortcuts, sheet.images, textSize };
+        auto const& view = textView();
+        return { std::make_unique<ReaderDocument>(std::move(shortcuts), view.textWidth(), fonts, view.colors()) };
     }
-    auto rendered = render(sheet);
-    auto const codeWidth = minimumCodeWidth(rendered.copyTargets);
-    return std::make_unique<ReaderDocument>(std::move(rendered), codeWidth, width, fonts, colors);
+    auto const& [parsed, title, images] = std::tie(sheet.parsed, sheet.title, sheet.images);
+    if (!parsed)
+        return { makeDocument({ MarkdownRenderer::render(sheet.source, title, images, textSize), textSize }) };
+    // A place further down depends on all of the text above it.
+    auto const isShownFromTop = m_store.scrollPositions.value(sheet.id).isNull();
+    if (!isShownFromTop || parsed->stringsLength() <= longSheet)
+        return { makeDocument({ MarkdownRenderer::render(*parsed, title, images, textSize), textSize }) };
+    auto [rendered, isWhole] = MarkdownRenderer::renderBeginning(
+        *parsed, title, images, textSize, beginningOfLongSheet);
+    return { makeDocument({ std::move(rendered), textSize }), isWhole };
+}
+
+std::unique_ptr<ReaderDocument> NativeReader::makeDocument(Rendering rendering) const
+{
+    auto const& view = textView();
+    return std::make_unique<ReaderDocument>(
+        std::move(rendering.rendered), rendering.codeWidth, view.textWidth(), FontSet::ofDesktop(), view.colors());
+}
+
+// On a worker, or at once if the view asks for it before.
+void NativeReader::completeLater(Sheet const& sheet)
+{
+    auto const render = [parsed = *sheet.parsed, title = sheet.title, images = sheet.images,
+                            textSize = m_store.textSize.value()] {
+        return Rendering(MarkdownRenderer::render(parsed, title, images, textSize), textSize);
+    };
+    auto const finish = [this](Rendering rendering) {
+        m_restTask.end();
+        textView().completeText = nullptr;
+        textView().extend(makeDocument(std::move(rendering)));
+    };
+    m_restTask = m_executor.detach(render, finish);
+    textView().completeText = [render, finish] { finish(render()); };
 }
 
 void NativeReader::keep(Kept kept)
@@ -144,26 +204,12 @@ void NativeReader::restorePlace(QString const& id)
 // A sheet of another folder may have the same name, and even the same text.
 void NativeReader::forgetFolder()
 {
+    m_restTask.end();
+    textView().completeText = nullptr;
     textView().onScroll = nullptr;
     m_documentKey.reset();
     m_kept.clear();
     m_places.clear();
-}
-
-RenderedMarkdown NativeReader::render(Sheet const& sheet) const
-{
-    if (sheet.parsed)
-        return MarkdownRenderer::render(*sheet.parsed, sheet.title, sheet.images, m_store.textSize);
-    return MarkdownRenderer::render(sheet.source, sheet.title, sheet.images, m_store.textSize);
-}
-
-double NativeReader::minimumCodeWidth(CopyTargets const& targets) const
-{
-    qsizetype longest = 0;
-    for (qsizetype target = 0; target < std::ssize(targets); ++target)
-        longest = longestLine(targets.text(target), longest);
-    auto const width = static_cast<double>(longest) * m_store.textSize * widthOfCharacter + widthBesideCode;
-    return std::clamp(width, ReaderDocument::smallestCodeWidth, TextLayout::largestCodeWidth);
 }
 
 void NativeReader::startAfresh()

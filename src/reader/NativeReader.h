@@ -49,6 +49,12 @@ private:
         DocumentKey key;
         std::unique_ptr<ReaderDocument> document;
     };
+    struct Rendering;
+    // A long sheet shows its beginning first, and is whole some milliseconds later.
+    struct Made {
+        std::unique_ptr<ReaderDocument> document;
+        bool isWhole = true;
+    };
     // The line at the top when a position was stored: exact where a point is only as exact as estimated heights.
     struct Place {
         DocumentKey key;
@@ -59,11 +65,10 @@ private:
 
     ReaderTextView& textView() const { return m_scrollView->textView(); }
     DocumentKey keyOf(Sheet const& sheet) const;
-    RenderedMarkdown render(Sheet const& sheet) const;
-    // That code asks for, so that its longest line stays in one.
-    double minimumCodeWidth(CopyTargets const& targets) const;
     void rebuild(Sheet const& sheet, DocumentKey const& key);
-    std::unique_ptr<ReaderDocument> documentFor(Sheet const& sheet, DocumentKey const& key);
+    Made documentFor(Sheet const& sheet, DocumentKey const& key);
+    std::unique_ptr<ReaderDocument> makeDocument(Rendering rendering) const;
+    void completeLater(Sheet const& sheet);
     void keep(Kept kept);
     void storePlace();
     void restorePlace(QString const& id);
@@ -80,6 +85,7 @@ private:
     QHash<QString, Place> m_places; // by sheet id
     bool m_isPlaceStored = false; // of what is shown, which is about to go
     Registration m_statusTask;
+    Registration m_restTask; // of a sheet whose beginning is shown
     QPropertyNotifier m_folderObservation;
 };
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <variant>
 #include <vector>
@@ -65,19 +66,19 @@ public:
     {
     }
 
-    RenderedMarkdown render(ParsedMarkdown const& parsed, QString const& title)
+    MarkdownRenderer::Beginning render(ParsedMarkdown const& parsed, QString const& title, qsizetype characters)
     {
         // Decorations make up for what isn't drawn, such as addresses.
-        m_text.reserve(parsed.stringsLength());
+        m_text.reserve(std::min(parsed.stringsLength(), characters));
         auto const nodes = parsed.nodes();
         auto first = nodes.begin();
         if (first != nodes.end() && isTitle(*first, title))
             ++first;
         m_open.push_back({ .look = { .style = m_plainStyle }, .content = OpenNodes { first, nodes.end(), {} } });
-        while (!m_open.empty())
+        while (!m_open.empty() && (m_text.length() < characters || m_isInTable))
             std::visit([this](auto& content) { step(content); }, m_open.back().content);
         auto text = std::move(m_text).build();
-        return { text, CopyTargets(text.string(), std::move(m_targets)) };
+        return { { text, CopyTargets(text.string(), std::move(m_targets)) }, m_open.empty() };
     }
 
 private:
@@ -135,6 +136,7 @@ private:
         if (++table.row == table.lastRow) {
             appendText(u"\n");
             m_open.pop_back();
+            m_isInTable = false;
             return;
         }
         ++table.place.row;
@@ -338,6 +340,7 @@ private:
             .place = { .table = m_tables++ },
         };
         beginRow(content); // a table has its head at least
+        m_isInTable = true;
         m_open.push_back({ .look = look(), .content = content });
     }
 
@@ -375,6 +378,7 @@ private:
     Builder::StyleId m_headingStyle;
     QString m_link; // the last one
     int m_tables = 0;
+    bool m_isInTable = false; // in its cells there are no tables
 };
 
 }
@@ -382,7 +386,13 @@ private:
 RenderedMarkdown MarkdownRenderer::render(
     ParsedMarkdown const& parsed, QString const& title, Images const& images, double textSize)
 {
-    return Renderer(images, textSize).render(parsed, title);
+    return renderBeginning(parsed, title, images, textSize, std::numeric_limits<qsizetype>::max()).rendered;
+}
+
+MarkdownRenderer::Beginning MarkdownRenderer::renderBeginning(
+    ParsedMarkdown const& parsed, QString const& title, Images const& images, double textSize, qsizetype characters)
+{
+    return Renderer(images, textSize).render(parsed, title, characters);
 }
 
 RenderedMarkdown MarkdownRenderer::render(

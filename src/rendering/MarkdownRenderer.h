@@ -16,6 +16,17 @@ using Images = QMap<QString, PreparedImage>; // by the source as written
 // A picture that is not in `images` stands as a line of text, a link that can't be used as plain text.
 RenderedMarkdown render(ParsedMarkdown const& parsed, QString const& title, Images const& images, double textSize);
 
+// What a long sheet begins with.
+struct Beginning {
+    RenderedMarkdown rendered;
+    bool isWhole = true;
+};
+
+// Of the first `characters` at least, as far as there are as many. Its characters and targets are the first of the whole
+// sheet's, and it doesn't end within a table, whose columns go by all of its cells.
+Beginning renderBeginning(
+    ParsedMarkdown const& parsed, QString const& title, Images const& images, double textSize, qsizetype characters);
+
 // Of the source text itself.
 RenderedMarkdown render(QString const& source, QString const& title, Images const& images, double textSize);
 

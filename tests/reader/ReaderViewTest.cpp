@@ -10,6 +10,7 @@
 #include "reader/WindowColors.h"
 #include "support/SamplePictures.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDir>
 #include <QScrollBar>
@@ -253,6 +254,49 @@ TEST_F(ReaderViewTest, What_was_read_last_is_kept_rendered_within_bounds)
     EXPECT_NE(madeAgain.constData(), kept.constData()) << "seventeen were read since";
     read('w', 'z');
     EXPECT_NE(read('a', 'a').constData(), madeAgain.constData()) << "too much was read since";
+}
+
+TEST_F(ReaderViewTest, A_long_sheet_shows_its_beginning_until_a_worker_or_what_needs_it_brings_the_rest)
+{
+    write("a.md", "short");
+    connect();
+    auto source = QByteArray("## Heading\n\nSome words.\n\n```\ncode\n```\n\n").repeated(9'000) + "the end";
+    auto const showBeginning = [&] {
+        select(u"a.md"_s);
+        store.scrollPositions.clear();
+        save("long.md", source += '.'); // one that was not read before
+        store.select(u"long.md"_s);
+        services.executor.turn();
+        EXPECT_FALSE(text.isSettled());
+        EXPECT_LT(string().size(), 100'000);
+    };
+    std::function<void()> const needs[] { [&] { QTest::keyClick(&text, Qt::Key_End); },
+        [&] { EXPECT_TRUE(text.findNext(u"the end"_s, false)); }, [&] { text.setScrollOrigin({ 0, 1e9 }); },
+        [&] { EXPECT_GT(QAccessible::queryAccessibleInterface(&text)->childCount(), 8'999); } };
+    for (auto const& need : needs) {
+        showBeginning();
+        need();
+        expectTheSelectedSheet();
+        settle();
+        expectTheSelectedSheet();
+    }
+
+    showBeginning();
+    text.setScrollOrigin({ 0, 300 });
+    text.setSelection({ 20, 30 });
+    auto const place = text.scrollAnchor();
+    auto const buttons = text.codeButtons();
+    settle();
+    expectTheSelectedSheet();
+    EXPECT_EQ(text.scrollAnchor(), place);
+    EXPECT_EQ(text.selection(), TextSelection(20, 30));
+    EXPECT_EQ(text.codeButtons(), buttons);
+
+    showBeginning();
+    select(u"a.md"_s); // the rest is of no use any more, nor is a beginning kept
+    expectTheSelectedSheet();
+    select(u"long.md"_s);
+    expectTheSelectedSheet();
 }
 
 TEST_F(ReaderViewTest, Pictures_that_come_or_change_are_rendered)

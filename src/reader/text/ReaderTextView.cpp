@@ -28,20 +28,6 @@ constexpr auto idleSlice = 4ms; // a quarter of a frame: keys and painting don't
 constexpr qsizetype foldedAtOnce = 2'048; // units, of which several steps fit into that time
 constexpr QSize firstSize { 440, 300 }; // points, until the view is laid out
 
-// Becoming exact may move the place that is scrolled to. Bottoms settle within a step or two; the bound keeps a faulty
-// height from hanging the program.
-constexpr int mostPasses = 8;
-
-// Until the step has nothing more to do.
-template<typename Step>
-void repeatInPasses(Step step)
-{
-    for (int pass = 0; pass < mostPasses; ++pass) {
-        if (!step())
-            return;
-    }
-}
-
 }
 
 ReaderTextView::ReaderTextView(Executor& executor, Clipboard& clipboard, QWidget* parent)
@@ -81,6 +67,22 @@ std::unique_ptr<ReaderDocument> ReaderTextView::show(std::unique_ptr<ReaderDocum
     return old;
 }
 
+void ReaderTextView::extend(std::unique_ptr<ReaderDocument> document)
+{
+    auto const anchor = scrollAnchor();
+    document->fit(textWidth(), m_colors);
+    m_document = std::move(document);
+    keepAtTop(anchor);
+    layOut();
+    Q_EMIT targetsChanged();
+}
+
+void ReaderTextView::completeNow()
+{
+    if (auto const complete = std::exchange(completeText, nullptr))
+        complete();
+}
+
 // The text is another one: nothing that was noted of the old one holds.
 void ReaderTextView::takeUpText()
 {
@@ -110,82 +112,6 @@ void ReaderTextView::startAfresh()
 {
     setSelection({});
     m_buttons.showNoneCopied();
-}
-
-void ReaderTextView::setScrollOrigin(QPointF origin)
-{
-    moveOrigin(constrained(origin));
-    layOut();
-}
-
-void ReaderTextView::scrollToEnd(ToEnd how)
-{
-    auto const start = m_origin.y();
-    auto const isOnePage = how == ToEnd::byPageWhenNear && endOfScrolling() - start <= height();
-    repeatInPasses([&] {
-        auto const target = isOnePage ? std::min(endOfScrolling(), start + height()) : endOfScrolling();
-        if (m_origin.y() >= target)
-            return false;
-        setScrollOrigin({ m_origin.x(), target });
-        return true;
-    });
-}
-
-TextAnchor ReaderTextView::scrollAnchor()
-{
-    return m_document->layout().anchorAt(m_origin.y() - inset);
-}
-
-void ReaderTextView::setScrollAnchor(TextAnchor const& anchor, double x)
-{
-    // The text below the line becomes exact on the way, and only then is it known how far the text reaches.
-    repeatInPasses([&] {
-        auto const before = m_origin;
-        QPointF const wanted(x, m_document->layout().positionOf(anchor) + inset);
-        setScrollOrigin(wanted);
-        return m_origin != wanted && m_origin != before;
-    });
-}
-
-QSizeF ReaderTextView::contentSize() const
-{
-    auto const& layout = m_document->layout();
-    return { layout.usedWidth() + 2 * inset, layout.height() + 2 * inset };
-}
-
-QPointF ReaderTextView::constrained(QPointF origin) const
-{
-    auto const most = contentSize() - QSizeF(size());
-    return { std::clamp(origin.x(), 0.0, std::max(0.0, most.width())),
-        std::clamp(origin.y(), 0.0, std::max(0.0, most.height())) };
-}
-
-// Lays out what the view shows. Where that moves the end of the text, more comes into view, which is laid out in turn.
-void ReaderTextView::layOut()
-{
-    auto origin = m_origin;
-    repeatInPasses([&] {
-        auto const correction = m_document->layout().layOutVisible(origin.y() - inset, height());
-        auto const before = std::exchange(origin, constrained(origin + QPointF(0, correction)));
-        return origin != before;
-    });
-    moveOrigin(origin);
-    layOutButtons();
-    m_pointer.lookAgain();
-    Q_EMIT moved();
-    update();
-    startIdleWork();
-}
-
-void ReaderTextView::moveOrigin(QPointF origin)
-{
-    if (origin == m_origin && origin == m_toldOrigin)
-        return;
-    m_origin = m_toldOrigin = origin;
-    hoverLink({}, {}); // it has gone from under the pointer
-    update();
-    if (onScroll)
-        onScroll(m_origin);
 }
 
 void ReaderTextView::startIdleWork()
@@ -254,6 +180,13 @@ void ReaderTextView::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
 }
 
+// At the very top there is nothing above that could push the first line away, spacing and inset included.
+void ReaderTextView::keepAtTop(TextAnchor const& anchor)
+{
+    if (m_origin.y() > 0)
+        m_origin.setY(std::max(0.0, m_document->layout().positionOf(anchor) + inset));
+}
+
 // At another width the line at the top stays there.
 void ReaderTextView::resizeEvent(QResizeEvent*)
 {
@@ -261,9 +194,7 @@ void ReaderTextView::resizeEvent(QResizeEvent*)
         return layOut();
     auto const anchor = m_document->layout().anchorAt(m_origin.y() - inset);
     auto const change = m_document->fit(textWidth(), m_colors);
-    // At the very top there is nothing above that could push the first line away, spacing and inset included.
-    if (m_origin.y() > 0)
-        m_origin.setY(std::max(0.0, m_document->layout().positionOf(anchor) + inset));
+    keepAtTop(anchor);
     m_commands.forgetColumn();
     if (change == ReaderDocument::Change::rendered)
         takeUpText();
@@ -278,6 +209,7 @@ ModifierFlags ReaderTextView::modifiersWithoutPeek(Qt::KeyboardModifiers modifie
 
 void ReaderTextView::keyPressEvent(QKeyEvent* event)
 {
+    completeNow();
     if (!m_commands.perform(*event))
         event->ignore();
 }
@@ -327,6 +259,7 @@ std::unique_ptr<QMenu> ReaderTextView::makeMenu() const
 
 void ReaderTextView::contextMenuEvent(QContextMenuEvent* event)
 {
+    completeNow();
     auto* const menu = makeMenu().release();
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->popup(event->globalPos());
@@ -360,40 +293,13 @@ QRectF ReaderTextView::boundingRect(TextRange range) const
     return m_document->layout().boundingRect(range.location, range.length).translated(inset, inset);
 }
 
-// Heights on the way to a place far off become exact only there, which may move it: hence several passes.
-void ReaderTextView::scrollToVisible(TextRange range, ScrollTo where)
-{
-    auto const target = targetAt(range.location);
-    auto const room = target && rendered().copyTargets.isBlock(*target) ? CodeBlock::buttonRoom : inset;
-    repeatInPasses([&] {
-        auto const rect = boundingRect(range);
-        auto origin = m_origin;
-        auto const isOutside = rect.top() < origin.y() || rect.bottom() > origin.y() + height();
-        auto const first = std::exchange(where, ScrollTo::nearest);
-        if (isOutside && first == ScrollTo::middle)
-            origin.setY(rect.center().y() - height() / 2.0);
-        else if (rect.top() < origin.y() || rect.height() > height())
-            origin.setY(rect.top() - inset);
-        else if (rect.bottom() > origin.y() + height())
-            origin.setY(rect.bottom() + inset - height());
-        auto const roomLeft = origin.x() + inset;
-        auto const roomRight = origin.x() + width() - room;
-        if (rect.left() < roomLeft)
-            origin.setX(rect.left() - 2 * inset);
-        else if (rect.right() > roomRight)
-            origin.setX(std::min(rect.left() - 2 * inset, rect.right() + room - width()));
-        origin = constrained(origin);
-        if (origin == m_origin)
-            return false;
-        setScrollOrigin(origin);
-        return true;
-    });
-}
-
 bool ReaderTextView::findNext(QString const& query, bool backwards)
 {
     using Direction = FoldedText::Direction;
     auto const folded = foldedForSearch(query);
+    if (folded.isEmpty())
+        return false;
+    completeNow();
     auto& text = m_document->folded();
     auto const direction = backwards ? Direction::backwards : Direction::forwards;
     auto match = backwards ? text.find(folded, 0, m_selection.start(), direction)

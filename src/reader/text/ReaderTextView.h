@@ -42,6 +42,9 @@ public:
     // Told the origin whenever it has changed.
     std::function<void(QPointF)> onScroll;
     std::function<void(QString const&)> onOpenLink;
+    // Set while only the beginning of a text is shown: extends it to the whole before it returns. The view calls it for
+    // what needs more, such as a key.
+    std::function<void()> completeText;
 
     ModifierFlags peekModifiers = ModifierFlags::none; // held for a running peek; NativeReader writes them
 
@@ -53,6 +56,10 @@ public:
     // stay, as far as the new text reaches.
     std::unique_ptr<ReaderDocument> show(std::unique_ptr<ReaderDocument> document);
     using QWidget::show;
+    // Shows a document that begins with the text of the one shown: the line at the top, selection and buttons stay.
+    void extend(std::unique_ptr<ReaderDocument> document);
+    // Nothing of the text is missing afterwards.
+    void completeNow();
     RenderedMarkdown const& rendered() const { return m_document->rendered(); }
     // That the text has, in points.
     double textWidth() const { return width() - 2 * inset; }
@@ -127,7 +134,7 @@ public:
     std::unique_ptr<QMenu> makeMenu() const;
 
     // Everything is known of the text and nothing more is going on.
-    bool isSettled() const { return !m_idleTask.isActive(); }
+    bool isSettled() const { return !m_idleTask.isActive() && !completeText; }
 
 Q_SIGNALS:
     // The origin or the size of the content has changed.
@@ -157,6 +164,7 @@ private:
     double endOfScrolling() const { return constrained({ 0, contentSize().height() }).y(); }
 
     void takeUpText();
+    void keepAtTop(TextAnchor const& anchor);
     void layOut();
     void moveOrigin(QPointF origin);
     void startIdleWork();

@@ -71,7 +71,9 @@ ReaderTextViewAccessible::~ReaderTextViewAccessible()
 
 ReaderTextView& ReaderTextViewAccessible::view() const
 {
-    return *static_cast<ReaderTextView*>(widget());
+    auto& view = *static_cast<ReaderTextView*>(widget());
+    view.completeNow();
+    return view;
 }
 
 QString const& ReaderTextViewAccessible::string() const
