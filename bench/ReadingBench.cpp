@@ -238,7 +238,7 @@ private:
     NotificationCenter m_notifications;
     LibraryStore m_store { m_fakes.services(m_fakes.defaults, m_fakes.events, m_executor),
         LibraryStore::RestoreFolder::no };
-    ReaderView m_view { m_store, { m_executor, m_fakes.clipboard, m_notifications }, [] { } };
+    ReaderView m_view { m_store, { m_executor, m_fakes.clipboard, m_notifications, m_fakes.announcements }, [] { } };
 };
 
 QByteArray manyLinks()
