@@ -120,9 +120,12 @@ public:
         }
         QString text;
         for (qsizetype index = 0; index < argument.text.size(); ++index) {
-            if (argument.text[index] != u'%')
+            if (argument.text[index] != u'%') {
                 text += argument.text[index];
-            else if (++index == argument.text.size() || !addCode(argument.text[index], text))
+                continue;
+            }
+            ++index;
+            if (index == argument.text.size() || !addCode(argument.text[index], text))
                 return false;
         }
         if (!text.isEmpty())
