@@ -14,29 +14,38 @@ constexpr double radius = 4; // points, as the next
 constexpr double outline = 1;
 constexpr double weight = 1.0 / 7; // of the keys' lines, as a share of their height
 constexpr double besideSign = 1; // points between a box and what stands beyond a blank
+constexpr QStringView standIn = u"x";
 constexpr char16_t firstDrawn = u'\u2190'; // the first arrow
 
 }
 
-void Keycaps::add(LayoutContext const& context, AttributedText::Run const& run, qsizetype position, QStringView letters,
-    QList<QTextLayout::FormatRange>& formats)
+void Keycaps::add(LayoutContext const& context, AttributedText::Run const& run, TextRange part, QString& text,
+    Qt::LayoutDirection direction, QList<QTextLayout::FormatRange>& formats)
 {
     auto const& attributes = context.text().attributes(run);
     if (attributes.keycap <= 0)
         return;
     Look const look { &context, &attributes, &context.metrics(run) };
-    if (!m_boxes.empty() && m_boxes.back().range.end() == position)
-        m_boxes.back().range.length += letters.size();
+    if (!m_boxes.empty() && m_boxes.back().range.end() == part.location)
+        m_boxes.back().range.length += part.length;
     else
-        m_boxes.push_back({ { position, letters.size() }, look });
-    for (qsizetype index = 0; index < letters.size(); ++index) {
-        auto const* const drawing = letters[index] < firstDrawn ? nullptr : SymbolDrawing::of(letters.mid(index, 1));
+        m_boxes.push_back({ part, look });
+    for (auto position = part.location; position < part.end(); ++position) {
+        auto const letter = QStringView(text).sliced(position, 1);
+        auto const* const drawing = letter.front() < firstDrawn ? nullptr : SymbolDrawing::of(letter);
         if (!drawing)
             continue;
         auto hidden = context.format(run);
         hidden.setForeground(Qt::transparent);
-        formats.append({ static_cast<int>(position + index), 1, hidden });
-        m_keys.push_back({ position + index, drawing, look });
+        if (direction == Qt::RightToLeft) {
+            auto font = hidden.font();
+            font.setLetterSpacing(QFont::AbsoluteSpacing,
+                attributes.kern + context.letterWidth(run, letter) - context.letterWidth(run, standIn));
+            hidden.setFont(font);
+            text[position] = standIn.front();
+        }
+        formats.append({ static_cast<int>(position), 1, hidden });
+        m_keys.push_back({ position, drawing, look });
     }
 }
 

@@ -29,9 +29,11 @@ public:
     // The box around letters, `room` wider on either side, but for a blank there: beyond it stands another sign.
     static QRectF around(QRectF letters, double room, std::optional<QRectF> before, std::optional<QRectF> after);
 
-    // Takes a run, in the order of the text, and appends the formats that hide what is drawn. The context outlives it.
-    void add(LayoutContext const& context, AttributedText::Run const& run, qsizetype position, QStringView letters,
-        QList<QTextLayout::FormatRange>& formats);
+    // Takes a run's part of the text, in the order of the text, and appends the formats that hide what is drawn. In text
+    // from right to left a letter as wide takes the place of each that is hidden: symbols have no direction of their own,
+    // and a shortcut would fall apart. The context outlives it.
+    void add(LayoutContext const& context, AttributedText::Run const& run, TextRange part, QString& text,
+        Qt::LayoutDirection direction, QList<QTextLayout::FormatRange>& formats);
 
     // Under the text, and over it. `pieces` and `clip` are in the painter's points, `text` is the layout's.
     void paintBoxes(QPainter& painter, QRectF const& clip, QStringView text, Pieces const& pieces) const;

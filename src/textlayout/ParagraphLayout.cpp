@@ -124,7 +124,8 @@ void ParagraphLayout::applyFormats(QString& string)
         auto const from = std::max(runs[index].location, start) - start;
         auto const to = std::min(runs[index].location + runs[index].length, m_stretch.range.end()) - start;
         formats.append({ static_cast<int>(from), static_cast<int>(to - from), m_context.format(runs[index]) });
-        m_keycaps.add(m_context, runs[index], from, QStringView(string).sliced(from, to - from), formats);
+        m_keycaps.add(m_context, runs[index], { from, to - from }, string,
+            m_rightToLeft ? Qt::RightToLeft : Qt::LeftToRight, formats);
         auto const& attributes = text.attributes(runs[index]);
         if (attributes.baselineOffset != 0 && !attributes.attachment)
             m_raised.push_back({ { from, to - from }, attributes.baselineOffset });

@@ -251,11 +251,36 @@ TEST(Painting, Ink_is_where_the_layout_says_in_its_roles_colour_and_nowhere_else
     }
 }
 
+TextAttributes const key { .font = { .family = FontAttribute::Family::monospaced, .size = 18 },
+    .background = Color { ColorRole::codeBackground },
+    .keycap = 5,
+    .kern = 5 };
+
+TEST(Painting, A_shortcut_reads_from_left_to_right_and_keeps_its_widths_in_any_text)
+{
+    std::map<QChar, std::vector<double>> widths;
+    for (auto const& title : { u"save "_s, u"שמור "_s }) {
+        AttributedText::Builder builder;
+        builder.append(title, {}, {});
+        for (auto const& step : { u"⌃⇧K"_s, u"⌘⇞"_s }) {
+            builder.append(step, key, {});
+            builder.append(u" → "_s, {}, {});
+        }
+        auto layout = layoutOf(std::move(builder).build(), 500);
+        double reached = -1;
+        for (auto const letter : u"⌃⇧K⌘⇞"_s) {
+            auto const box = layout.boundingRect(layout.text().string().indexOf(letter), 1);
+            EXPECT_GE(box.left(), reached - 0.1) << QString(letter).toStdString() << " after " << title.toStdString();
+            reached = box.right();
+            widths[letter].push_back(box.width());
+        }
+    }
+    for (auto const& [letter, both] : widths)
+        EXPECT_NEAR(both[0], both[1], 0.1) << QString(letter).toStdString();
+}
+
 TEST(Painting, Keys_can_be_told_apart_in_small_text)
 {
-    TextAttributes const key { .font = { .family = FontAttribute::Family::monospaced, .size = 18 },
-        .background = Color { ColorRole::codeBackground },
-        .keycap = 5 };
     std::map<QChar, QImage> pictures;
     for (auto const letter : u"⌃^⌥⇧⇪⌘↩⌤⇥⎋⌫⌦←→↑↓↖↘⇞⇟"_s) {
         auto& picture = pictures[letter] = QImage(30, 30, QImage::Format_Grayscale8);
