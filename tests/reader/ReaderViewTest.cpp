@@ -84,7 +84,7 @@ TEST_F(ReaderViewTest, Bars_list_and_text_share_the_smallest_panel_in_their_colo
 
 TEST_F(ReaderViewTest, A_load_is_seen_and_nothing_is_said_of_the_folder_before_its_end)
 {
-    auto const& busy = *view.findChild<BottomBar*>()->findChild<BusyIndicator*>();
+    auto& busy = *view.findChild<BottomBar*>()->findChild<BusyIndicator*>();
     auto const saysEmpty = [&] {
         auto const labels = view.findChild<EmptyState*>()->findChildren<QLabel*>();
         return std::ranges::any_of(
@@ -93,6 +93,9 @@ TEST_F(ReaderViewTest, A_load_is_seen_and_nothing_is_said_of_the_folder_before_i
     store.connect(services.root.path("sheets"));
     services.executor.advance(BusyIndicator::appearsAfter);
     EXPECT_TRUE(busy.isTurning());
+    auto const picture = busy.grab().toImage();
+    services.executor.advance(250ms);
+    EXPECT_NE(busy.grab().toImage(), picture) << "it goes on turning";
     EXPECT_FALSE(saysEmpty());
     services.executor.settle();
     EXPECT_FALSE(busy.isTurning());
@@ -104,19 +107,24 @@ TEST_F(ReaderViewTest, Keys_and_clicks_reach_the_store_and_the_program)
     write("a.md", "# First\n\n[link](https://example.org) and `code`\n");
     write("b.md", "# Second\n");
     connect();
-    auto const click = [&](QString const& word) {
+    auto const pointAt = [&](QString const& word) {
         auto const box = text.boundingRect({ string().indexOf(word), word.size() });
-        QTest::mouseClick(&text, Qt::LeftButton, {}, (box.center() - text.scrollOrigin()).toPoint());
+        return (box.center() - text.scrollOrigin()).toPoint();
     };
+    auto const click = [&](QString const& word) { QTest::mouseClick(&text, Qt::LeftButton, {}, pointAt(word)); };
     for (auto const& [word, help] : { std::pair(u"link"_s, u"Opens https://example.org"_s), { u"and"_s, QString() } }) {
-        auto const box = text.boundingRect({ string().indexOf(word), word.size() });
-        QTest::mouseMove(&text, (box.center() - text.scrollOrigin()).toPoint());
+        QTest::mouseMove(&text, pointAt(word));
         EXPECT_EQ(text.accessibleDescription(), help);
         services.executor.advance(HoverHelpTrackingView::delay);
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         auto const* const tooltip = text.window()->findChild<HoverTooltipPanel*>();
         EXPECT_EQ(tooltip ? tooltip->text() : QString(), help);
     }
+    QTest::mousePress(&text, Qt::LeftButton, {}, pointAt(u"and"_s));
+    QTest::mouseMove(&text, pointAt(u"link"_s));
+    QTest::mouseRelease(&text, Qt::LeftButton, {}, pointAt(u"link"_s));
+    EXPECT_EQ(text.cursor().shape(), Qt::PointingHandCursor) << "a selection that ends on it";
+    text.setSelection({});
     click(u"link"_s);
     EXPECT_THAT(services.fileOpener.calls, ElementsAre(u"open https://example.org"_s));
     click(u"code"_s);
@@ -282,7 +290,7 @@ TEST_F(ReaderViewTest, A_long_sheet_shows_its_beginning_until_a_worker_or_what_n
     }
 
     showBeginning();
-    text.setScrollOrigin({ 0, 300 });
+    text.setScrollOrigin({ 0, 50'000 });
     text.setSelection({ 20, 30 });
     auto const place = text.scrollAnchor();
     auto const buttons = text.codeButtons();
@@ -297,6 +305,13 @@ TEST_F(ReaderViewTest, A_long_sheet_shows_its_beginning_until_a_worker_or_what_n
     expectTheSelectedSheet();
     select(u"long.md"_s);
     expectTheSelectedSheet();
+
+    select(u"a.md"_s);
+    save("long.md", source += '.');
+    store.scrollPositions.insert(u"long.md"_s, { 0, 40'000 });
+    store.select(u"long.md"_s);
+    services.executor.turn();
+    expectTheSelectedSheet(); // a place further down
 }
 
 TEST_F(ReaderViewTest, Pictures_that_come_or_change_are_rendered)

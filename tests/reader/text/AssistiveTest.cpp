@@ -129,8 +129,15 @@ TEST_F(AssistiveTest, Each_target_has_an_action_of_its_own_and_each_block_a_butt
         }
         view.setLearningModeEnabled(true);
         EXPECT_TRUE(actions->actionNames().isEmpty());
-        for (int index = 0; index < spoken->childCount(); ++index)
-            EXPECT_TRUE(spoken->child(index)->actionInterface()->actionNames().isEmpty());
+        for (int index = 0; index < spoken->childCount(); ++index) {
+            auto& button = *spoken->child(index);
+            EXPECT_TRUE(button.actionInterface()->actionNames().isEmpty());
+            auto const tag = view.blockTargets()[static_cast<std::size_t>(index)];
+            auto const isInSight = std::ranges::any_of(view.codeButtons(),
+                [&](auto* shown) { return shown->tag() == tag && shown->geometry().intersects(view.rect()); });
+            auto const state = button.state();
+            EXPECT_TRUE(state.disabled && !state.invisible && bool(state.offscreen) != isInSight) << index;
+        }
         view.setLearningModeEnabled(false);
     }
 }

@@ -109,6 +109,14 @@ TEST_F(ReaderTextViewTest, Keys_navigate_dismiss_and_move_the_selection)
         EXPECT_EQ(view.selection().anchor, each.after.anchor) << each.name;
         EXPECT_EQ(view.selection().head, each.after.head) << each.name;
     }
+    scroll.setFocus();
+    EXPECT_EQ(scroll.window()->focusWidget(), &view);
+    view.setSelection({ 13, 13 });
+    QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, shift); // with Shift held since before
+    QCoreApplication::sendEvent(&view, &down);
+    scroll.resize(450, 400);
+    QCoreApplication::sendEvent(&view, &down);
+    EXPECT_EQ(view.selection().head, 20) << "another width has no column";
 }
 
 TEST_F(ReaderTextViewTest, A_selection_beyond_the_edge_goes_on_while_the_mouse_rests_and_ends_with_the_button)
