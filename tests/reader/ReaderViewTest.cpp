@@ -278,7 +278,7 @@ TEST_F(ReaderViewTest, A_long_sheet_shows_its_beginning_until_a_worker_or_what_n
         EXPECT_FALSE(text.isSettled());
         EXPECT_LT(string().size(), 100'000);
     };
-    std::function<void()> const needs[] { [&] { QTest::keyClick(&text, Qt::Key_End); },
+    std::vector<std::function<void()>> const needs { [&] { QTest::keyClick(&text, Qt::Key_End); },
         [&] { EXPECT_TRUE(text.findNext(u"the end"_s, false)); }, [&] { text.setScrollOrigin({ 0, 1e9 }); },
         [&] { EXPECT_GT(QAccessible::queryAccessibleInterface(&text)->childCount(), 8'999); } };
     for (auto const& need : needs) {
