@@ -89,6 +89,8 @@ public:
     // follows it.
     void reload(Debounced debounced = Debounced::no);
     void refresh() { reload(); }
+    // A load is about to start, when `busy` says it.
+    bool isLoadDue() const { return m_reloadTask.isActive(); }
 
     // Takes over a finished load, unless the folder has changed since it was started.
     void applyLoadedSheets(QList<Sheet> loaded, int loadGeneration);

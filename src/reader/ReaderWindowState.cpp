@@ -53,7 +53,7 @@ ReaderWindowState ReaderWindowState::of(LibraryStore const& store)
         state.isPinned = std::ranges::any_of(store.pinnedIDs.value(), isIt);
     } else if (state.hasFolder) {
         // Whether a folder has sheets is known when it has been read.
-        state.content = state.busy ? Content::notYetKnown : Content::noSheets;
+        state.content = state.busy || store.isLoadDue() ? Content::notYetKnown : Content::noSheets;
     }
     return state;
 }

@@ -231,6 +231,8 @@ TEST_F(ReaderPanelTest, A_panel_that_comes_before_the_sheets_gives_the_keyboard_
     services.root.write("library/a.md", "# Sheet\n");
     library.connect(services.root.path("library"));
     panel.show(PanelPresence::resident);
+    for (auto const* const label : panel.findChildren<QLabel*>())
+        EXPECT_TRUE(label->text() != u"No cheat sheets" || !label->isVisible());
     services.executor.runPosted(); // before the window system makes it the active window
     ASSERT_TRUE(QTest::qWaitForWindowActive(&panel));
     ASSERT_TRUE(library.sheets.value().isEmpty());
