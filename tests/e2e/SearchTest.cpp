@@ -74,6 +74,7 @@ TEST_F(SearchTest, While_the_keys_of_a_peek_are_held_a_rows_menu_stays_and_lette
     desktop.play(u"ctrl+alt+J↓"_s);
     ASSERT_TRUE(isUp());
     findSidebar();
+    ASSERT_TRUE(hears({ u"Acorn"_s, u"First"_s }));
     // Before another key goes down, with which the held one would not repeat any more.
     auto const reader = desktop.reader().value().window;
     auto const windows = desktop.windowsOfOwner(reader);

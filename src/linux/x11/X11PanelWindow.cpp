@@ -64,6 +64,7 @@ void X11PanelWindow::setCollectionBehavior(CollectionBehavior behavior)
 // Window managers read the property when a window is shown, and clear it when one is hidden.
 void X11PanelWindow::willShow()
 {
+    m_isUp = true;
     if (m_isShown)
         return;
     auto const wanted = states();
@@ -87,7 +88,7 @@ void X11PanelWindow::didShow()
 // Some window managers also call a window iconic that is on another workspace, but not hidden.
 bool X11PanelWindow::isMinimized() const
 {
-    return m_isShown && m_connection.lists(m_window, stateProperty, m_connection.atom("_NET_WM_STATE_HIDDEN"));
+    return m_isUp && m_connection.lists(m_window, stateProperty, m_connection.atom("_NET_WM_STATE_HIDDEN"));
 }
 
 // Sway has workspaces of its own, which X programs see nothing of.
@@ -98,7 +99,7 @@ bool X11PanelWindow::canBeFetched() const
 
 void X11PanelWindow::didHide()
 {
-    m_isShown = false;
+    m_isUp = m_isShown = false;
 }
 
 bool X11PanelWindow::isOnAllWorkspaces() const

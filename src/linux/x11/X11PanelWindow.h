@@ -37,7 +37,8 @@ private:
     std::function<void()> m_flushOwnWindows;
     WindowLevel m_level = WindowLevel::normal;
     CollectionBehavior m_behavior = CollectionBehavior::none;
-    bool m_isShown = false;
+    bool m_isUp = false; // from right before it is shown
+    bool m_isShown = false; // and the window manager has been told
 };
 
 }
