@@ -50,7 +50,7 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
 ReaderPanel::~ReaderPanel() = default;
 
 // The native window now, so that the first show finds everything but the pixels. It is never remade: one that can't be
-// shone through from the start stays square. Elsewhere its pictures would need longer, and flash black before the first.
+// shone through from the start stays square. Elsewhere its pictures would need some 2 ms longer.
 void ReaderPanel::makeNativeWindow()
 {
     setAttribute(Qt::WA_TranslucentBackground, m_canShineThrough);
