@@ -126,13 +126,23 @@ void ReaderPanel::show(PanelPresence presence)
     bool const wasUp = m_shown.has_value();
     m_shown = Shown { .isLevelTold = wasUp && m_shown->isLevelTold, .isFresh = false };
     QWidget::show();
-    if (wasUp)
+    if (wasUp) {
         m_window->didShow();
-    else
+    } else {
+        paintAhead();
         m_levelTask = m_services.reader.executor.after(longestUntilExposed, [this] { tellLevel(); });
+    }
     makeKeyAndOrderFront();
     focusReader();
     m_shown->isFresh = true;
+}
+
+// While server and window manager are busy with mapping the window, and not only when they have: its picture then takes
+// no time of its own. The toolkit would wait to be told of the map.
+void ReaderPanel::paintAhead()
+{
+    setAttribute(Qt::WA_Mapped);
+    repaint();
 }
 
 void ReaderPanel::takeFrame()

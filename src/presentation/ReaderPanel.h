@@ -73,6 +73,7 @@ private:
         bool isFresh = false; // shown in this turn, with nothing left to do for its place at the front
     };
 
+    void paintAhead();
     void takeFrame();
     std::optional<Screens::Screen> usersScreen() const;
     void followFrame(QEvent const& event);
