@@ -4,6 +4,7 @@
 #include "presentation/PanelShadow.h"
 #include "presentation/hover_help/HoverHelpTrackingView.h"
 
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -19,6 +20,13 @@ namespace {
 // How long the window system may take over the first picture before the panel goes on without it.
 constexpr std::chrono::milliseconds longestUntilExposed { 200 };
 
+// To the toolkit only its own kinds of windows are windows.
+QAccessibleInterface* makeAccessible(QString const&, QObject* object)
+{
+    auto* const panel = qobject_cast<ReaderPanel*>(object);
+    return panel ? new QAccessibleWidget(panel, QAccessible::Window) : nullptr;
+}
+
 }
 
 ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
@@ -30,6 +38,7 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     , m_drag(*this)
     , m_corners(*this)
 {
+    QAccessible::installFactory(makeAccessible);
     resize(PanelFrame::defaultSize.toSize());
     setWindowTitle(m_view.windowTitle());
     connect(&m_view, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);

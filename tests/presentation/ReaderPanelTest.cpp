@@ -9,6 +9,7 @@
 #include "support/FakeScreens.h"
 #include "support/Test.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QTest>
 
@@ -73,6 +74,7 @@ TEST_F(ReaderPanelTest, It_stands_where_it_was_stored_and_only_the_user_changes_
     show();
     EXPECT_EQ(panel.geometry(), QRect(200, 130, 880, 640)) << "in the middle at first";
     EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&panel)->role(), QAccessible::Window);
 
     panel.savePanelFrame();
     EXPECT_EQ(stored(), std::nullopt) << "as when it is closed where it came up";
