@@ -30,8 +30,9 @@ void AppDelegate::applicationDidFinishLaunching()
             m_services.makePanelWindow });
     m_presentation.emplace(m_store,
         PresentationCoordinator::Services { m_shortcuts, library.workspace, m_services.session,
-            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor },
-        *m_panel, m_statusItems);
+            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor, m_statusBar,
+            std::nullopt, m_services.quit },
+        *m_panel);
     bindPanel();
     m_takenShortcuts.emplace(TakenShortcuts::Services {
         m_shortcuts, m_store, library.workspace, m_services.notifications, m_services.inWords, m_services.log });

@@ -49,9 +49,12 @@ public:
     void applicationWillTerminate();
 
 private:
-    // As long as there is no tray, pins show nowhere.
-    struct NoStatusItems final : StatusItems {
-        void rebuildPins() override { }
+    // As long as there is no bar, items show nowhere.
+    struct NoStatusBar final : StatusBar {
+        struct Item final : StatusItem {
+            void show(StatusItemLook const&) override { }
+        };
+        std::unique_ptr<StatusItem> statusItem(StatusItem::Target) override { return std::make_unique<Item>(); }
     };
 
     void bindPanel();
@@ -62,7 +65,7 @@ private:
     ShortcutStorage m_shortcutStorage;
     HotKeyCenter m_hotKeyCenter;
     KeyboardShortcuts m_shortcuts;
-    NoStatusItems m_statusItems;
+    NoStatusBar m_statusBar;
     std::unique_ptr<ReaderPanel> m_panel;
     std::optional<PresentationCoordinator> m_presentation;
     std::optional<TakenShortcuts> m_takenShortcuts;
