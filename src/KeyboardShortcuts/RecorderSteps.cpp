@@ -72,6 +72,7 @@ RecorderSteps::RecorderSteps(Services services, ShortcutName name, RecorderField
             if (changed.rawValue == m_name.rawValue)
                 m_field.refresh();
         });
+    m_layoutChanges = m_services.layout.observeChanges([this] { m_field.refresh(); });
 }
 
 RecorderSteps::~RecorderSteps()

@@ -29,7 +29,7 @@ public:
         KeyboardShortcuts& shortcuts;
         HotKeyCenter& center;
         NotificationCenter& notifications;
-        KeyboardLayout const& layout;
+        KeyboardLayout& layout;
         SystemShortcuts const& system;
         std::function<QString(Shortcut const&)> text; // as the field shows it
         std::function<std::vector<MenuItem>()> mainMenu = [] { return std::vector<MenuItem>(); };
@@ -96,6 +96,7 @@ private:
     bool m_canBecomeKey = false;
     std::variant<Idle, Recording, Alerting> m_state;
     Registration m_shortcutsNameChangeObserver;
+    Registration m_layoutChanges;
 };
 
 }

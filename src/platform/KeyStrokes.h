@@ -23,7 +23,7 @@ class KeyStrokes {
 public:
     virtual ~KeyStrokes() = default;
 
-    virtual KeyStroke keyStroke(std::uint32_t nativeScanCode, std::uint32_t nativeModifiers) const = 0;
+    virtual KeyStroke keyStroke(std::uint32_t nativeScanCode, std::uint32_t nativeModifiers) = 0;
 };
 
 }

@@ -103,7 +103,7 @@ protected:
     FakeHotKeys hotKeys;
     ManualExecutor executor;
     ShortcutsOnFakes line { defaults, hotKeys, executor };
-    FakeKeyboardLayout const layout { { { 8, u"c"_s }, { 3, u"f"_s }, { 40, u"k"_s } } };
+    FakeKeyboardLayout layout { { { 8, u"c"_s }, { 3, u"f"_s }, { 40, u"k"_s } } };
     DesktopsKeys const system;
     RecorderSteps::Services const services { line.shortcuts, line.center, line.notifications, layout, system,
         [this](Shortcut const& shortcut) { return shortcut.description(layout); },
