@@ -23,7 +23,7 @@ PresentationCoordinator::PresentationCoordinator(LibraryStore& store, Services s
     m_store.modifierGestureChanged = weakly(&Self::refreshGesture);
     refreshGesture();
     m_store.pinsChanged = weakly(&Self::rebuildPins);
-    m_store.filePickerWillPresent = weakly(&Self::filePickerWillPresent);
+    m_store.filePickerWillPresent = weakly(&Self::stay);
     m_items.observeUpdates();
     rebuildPins();
     observe();
@@ -240,8 +240,7 @@ void PresentationCoordinator::applicationActivated(RunningApplication const& app
         m_previousApp = application;
 }
 
-// A peek is resident from here on: the keys are needed for the file panel.
-void PresentationCoordinator::filePickerWillPresent()
+void PresentationCoordinator::stay()
 {
     m_modifierMonitor.reset();
     clearPeek();

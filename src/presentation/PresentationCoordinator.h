@@ -51,6 +51,9 @@ public:
     void open();
     void close();
 
+    // Makes a peek resident: its keys are needed for what comes up over the reader, a file panel or the settings.
+    void stay();
+
     // The panel was moved or resized, and, its last word, closed by its close button.
     void windowDidMove() { savePanelFrame(); }
     void windowDidResize() { savePanelFrame(); }
@@ -95,7 +98,6 @@ private:
     void woke();
     void endPeek();
     void applicationActivated(RunningApplication const& application);
-    void filePickerWillPresent();
 
     void showSelection();
     void rebuildPins() { m_items.rebuildPins(); }
