@@ -33,7 +33,7 @@ void AppDelegate::applicationDidFinishLaunching()
             m_services.makePanelWindow });
     m_presentation.emplace(m_store,
         PresentationCoordinator::Services { m_shortcuts, library.workspace, m_services.session,
-            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor, m_statusBar,
+            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor, m_services.statusBar,
             std::nullopt, m_services.quit },
         *m_panel);
     bindPanel();

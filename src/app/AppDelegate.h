@@ -3,6 +3,7 @@
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "library/LibraryStore.h"
 #include "platform/ApplicationInstance.h"
+#include "platform/StatusBar.h"
 #include "presentation/PresentationCoordinator.h"
 #include "presentation/ReaderPanel.h"
 #include "presentation/TakenShortcuts.h"
@@ -32,6 +33,7 @@ public:
         Screens& screens;
         Compositing& compositing;
         MakePanelWindow makePanelWindow;
+        StatusBar& statusBar;
         ApplicationInstance& instance;
         QString version;
         QString applicationFile;
@@ -59,14 +61,6 @@ public:
     void applicationWillTerminate();
 
 private:
-    // As long as there is no bar, items show nowhere.
-    struct NoStatusBar final : StatusBar {
-        struct Item final : StatusItem {
-            void show(StatusItemLook const&) override { }
-        };
-        std::unique_ptr<StatusItem> statusItem(StatusItem::Target) override { return std::make_unique<Item>(); }
-    };
-
     void bindPanel();
     void serve(ApplicationInstance::Request const& request);
 
@@ -75,7 +69,6 @@ private:
     ShortcutStorage m_shortcutStorage;
     HotKeyCenter m_hotKeyCenter;
     KeyboardShortcuts m_shortcuts;
-    NoStatusBar m_statusBar;
     std::unique_ptr<ReaderPanel> m_panel;
     std::optional<PresentationCoordinator> m_presentation;
     std::optional<TakenShortcuts> m_takenShortcuts;

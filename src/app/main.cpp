@@ -22,6 +22,7 @@
 #include "linux/qt/QtExecutor.h"
 #include "linux/qt/QtMenuTracking.h"
 #include "linux/qt/QtOpenPanels.h"
+#include "linux/tray/TrayBar.h"
 #include "linux/worker/WorkerPool.h"
 
 #include <QApplication>
@@ -108,6 +109,14 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     DesktopSettingsPrograms desktopSettings;
     auto const wakes = session.observeDidWake([&] { desktop.didWake(); });
 
+    TrayBar tray(QDBusConnection::sessionBus(),
+        {
+            .hasEmbeddingTray = [&] { return desktop.embeddingTray().isThere(); },
+            .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
+            .log = [](QString const& sentence) { fail(sentence); },
+        });
+    auto const embeddingTrays = desktop.embeddingTray().observeChanges([&] { tray.trayChanged(); });
+
     if (options.changeSettings()) {
         ShortcutStorage shortcuts(defaults, notifications);
         if (auto const prepared = prepareSettings(options, defaults, bookmarks, shortcuts); !prepared)
@@ -133,6 +142,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .screens = desktop.screens(),
         .compositing = desktop.compositing(),
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
+        .statusBar = tray,
         .instance = instance,
         .version = QStringLiteral(QUILLORY_VERSION),
         .applicationFile = QCoreApplication::applicationFilePath(),
