@@ -58,6 +58,9 @@ public:
     // Brings the one settings window to the front, beside the reader if that is up.
     void showSettings();
 
+    // In the reader, until it is dismissed.
+    void showMessage(QString const& sentence) { m_store.showMessage(sentence); }
+
     void applicationWillTerminate();
 
 private:

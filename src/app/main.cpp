@@ -84,6 +84,21 @@ int leaveToEarlierProcess(ApplicationInstance::Role role, StartOptions const& op
     return EXIT_SUCCESS;
 }
 
+// `showInReader` is empty until there is a reader.
+TrayBar::Operations trayOperations(X11Desktop& desktop, std::function<void(QString const&)> const& showInReader)
+{
+    return {
+        .hasEmbeddingTray = [&] { return desktop.embeddingTray().isThere(); },
+        .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
+        .log =
+            [&](QString const& sentence) {
+                fail(sentence);
+                if (showInReader)
+                    showInReader(sentence);
+            },
+    };
+}
+
 // The program from here to its end: all that it stands on, and what stands on that.
 int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions const& options)
 {
@@ -109,20 +124,19 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     DesktopSettingsPrograms desktopSettings;
     auto const wakes = session.observeDidWake([&] { desktop.didWake(); });
 
-    TrayBar tray(QDBusConnection::sessionBus(),
-        {
-            .hasEmbeddingTray = [&] { return desktop.embeddingTray().isThere(); },
-            .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
-            .log = [](QString const& sentence) { fail(sentence); },
-        });
+    std::function<void(QString const&)> showInReader;
+    TrayBar tray(QDBusConnection::sessionBus(), trayOperations(desktop, showInReader));
     auto const embeddingTrays = desktop.embeddingTray().observeChanges([&] { tray.trayChanged(); });
 
+    ShortcutStorage shortcuts(defaults, notifications);
+    auto const sayHowToCall = [&] { say(howToCall(shortcuts, desktop.keyboardLayout())); };
     if (options.changeSettings()) {
-        ShortcutStorage shortcuts(defaults, notifications);
         if (auto const prepared = prepareSettings(options, defaults, bookmarks, shortcuts); !prepared)
             return fail(prepared.error());
         defaults.flush(); // who reads what is said may look at them
-        say(howToCall(shortcuts, desktop.keyboardLayout()));
+        sayHowToCall();
+    } else if (!tray.isPresent()) {
+        sayHowToCall(); // nothing else tells
     }
 
     AppDelegate delegate({
@@ -147,11 +161,12 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .version = QStringLiteral(QUILLORY_VERSION),
         .applicationFile = QCoreApplication::applicationFilePath(),
         .quit = [] { QCoreApplication::exit(); },
-        .howToCall = [&] { return howToCall(ShortcutStorage(defaults, notifications), desktop.keyboardLayout()); },
+        .howToCall = [&] { return howToCall(shortcuts, desktop.keyboardLayout()); },
         .inWords = [&](Shortcut const& shortcut) { return inWords(shortcut, desktop.keyboardLayout()); },
         .log = [](QString const& sentence) { fail(sentence); },
         .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
     });
+    showInReader = [&](QString const& sentence) { delegate.showMessage(sentence); };
     OrderlyEnd end([&] {
         delegate.applicationWillTerminate();
         defaults.flush();

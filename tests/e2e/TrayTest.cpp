@@ -100,6 +100,7 @@ TEST_F(TrayTest, While_a_file_panel_is_open_there_is_no_menu)
         desktop.click({ area.center().x(), area.center().y() + below });
         return desktop.frontWindow() != XCB_NONE && desktop.frontWindow() != panel.window;
     })) << "no dialog came to the front";
+    ASSERT_TRUE(host.eventuallyHas({ main }));
     EXPECT_THAT(host.openMenu(main), IsEmpty());
     host.click(main);
     desktop.play(u"Escape"_s);

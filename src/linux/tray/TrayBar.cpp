@@ -19,6 +19,10 @@ namespace Quillory {
 
 namespace {
 
+// A watcher that has just come belongs to a panel that still sets itself up, and loses for good what is registered in the
+// very moment in which it begins to listen (seen with waybar at one start of five).
+constexpr std::chrono::milliseconds settling { 500 };
+
 // Each connection takes about a millisecond: the event loop goes on in between.
 constexpr std::chrono::milliseconds slice { 4 };
 
@@ -78,10 +82,13 @@ TrayBar::TrayBar(QDBusConnection const& sessionBus, Operations operations)
 {
     m_turn.setSingleShot(true);
     connect(&m_turn, &QTimer::timeout, this, &TrayBar::fill);
+    m_settling.setSingleShot(true);
+    connect(&m_settling, &QTimer::timeout, this, &TrayBar::fill);
     connect(&m_watchers, &QDBusServiceWatcher::serviceOwnerChanged, this,
         [this](QString const&, QString const&, QString const& owner) { watcherChanged(owner); });
     m_hasWatcher = m_bus.isConnected() && m_bus.interface()->isServiceRegistered(NotifierIcon::watcher());
     m_tray = trayOfDesktop();
+    settle();
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -103,13 +110,7 @@ TrayBar::Tray TrayBar::trayOfDesktop() const
 void TrayBar::watcherChanged(QString const& owner)
 {
     m_hasWatcher = !owner.isEmpty();
-    if (m_hasWatcher && m_tray == Tray::notifier) {
-        for (auto const* const item : m_items) {
-            if (auto* const icon = dynamic_cast<NotifierIcon*>(item->icon.get()))
-                icon->registerItem();
-        }
-    }
-    trayChanged();
+    enter(trayOfDesktop());
 }
 
 void TrayBar::trayChanged()
@@ -124,12 +125,21 @@ void TrayBar::enter(Tray tray)
     for (auto* const item : m_items)
         item->icon.reset();
     m_tray = tray;
+    m_turn.stop();
+    settle();
     fillLater();
+}
+
+void TrayBar::settle()
+{
+    m_settling.stop();
+    if (m_tray == Tray::notifier)
+        m_settling.start(settling);
 }
 
 void TrayBar::fillLater()
 {
-    if (m_tray != Tray::none)
+    if (m_tray != Tray::none && !m_settling.isActive())
         m_turn.start(0);
 }
 
