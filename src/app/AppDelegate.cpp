@@ -13,6 +13,9 @@ AppDelegate::AppDelegate(Services services)
     , m_hotKeyCenter(m_services.hotKeys, m_services.localKeyEvents, m_services.notifications)
     , m_shortcuts(m_shortcutStorage, m_hotKeyCenter, m_services.library.executor)
 {
+    if (m_services.makeUpdater)
+        m_updates.emplace(
+            m_services.makeUpdater, ReleaseVersionDisplay::ofApplication(), UpdateController::Process::ofThis());
 }
 
 void AppDelegate::applicationDidFinishLaunching()

@@ -8,6 +8,7 @@
 #include "presentation/ReaderPanel.h"
 #include "presentation/TakenShortcuts.h"
 #include "settings/SettingsWindow.h"
+#include "updates/UpdateController.h"
 
 #include <memory>
 #include <optional>
@@ -41,11 +42,12 @@ public:
         std::function<QStringList()> howToCall; // one sentence for each shortcut, as it is stored now
         std::function<QString(Shortcut const&)> inWords;
         std::function<void(QString const&)> log;
+        Updater::Make makeUpdater; // empty where no updates are looked for
         // When the user asked for what another process passed on, as a server time; absent for now.
         std::function<void(std::optional<std::uint32_t>)> noteUserTime;
     };
 
-    // Restores the folder and starts the first load.
+    // Restores the folder, starts the first load, and then the updater.
     explicit AppDelegate(Services services);
 
     // Binds the keys. Without a folder the reader opens by itself.
@@ -69,6 +71,7 @@ private:
 
     Services m_services;
     LibraryStore m_store;
+    std::optional<UpdateController> m_updates; // absent where no updates are looked for
     ShortcutStorage m_shortcutStorage;
     HotKeyCenter m_hotKeyCenter;
     KeyboardShortcuts m_shortcuts;

@@ -3,6 +3,7 @@
 #include "Preparation.h"
 #include "StartOptions.h"
 #include "TerminationSignals.h"
+#include "Updates.h"
 #include "X11Desktop.h"
 
 #include "app/sandbox/ServeAsWorker.h"
@@ -24,6 +25,7 @@
 #include "linux/qt/QtOpenPanels.h"
 #include "linux/tray/TrayBar.h"
 #include "linux/worker/WorkerPool.h"
+#include "updates/ReleaseVersionDisplay.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -139,6 +141,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         sayHowToCall(); // nothing else tells
     }
 
+    Updates updates({ defaults, executor, session, fileOpener, desktop.workspace(), announcements });
     AppDelegate delegate({
         .library = { defaults, bookmarks, files, sandbox, events, executor, clipboard, announcements, fileOpener,
             openPanels, desktop.workspace(), startersFolder() },
@@ -164,6 +167,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .howToCall = [&] { return howToCall(shortcuts, desktop.keyboardLayout()); },
         .inWords = [&](Shortcut const& shortcut) { return inWords(shortcut, desktop.keyboardLayout()); },
         .log = [](QString const& sentence) { fail(sentence); },
+        .makeUpdater = updates.make(),
         .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
     });
     showInReader = [&](QString const& sentence) { delegate.showMessage(sentence); };
@@ -200,6 +204,7 @@ int main(int argc, char* argv[])
     choice.forget();
     QApplication::setDesktopFileName(BusApplicationInstance::name());
     QApplication::setQuitOnLastWindowClosed(false);
+    application.setProperty(ReleaseVersionDisplay::infoKey, QStringLiteral(QUILLORY_RELEASE_VERSION));
     BusApplicationInstance instance(QDBusConnection::sessionBus(), start);
     auto const role = takePart(instance, *options);
     if (role == ApplicationInstance::Role::handedOver || role == ApplicationInstance::Role::unanswered)
