@@ -36,7 +36,7 @@ QString detailsOf(UpdateWindow::Offer const& offer)
     QStringList sentences { UpdateDialog::tr("You have version %1.").arg(offer.installed) };
     QLocale const locale;
     if (offer.release.date.isValid())
-        sentences << UpdateDialog::tr("It was released on %1.")
+        sentences << UpdateDialog::tr("The update was released on %1.")
                          .arg(locale.toString(offer.release.date.toLocalTime().date(), QLocale::ShortFormat));
     sentences << UpdateDialog::tr("The download has %1.").arg(locale.formattedDataSize(offer.size, 1));
     if (offer.release.urgency >= Release::Urgency::high)
@@ -132,7 +132,7 @@ void UpdateDialog::showMessage(QString const& sentence, Tone tone)
     removeButtons();
     addButton(tr("Close"), QDialogButtonBox::RejectRole, {});
     m_rejected = nullptr;
-    present(Content::message, tone == Tone::failure ? tr("The update failed") : tr("Updates"), sentence);
+    present(Content::message, tone == Tone::failure ? tr("No update this time") : tr("Updates"), sentence);
     m_announcements.announce(sentence, Announcements::Priority::medium);
     bringToFront();
 }
@@ -166,7 +166,10 @@ void UpdateDialog::present(Content content, QString const& title, QString const&
     layout()->activate();
     adjustSize();
     if (auto* const first = qobject_cast<QPushButton*>(m_buttons->buttons().value(0))) {
-        first->setDefault(true);
+        // A second press of Return must not stop what the first began.
+        bool const isStop = content == Content::progress;
+        first->setAutoDefault(!isStop);
+        first->setDefault(!isStop);
         first->setFocus();
         first->setAccessibleDescription(text);
     }
