@@ -27,12 +27,13 @@ struct NoSystemShortcuts final : SystemShortcuts {
     std::vector<SymbolicHotKey> symbolicHotKeys() const override { return {}; }
 };
 
-// The toolkit's own test events have no native codes: each is Tab.
-struct OnlyTab final : KeyStrokes {
-    KeyStroke keyStroke(std::uint32_t, std::uint32_t) override
+struct FakeKeyStrokes final : KeyStrokes {
+    Registration observe(Monitor observer) override
     {
-        return { .kind = KeyStroke::Kind::key, .keyCode = 48, .modifiers = ModifierFlags::none };
+        monitor = std::move(observer);
+        return Registration([this] { monitor = nullptr; });
     }
+    Monitor monitor;
 };
 
 struct FakeDesktopSettings final : DesktopSettings {
@@ -95,7 +96,7 @@ protected:
     ShortcutsOnFakes line { services.defaults, hotKeys, services.executor };
     FakeKeyboardLayout layout { { { 40, u"k"_s } } };
     NoSystemShortcuts const systemShortcuts;
-    OnlyTab keyStrokes;
+    FakeKeyStrokes keyStrokes;
     FakeKeyState keys;
     FakeScreens screens { { { 0, 0, 1600, 900 } } };
     FakeInputPermission permission;
