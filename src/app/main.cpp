@@ -26,6 +26,7 @@
 #include "linux/tray/TrayBar.h"
 #include "linux/worker/WorkerPool.h"
 #include "updates/ReleaseVersionDisplay.h"
+#include "words/InstalledWords.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -202,6 +203,7 @@ int main(int argc, char* argv[])
     auto const start = BusApplicationInstance::Start::ofThisProcess();
     QApplication application(argc, argv);
     choice.forget();
+    InstalledWords const words;
     QApplication::setDesktopFileName(BusApplicationInstance::name());
     QApplication::setQuitOnLastWindowClosed(false);
     application.setProperty(ReleaseVersionDisplay::infoKey, QStringLiteral(QUILLORY_RELEASE_VERSION));

@@ -46,6 +46,7 @@ std::expected<void, QString> SettingsPicture::take(QString const& step)
 
 QImage SettingsPicture::draw(QSize size)
 {
+    size.setWidth(std::max(size.width(), m_window.minimumWidth()));
     m_window.resize(size.width(), std::max(size.height(), m_window.minimumHeight()));
     QCoreApplication::processEvents();
     auto* const content = m_window.findChild<QScrollArea*>()->widget();

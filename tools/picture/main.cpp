@@ -17,6 +17,7 @@
 #include "linux/qt/QtPictureDecoder.h"
 #include "reader/NativeReader.h"
 #include "support/FakeLibraryServices.h"
+#include "words/InstalledWords.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -146,6 +147,7 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication const application(argc, argv);
+    InstalledWords const words;
     QCommandLineParser parser;
     parser.addHelpOption();
     parser.addOptions({ { u"size"_s, u"Of the reader."_s, u"WxH"_s, u"880x640"_s },
