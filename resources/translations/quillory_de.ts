@@ -269,6 +269,45 @@
     </message>
 </context>
 <context>
+    <name>MenuBarItems</name>
+    <message>
+        <source>Quillory</source>
+        <translation>Quillory</translation>
+    </message>
+    <message>
+        <source>Open Quillory to read your cheat sheets</source>
+        <translation>Quillory öffnen und die eigenen Spickzettel lesen</translation>
+    </message>
+    <message>
+        <source>Open Quillory</source>
+        <translation>Quillory öffnen</translation>
+    </message>
+    <message>
+        <source>Quillory — Update available</source>
+        <translation>Quillory — Aktualisierung verfügbar</translation>
+    </message>
+    <message>
+        <source>Update available…</source>
+        <translation>Aktualisierung verfügbar…</translation>
+    </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation>Nach Aktualisierungen suchen…</translation>
+    </message>
+    <message>
+        <source>Quit Quillory</source>
+        <translation>Quillory beenden</translation>
+    </message>
+    <message>
+        <source>Open %1</source>
+        <translation>%1 öffnen</translation>
+    </message>
+    <message>
+        <source>Unpin %1</source>
+        <translation>%1 lösen</translation>
+    </message>
+</context>
+<context>
     <name>ModifierGesture</name>
     <message>
         <source>Off</source>
@@ -314,17 +353,6 @@
     </message>
 </context>
 <context>
-    <name>Quillory::AboutSection</name>
-    <message>
-        <source>Version %1</source>
-        <translation>Version %1</translation>
-    </message>
-    <message>
-        <source>Unknown</source>
-        <translation>unbekannt</translation>
-    </message>
-</context>
-<context>
     <name>Quillory::BannerLabel</name>
     <message>
         <source>%1 %2</source>
@@ -363,6 +391,21 @@
     <message>
         <source>Loading</source>
         <translation>Lädt</translation>
+    </message>
+</context>
+<context>
+    <name>Quillory::CheckForUpdatesView</name>
+    <message>
+        <source>Checking for Updates…</source>
+        <translation>Suche nach Aktualisierungen…</translation>
+    </message>
+    <message>
+        <source>Update available…</source>
+        <translation>Aktualisierung verfügbar…</translation>
+    </message>
+    <message>
+        <source>Check for Updates…</source>
+        <translation>Nach Aktualisierungen suchen…</translation>
     </message>
 </context>
 <context>
@@ -963,6 +1006,112 @@
     </message>
 </context>
 <context>
+    <name>Quillory::TrayBar</name>
+    <message>
+        <source>The tray takes %1 items at most. Other pinned sheets don&apos;t show there.</source>
+        <translation>Die Leiste nimmt höchstens %1 Symbole auf. Weitere angeheftete Blätter erscheinen dort nicht.</translation>
+    </message>
+</context>
+<context>
+    <name>Quillory::UpdateDialog</name>
+    <message>
+        <source>You have version %1.</source>
+        <translation>Installiert ist Version %1.</translation>
+    </message>
+    <message>
+        <source>The update was released on %1.</source>
+        <translation>Die Aktualisierung erschien am %1.</translation>
+    </message>
+    <message>
+        <source>The download has %1.</source>
+        <translation>Der Download umfasst %1.</translation>
+    </message>
+    <message>
+        <source>This update is important.</source>
+        <translation>Diese Aktualisierung ist wichtig.</translation>
+    </message>
+    <message>
+        <source>Update of Quillory</source>
+        <translation>Aktualisierung von Quillory</translation>
+    </message>
+    <message>
+        <source>Release notes</source>
+        <translation>Neuerungen</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installieren</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Später</translation>
+    </message>
+    <message>
+        <source>Skip This Version</source>
+        <translation>Diese Version überspringen</translation>
+    </message>
+    <message>
+        <source>Quillory %1 is available</source>
+        <translation>Quillory %1 ist verfügbar</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Fetching the update…</source>
+        <translation>Die Aktualisierung wird geladen…</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>The update is with the system&apos;s installer</source>
+        <translation>Die Aktualisierung liegt beim Installationsprogramm des Systems</translation>
+    </message>
+    <message>
+        <source>It may ask you to confirm, and for your password.</source>
+        <translation>Es fragt vielleicht nach einer Bestätigung und nach Ihrem Passwort.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>No update this time</source>
+        <translation>Diesmal keine Aktualisierung</translation>
+    </message>
+    <message>
+        <source>Updates</source>
+        <translation>Aktualisierungen</translation>
+    </message>
+</context>
+<context>
+    <name>Quillory::UpdateSettingsView</name>
+    <message>
+        <source>Automatically check for updates</source>
+        <translation>Automatisch nach Aktualisierungen suchen</translation>
+    </message>
+    <message>
+        <source>Checking for updates</source>
+        <translation>Suche nach Aktualisierungen</translation>
+    </message>
+    <message>
+        <source>Last checked %1 at %2</source>
+        <comment>a date and a time of day</comment>
+        <translation>Zuletzt gesucht am %1 um %2</translation>
+    </message>
+</context>
+<context>
     <name>ReaderTextView</name>
     <message>
         <source>Copying is disabled in Learning Mode</source>
@@ -1296,6 +1445,57 @@
     <message>
         <source>%1 is used by another program.</source>
         <translation>%1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+</context>
+<context>
+    <name>Updates</name>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>Updates are not looked for.</source>
+        <translation>Nach Aktualisierungen wird nicht gesucht.</translation>
+    </message>
+    <message>
+        <source>Quillory could not look for updates. %1</source>
+        <translation>Quillory konnte nicht nach Aktualisierungen suchen. %1</translation>
+    </message>
+    <message>
+        <source>The list of releases names an address that is not secure.</source>
+        <translation>Die Liste der Versionen nennt eine Adresse, die nicht sicher ist.</translation>
+    </message>
+    <message>
+        <source>The update could not be fetched. %1</source>
+        <translation>Die Aktualisierung konnte nicht geladen werden. %1</translation>
+    </message>
+    <message>
+        <source>No application takes the package. %1</source>
+        <translation>Keine Anwendung nimmt das Paket an. %1</translation>
+    </message>
+    <message>
+        <source>The package was handed to the application that opens it.</source>
+        <translation>Das Paket wurde der Anwendung übergeben, die es öffnet.</translation>
+    </message>
+    <message>
+        <source>The update was not installed. %1</source>
+        <translation>Die Aktualisierung wurde nicht installiert. %1</translation>
+    </message>
+    <message>
+        <source>Quillory %1 is installed. It runs after the next start.</source>
+        <translation>Quillory %1 ist installiert und läuft ab dem nächsten Start.</translation>
+    </message>
+    <message>
+        <source>Quillory %1 is the newest version.</source>
+        <translation>Quillory %1 ist die neueste Version.</translation>
+    </message>
+    <message>
+        <source>Closed: %1</source>
+        <translation>Geschlossen: %1</translation>
     </message>
 </context>
 <context>

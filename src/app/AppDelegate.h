@@ -36,7 +36,6 @@ public:
         MakePanelWindow makePanelWindow;
         StatusBar& statusBar;
         ApplicationInstance& instance;
-        QString version;
         QString applicationFile;
         std::function<void()> quit;
         std::function<QStringList()> howToCall; // one sentence for each shortcut, as it is stored now
@@ -67,6 +66,8 @@ public:
 
 private:
     void bindPanel();
+    std::optional<MenuBarUpdates> menuBarUpdates();
+    std::function<QWidget*(QWidget* parent)> updatesRows();
     void serve(ApplicationInstance::Request const& request);
 
     Services m_services;

@@ -162,7 +162,6 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
         .statusBar = tray,
         .instance = instance,
-        .version = QStringLiteral(QUILLORY_VERSION),
         .applicationFile = QCoreApplication::applicationFilePath(),
         .quit = [] { QCoreApplication::exit(); },
         .howToCall = [&] { return howToCall(shortcuts, desktop.keyboardLayout()); },

@@ -64,7 +64,7 @@ struct SettingsOnFakes {
             .fileOpener = services.fileOpener,
             .permission = permission,
             .desktopSettings = desktopSettings,
-            .version = QStringLiteral("1.2"),
+            .versionText = QStringLiteral("Version 1.2"),
             .applicationFile = QStringLiteral("/usr/bin/quillory"),
             .readerFrame = [this] { return readerFrame; } };
     }
