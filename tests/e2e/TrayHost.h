@@ -25,6 +25,9 @@ public:
     TrayHost(TrayHost const&) = delete;
     TrayHost& operator=(TrayHost const&) = delete;
 
+    // Of items that may have gone since.
+    qsizetype registrations() const { return m_items.size(); }
+
     // The names of the items that are registered and still there, in order.
     QStringList names() const
     {

@@ -138,7 +138,7 @@ TEST_F(TrayTest, A_thousand_pins_leave_the_program_room)
     pin(sheets);
     TrayHost host;
     start();
-    ASSERT_TRUE(Desktop::eventually([&] { return host.names().size() == 128; }));
+    ASSERT_TRUE(Desktop::eventually([&] { return host.registrations() == 128; }));
     EXPECT_TRUE(comesUp());
     auto const many = connections();
     for (auto const& sheet : sheets)

@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 #include <QCursor>
 #include <QDBusConnectionInterface>
-#include <QElapsedTimer>
 #include <QEvent>
 
 #include <algorithm>
@@ -23,8 +22,8 @@ namespace {
 // very moment in which it begins to listen (seen with waybar at one start of five).
 constexpr std::chrono::milliseconds settling { 500 };
 
-// Each connection takes about a millisecond: the event loop goes on in between.
-constexpr std::chrono::milliseconds slice { 4 };
+// Between one registration and the next: xfce4-panel leaves out some of those that come at once (at two starts of seven).
+constexpr std::chrono::milliseconds pace { 50 };
 
 // The share of the process's open files that icons may take.
 constexpr rlim_t filesForIcons = 4;
@@ -82,13 +81,10 @@ TrayBar::TrayBar(QDBusConnection const& sessionBus, Operations operations)
 {
     m_turn.setSingleShot(true);
     connect(&m_turn, &QTimer::timeout, this, &TrayBar::fill);
-    m_settling.setSingleShot(true);
-    connect(&m_settling, &QTimer::timeout, this, &TrayBar::fill);
     connect(&m_watchers, &QDBusServiceWatcher::serviceOwnerChanged, this,
         [this](QString const&, QString const&, QString const& owner) { watcherChanged(owner); });
     m_hasWatcher = m_bus.isConnected() && m_bus.interface()->isServiceRegistered(NotifierIcon::watcher());
-    m_tray = trayOfDesktop();
-    settle();
+    enter(trayOfDesktop());
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -126,43 +122,35 @@ void TrayBar::enter(Tray tray)
         item->icon.reset();
     m_tray = tray;
     m_turn.stop();
-    settle();
+    if (m_tray == Tray::notifier)
+        m_turn.start(settling);
     fillLater();
 }
 
-void TrayBar::settle()
-{
-    m_settling.stop();
-    if (m_tray == Tray::notifier)
-        m_settling.start(settling);
-}
-
+// In the next turn, unless the tray still needs its time.
 void TrayBar::fillLater()
 {
-    if (m_tray != Tray::none && !m_settling.isActive())
+    if (m_tray != Tray::none && !m_turn.isActive())
         m_turn.start(0);
 }
 
+// One at a time, so that the event loop goes on.
 void TrayBar::fill()
 {
-    QElapsedTimer time;
-    time.start();
-    auto icons = static_cast<std::size_t>(
+    auto const icons = static_cast<std::size_t>(
         std::ranges::count_if(m_items, [](auto const* item) { return !!item->icon; }));
-    for (auto* const item : m_items) {
-        if (item->icon || item->look.autosaveName.isEmpty())
-            continue;
-        if (time.hasExpired(slice.count()))
-            return fillLater();
-        if (icons == m_mostIcons || !give(*item)) {
-            if (!std::exchange(m_isFull, true))
-                m_operations.log(
-                    tr("The tray takes %1 items at most. Other pinned sheets don't show there.").arg(icons));
-            return;
-        }
-        ++icons;
+    auto const waiting = std::ranges::find_if(
+        m_items, [](auto const* item) { return !item->icon && !item->look.autosaveName.isEmpty(); });
+    if (waiting == m_items.end()) {
+        m_isFull = false;
+        return;
     }
-    m_isFull = false;
+    if (icons < m_mostIcons && give(**waiting)) {
+        m_turn.start(m_tray == Tray::notifier ? pace : std::chrono::milliseconds::zero());
+        return;
+    }
+    if (!std::exchange(m_isFull, true))
+        m_operations.log(tr("The tray takes %1 items at most. Other pinned sheets don't show there.").arg(icons));
 }
 
 bool TrayBar::give(Item& item)

@@ -54,7 +54,6 @@ private:
     Tray trayOfDesktop() const;
     void watcherChanged(QString const& owner);
     void enter(Tray tray);
-    void settle();
     void fillLater();
     void fill();
     bool give(Item& item);
@@ -71,7 +70,6 @@ private:
     std::vector<Item*> m_items; // in the order in which they were made
     std::size_t m_mostIcons;
     bool m_isFull = false; // and the user was told
-    QTimer m_settling;
     QTimer m_turn;
     TrayMenu m_menu;
 };
