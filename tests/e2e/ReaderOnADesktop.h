@@ -55,6 +55,20 @@ protected:
         return isAwayAndFrontIs(window);
     }
 
+    // By the button for it, which stands somewhere below the middle of the reading side while there is no folder.
+    bool opensFileDialog(DesktopView::Reader const& panel)
+    {
+        auto const area = panel.readingArea();
+        int below = 0;
+        return Desktop::eventually([&] {
+            constexpr int step = 8, reach = 120;
+            below = (below + step) % reach;
+            desktop.click({ area.center().x(), area.center().y() + below });
+            auto const front = desktop.frontWindow();
+            return front != XCB_NONE && front != panel.window;
+        });
+    }
+
     // By the window's title, to which the toolkit adds the program's name.
     AssertionResult shows(QString const& title)
     {

@@ -92,14 +92,7 @@ TEST_F(TrayTest, While_a_file_panel_is_open_there_is_no_menu)
     start();
     ASSERT_TRUE(isUp());
     auto const panel = desktop.reader().value();
-    auto const area = panel.readingArea();
-    int below = 0;
-    ASSERT_TRUE(Desktop::eventually([&] {
-        constexpr int step = 8, reach = 120;
-        below = (below + step) % reach;
-        desktop.click({ area.center().x(), area.center().y() + below });
-        return desktop.frontWindow() != XCB_NONE && desktop.frontWindow() != panel.window;
-    })) << "no dialog came to the front";
+    ASSERT_TRUE(opensFileDialog(panel));
     ASSERT_TRUE(host.eventuallyHas({ main }));
     EXPECT_THAT(host.openMenu(main), IsEmpty());
     host.click(main);
@@ -146,6 +139,13 @@ TEST_F(TrayTest, A_thousand_pins_leave_the_program_room)
         program.remove(sheet);
     EXPECT_TRUE(host.eventuallyHas({ main }));
     EXPECT_TRUE(Desktop::eventually([&] { return connections() <= many - 127; }));
+}
+
+TEST_F(TrayTest, A_start_without_a_tray_says_how_the_reader_is_called)
+{
+    program.store({ { u"KeyboardShortcuts_toggleQuillory"_s, toggle.encoded() } });
+    EXPECT_EQ(program.startAgain(), 0);
+    EXPECT_THAT(program.said(), HasSubstr("Press Ctrl+Alt+K to call"));
 }
 
 TEST_F(TrayTest, Without_a_session_bus_the_program_works)
