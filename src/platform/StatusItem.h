@@ -10,7 +10,7 @@ namespace Quillory {
 // An item of the status bar, from the first `show` to its end. Main thread only.
 class StatusItem {
 public:
-    // Whom the item tells of its user. Each of them may end the item.
+    // Whom the item tells of its user. Each of them may end the item: the bar calls a copy.
     struct Target {
         std::function<void()> clicked; // with the left button
         // The menu for one click with the right button; a bar that draws it may also ask when nobody has clicked. Empty

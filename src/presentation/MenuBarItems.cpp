@@ -123,8 +123,7 @@ StatusItemLook MenuBarItems::lookOfPin(Sheet const& sheet) const
         .accessibilityLabel = open };
 }
 
-// The id is the callee's own: what follows may end the item, and with it whatever the item holds.
-void MenuBarItems::pinClicked(QString id)
+void MenuBarItems::pinClicked(QString const& id)
 {
     if (isPickerOnScreen() || !findSheet(m_store.sheets, id))
         return;
@@ -140,7 +139,7 @@ StatusMenu MenuBarItems::pinMenu(QString const& id) const
     return { { .number = unpinRow, .title = tr("Unpin %1").arg(oneLine(sheet->title)), .key = {} } };
 }
 
-void MenuBarItems::unpin(QString id)
+void MenuBarItems::unpin(QString const& id)
 {
     m_store.togglePin(id);
 }

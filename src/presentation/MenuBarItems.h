@@ -48,9 +48,9 @@ private:
     void chooseInMainMenu(int number);
     std::unique_ptr<StatusItem> makePin(QString const& id);
     StatusItemLook lookOfPin(Sheet const& sheet) const;
-    void pinClicked(QString id);
+    void pinClicked(QString const& id);
     StatusMenu pinMenu(QString const& id) const;
-    void unpin(QString id);
+    void unpin(QString const& id);
 
     LibraryStore& m_store;
     StatusBar& m_bar;

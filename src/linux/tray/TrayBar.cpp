@@ -72,9 +72,9 @@ private:
     TrayBar& m_bar;
 };
 
-TrayBar::TrayBar(QDBusConnection const& sessionBus, Operations operations)
+TrayBar::TrayBar(QDBusConnection sessionBus, Operations operations)
     : m_operations(std::move(operations))
-    , m_bus(sessionBus)
+    , m_bus(std::move(sessionBus))
     , m_watchers(NotifierIcon::watcher(), m_bus, QDBusServiceWatcher::WatchForOwnerChange)
     , m_style(StatusFace::Style::ofDesktop())
     , m_mostIcons(bounded(mostIcons))

@@ -24,7 +24,7 @@ class TrayBar final : public QObject, public StatusBar {
     Q_OBJECT
 public:
     struct Operations {
-        // Whether there is a tray that takes windows; `trayChanged` is to be called whenever that changes.
+        // Whether a tray takes windows; `trayChanged` is to be called whenever that changes.
         std::function<bool()> hasEmbeddingTray;
         // The user has clicked, or chosen, at that server time; absent for now. Called before the item's target.
         std::function<void(std::optional<std::uint32_t>)> noteUserTime;
@@ -34,14 +34,14 @@ public:
     // Each costs a connection or a window. No panel has room for more, and neither bus nor process should run out.
     static constexpr std::size_t mostIcons = 128;
 
-    TrayBar(QDBusConnection const& sessionBus, Operations operations);
+    TrayBar(QDBusConnection sessionBus, Operations operations);
     ~TrayBar() override;
     TrayBar(TrayBar const&) = delete;
     TrayBar& operator=(TrayBar const&) = delete;
 
     std::unique_ptr<StatusItem> statusItem(StatusItem::Target target) override;
 
-    // Whether items can be seen.
+    // Whether there is a tray.
     bool isPresent() const { return m_tray != Tray::none; }
     void trayChanged();
 
