@@ -1,22 +1,35 @@
 #include "Updates.h"
 
+#include "linux/fetch/FetchProcesses.h"
 #include "linux/freedesktop/BusApplicationInstance.h"
 #include "linux/freedesktop/PackageKitInstaller.h"
-#include "linux/network/HttpDownloads.h"
 #include "updates/updater/FeedUpdater.h"
 #include "updates/views/UpdateDialog.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDateTime>
+#include <QDir>
 #include <QStandardPaths>
 
 // In a build with a feed.
 namespace Quillory {
 
+namespace {
+
+// Installed or built, it lies beside the program's folder.
+QString fetchProgram()
+{
+    return QDir::cleanPath(
+        QCoreApplication::applicationDirPath() + QStringLiteral("/../libexec/quillory/quillory-fetch"));
+}
+
+}
+
 struct Updates::Parts {
     explicit Parts(Services const& given)
         : services(given)
-        , downloads(given.executor)
+        , downloads(given.executor, fetchProgram())
         , installer(QDBusConnection::sessionBus(), BusApplicationInstance::name() + QStringLiteral(".desktop"))
         , dialog(given.workspace, given.announcements)
     {
@@ -36,7 +49,7 @@ struct Updates::Parts {
     }
 
     Services services;
-    HttpDownloads downloads;
+    FetchProcesses downloads;
     PackageKitInstaller installer;
     UpdateDialog dialog;
 };
