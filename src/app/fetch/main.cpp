@@ -56,6 +56,11 @@ void sendEnd(std::expected<void, Downloads::Fault> const& result)
     QCoreApplication::quit();
 }
 
+std::chrono::milliseconds milliseconds(char const* argument)
+{
+    return std::chrono::milliseconds(QByteArray(argument).toLongLong());
+}
+
 }
 
 int main(int argc, char* argv[])
@@ -66,11 +71,8 @@ int main(int argc, char* argv[])
     QCoreApplication const application(argc, argv);
     QtExecutor executor;
     HttpDownloads downloads(executor);
-    auto const milliseconds = [&](int place) {
-        return std::chrono::milliseconds(QByteArray(argv[place]).toLongLong());
-    };
-    auto const download = downloads.start(
-        { QUrl::fromEncoded(argv[1]), isAllowed, QByteArray(argv[2]).toLongLong(), milliseconds(3), milliseconds(4) },
-        sendBytes, sendEnd);
+    Downloads::Request const request { QUrl::fromEncoded(argv[1]), isAllowed, QByteArray(argv[2]).toLongLong(),
+        milliseconds(argv[3]), milliseconds(argv[4]) };
+    auto const download = downloads.start(request, sendBytes, sendEnd);
     return QCoreApplication::exec();
 }

@@ -14,8 +14,8 @@ namespace {
 constexpr int hashBytes = 64;
 constexpr qsizetype lineCount = 4;
 
-constexpr char untrustedMark[] = "untrusted comment: ";
-constexpr char trustedMark[] = "trusted comment: ";
+constexpr QByteArrayView untrustedMark = "untrusted comment: ";
+constexpr QByteArrayView trustedMark = "trusted comment: ";
 
 unsigned char const* bytesOf(QByteArray const& bytes)
 {
@@ -64,7 +64,7 @@ std::optional<MinisignSignature> MinisignSignature::fromText(QByteArray const& t
         return std::nullopt;
     return MinisignSignature { .keyId = first->sliced(2, MinisignKey::idBytes),
         .signature = first->sliced(head),
-        .trustedComment = lines[2].sliced(sizeof trustedMark - 1),
+        .trustedComment = lines[2].sliced(trustedMark.size()),
         .globalSignature = *global };
 }
 
