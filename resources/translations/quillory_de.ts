@@ -713,6 +713,22 @@
         <source>The reader opens in a floating window and remembers its size and position. Peek keeps it visible while held and hides it on release, even if it was already open.</source>
         <translation>Der Leser öffnet sich in einem schwebenden Fenster und merkt sich Größe und Ort. Kurz ansehen zeigt ihn, solange gehalten wird, und verbirgt ihn beim Loslassen, auch wenn er schon offen war.</translation>
     </message>
+    <message>
+        <source>Symbols</source>
+        <translation>Zeichen</translation>
+    </message>
+    <message>
+        <source>Words, such as Ctrl+Alt+Esc</source>
+        <translation>Wörter, etwa Ctrl+Alt+Esc</translation>
+    </message>
+    <message>
+        <source>Key names:</source>
+        <translation>Tastennamen:</translation>
+    </message>
+    <message>
+        <source>How structured sheets show, copy and speak keys. Search finds both.</source>
+        <translation>Wie strukturierte Blätter Tasten zeigen, kopieren und sprechen. Die Suche findet beides.</translation>
+    </message>
 </context>
 <context>
     <name>Quillory::ReaderTextView</name>

@@ -46,8 +46,9 @@ private:
         add(entry.title);
         add(entry.text.value_or(QString()));
         for (auto const& shortcut : entry.shortcuts) {
-            add(ShortcutText::shown(shortcut));
-            add(ShortcutText::spoken(shortcut));
+            add(ShortcutText::shown(shortcut, KeyNames::symbols));
+            add(ShortcutText::shown(shortcut, KeyNames::words));
+            add(ShortcutText::spoken(shortcut, KeyNames::symbols));
         }
     }
 

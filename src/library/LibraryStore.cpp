@@ -57,6 +57,7 @@ LibraryStore::LibraryStore(Services services, RestoreFolder restore)
     learningModeEnabled.setValue(m_preferences.learningModeEnabled());
     selectedID.setValue(m_preferences.lastSheet());
     textSize.setValue(m_preferences.textSize());
+    keyNames.setValue(m_preferences.keyNames());
     if (restore == RestoreFolder::yes)
         restoreFolder();
     m_troubleObservation = services.defaults.observeTrouble([this](auto const& trouble) { sayTrouble(trouble); });
@@ -312,6 +313,12 @@ void LibraryStore::setTextSize(double size)
 {
     textSize.setValue(size);
     m_preferences.setTextSize(size);
+}
+
+void LibraryStore::setKeyNames(KeyNames names)
+{
+    m_preferences.setKeyNames(names);
+    keyNames.setValue(names);
 }
 
 void LibraryStore::togglePin(QString const& id)

@@ -129,6 +129,7 @@ public:
     void setLearningModeEnabled(bool isEnabled);
     void setModifierGesture(ModifierGesture gesture);
     void setTextSize(double size); // points
+    void setKeyNames(KeyNames names);
 
     // Pins a loaded sheet of this folder, or takes its pin away.
     void togglePin(QString const& id);
@@ -170,6 +171,7 @@ public:
     StoreProperty<bool> learningModeEnabled { false };
     StoreProperty<ModifierGesture> modifierGesture { ModifierGesture::off };
     StoreProperty<double> textSize { Preferences::defaultTextSize };
+    StoreProperty<KeyNames> keyNames { KeyNames::symbols }; // in structured sheets
     StoreProperty<bool, PresentationCoordinator> gesturePermissionGranted { false };
     StoreProperty<ModifierFlags, PresentationCoordinator> peekModifiers { ModifierFlags::none }; // of the running peek
 

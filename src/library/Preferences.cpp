@@ -15,6 +15,8 @@ QString const lastSheetKey = QStringLiteral("lastSheet");
 QString const learningModeKey = QStringLiteral("learningModeEnabled");
 QString const modifierGestureKey = QStringLiteral("modifierGesture");
 QString const textSizeKey = QStringLiteral("textSize");
+QString const keyNamesKey = QStringLiteral("keyNames");
+QString const words = QStringLiteral("words"); // anything else stands for symbols
 QString const pinnedSheetsKey = QStringLiteral("pinnedSheets"); // an object: the path of a folder to its list of ids
 
 std::optional<QStringList> listOfTexts(QJsonValue const& value)
@@ -99,6 +101,16 @@ double Preferences::textSize() const
 void Preferences::setTextSize(double size)
 {
     m_defaults.setValue(textSizeKey, size);
+}
+
+KeyNames Preferences::keyNames() const
+{
+    return m_defaults.get<QString>(keyNamesKey) == words ? KeyNames::words : KeyNames::symbols;
+}
+
+void Preferences::setKeyNames(KeyNames names)
+{
+    m_defaults.setValue(keyNamesKey, names == KeyNames::words ? words : QStringLiteral("symbols"));
 }
 
 QStringList Preferences::pins(QString const& folder) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "input/ModifierGesture.h"
+#include "library/KeyNames.h"
 #include "platform/UserDefaults.h"
 
 #include <QString>
@@ -34,6 +35,9 @@ public:
     // Within the range above; any size can be stored.
     double textSize() const;
     void setTextSize(double size);
+
+    KeyNames keyNames() const;
+    void setKeyNames(KeyNames names);
 
     // The ids of the sheets that are pinned in `folder`, in pin order. Storing keeps those of all other folders.
     QStringList pins(QString const& folder) const;

@@ -13,30 +13,36 @@ namespace {
 using Modifier = ShortcutText::Modifier;
 
 constexpr std::array<Modifier, 5> modifierTable { {
-    { u"function", u"fn" },
-    { u"control", u"⌃" },
-    { u"option", u"⌥" },
-    { u"shift", u"⇧" },
-    { u"command", u"⌘" },
+    { u"function", u"fn", u"Fn" },
+    { u"control", u"⌃", u"Ctrl" },
+    { u"option", u"⌥", u"Alt" },
+    { u"shift", u"⇧", u"Shift" },
+    { u"command", u"⌘", u"Super" },
 } };
 
-constexpr std::array<std::pair<QStringView, QStringView>, 16> keyTable { {
-    { u"return", u"↩" },
-    { u"enter", u"⌤" },
-    { u"tab", u"⇥" },
-    { u"escape", u"⎋" },
-    { u"space", u"Space" },
-    { u"delete", u"⌫" },
-    { u"forwardDelete", u"⌦" },
-    { u"capsLock", u"⇪" },
-    { u"arrowLeft", u"←" },
-    { u"arrowRight", u"→" },
-    { u"arrowUp", u"↑" },
-    { u"arrowDown", u"↓" },
-    { u"home", u"↖" },
-    { u"end", u"↘" },
-    { u"pageUp", u"⇞" },
-    { u"pageDown", u"⇟" },
+struct Key {
+    QStringView name;
+    QStringView symbol;
+    QStringView word;
+};
+
+constexpr std::array<Key, 16> keyTable { {
+    { u"return", u"↩", u"Enter" },
+    { u"enter", u"⌤", u"Num Enter" },
+    { u"tab", u"⇥", u"Tab" },
+    { u"escape", u"⎋", u"Esc" },
+    { u"space", u"Space", u"Space" },
+    { u"delete", u"⌫", u"Backspace" },
+    { u"forwardDelete", u"⌦", u"Del" },
+    { u"capsLock", u"⇪", u"Caps Lock" },
+    { u"arrowLeft", u"←", u"Left" },
+    { u"arrowRight", u"→", u"Right" },
+    { u"arrowUp", u"↑", u"Up" },
+    { u"arrowDown", u"↓", u"Down" },
+    { u"home", u"↖", u"Home" },
+    { u"end", u"↘", u"End" },
+    { u"pageUp", u"⇞", u"PgUp" },
+    { u"pageDown", u"⇟", u"PgDn" },
 } };
 
 constexpr qsizetype usualStep = 24; // characters, as spoken
@@ -80,27 +86,43 @@ ShortcutText::ModifierSet ShortcutText::modifiersOf(ShortcutSheet::Step const& s
     return held;
 }
 
-QString ShortcutText::keyText(QString const& key)
+QString ShortcutText::keyText(QString const& key, KeyNames names)
 {
-    auto const named = std::ranges::find(keyTable, QStringView(key), &decltype(keyTable)::value_type::first);
-    return named == keyTable.end() ? key.toUpper() : named->second.toString();
+    auto const named = std::ranges::find(keyTable, QStringView(key), &Key::name);
+    if (named == keyTable.end())
+        return key.toUpper();
+    return (names == KeyNames::symbols ? named->symbol : named->word).toString();
 }
 
-QString ShortcutText::shown(ShortcutSheet::Shortcut const& shortcut)
+QString ShortcutText::shown(ShortcutSheet::Shortcut const& shortcut, KeyNames names)
 {
     struct {
-        void operator()(QString& text, Modifier const& modifier) const { text += modifier.symbol; }
-        void operator()(QString& text, QString const& key) const { text += keyText(key); }
-    } appendStep;
+        KeyNames names;
+        void operator()(QString& text, Modifier const& modifier) const
+        {
+            if (names == KeyNames::symbols)
+                text += modifier.symbol;
+            else
+                (text += modifier.word) += wordJoint;
+        }
+        void operator()(QString& text, QString const& key) const { text += keyText(key, names); }
+    } const appendStep { names };
     return joined(shortcut, u" → ", appendStep);
 }
 
-QString ShortcutText::spoken(ShortcutSheet::Shortcut const& shortcut)
+QString ShortcutText::spoken(ShortcutSheet::Shortcut const& shortcut, KeyNames names)
 {
     struct {
-        void operator()(QString& text, Modifier const& modifier) const { (text += modifier.name) += u' '; }
-        void operator()(QString& text, QString const& key) const { text += key; }
-    } appendStep;
+        KeyNames names;
+        void operator()(QString& text, Modifier const& modifier) const
+        {
+            (text += names == KeyNames::symbols ? modifier.name : modifier.word) += u' ';
+        }
+        void operator()(QString& text, QString const& key) const
+        {
+            text += names == KeyNames::symbols ? key : keyText(key, names);
+        }
+    } const appendStep { names };
     return joined(shortcut, u", then ", appendStep);
 }
 

@@ -15,6 +15,7 @@ struct DocumentKey {
     QString source;
     QList<std::pair<QString, quint64>> images; // reference and fingerprint, in the order of the references
     double textSize = 0;
+    KeyNames keyNames = KeyNames::symbols; // of a structured sheet
     Interpretation interpretation = Interpretation::complete;
 
     bool operator==(DocumentKey const&) const = default;

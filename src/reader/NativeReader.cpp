@@ -113,7 +113,8 @@ bool NativeReader::isChangeRendered(Sheet const& sheet, DocumentKey const& key)
 
 DocumentKey NativeReader::keyOf(Sheet const& sheet) const
 {
-    DocumentKey key { sheet.id, sheet.source, {}, m_store.textSize, sheet.interpretation };
+    DocumentKey key { sheet.id, sheet.source, {}, m_store.textSize,
+        sheet.shortcuts ? m_store.keyNames.value() : KeyNames::symbols, sheet.interpretation };
     for (auto const& [reference, image] : sheet.images.asKeyValueRange())
         key.images.append({ reference, image.fingerprint });
     return key;
@@ -156,7 +157,7 @@ NativeReader::Made NativeReader::documentFor(Sheet const& sheet, DocumentKey con
     }
     double const textSize = m_store.textSize;
     if (sheet.shortcuts) {
-        ReaderDocument::Shortcuts shortcuts { *sheet.shortcuts, sheet.images, textSize };
+        ReaderDocument::Shortcuts shortcuts { *sheet.shortcuts, sheet.images, textSize, m_store.keyNames };
         auto const& view = textView();
         return { std::make_unique<ReaderDocument>(std::move(shortcuts), view.textWidth(), fonts, view.colors()) };
     }

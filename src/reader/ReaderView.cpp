@@ -120,9 +120,9 @@ void ReaderView::observeStore()
         (m_observations.push_back(properties.addNotifier([this] { refreshLater(); })), ...);
     };
     follow(m_store.sheets, m_store.selectedID, m_store.libraryQuery, m_store.libraryResults, m_store.folder,
-        m_store.message, m_store.busy, m_store.textSize, m_store.learningModeEnabled, m_store.peekModifiers,
-        m_store.pinnedIDs, m_store.filePanel, m_store.findVisible, m_store.findQuery, m_store.findRequest,
-        m_store.findStatus);
+        m_store.message, m_store.busy, m_store.textSize, m_store.keyNames, m_store.learningModeEnabled,
+        m_store.peekModifiers, m_store.pinnedIDs, m_store.filePanel, m_store.findVisible, m_store.findQuery,
+        m_store.findRequest, m_store.findStatus);
 }
 
 void ReaderView::startAfresh()

@@ -41,8 +41,9 @@ constexpr std::array modifierColors { ColorRole::functionKey, ColorRole::control
 }
 
 PreparedShortcuts::PreparedShortcuts(
-    ShortcutSheet const& sheet, Images const& images, double textSize, TextMeasure const& measure)
+    ShortcutSheet const& sheet, Images const& images, double textSize, TextMeasure const& measure, KeyNames keyNames)
     : m_textSize(textSize)
+    , m_keyNames(keyNames)
     , m_description(sheet.description.value_or(QString()))
     , m_extents(SectionExtent::ofAll(sheet))
 {
@@ -77,6 +78,7 @@ void PreparedShortcuts::makeLooks(TextMeasure const& measure)
     };
     m_looks[keyLook] = glyphs(ColorRole::plainKey, 0);
     auto const gap = std::max(m_textSize * modifierGap, narrowestModifierGap);
+    m_looks[jointLook] = glyphs(ColorRole::secondaryLabel, 0);
     for (std::size_t index = 0; index < modifierColors.size(); ++index) {
         m_looks[firstModifierLook + 2 * index] = glyphs(modifierColors[index], 0);
         m_looks[firstModifierLook + 2 * index + 1] = glyphs(modifierColors[index], gap);
@@ -108,7 +110,7 @@ PreparedShortcuts::Entry PreparedShortcuts::prepared(ShortcutSheet::Entry const&
             append(prepared, step, measure);
         }
         prepared.targets.push_back({ location, prepared.shortcuts.size() - location });
-        m_labels.append(entry.title + u", "_s + ShortcutText::spoken(shortcut));
+        m_labels.append(entry.title + u", "_s + ShortcutText::spoken(shortcut, m_keyNames));
     }
     prepared.oneLineWidth += width(entry.title) + gapBeforeShortcuts;
     return prepared;
@@ -118,15 +120,26 @@ void PreparedShortcuts::append(Entry& entry, ShortcutSheet::Step const& step, Te
 {
     auto const held = ShortcutText::modifiersOf(step);
     for (std::size_t index = 0; index < held.size(); ++index) {
-        if (!held[index])
-            continue;
-        auto const symbol = ShortcutText::modifiers()[index].symbol;
-        auto const look = firstModifierLook + 2 * index;
-        append(entry, symbol.chopped(1), look, 0); // its letters are measured together
-        append(entry, symbol.last(1), look + 1, measure.width(symbol, m_looks[look].font) + m_looks[look + 1].kern);
+        if (held[index])
+            appendModifier(entry, index, measure);
     }
-    auto const key = ShortcutText::keyText(step.key);
+    auto const key = ShortcutText::keyText(step.key, m_keyNames);
     append(entry, key, keyLook, measure.width(key, m_looks[keyLook].font));
+}
+
+void PreparedShortcuts::appendModifier(Entry& entry, std::size_t index, TextMeasure const& measure) const
+{
+    auto const& modifier = ShortcutText::modifiers()[index];
+    auto const look = firstModifierLook + 2 * index;
+    auto const width = [&](QStringView text, std::size_t of) { return measure.width(text, m_looks[of].font); };
+    if (m_keyNames == KeyNames::words) {
+        append(entry, modifier.word, look, width(modifier.word, look));
+        append(entry, ShortcutText::wordJoint, jointLook, width(ShortcutText::wordJoint, jointLook));
+        return;
+    }
+    auto const symbol = modifier.symbol;
+    append(entry, symbol.chopped(1), look, 0); // its letters are measured together
+    append(entry, symbol.last(1), look + 1, width(symbol, look) + m_looks[look + 1].kern);
 }
 
 void PreparedShortcuts::append(Entry& entry, QStringView text, std::size_t look, double width)

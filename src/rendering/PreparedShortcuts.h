@@ -1,5 +1,6 @@
 #pragma once
 
+#include "library/KeyNames.h"
 #include "library/PreparedImage.h"
 #include "library/ShortcutSheet.h"
 #include "rendering/RenderedMarkdown.h"
@@ -23,7 +24,8 @@ public:
     using Images = QMap<QString, PreparedImage>; // by the icon as written
 
     // `textSize` is the reader's, in points. `measure` is asked here alone.
-    PreparedShortcuts(ShortcutSheet const& sheet, Images const& images, double textSize, TextMeasure const& measure);
+    PreparedShortcuts(ShortcutSheet const& sheet, Images const& images, double textSize, TextMeasure const& measure,
+        KeyNames keyNames = KeyNames::symbols);
 
     // `width` is what the text has, in points.
     RenderedMarkdown render(double width) const;
@@ -40,6 +42,7 @@ private:
         descriptionLook,
         iconGapLook,
         keyLook,
+        jointLook, // between keys that are named by words
         firstModifierLook
     };
 
@@ -67,8 +70,10 @@ private:
     Entry prepared(ShortcutSheet::Entry const& entry, TextMeasure const& measure);
     static void append(Entry& entry, QStringView text, std::size_t look, double width);
     void append(Entry& entry, ShortcutSheet::Step const& step, TextMeasure const& measure) const;
+    void appendModifier(Entry& entry, std::size_t index, TextMeasure const& measure) const;
 
     double m_textSize;
+    KeyNames m_keyNames;
     std::vector<TextAttributes> m_looks;
     QString m_description;
     std::vector<Section> m_sections;

@@ -9,7 +9,7 @@ namespace Quillory::ShortcutRenderer {
 using Images = PreparedShortcuts::Images;
 
 // `width` is what the text has, `textSize` the reader's; both in points. The sheet's title is not drawn.
-RenderedMarkdown render(
-    ShortcutSheet const& sheet, Images const& images, double width, double textSize, TextMeasure const& measure);
+RenderedMarkdown render(ShortcutSheet const& sheet, Images const& images, double width, double textSize,
+    TextMeasure const& measure, KeyNames keyNames = KeyNames::symbols);
 
 }

@@ -4,6 +4,7 @@
 #include "reader/Panes.h"
 #include "settings/WheelGuard.h"
 
+#include <QComboBox>
 #include <QLabel>
 #include <QSignalBlocker>
 #include <QSlider>
@@ -14,6 +15,7 @@ ReaderSection::ReaderSection(LibraryStore& store, QWidget* parent)
     : SettingsSection(tr("Reader"), parent)
     , m_learningMode(new CheckRow(tr("Learning Mode"), card()))
     , m_textSize(new QSlider(Qt::Horizontal, card()))
+    , m_keyNames(new QComboBox(card()))
 {
     m_learningMode->setObjectName(QStringLiteral("learningModeToggle"));
     addRow(m_learningMode);
@@ -29,8 +31,22 @@ ReaderSection::ReaderSection(LibraryStore& store, QWidget* parent)
     addText(tr("The reader opens in a floating window and remembers its size and position. Peek keeps it visible while "
                "held and hides it on release, even if it was already open."),
         Look::secondary);
+    addKeyNames(store);
     connect(m_learningMode, &CheckRow::toggled, this, [&store](bool isOn) { store.setLearningModeEnabled(isOn); });
     connect(m_textSize, &QSlider::valueChanged, this, [&store](int size) { store.setTextSize(size); });
+}
+
+void ReaderSection::addKeyNames(LibraryStore& store)
+{
+    m_keyNames->setObjectName(QStringLiteral("keyNames"));
+    m_keyNames->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    m_keyNames->addItem(tr("Symbols"));
+    m_keyNames->addItem(tr("Words, such as Ctrl+Alt+Esc"));
+    new WheelGuard(*m_keyNames);
+    addRow(tr("Key names:"), m_keyNames);
+    addText(tr("How structured sheets show, copy and speak keys. Search finds both."), Look::secondary);
+    connect(m_keyNames, &QComboBox::activated, this,
+        [&store](int index) { store.setKeyNames(index == 0 ? KeyNames::symbols : KeyNames::words); });
 }
 
 void ReaderSection::refresh(SettingsState const& state)
@@ -40,6 +56,7 @@ void ReaderSection::refresh(SettingsState const& state)
     QSignalBlocker const silent(m_textSize); // a stored size need not be a whole one
     m_textSize->setValue(qRound(state.textSize));
     m_textSizeLabel->setText(state.textSizeLabel());
+    m_keyNames->setCurrentIndex(state.keyNames == KeyNames::symbols ? 0 : 1);
 }
 
 }

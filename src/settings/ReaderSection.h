@@ -3,6 +3,7 @@
 #include "settings/SettingsSection.h"
 #include "settings/SettingsState.h"
 
+class QComboBox;
 class QSlider;
 
 namespace Quillory {
@@ -19,9 +20,12 @@ public:
     void refresh(SettingsState const& state);
 
 private:
+    void addKeyNames(LibraryStore& store);
+
     CheckRow* m_learningMode;
     QSlider* m_textSize;
     QLabel* m_textSizeLabel;
+    QComboBox* m_keyNames;
 };
 
 }

@@ -53,6 +53,7 @@ SettingsState SettingsState::of(LibraryStore const& store, KeyboardShortcuts con
         state.pins.append({ pin, titleOf(pin, store.sheets) });
     state.learningModeEnabled = store.learningModeEnabled;
     state.textSize = store.textSize;
+    state.keyNames = store.keyNames;
     return state;
 }
 

@@ -28,6 +28,7 @@ public:
     QList<Pin> pins;
     bool learningModeEnabled = false;
     double textSize = 0;
+    KeyNames keyNames = KeyNames::symbols;
 
     static SettingsState of(LibraryStore const& store, KeyboardShortcuts const& shortcuts);
 

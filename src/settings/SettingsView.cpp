@@ -54,7 +54,7 @@ void SettingsView::observe()
         (m_observations.push_back(properties.addNotifier([this] { refreshLater(); })), ...);
     };
     follow(store.folder, store.filePanel, store.modifierGesture, store.gesturePermissionGranted, store.pinnedIDs,
-        store.sheets, store.learningModeEnabled, store.textSize);
+        store.sheets, store.learningModeEnabled, store.textSize, store.keyNames);
     m_shortcutChanges = m_services.notifications.observe(
         ShortcutStorage::shortcutByNameDidChange(), [this](auto const&) { refreshLater(); });
 }

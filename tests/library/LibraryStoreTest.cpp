@@ -77,11 +77,18 @@ TEST_F(LibraryStoreTest, Preferences_are_read_written_when_they_are_set_and_miss
         store->setTextSize(40);
         store->setLearningModeEnabled(false);
         store->setModifierGesture(ModifierGesture::option);
+        store->setKeyNames(KeyNames::words);
     }
     EXPECT_EQ(store->textSize.value(), 40);
     EXPECT_EQ(gestures, u"option option option option"_s.split(u' '));
     EXPECT_EQ(services.defaults.writes.join(u' '),
-        u"textSize learningModeEnabled modifierGesture textSize modifierGesture"_s);
+        u"textSize learningModeEnabled modifierGesture keyNames textSize modifierGesture keyNames"_s);
+    for (auto const& [stored, expected] :
+        { std::pair(u"words"_s, KeyNames::words), { u"runes"_s, KeyNames::symbols } }) {
+        services.defaults.setValue(u"keyNames"_s, stored);
+        start();
+        EXPECT_EQ(store->keyNames.value(), expected);
+    }
 }
 
 TEST_F(LibraryStoreTest, A_copy_says_so_for_a_while_and_only_when_it_took)

@@ -4,6 +4,8 @@
 #include "support/Dice.h"
 #include "tools/inspect/FixedTextMeasure.h"
 
+#include <QRegularExpression>
+
 #include <numeric>
 
 namespace Quillory {
@@ -36,6 +38,36 @@ TEST(ShortcutColumns, Sections_are_shared_out_by_what_is_left)
         EXPECT_EQ(QJsonArray::fromVariantList(counts), row[3].toArray());
         EXPECT_EQ(columns.contentWidth, row[4].toDouble());
     });
+}
+
+TEST(ShortcutRenderer, Words_for_keys_change_what_is_shown_copied_and_spoken_and_neither_order_nor_number)
+{
+    ShortcutSheet sheet;
+    ShortcutSheet::Entry entry { .title = u"Palette"_s };
+    entry.shortcuts = { { { { { u"command"_s, u"shift"_s }, u"p"_s }, { {}, u"escape"_s } } },
+        { { { { u"function"_s, u"option"_s, u"control"_s }, u"pageUp"_s } } }, { { { {}, u"f1"_s } } } };
+    sheet.sections = { { .title = u"Section"_s, .entries = { entry } } };
+    struct Case {
+        KeyNames names;
+        QStringList texts;
+        QStringList labels;
+    };
+    for (auto const& [names, texts, labels] : std::initializer_list<Case> {
+             { KeyNames::symbols, { u"⇧⌘P → ⎋"_s, u"fn⌃⌥⇞"_s, u"F1"_s },
+                 { u"shift command p, then escape"_s, u"function control option pageUp"_s, u"f1"_s } },
+             { KeyNames::words, { u"Shift+Super+P → Esc"_s, u"Fn+Ctrl+Alt+PgUp"_s, u"F1"_s },
+                 { u"Shift Super P, then Esc"_s, u"Fn Ctrl Alt PgUp"_s, u"F1"_s } },
+         }) {
+        auto const rendered = ShortcutRenderer::render(sheet, {}, 2000, 16, FixedTextMeasure(), names);
+        QStringList copied, spoken;
+        for (auto const& target : rendered.copyTargets) {
+            copied << target.text;
+            spoken << target.accessibilityLabel.value();
+            EXPECT_EQ(rendered.text.string().mid(target.range.location, target.range.length), target.text);
+        }
+        EXPECT_EQ(copied, texts);
+        EXPECT_EQ(spoken, QStringList(labels).replaceInStrings(QRegularExpression(u"^"_s), u"Palette, "_s));
+    }
 }
 
 TEST(ShortcutRenderer, Another_width_moves_sections_and_breaks_but_loses_none_and_changes_no_word)

@@ -137,6 +137,8 @@ TEST_F(SettingsWindowTest, Each_section_shows_what_holds_and_nothing_else)
     EXPECT_EQ(
         named(u"learningModeToggle"_s).accessibleDescription(), u"Turn off Learning Mode to copy commands again"_s);
     EXPECT_EQ(store.textSize, 20);
+    QTest::keyClick(&named<QComboBox>(u"keyNames"_s), Qt::Key_Down);
+    EXPECT_EQ(store.keyNames.value(), KeyNames::words);
     EXPECT_THAT(store.pinnedIDs.value(), ElementsAre(u"a.md"_s));
 }
 
@@ -210,7 +212,8 @@ TEST_F(SettingsWindowTest, Tab_reaches_every_control_once_and_starts_where_the_k
     } while (window.focusWidget() != first && names.size() < 20);
     EXPECT_THAT(names,
         ElementsAre(u"Choose or reconnect folder…"_s, u"Record shortcut: Toggle Quillory"_s,
-            u"Record shortcut: Hold to peek"_s, u"modifierPeekGesture"_s, u"learningModeToggle"_s, u"Text size"_s));
+            u"Record shortcut: Hold to peek"_s, u"modifierPeekGesture"_s, u"learningModeToggle"_s, u"Text size"_s,
+            u"keyNames"_s));
     named<QComboBox>(u"modifierPeekGesture"_s).setFocus();
     window.focusWidget()->clearFocus();
     QTest::keyClick(&window, Qt::Key_Tab);

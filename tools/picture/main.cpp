@@ -1,7 +1,7 @@
 // Draws a sheet as the reader shows it into a picture, or tells a picture's colours along a line, so that borders and
 // columns can be held against the numbers they should have.
 //
-//   quillory-picture SHEET PICTURE [--size 880x640] [--text-size 16] [--dark] [--at POINTS]
+//   quillory-picture SHEET PICTURE [--size 880x640] [--text-size 16] [--dark] [--key-words] [--at POINTS]
 //   quillory-picture --window FOLDER PICTURE [--step STEP]...     the whole window, after these steps (WindowPicture.h)
 //   quillory-picture --settings FOLDER PICTURE [--step STEP]...   the settings, likewise (SettingsPicture.h)
 //   quillory-picture --row Y PICTURE        each stretch of one colour: where it begins, its length, the colour
@@ -99,6 +99,7 @@ void draw(Sheet const& sheet, QString const& path, QCommandLineParser const& opt
     FakeLibraryServices services;
     LibraryStore store(services.services(), LibraryStore::RestoreFolder::no);
     store.setTextSize(options.value(u"text-size"_s).toDouble());
+    store.setKeyNames(options.isSet(u"key-words"_s) ? KeyNames::words : KeyNames::symbols);
     NotificationCenter notifications;
     NativeReader reader(
         store, { services.executor, services.clipboard, notifications, services.announcements }, [] { });
@@ -152,7 +153,7 @@ int main(int argc, char** argv)
     parser.addHelpOption();
     parser.addOptions({ { u"size"_s, u"Of the reader."_s, u"WxH"_s, u"880x640"_s },
         { u"text-size"_s, u"In points."_s, u"points"_s, u"16"_s }, { u"dark"_s, u"On dark."_s },
-        { u"font-size"_s, u"Of the desktop."_s, u"pixels"_s },
+        { u"key-words"_s, u"Name keys by words."_s }, { u"font-size"_s, u"Of the desktop."_s, u"pixels"_s },
         { u"window"_s, u"Draw the whole window over a folder."_s },
         { u"settings"_s, u"Draw the settings over a folder."_s },
         { u"step"_s, u"What is done in it before."_s, u"step"_s },

@@ -40,9 +40,9 @@ TextWidths ReaderDocument::widthsFor(double width) const
 
 RenderedMarkdown ReaderDocument::renderedFor(double width, FontSet const& fonts)
 {
-    auto const& [sheet, images, textSize] = *m_shortcuts;
+    auto const& [sheet, images, textSize, keyNames] = *m_shortcuts;
     if (!m_prepared)
-        m_prepared.emplace(sheet, images, textSize, FontTextMeasure(fonts));
+        m_prepared.emplace(sheet, images, textSize, FontTextMeasure(fonts), keyNames);
     return m_prepared->render(width);
 }
 

@@ -23,6 +23,7 @@ public:
         ShortcutSheet sheet;
         QMap<QString, PreparedImage> images; // by the icon as written
         double textSize = 0; // points
+        KeyNames keyNames = KeyNames::symbols;
     };
 
     // Code is laid out no narrower in any window, in points: a command of usual length stays in one line, and scrolls.
