@@ -8,6 +8,7 @@
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSlider>
 #include <QTest>
 
@@ -218,6 +219,35 @@ TEST_F(SettingsWindowTest, Tab_reaches_every_control_once_and_starts_where_the_k
     window.focusWidget()->clearFocus();
     QTest::keyClick(&window, Qt::Key_Tab);
     EXPECT_EQ(window.focusWidget()->objectName(), u"learningModeToggle"_s);
+}
+
+TEST_F(SettingsWindowTest, The_key_that_ends_a_recording_stays_with_the_field_until_it_is_up)
+{
+    using enum KeyStroke::Phase;
+    open();
+    auto& field = named<QLineEdit>(u"Record shortcut: Hold to peek"_s);
+    QTest::mouseClick(&field, Qt::LeftButton);
+    ASSERT_TRUE(desk.keyStrokes.monitor);
+    auto const strike = [&](KeyStroke::Phase phase, bool isDown) {
+        desk.keys.down = isDown ? std::set<std::uint16_t> { 38 } : std::set<std::uint16_t>();
+        desk.keyStrokes.monitor({ .phase = phase, .keyCode = 38, .modifiers = ModifierFlags::control });
+    };
+    strike(down, true);
+    EXPECT_EQ(field.text(), u"Ctrl+Alt+K"_s) << "as every shortcut here";
+    EXPECT_FALSE(field.hasFocus());
+    auto const stored = desk.line.shortcuts.getShortcut(ShortcutName::peekQuillory());
+    EXPECT_EQ(stored, (Shortcut { 38, 4096 }));
+    strike(up, true); // it repeats
+    strike(down, true);
+    EXPECT_TRUE(desk.keyStrokes.monitor);
+    EXPECT_EQ(QWidget::keyboardGrabber(), &field);
+    strike(up, false);
+    EXPECT_FALSE(desk.keyStrokes.monitor);
+    EXPECT_EQ(QWidget::keyboardGrabber(), nullptr);
+    EXPECT_EQ(desk.line.shortcuts.getShortcut(ShortcutName::peekQuillory()), stored);
+    QTest::mouseClick(&field, Qt::LeftButton);
+    window.close();
+    EXPECT_FALSE(desk.keyStrokes.monitor) << "a window that goes lets the keyboard go";
 }
 
 TEST(SettingsPlace, It_stands_beside_the_reader_where_there_is_room_and_always_within_the_screen)
