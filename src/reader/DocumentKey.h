@@ -1,6 +1,7 @@
 #pragma once
 
 #include "library/Interpretation.h"
+#include "library/KeyNames.h"
 
 #include <QList>
 #include <QString>
