@@ -124,7 +124,8 @@ void AppDelegate::showSettings()
         });
     }
     m_presentation->stay();
-    m_settings->bringToFront();
+    // Once a peek's level is taken back, which would put the reader over the window.
+    m_settingsTask = m_services.library.executor.post([this] { m_settings->bringToFront(); });
 }
 
 void AppDelegate::applicationWillTerminate()

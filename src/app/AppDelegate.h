@@ -81,6 +81,7 @@ private:
     std::optional<TakenShortcuts> m_takenShortcuts;
     std::unique_ptr<SettingsWindow> m_settings; // from the first time that it is asked for
     Registration m_startTask;
+    Registration m_settingsTask;
     Registration m_requests;
 };
 

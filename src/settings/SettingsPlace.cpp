@@ -24,8 +24,10 @@ QRect SettingsPlace::frame(QSize wanted, QRect visible, std::optional<QRect> con
         frame.moveLeft(onTheRight);
     else if (onTheLeft >= room.left())
         frame.moveLeft(onTheLeft);
+    else if (room.right() - reader->right() >= reader->left() - room.left())
+        frame.moveRight(room.right());
     else
-        return frame;
+        frame.moveLeft(room.left());
     frame.moveTop(std::clamp(reader->top(), room.top(), room.bottom() + 1 - frame.height()));
     return frame;
 }

@@ -11,7 +11,7 @@ inline constexpr QSize defaultSize { 560, 720 };
 inline constexpr QSize minimumSize { 340, 260 };
 
 // No larger than `visible`, the part of the screen that is free, and beside the reader where that leaves room on one
-// side of it; else in the middle.
+// side of it; else at the edge of the screen that is farther from it. In the middle while the reader is away.
 QRect frame(QSize wanted, QRect visible, std::optional<QRect> const& reader);
 
 }

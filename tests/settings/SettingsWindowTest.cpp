@@ -262,7 +262,7 @@ TEST(SettingsPlace, It_stands_beside_the_reader_where_there_is_room_and_always_w
              { { 500, 700 }, {}, { 550, 1050 } },
              { { 500, 700 }, QRect(0, 0, 800, 600), { 812, 1312 } },
              { { 500, 700 }, QRect(800, 0, 800, 600), { 288, 788 } },
-             { { 500, 700 }, QRect(300, 400, 1000, 600), { 550, 1050 } },
+             { { 500, 700 }, QRect(300, 400, 1000, 600), { 1100, 1600 } },
              { { 5000, 7000 }, QRect(0, 900, 800, 600), { 0, 1600 } },
          }) {
         auto const frame = SettingsPlace::frame(size, screen, reader);
