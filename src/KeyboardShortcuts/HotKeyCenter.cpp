@@ -93,20 +93,24 @@ void HotKeyCenter::registerAll()
     }
 }
 
-bool HotKeyCenter::isTakenBySystem(Shortcut const& shortcut, SystemShortcuts const& system) const
+std::expected<void, HotKeys::Refusal> HotKeyCenter::probe(Shortcut const& shortcut) const
 {
-    if (shortcut.isNeverTaken())
-        return false;
-    return shortcut.isTakenBySystem(system.symbolicHotKeys()) || isHeldByAnother(shortcut);
+    auto const combination = shortcut.combination();
+    if (!combination)
+        return std::unexpected(HotKeys::Refusal { HotKeys::Refusal::Reason::unknownKey });
+    return m_service.probe(combination->keyCode, combination->modifiers);
 }
 
 bool HotKeyCenter::isHeldByAnother(Shortcut const& shortcut) const
 {
-    auto const combination = shortcut.combination();
-    if (!combination)
-        return false;
-    auto const probed = m_service.probe(combination->keyCode, combination->modifiers);
+    auto const probed = probe(shortcut);
     return !probed && probed.error().reason == HotKeys::Refusal::Reason::taken;
+}
+
+bool HotKeyCenter::isImpossible(Shortcut const& shortcut) const
+{
+    auto const probed = probe(shortcut);
+    return !probed && probed.error().reason != HotKeys::Refusal::Reason::taken;
 }
 
 void HotKeyCenter::handleHotKey(std::uint32_t id, HotKeys::Phase phase) const

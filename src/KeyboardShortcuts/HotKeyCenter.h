@@ -5,9 +5,9 @@
 #include "platform/HotKeys.h"
 #include "platform/LocalKeyEvents.h"
 #include "platform/NotificationCenter.h"
-#include "platform/SystemShortcuts.h"
 
 #include <cstdint>
+#include <expected>
 #include <map>
 #include <memory>
 #include <vector>
@@ -34,12 +34,9 @@ public:
     void setPaused(Pause pause);
     Pause paused() const { return m_paused; }
 
-    // Whether the desktop uses the shortcut, or another program holds it. Reads settings and asks the system: for when
-    // the user sets a shortcut.
-    bool isTakenBySystem(Shortcut const& shortcut, SystemShortcuts const& system) const;
-
-    // Whether another program holds it, by a trial.
+    // By a trial: whether another program holds the shortcut, and whether it can't be had whoever holds what.
     bool isHeldByAnother(Shortcut const& shortcut) const;
+    bool isImpossible(Shortcut const& shortcut) const;
 
     Mode mode() const { return m_mode; }
 
@@ -51,6 +48,7 @@ private:
     enum class Menu { closed, open };
 
     bool request(HotKey& hotKey);
+    std::expected<void, HotKeys::Refusal> probe(Shortcut const& shortcut) const;
     std::vector<std::shared_ptr<HotKey>> living() const;
     void setMenu(Menu menu);
     void updateMode();

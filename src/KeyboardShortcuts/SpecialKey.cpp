@@ -85,6 +85,11 @@ std::optional<SpecialKey> withCode(std::int64_t keyCode)
     return found == table.end() ? std::nullopt : std::optional(found->key);
 }
 
+std::int64_t code(SpecialKey key)
+{
+    return row(key).code;
+}
+
 QString text(SpecialKey key)
 {
     if (key == SpecialKey::space)

@@ -23,6 +23,8 @@ namespace SpecialKeys {
 // Absent for a key with a character.
 std::optional<SpecialKey> withCode(std::int64_t keyCode);
 
+std::int64_t code(SpecialKey key);
+
 // How the key is shown, in the user's language where it is a word.
 QString text(SpecialKey key);
 

@@ -1,5 +1,7 @@
 #include "AppDelegate.h"
 
+#include "settings/MainMenu.h"
+
 #include <utility>
 
 namespace Quillory {
@@ -25,13 +27,15 @@ void AppDelegate::applicationDidFinishLaunching()
                 .clipboard = library.clipboard,
                 .notifications = m_services.notifications,
                 .announcements = library.announcements,
+                .openSettings = [this] { showSettings(); },
                 .quit = m_services.quit,
                 .howToCall = m_services.howToCall },
             m_services.makePanelWindow });
     m_presentation.emplace(m_store,
         PresentationCoordinator::Services { m_shortcuts, library.workspace, m_services.session,
-            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor },
-        *m_panel, m_statusItems);
+            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor, m_statusBar,
+            std::nullopt, m_services.quit },
+        *m_panel);
     bindPanel();
     m_takenShortcuts.emplace(TakenShortcuts::Services {
         m_shortcuts, m_store, library.workspace, m_services.notifications, m_services.inWords, m_services.log });
@@ -56,6 +60,8 @@ void AppDelegate::serve(ApplicationInstance::Request const& request)
         m_services.noteUserTime(request.userTime);
     if (request.wish == Wish::toggle)
         m_presentation->toggle();
+    else if (request.wish == Wish::settings)
+        showSettings();
     else if (request.wish == Wish::open)
         applicationShouldHandleReopen();
 }
@@ -64,6 +70,32 @@ void AppDelegate::applicationShouldHandleReopen()
 {
     if (m_presentation)
         m_presentation->open();
+}
+
+void AppDelegate::showSettings()
+{
+    if (!m_settings) {
+        auto const& library = m_services.library;
+        m_settings = std::make_unique<SettingsWindow>(SettingsServices {
+            .store = m_store,
+            .recorder = { { m_shortcuts, m_hotKeyCenter, m_services.notifications, m_services.keyboardLayout,
+                              m_services.systemShortcuts, m_services.inWords, mainMenu },
+                m_services.keyStrokes, m_services.keys },
+            .defaults = library.defaults,
+            .workspace = library.workspace,
+            .screens = m_services.screens,
+            .executor = library.executor,
+            .notifications = m_services.notifications,
+            .fileOpener = library.fileOpener,
+            .permission = m_services.permission,
+            .desktopSettings = m_services.desktopSettings,
+            .version = m_services.version,
+            .applicationFile = m_services.applicationFile,
+            .readerFrame = [this] { return m_panel->isVisible() ? std::optional(m_panel->geometry()) : std::nullopt; },
+        });
+    }
+    m_presentation->stay();
+    m_settings->bringToFront();
 }
 
 void AppDelegate::applicationWillTerminate()

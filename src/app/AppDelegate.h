@@ -6,6 +6,7 @@
 #include "presentation/PresentationCoordinator.h"
 #include "presentation/ReaderPanel.h"
 #include "presentation/TakenShortcuts.h"
+#include "settings/SettingsWindow.h"
 
 #include <memory>
 #include <optional>
@@ -22,12 +23,18 @@ public:
         NotificationCenter& notifications;
         SessionEvents& session;
         ModifierEvents& modifierEvents;
-        InputPermission const& permission;
+        InputPermission& permission;
         KeyState const& keys;
+        KeyStrokes& keyStrokes;
+        KeyboardLayout& keyboardLayout;
+        SystemShortcuts const& systemShortcuts;
+        DesktopSettings& desktopSettings;
         Screens& screens;
         Compositing& compositing;
         MakePanelWindow makePanelWindow;
         ApplicationInstance& instance;
+        QString version;
+        QString applicationFile;
         std::function<void()> quit;
         std::function<QStringList()> howToCall; // one sentence for each shortcut, as it is stored now
         std::function<QString(Shortcut const&)> inWords;
@@ -46,12 +53,18 @@ public:
     // may be covered, minimized, or on another workspace or screen.
     void applicationShouldHandleReopen();
 
+    // Brings the one settings window to the front, beside the reader if that is up.
+    void showSettings();
+
     void applicationWillTerminate();
 
 private:
-    // As long as there is no tray, pins show nowhere.
-    struct NoStatusItems final : StatusItems {
-        void rebuildPins() override { }
+    // As long as there is no bar, items show nowhere.
+    struct NoStatusBar final : StatusBar {
+        struct Item final : StatusItem {
+            void show(StatusItemLook const&) override { }
+        };
+        std::unique_ptr<StatusItem> statusItem(StatusItem::Target) override { return std::make_unique<Item>(); }
     };
 
     void bindPanel();
@@ -62,10 +75,11 @@ private:
     ShortcutStorage m_shortcutStorage;
     HotKeyCenter m_hotKeyCenter;
     KeyboardShortcuts m_shortcuts;
-    NoStatusItems m_statusItems;
+    NoStatusBar m_statusBar;
     std::unique_ptr<ReaderPanel> m_panel;
     std::optional<PresentationCoordinator> m_presentation;
     std::optional<TakenShortcuts> m_takenShortcuts;
+    std::unique_ptr<SettingsWindow> m_settings; // from the first time that it is asked for
     Registration m_startTask;
     Registration m_requests;
 };

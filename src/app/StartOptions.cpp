@@ -26,6 +26,7 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     QCoreApplication::setApplicationName(u"quillory"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLORY_VERSION));
     QCommandLineOption const toggle(u"toggle"_s, tr("Show the reader, or send it away."));
+    QCommandLineOption const settings(u"settings"_s, tr("Open the settings."));
     QCommandLineOption const connect(u"connect"_s, tr("Connect this folder of sheets."), tr("folder"));
     QCommandLineOption const spare(
         u"connect-if-none"_s, tr("Connect this folder of sheets where none is connected."), tr("folder"));
@@ -42,7 +43,7 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     parser.setApplicationDescription(tr("Shows your own cheat sheets over whatever is in front."));
     auto const help = parser.addHelpOption();
     auto const version = parser.addVersionOption();
-    parser.addOptions({ toggle, connect, spare, gesture, shortcuts, capture });
+    parser.addOptions({ toggle, settings, connect, spare, gesture, shortcuts, capture });
     if (!parser.parse(decoded(argc, argv)))
         return std::unexpected(parser.errorText());
     if (parser.isSet(help) || parser.isSet(version)) {
@@ -58,6 +59,8 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     StartOptions options;
     if (parser.isSet(toggle))
         options.wish = ApplicationInstance::Wish::toggle;
+    if (parser.isSet(settings))
+        options.wish = ApplicationInstance::Wish::settings;
     if (parser.isSet(connect))
         options.folder = QDir::current().absoluteFilePath(parser.value(connect));
     if (parser.isSet(spare))

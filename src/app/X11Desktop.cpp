@@ -72,6 +72,7 @@ X11Desktop::X11Desktop(QApplication const& application, std::unique_ptr<X11Conne
     , m_permission(*m_listening)
     , m_modifierEvents(*m_listening, m_clock, m_permission)
     , m_keyboardLayout(*m_connection)
+    , m_keyStrokes(*m_connection)
 {
     m_connection->onLost = [] { QCoreApplication::exit(EXIT_FAILURE); };
     m_hotKeys.isOwnWindow = isOwnWindow;

@@ -11,6 +11,7 @@
 #include "linux/x11/X11HotKeys.h"
 #include "linux/x11/X11InputPermission.h"
 #include "linux/x11/X11KeyState.h"
+#include "linux/x11/X11KeyStrokes.h"
 #include "linux/x11/X11ModifierEvents.h"
 #include "linux/x11/X11Workspace.h"
 #include "linux/x11/XkbKeyboardLayout.h"
@@ -55,9 +56,10 @@ public:
     LocalKeyEvents& localKeyEvents() { return m_localKeyEvents; }
     Workspace& workspace() { return m_workspace; }
     ModifierEvents& modifierEvents() { return m_modifierEvents; }
-    InputPermission const& permission() const { return m_permission; }
+    InputPermission& permission() { return m_permission; }
     KeyState const& keys() const { return m_keys; }
-    KeyboardLayout const& keyboardLayout() const { return m_keyboardLayout; }
+    KeyboardLayout& keyboardLayout() { return m_keyboardLayout; }
+    KeyStrokes& keyStrokes() { return m_keyStrokes; }
     Screens& screens() { return m_screens; }
     Compositing& compositing() { return m_compositing; }
 
@@ -86,6 +88,7 @@ private:
     X11InputPermission m_permission;
     X11ModifierEvents m_modifierEvents;
     XkbKeyboardLayout m_keyboardLayout;
+    X11KeyStrokes m_keyStrokes;
     QtScreens m_screens;
     WindowSizeFilter m_sizes;
 };

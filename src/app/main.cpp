@@ -13,6 +13,8 @@
 #include "linux/freedesktop/AtSpiAnnouncements.h"
 #include "linux/freedesktop/BusApplicationInstance.h"
 #include "linux/freedesktop/DesktopFileOpener.h"
+#include "linux/freedesktop/DesktopSettingsPrograms.h"
+#include "linux/freedesktop/DesktopSystemShortcuts.h"
 #include "linux/freedesktop/LogindSessionEvents.h"
 #include "linux/freedesktop/PortalColorScheme.h"
 #include "linux/qt/QtAppearance.h"
@@ -102,6 +104,8 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     QtOpenPanels openPanels;
     PortalColorScheme const colorScheme(QDBusConnection::sessionBus(), wear);
     LogindSessionEvents session(QDBusConnection::systemBus());
+    DesktopSystemShortcuts const systemShortcuts(desktop.keyboardLayout());
+    DesktopSettingsPrograms desktopSettings;
     auto const wakes = session.observeDidWake([&] { desktop.didWake(); });
 
     if (options.changeSettings()) {
@@ -122,10 +126,16 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .modifierEvents = desktop.modifierEvents(),
         .permission = desktop.permission(),
         .keys = desktop.keys(),
+        .keyStrokes = desktop.keyStrokes(),
+        .keyboardLayout = desktop.keyboardLayout(),
+        .systemShortcuts = systemShortcuts,
+        .desktopSettings = desktopSettings,
         .screens = desktop.screens(),
         .compositing = desktop.compositing(),
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
         .instance = instance,
+        .version = QStringLiteral(QUILLORY_VERSION),
+        .applicationFile = QCoreApplication::applicationFilePath(),
         .quit = [] { QCoreApplication::exit(); },
         .howToCall = [&] { return howToCall(ShortcutStorage(defaults, notifications), desktop.keyboardLayout()); },
         .inWords = [&](Shortcut const& shortcut) { return inWords(shortcut, desktop.keyboardLayout()); },

@@ -1,40 +1,12 @@
 #pragma once
 
-#include <QProperty>
-
-#include <concepts>
-#include <utility>
+#include "platform/OwnedProperty.h"
 
 namespace Quillory {
 
-// A property that everybody can read and observe. LibraryStore assigns it, since more hangs on it; where there is a
-// `Writer`, that class assigns it as well and says so: `store.findStatus.assignAs<NativeReader>(status)`.
+class LibraryStore;
+
 template<typename Value, typename Writer = void>
-class StoreProperty : private QProperty<Value> {
-public:
-    StoreProperty() = default;
-    explicit StoreProperty(Value const& start)
-        : QProperty<Value>(start)
-    {
-    }
-
-    using QProperty<Value>::value;
-    using QProperty<Value>::operator typename QProperty<Value>::parameter_type;
-    using QProperty<Value>::addNotifier;
-    using QProperty<Value>::onValueChanged;
-    using QProperty<Value>::subscribe;
-
-    template<typename Assigner>
-        requires std::same_as<Assigner, Writer>
-    void assignAs(Value newValue)
-    {
-        setValue(std::move(newValue));
-    }
-
-private:
-    friend class LibraryStore;
-    using QProperty<Value>::setValue;
-    using QProperty<Value>::setValueBypassingBindings;
-};
+using StoreProperty = OwnedProperty<Value, LibraryStore, Writer>;
 
 }

@@ -11,7 +11,7 @@ namespace Quillory {
 // One process for each session: the first one to start serves, every later one asks it and ends. Main thread only.
 class ApplicationInstance {
 public:
-    enum class Wish { none, open, toggle };
+    enum class Wish { none, open, toggle, settings };
 
     struct Request {
         Wish wish = Wish::open;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QMargins>
+#include <QSize>
+
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -27,6 +30,10 @@ public:
 
     virtual void setLevel(WindowLevel level) = 0;
     virtual void setCollectionBehavior(CollectionBehavior behavior) = 0;
+
+    // How much of the window at each side is nothing but shadow, and the size of all of it, in pixels of the window system.
+    // Neither the window manager nor the pointer takes the shadow for the window. To be told of each new size.
+    virtual void setShadow(QMargins shadow, QSize window) = 0;
 
     // Whether the user has minimized it. It offers no such thing, but window managers may have ways of their own.
     virtual bool isMinimized() const = 0;

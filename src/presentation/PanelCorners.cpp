@@ -1,5 +1,6 @@
 #include "presentation/PanelCorners.h"
 
+#include "presentation/PanelShadow.h"
 #include "reader/WindowColors.h"
 
 #include <QEvent>
@@ -24,8 +25,9 @@ public:
 
     void place()
     {
-        auto const* const window = parentWidget();
-        move(m_isRight ? window->width() - width() : 0, m_isBottom ? window->height() - height() : 0);
+        auto const panel = parentWidget()->contentsRect();
+        move(m_isRight ? panel.right() + 1 - width() : panel.left(),
+            m_isBottom ? panel.bottom() + 1 - height() : panel.top());
     }
 
 protected:
@@ -43,6 +45,10 @@ protected:
         painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
         painter.setPen(QPen(WindowColors::fromPalette(palette()).outline, 1));
         painter.drawEllipse(center, radius - 0.5, radius - 0.5);
+        if (parentWidget()->contentsMargins().isNull())
+            return;
+        painter.setCompositionMode(QPainter::CompositionMode_DestinationOver);
+        PanelShadow::paint(painter, parentWidget()->contentsRect().translated(-pos()));
     }
 
 private:
@@ -76,7 +82,7 @@ void PanelCorners::place()
 
 bool PanelCorners::eventFilter(QObject*, QEvent* event)
 {
-    if (event->type() == QEvent::Resize)
+    if (event->type() == QEvent::Resize || event->type() == QEvent::ContentsRectChange)
         place();
     return false;
 }

@@ -5,7 +5,8 @@
 namespace Quillory {
 
 // Rounds the corners of a window that can shine through: takes what lies outside of an arc away from all that the window
-// has drawn there, and draws the outline along it. Square again when hidden. GUI thread only.
+// has drawn there, and draws the outline along it, over the window's shadow where its contents leave margins for one. Square
+// again when hidden. GUI thread only.
 class PanelCorners final : public QObject {
     Q_OBJECT
 public:

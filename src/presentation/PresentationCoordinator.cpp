@@ -7,14 +7,14 @@
 
 namespace Quillory {
 
-PresentationCoordinator::PresentationCoordinator(
-    LibraryStore& store, Services services, PanelSurface& panel, StatusItems& items)
+PresentationCoordinator::PresentationCoordinator(LibraryStore& store, Services services, PanelSurface& panel)
     : m_store(store)
-    , m_services(services)
+    , m_services(std::move(services))
     , m_panel(panel)
-    , m_items(items)
-    , m_modifierMonitor(services.executor,
-          ModifierGestureMonitor::Operations::of(services.modifierEvents, services.permission, services.keys))
+    , m_items(store, m_services.statusBar, m_services.updates,
+          { [this] { toggle(); }, [this] { showSelection(); }, m_services.quit })
+    , m_modifierMonitor(m_services.executor,
+          ModifierGestureMonitor::Operations::of(m_services.modifierEvents, m_services.permission, m_services.keys))
 {
     using Self = PresentationCoordinator;
     bindShortcuts();
@@ -23,7 +23,8 @@ PresentationCoordinator::PresentationCoordinator(
     m_store.modifierGestureChanged = weakly(&Self::refreshGesture);
     refreshGesture();
     m_store.pinsChanged = weakly(&Self::rebuildPins);
-    m_store.filePickerWillPresent = weakly(&Self::filePickerWillPresent);
+    m_store.filePickerWillPresent = weakly(&Self::stay);
+    m_items.observeUpdates();
     rebuildPins();
     observe();
 }
@@ -94,6 +95,15 @@ void PresentationCoordinator::close()
     m_services.shortcuts.yieldKeyboard();
     m_panel.orderOut();
     restorePreviousApp(before);
+}
+
+// A panel that is up, also for a peek, stays as it is and comes to the front.
+void PresentationCoordinator::showSelection()
+{
+    if (m_presentation == Presentation::closed || m_panel.isMinimized())
+        open();
+    else
+        m_panel.makeKeyAndOrderFront();
 }
 
 void PresentationCoordinator::windowWillClose()
@@ -230,8 +240,7 @@ void PresentationCoordinator::applicationActivated(RunningApplication const& app
         m_previousApp = application;
 }
 
-// A peek is resident from here on: the keys are needed for the file panel.
-void PresentationCoordinator::filePickerWillPresent()
+void PresentationCoordinator::stay()
 {
     m_modifierMonitor.reset();
     clearPeek();

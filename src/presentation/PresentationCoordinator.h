@@ -9,10 +9,11 @@
 #include "platform/Lifetime.h"
 #include "platform/ModifierEvents.h"
 #include "platform/SessionEvents.h"
+#include "platform/StatusBar.h"
 #include "platform/Workspace.h"
+#include "presentation/MenuBarItems.h"
 #include "presentation/PanelSurface.h"
 #include "presentation/PresentationState.h"
-#include "presentation/StatusItems.h"
 
 #include <chrono>
 #include <optional>
@@ -33,12 +34,15 @@ public:
         InputPermission const& permission;
         KeyState const& keys;
         Executor& executor;
+        StatusBar& statusBar;
+        std::optional<MenuBarUpdates> updates; // absent where the program has no updater
+        std::function<void()> quit;
     };
 
     // How often the keys of a peek are looked at, for the case that their release is never told.
     static constexpr std::chrono::milliseconds peekPoll { 30 };
 
-    PresentationCoordinator(LibraryStore& store, Services services, PanelSurface& panel, StatusItems& items);
+    PresentationCoordinator(LibraryStore& store, Services services, PanelSurface& panel);
     PresentationCoordinator(PresentationCoordinator const&) = delete;
     PresentationCoordinator& operator=(PresentationCoordinator const&) = delete;
 
@@ -46,6 +50,9 @@ public:
     void toggle();
     void open();
     void close();
+
+    // Makes a peek resident: its keys are needed for what comes up over the reader, a file panel or the settings.
+    void stay();
 
     // The panel was moved or resized, and, its last word, closed by its close button.
     void windowDidMove() { savePanelFrame(); }
@@ -91,8 +98,8 @@ private:
     void woke();
     void endPeek();
     void applicationActivated(RunningApplication const& application);
-    void filePickerWillPresent();
 
+    void showSelection();
     void rebuildPins() { m_items.rebuildPins(); }
     void savePanelFrame();
     void applyPeekLevel() { m_panel.applyPeekLevel(presence()); }
@@ -105,7 +112,7 @@ private:
     LibraryStore& m_store;
     Services m_services;
     PanelSurface& m_panel;
-    StatusItems& m_items;
+    MenuBarItems m_items;
     Presentation m_presentation = Presentation::closed;
     std::optional<RunningApplication> m_previousApp; // where the keyboard goes back to
     Registration m_peekTask;

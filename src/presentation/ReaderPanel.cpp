@@ -1,12 +1,14 @@
 #include "presentation/ReaderPanel.h"
 
 #include "presentation/PanelFrame.h"
-#include "presentation/WindowEdges.h"
+#include "presentation/PanelShadow.h"
 #include "presentation/hover_help/HoverHelpTrackingView.h"
 
+#include <QAccessibleWidget>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QWindow>
 
 #include <utility>
@@ -18,6 +20,13 @@ namespace {
 // How long the window system may take over the first picture before the panel goes on without it.
 constexpr std::chrono::milliseconds longestUntilExposed { 200 };
 
+// To the toolkit only its own kinds of windows are windows.
+QAccessibleInterface* makeAccessible(QString const&, QObject* object)
+{
+    auto* const panel = qobject_cast<ReaderPanel*>(object);
+    return panel ? new QAccessibleWidget(panel, QAccessible::Window) : nullptr;
+}
+
 }
 
 ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
@@ -27,44 +36,90 @@ ReaderPanel::ReaderPanel(LibraryStore& store, Services services)
     , m_view(
           store, m_services.reader, [this] { onDismiss(); }, this)
     , m_drag(*this)
-    , m_canShineThrough(m_services.compositing.isRunning())
     , m_corners(*this)
 {
-    setMinimumSize(PanelFrame::minimumSize.toSize());
+    QAccessible::installFactory(makeAccessible);
     resize(PanelFrame::defaultSize.toSize());
     setWindowTitle(m_view.windowTitle());
     connect(&m_view, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
     m_view.topBar()->installEventFilter(this);
     makeNativeWindow();
     ensurePolished();
-    windowHandle()->installEventFilter(this);
+    m_compositingChanges = m_services.compositing.observeChanges([this] { followCompositing(); });
     m_screenChanges = m_services.screens.observeChanges([this] { comeOnScreen(); });
     // Window managers may give the front of a dialog that ends to any window; it belongs to the one that had it.
     m_filePanels = m_store.filePanel.addNotifier([this] {
         if (!m_store.filePanel.value() && isVisible())
             makeKeyAndOrderFront();
     });
-    new WindowEdges(*this, [this](Qt::Edges edges, QPoint pointer) { userTakes(edges, pointer); });
 }
 
 ReaderPanel::~ReaderPanel() = default;
 
-// The native window now, so that the first show finds everything but the pixels. It is never remade: one that can't be
-// shone through from the start stays square. Elsewhere its pictures would need some 2 ms longer.
+// The native window now, so that the first show finds everything but the pixels. It can be shone through if a compositor
+// runs; without one its pictures would need some 2 ms longer for that.
 void ReaderPanel::makeNativeWindow()
 {
+    m_canShineThrough = m_services.compositing.isRunning();
     setAttribute(Qt::WA_TranslucentBackground, m_canShineThrough);
     m_window = m_services.makeWindow(winId());
-    // It fills all of itself but the corners.
+    // It fills all of itself but corners and shadow.
     setAttribute(Qt::WA_TranslucentBackground, false);
     setAttribute(Qt::WA_NoSystemBackground, false);
-    m_compositingChanges = m_services.compositing.observeChanges([this] { shapeCorners(); });
-    shapeCorners();
+    windowHandle()->installEventFilter(this);
+    m_edges = std::make_unique<WindowEdges>(
+        *this, [this](Qt::Edges edges, QPoint pointer) { userTakes(edges, pointer); });
+    shape();
 }
 
-void ReaderPanel::shapeCorners()
+// A window keeps for life what it was made with. It is made again for a compositor that has come since, as at the
+// beginning of a session, but never while it is up.
+void ReaderPanel::followCompositing()
 {
-    m_corners.setVisible(m_services.compositing.isRunning() && m_canShineThrough);
+    if (m_services.compositing.isRunning() && !m_canShineThrough && !isVisible()) {
+        destroy();
+        makeNativeWindow();
+    } else {
+        shape();
+    }
+}
+
+// The shadow is part of the window, and not of the panel's frame.
+void ReaderPanel::shape()
+{
+    bool const isComposited = m_services.compositing.isRunning() && m_canShineThrough;
+    m_corners.setVisible(isComposited);
+    auto const shadow = isComposited && m_services.compositing.leavesShadowsToWindows() ? PanelShadow::margins
+                                                                                        : QMargins();
+    auto const frame = askedFrame();
+    if (isVisible() && shadow != contentsMargins())
+        m_restoringPanelFrame.place(PanelFrameGuard::Until::nextFrame);
+    setContentsMargins(shadow);
+    setMinimumSize(PanelFrame::minimumSize.toSize().grownBy(shadow));
+    askForFrame(frame);
+    m_view.setGeometry(contentsRect());
+    tellShadow();
+}
+
+void ReaderPanel::tellShadow()
+{
+    auto const ratio = devicePixelRatioF();
+    m_window->setShadow((contentsMargins().toMarginsF() * ratio).toMargins(), (QSizeF(size()) * ratio).toSize());
+}
+
+QRect ReaderPanel::askedFrame() const
+{
+    return geometry().marginsRemoved(contentsMargins());
+}
+
+QRect ReaderPanel::placedFrame() const
+{
+    return windowHandle()->geometry().marginsRemoved(contentsMargins());
+}
+
+void ReaderPanel::askForFrame(QRect const& frame)
+{
+    setGeometry(frame.marginsAdded(contentsMargins()));
 }
 
 void ReaderPanel::show(PanelPresence presence)
@@ -80,13 +135,23 @@ void ReaderPanel::show(PanelPresence presence)
     bool const wasUp = m_shown.has_value();
     m_shown = Shown { .isLevelTold = wasUp && m_shown->isLevelTold, .isFresh = false };
     QWidget::show();
-    if (wasUp)
+    if (wasUp) {
         m_window->didShow();
-    else
+    } else {
+        paintAhead();
         m_levelTask = m_services.reader.executor.after(longestUntilExposed, [this] { tellLevel(); });
+    }
     makeKeyAndOrderFront();
     focusReader();
     m_shown->isFresh = true;
+}
+
+// While server and window manager are busy with mapping the window, and not only when they have: its picture then takes
+// no time of its own. The toolkit would wait to be told of the map.
+void ReaderPanel::paintAhead()
+{
+    setAttribute(Qt::WA_Mapped);
+    repaint();
 }
 
 void ReaderPanel::takeFrame()
@@ -95,15 +160,15 @@ void ReaderPanel::takeFrame()
     m_screens = m_services.screens.screens();
     auto const screen = usersScreen();
     if (isFirst && screen)
-        move(PanelFrame::centered(screen->visibleFrame).topLeft().toPoint());
+        askForFrame(PanelFrame::centered(screen->visibleFrame).toRect());
     // One that is in place already stays there, also where a window manager has corrected it.
-    if (isVisible() && screen == PanelFrame::screenOf(*m_screens, geometry()))
+    if (isVisible() && screen == PanelFrame::screenOf(*m_screens, askedFrame()))
         return;
     auto const stored = m_services.defaults.get<QString>(frameKey);
-    auto const frame = PanelFrame::forShow(stored, pos(), *m_screens, screen).toRect();
+    auto const frame = PanelFrame::forShow(stored, askedFrame().topLeft(), *m_screens, screen).toRect();
     using enum PanelFrameGuard::Until;
     m_restoringPanelFrame.place(isVisible() ? nextFrame : inFront);
-    setGeometry(frame);
+    askForFrame(frame);
 }
 
 void ReaderPanel::didComeUp()
@@ -118,13 +183,14 @@ void ReaderPanel::comeOnScreen()
     if (!isVisible())
         return;
     m_screens = m_services.screens.screens();
-    auto const screen = PanelFrame::screenOf(*m_screens, geometry());
-    auto const frame = screen ? PanelFrame::clamped(geometry(), screen->visibleFrame).toRect() : geometry();
+    auto const screen = PanelFrame::screenOf(*m_screens, askedFrame());
+    auto const before = askedFrame();
+    auto const frame = screen ? PanelFrame::clamped(before, screen->visibleFrame).toRect() : before;
     m_restoringPanelFrame.place(PanelFrameGuard::Until::nextFrame);
-    if (frame == geometry())
+    if (frame == before)
         m_restoringPanelFrame.settle(frame);
     else
-        setGeometry(frame);
+        askForFrame(frame);
 }
 
 std::optional<Screens::Screen> ReaderPanel::usersScreen() const
@@ -139,7 +205,7 @@ void ReaderPanel::followFrame(QEvent const& event)
 {
     if (m_services.screens.screens() != m_screens)
         m_restoringPanelFrame.place(PanelFrameGuard::Until::nextFrame);
-    m_restoringPanelFrame.frameIs(windowHandle()->geometry());
+    m_restoringPanelFrame.frameIs(placedFrame());
     if (event.type() == QEvent::Move)
         onMoved();
     else
@@ -148,7 +214,7 @@ void ReaderPanel::followFrame(QEvent const& event)
 
 void ReaderPanel::userTakes(Qt::Edges edges, QPoint pointer)
 {
-    m_restoringPanelFrame.settle(windowHandle()->geometry());
+    m_restoringPanelFrame.settle(placedFrame());
     using enum WindowDrag::By;
     m_drag.begin(edges, pointer, m_presence == PanelPresence::peek ? program : windowManager);
 }
@@ -174,13 +240,16 @@ void ReaderPanel::hidePanel()
     hide();
     m_window->didHide();
     takeLevel();
+    // Later, since this may be the window's own event.
+    if (m_services.compositing.isRunning() && !m_canShineThrough)
+        m_levelTask = m_services.reader.executor.post([this] { followCompositing(); });
 }
 
 void ReaderPanel::savePanelFrame()
 {
     if (!m_restoringPanelFrame.isMovedByUser())
         return;
-    m_services.defaults.setValue(frameKey, PanelFrame::string(windowHandle()->geometry()));
+    m_services.defaults.setValue(frameKey, PanelFrame::string(placedFrame()));
 }
 
 void ReaderPanel::focusReader()
@@ -239,13 +308,28 @@ void ReaderPanel::changeEvent(QEvent* event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
-        m_restoringPanelFrame.settle(windowHandle()->geometry());
+        m_restoringPanelFrame.settle(placedFrame());
 }
 
 void ReaderPanel::resizeEvent(QResizeEvent* event)
 {
     QWidget::resizeEvent(event);
-    m_view.resize(size());
+    m_view.setGeometry(contentsRect());
+    if (!contentsMargins().isNull())
+        tellShadow();
+}
+
+// The contents fill their own place.
+void ReaderPanel::paintEvent(QPaintEvent*)
+{
+    if (contentsMargins().isNull())
+        return;
+    QPainter painter(this);
+    painter.setClipRegion(QRegion(rect()) - contentsRect());
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(rect(), Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    PanelShadow::paint(painter, contentsRect());
 }
 
 void ReaderPanel::keyPressEvent(QKeyEvent* event)

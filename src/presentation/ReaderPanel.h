@@ -11,6 +11,7 @@
 #include "presentation/PanelFrameGuard.h"
 #include "presentation/PanelSurface.h"
 #include "presentation/WindowDrag.h"
+#include "presentation/WindowEdges.h"
 #include "reader/ReaderView.h"
 
 #include <QProperty>
@@ -63,6 +64,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     // While the panel is up, also when it is covered or minimized.
@@ -71,6 +73,7 @@ private:
         bool isFresh = false; // shown in this turn, with nothing left to do for its place at the front
     };
 
+    void paintAhead();
     void takeFrame();
     std::optional<Screens::Screen> usersScreen() const;
     void followFrame(QEvent const& event);
@@ -80,16 +83,23 @@ private:
     void takeLevel();
     void tellLevel();
     void hidePanel();
+    // Without the shadow: as it was asked for, and as the window system has it.
+    QRect askedFrame() const;
+    QRect placedFrame() const;
+    void askForFrame(QRect const& frame);
     void makeNativeWindow();
-    void shapeCorners();
+    void followCompositing();
+    void shape();
+    void tellShadow();
 
     LibraryStore& m_store;
     Services m_services;
     ReaderView m_view;
     std::unique_ptr<PanelWindow> m_window;
     WindowDrag m_drag;
-    bool m_canShineThrough;
+    bool m_canShineThrough = false;
     PanelCorners m_corners;
+    std::unique_ptr<WindowEdges> m_edges;
     Registration m_compositingChanges;
     PanelFrameGuard m_restoringPanelFrame;
     std::optional<QList<Screens::Screen>> m_screens; // as they were when the panel was placed

@@ -36,10 +36,10 @@ WindowEdges::~WindowEdges()
     showCursor({});
 }
 
-Qt::Edges WindowEdges::at(QPoint point, QSize size)
+Qt::Edges WindowEdges::at(QPoint point, QRect const& frame)
 {
-    auto const left = point.x(), top = point.y();
-    auto const right = size.width() - 1 - left, bottom = size.height() - 1 - top;
+    auto const left = point.x() - frame.left(), top = point.y() - frame.top();
+    auto const right = frame.right() - point.x(), bottom = frame.bottom() - point.y();
     bool const isAtSide = left < edge || right < edge;
     bool const isAtEnd = top < edge || bottom < edge;
     if (!isAtSide && !isAtEnd)
@@ -61,7 +61,7 @@ bool WindowEdges::eventFilter(QObject*, QEvent* event)
         auto const& move = static_cast<QMouseEvent const&>(*event);
         if (move.buttons() != Qt::NoButton)
             return false; // a drag that began elsewhere goes on
-        auto const edges = at(move.position().toPoint(), m_window.size());
+        auto const edges = at(move.position().toPoint(), m_window.contentsRect());
         showCursor(edges);
         return edges != Qt::Edges();
     }
@@ -78,7 +78,7 @@ bool WindowEdges::eventFilter(QObject*, QEvent* event)
 
 bool WindowEdges::begin(QMouseEvent const& press)
 {
-    auto const edges = at(press.position().toPoint(), m_window.size());
+    auto const edges = at(press.position().toPoint(), m_window.contentsRect());
     if (press.button() != Qt::LeftButton || edges == Qt::Edges())
         return false;
     m_taken(edges, press.globalPosition().toPoint());

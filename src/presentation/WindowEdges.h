@@ -2,7 +2,7 @@
 
 #include <QObject>
 #include <QPoint>
-#include <QSize>
+#include <QRect>
 
 #include <functional>
 
@@ -19,13 +19,13 @@ public:
     static constexpr int edge = 5;
     static constexpr int corner = 16;
 
-    // `window` has its native window already. `taken` is called when the user presses the left button on edges, with
+    // Of the window's contents; `window` has its native window already, and keeps it. `taken` is called when the user presses the left button on edges, with
     // where the pointer is on the screen.
     WindowEdges(QWidget& window, std::function<void(Qt::Edges, QPoint pointer)> taken);
     ~WindowEdges() override;
 
-    // Which edges the point of a window of that size takes hold of; none inside.
-    static Qt::Edges at(QPoint point, QSize size);
+    // Which edges of that frame the point takes hold of, also from outside; none further in.
+    static Qt::Edges at(QPoint point, QRect const& frame);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -29,6 +29,11 @@ qsizetype longestLine(QStringView text, qsizetype longest)
     return longest;
 }
 
+bool isLong(Sheet const& sheet)
+{
+    return !sheet.shortcuts && sheet.parsed && sheet.parsed->stringsLength() > longSheet;
+}
+
 // That code asks for, so that its longest line stays in one.
 double minimumCodeWidth(CopyTargets const& targets, double textSize)
 {
@@ -41,17 +46,11 @@ double minimumCodeWidth(CopyTargets const& targets, double textSize)
 
 }
 
-// A sheet that is rendered, with the width that its code asks for. Made on any thread.
-struct NativeReader::Rendering {
-    Rendering(RenderedMarkdown made, double textSize)
-        : rendered(std::move(made))
-        , codeWidth(minimumCodeWidth(rendered.copyTargets, textSize))
-    {
-    }
-
-    RenderedMarkdown rendered;
-    double codeWidth; // points
-};
+NativeReader::Rendering::Rendering(RenderedMarkdown made, double textSize)
+    : rendered(std::move(made))
+    , codeWidth(minimumCodeWidth(rendered.copyTargets, textSize))
+{
+}
 
 NativeReader::NativeReader(
     LibraryStore& store, ReaderServices const& services, std::function<void()> dismiss, QWidget* parent)
@@ -83,10 +82,33 @@ void NativeReader::update(Sheet const& sheet)
     view.peekModifiers = m_store.peekModifiers;
     view.setLearningModeEnabled(m_store.learningModeEnabled);
     m_scrollView->window()->setWindowTitle(oneLine(sheet.title));
-    if (auto const key = keyOf(sheet); m_documentKey != key)
+    if (auto const key = keyOf(sheet); m_documentKey == key)
+        m_change = {};
+    else if (!isChangeRendered(sheet, key))
         rebuild(sheet, key);
-    view.onScroll = [this, id = sheet.id](QPointF point) { m_store.scrollPositions.insert(id, point); };
+    view.onScroll = [this, id = sheet.id](QPointF point) {
+        m_awaitsPlace = false;
+        m_store.scrollPositions.insert(id, point);
+    };
     serveFind();
+}
+
+// A long sheet that changes while it is read further down stays as it is until a worker has rendered it.
+bool NativeReader::isChangeRendered(Sheet const& sheet, DocumentKey const& key)
+{
+    bool const isReadFurtherDown = m_documentKey && m_documentKey->id == sheet.id
+        && !textView().scrollOrigin().isNull();
+    if (!isReadFurtherDown || !isLong(sheet))
+        return false;
+    if (m_change.key == key)
+        return true;
+    auto const finish = [this, sheet, key](Rendering rendering) {
+        m_change = {};
+        rebuild(sheet, key, std::move(rendering));
+        update(sheet);
+    };
+    m_change = { key, m_executor.detach(renderingOf(sheet), finish) };
+    return true;
 }
 
 DocumentKey NativeReader::keyOf(Sheet const& sheet) const
@@ -97,19 +119,25 @@ DocumentKey NativeReader::keyOf(Sheet const& sheet) const
     return key;
 }
 
-void NativeReader::rebuild(Sheet const& sheet, DocumentKey const& key)
+void NativeReader::rebuild(Sheet const& sheet, DocumentKey const& key, std::optional<Rendering> rendering)
 {
     auto& view = textView();
+    m_change = {};
     if (!std::exchange(m_isPlaceStored, false) && m_documentKey)
         storePlace();
     view.onScroll = nullptr;
     m_restTask.end();
     auto const wasWhole = !std::exchange(view.completeText, nullptr);
     auto old = std::exchange(m_documentKey, key);
-    auto [document, isWhole] = documentFor(sheet, key);
+    auto [document, isWhole] = rendering ? Made { makeDocument(std::move(*rendering)) } : documentFor(sheet, key);
     auto shown = view.show(std::move(document));
     view.setSelection({});
-    restorePlace(sheet.id);
+    // A place further down depends on all of the text above it.
+    m_awaitsPlace = !isWhole && !m_store.scrollPositions.value(sheet.id).isNull();
+    if (!m_awaitsPlace)
+        restorePlace(sheet.id);
+    else
+        view.setScrollOrigin({});
     if (!isWhole)
         completeLater(sheet);
     // A sheet that is only rendered again will not come back as it was.
@@ -135,9 +163,7 @@ NativeReader::Made NativeReader::documentFor(Sheet const& sheet, DocumentKey con
     auto const& [parsed, title, images] = std::tie(sheet.parsed, sheet.title, sheet.images);
     if (!parsed)
         return { makeDocument({ MarkdownRenderer::render(sheet.source, title, images, textSize), textSize }) };
-    // A place further down depends on all of the text above it.
-    auto const isShownFromTop = m_store.scrollPositions.value(sheet.id).isNull();
-    if (!isShownFromTop || parsed->stringsLength() <= longSheet)
+    if (!isLong(sheet))
         return { makeDocument({ MarkdownRenderer::render(*parsed, title, images, textSize), textSize }) };
     auto [rendered, isWhole] = MarkdownRenderer::renderBeginning(
         *parsed, title, images, textSize, beginningOfLongSheet);
@@ -151,17 +177,24 @@ std::unique_ptr<ReaderDocument> NativeReader::makeDocument(Rendering rendering) 
         std::move(rendering.rendered), rendering.codeWidth, view.textWidth(), FontSet::ofDesktop(), view.colors());
 }
 
+std::function<NativeReader::Rendering()> NativeReader::renderingOf(Sheet const& sheet) const
+{
+    return [parsed = *sheet.parsed, title = sheet.title, images = sheet.images, textSize = m_store.textSize.value()] {
+        return Rendering(MarkdownRenderer::render(parsed, title, images, textSize), textSize);
+    };
+}
+
 // On a worker, or at once if the view asks for it before.
 void NativeReader::completeLater(Sheet const& sheet)
 {
-    auto const render = [parsed = *sheet.parsed, title = sheet.title, images = sheet.images,
-                            textSize = m_store.textSize.value()] {
-        return Rendering(MarkdownRenderer::render(parsed, title, images, textSize), textSize);
-    };
-    auto const finish = [this](Rendering rendering) {
+    auto const render = renderingOf(sheet);
+    auto const finish = [this, id = sheet.id](Rendering rendering) {
         m_restTask.end();
         textView().completeText = nullptr;
+        auto const awaitsPlace = std::exchange(m_awaitsPlace, false);
         textView().extend(makeDocument(std::move(rendering)));
+        if (awaitsPlace)
+            restorePlace(id);
     };
     m_restTask = m_executor.detach(render, finish);
     textView().completeText = [render, finish] { finish(render()); };
@@ -182,6 +215,8 @@ void NativeReader::keep(Kept kept)
 
 void NativeReader::storePlace()
 {
+    if (m_awaitsPlace)
+        return;
     auto& view = textView();
     auto const point = view.constrained(view.scrollOrigin());
     m_store.scrollPositions.insert(m_documentKey->id, point);
@@ -205,6 +240,8 @@ void NativeReader::restorePlace(QString const& id)
 void NativeReader::forgetFolder()
 {
     m_restTask.end();
+    m_change = {};
+    m_awaitsPlace = false;
     textView().completeText = nullptr;
     textView().onScroll = nullptr;
     m_documentKey.reset();

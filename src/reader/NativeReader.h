@@ -4,6 +4,7 @@
 #include "reader/DocumentKey.h"
 #include "reader/ReaderServices.h"
 #include "reader/text/ReaderScrollView.h"
+#include "rendering/RenderedMarkdown.h"
 
 #include <QHash>
 #include <QProperty>
@@ -49,11 +50,22 @@ private:
         DocumentKey key;
         std::unique_ptr<ReaderDocument> document;
     };
-    struct Rendering;
+    // A sheet that is rendered, with the width in points that its code asks for. Made on any thread.
+    struct Rendering {
+        Rendering(RenderedMarkdown made, double textSize);
+
+        RenderedMarkdown rendered;
+        double codeWidth;
+    };
     // A long sheet shows its beginning first, and is whole some milliseconds later.
     struct Made {
         std::unique_ptr<ReaderDocument> document;
         bool isWhole = true;
+    };
+    // Of the sheet that is shown, which a worker renders.
+    struct Change {
+        std::optional<DocumentKey> key;
+        Registration task;
     };
     // The line at the top when a position was stored: exact where a point is only as exact as estimated heights.
     struct Place {
@@ -65,9 +77,11 @@ private:
 
     ReaderTextView& textView() const { return m_scrollView->textView(); }
     DocumentKey keyOf(Sheet const& sheet) const;
-    void rebuild(Sheet const& sheet, DocumentKey const& key);
+    bool isChangeRendered(Sheet const& sheet, DocumentKey const& key);
+    void rebuild(Sheet const& sheet, DocumentKey const& key, std::optional<Rendering> rendering = {});
     Made documentFor(Sheet const& sheet, DocumentKey const& key);
     std::unique_ptr<ReaderDocument> makeDocument(Rendering rendering) const;
+    std::function<Rendering()> renderingOf(Sheet const& sheet) const;
     void completeLater(Sheet const& sheet);
     void keep(Kept kept);
     void storePlace();
@@ -86,6 +100,8 @@ private:
     bool m_isPlaceStored = false; // of what is shown, which is about to go
     Registration m_statusTask;
     Registration m_restTask; // of a sheet whose beginning is shown
+    bool m_awaitsPlace = false; // the beginning is shown until the place further down is there
+    Change m_change;
     QPropertyNotifier m_folderObservation;
 };
 

@@ -27,6 +27,7 @@ auto const colorRules = QStringLiteral(
     "#learningModeExplanation { background: %1; }"
     "#learningModeExplanation[isOn=\"true\"] { background: %8; }"
     "QLabel#caption, QLabel#iconWarnings { color: %9; }"
+    "#box { background: %1; border: 1px solid %3; border-radius: 6px; }"
     "#card { background: %2; border: 1px solid %4; border-radius: 8px; }"
     "#card QScrollArea, #cardRows { background: transparent; border: none; }"
     "QMenu { color: %5; background: %2; border: 1px solid %4; padding: 4px; }"
@@ -55,6 +56,7 @@ auto const colorRules = QStringLiteral(
 
 // %1 heading, %2 large
 auto const fontRules = QStringLiteral("#heading { font-size: %1px; font-weight: 600; }"
+                                      "#sectionTitle { font-weight: 600; }"
                                       "#large { font-size: %2px; font-weight: 600; }");
 
 }

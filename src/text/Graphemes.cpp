@@ -23,6 +23,32 @@ qsizetype countByRules(QStringView text)
     return count;
 }
 
+// Half a flag: two of these letters make one.
+bool isRegionalIndicator(QStringView text, qsizetype place)
+{
+    return place >= 0 && place + 1 < text.size() && text[place].unicode() == 0xD83C
+        && text[place + 1].unicode() >= 0xDDE6 && text[place + 1].unicode() <= 0xDDFF;
+}
+
+// The finder parts the letters of a flag that follows another emoji.
+bool isWithinFlag(QStringView text, qsizetype boundary)
+{
+    if (!isRegionalIndicator(text, boundary))
+        return false;
+    qsizetype before = 0;
+    while (isRegionalIndicator(text, boundary - 2 * (before + 1)))
+        ++before;
+    return before % 2 != 0;
+}
+
+qsizetype nextBoundary(QTextBoundaryFinder& finder, QStringView text)
+{
+    auto boundary = finder.toNextBoundary();
+    while (boundary >= 0 && isWithinFlag(text, boundary))
+        boundary = finder.toNextBoundary();
+    return boundary;
+}
+
 }
 
 qsizetype graphemeCount(QStringView text)
@@ -58,7 +84,7 @@ QStringView firstGraphemes(QStringView text, qsizetype count)
     }
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     for (; count > 0; --count) {
-        if (finder.toNextBoundary() < 0)
+        if (nextBoundary(finder, text) < 0)
             return text;
     }
     return text.first(finder.position());

@@ -23,6 +23,10 @@ constexpr auto area = SymbolDrawing::Ink::area;
 
 constexpr std::array sources {
     Source { u"checkmark", line, u"M 5 12.5 L 10 18 L 19 6" },
+    Source { u"checkmark.circle", line, u"A 12 12 9.5 M 7.5 12.5 L 10.8 15.8 L 16.5 8.8" },
+    Source { u"exclamationmark.shield", line,
+        u"M 12 2.5 L 20.5 5.5 L 20.5 11 C 20.5 16 17 19.8 12 21.5 C 7 19.8 3.5 16 3.5 11 L 3.5 5.5 Z M 12 7 L 12 13 "
+        u"M 12 16.4 L 12 16.5" },
     Source { u"chevron.up", line, u"M 5 15.5 L 12 8.5 L 19 15.5" },
     Source { u"chevron.down", line, u"M 5 8.5 L 12 15.5 L 19 8.5" },
     Source { u"chevron.left", line, u"M 15 5 L 8 12 L 15 19" },

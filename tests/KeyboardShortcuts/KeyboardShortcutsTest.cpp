@@ -77,22 +77,6 @@ TEST_F(KeyboardShortcutsTest, An_action_may_change_and_end_what_called_it)
     EXPECT_THAT(hotKeys.registered(), ElementsAre(FakeHotKeys::Combination { 38, controlOption }));
 }
 
-TEST_F(KeyboardShortcutsTest, A_shortcut_is_taken_by_the_desktops_settings_or_by_whoever_holds_it_but_not_by_ourselves)
-{
-    struct Settings final : SystemShortcuts {
-        std::vector<SymbolicHotKey> symbolicHotKeys() const override { return { { 38, controlOption, true } }; }
-    } const settings;
-    shortcuts.onKeyUp(toggle, note("up"));
-    shortcuts.setShortcut(controlOptionK, toggle);
-    using enum HotKeys::Refusal::Reason;
-    hotKeys.refusals = { { { 37, controlOption }, taken }, { { 36, controlOption }, unknownKey },
-        { { 111, ModifierFlags::none }, taken } };
-    for (auto const& [shortcut, isTaken] : std::initializer_list<std::pair<Shortcut, bool>> { { { 38, 6144 }, true },
-             { { 37, 6144 }, true }, { { 36, 6144 }, false }, { { 111, 0 }, false }, { controlOptionK, false },
-             { { 65536 + 37, 6144 }, false } })
-        EXPECT_EQ(line.center.isTakenBySystem(shortcut, settings), isTaken) << shortcut.carbonKeyCode;
-}
-
 // What the line should do, told as sets: which shortcuts have a hot key, which of them the system has, which are down.
 class ShortcutsModel : public KeyboardShortcutsTest {
 protected:

@@ -65,12 +65,12 @@ public:
         return names;
     }
 
-    bool hasKeyboard(Object const& object) const
-    {
-        constexpr auto focused = 1U << 12U;
-        auto const states = qdbus_cast<QList<uint>>(ask(object, "Accessible", "GetState").value(0));
-        return !states.isEmpty() && (states.first() & focused) != 0;
-    }
+    bool hasKeyboard(Object const& object) const { return isIn(object, 12); }
+    bool isShowing(Object const& object) const { return isIn(object, 25); }
+    bool isActive(Object const& window) const { return isIn(window, 1); }
+
+    // Its first action.
+    void press(Object const& object) const { ask(object, "Action", "DoAction", { 0 }); }
 
     // The middle of the object, or of one of its characters, on the screen.
     QPoint middle(Object const& object) const
@@ -97,6 +97,13 @@ public:
 
 private:
     static inline QString const connectionName = u"assistive client"_s;
+
+    // By the number of a state.
+    bool isIn(Object const& object, uint state) const
+    {
+        auto const states = qdbus_cast<QList<uint>>(ask(object, "Accessible", "GetState").value(0));
+        return !states.isEmpty() && (states.first() & (1U << state)) != 0;
+    }
 
     static QDBusConnection connected()
     {

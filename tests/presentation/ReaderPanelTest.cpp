@@ -9,6 +9,7 @@
 #include "support/FakeScreens.h"
 #include "support/Test.h"
 
+#include <QAccessible>
 #include <QLabel>
 #include <QTest>
 
@@ -46,6 +47,16 @@ protected:
         QCoreApplication::processEvents();
     }
 
+    ReaderPanel::Services panelServices()
+    {
+        return { services.defaults, services.workspace, screens, compositing,
+            { services.executor, services.clipboard, notifications, services.announcements }, [this](std::uint64_t) {
+                auto made = std::make_unique<FakePanelWindow>();
+                window = made.get();
+                return made;
+            } };
+    }
+
     std::optional<QString> stored() const { return services.defaults.get<QString>(frameKey); }
 
     FakeLibraryServices services;
@@ -54,13 +65,7 @@ protected:
     FakeScreens screens { { QRect(0, 0, 1280, 900) } };
     FakeCompositing compositing;
     FakePanelWindow* window = nullptr;
-    ReaderPanel panel { library,
-        { services.defaults, services.workspace, screens, compositing,
-            { services.executor, services.clipboard, notifications, services.announcements }, [this](std::uint64_t) {
-                auto made = std::make_unique<FakePanelWindow>();
-                window = made.get();
-                return made;
-            } } };
+    ReaderPanel panel { library, panelServices() };
     QList<bool> closings;
 };
 
@@ -69,6 +74,7 @@ TEST_F(ReaderPanelTest, It_stands_where_it_was_stored_and_only_the_user_changes_
     show();
     EXPECT_EQ(panel.geometry(), QRect(200, 130, 880, 640)) << "in the middle at first";
     EXPECT_EQ(stored(), std::nullopt);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&panel)->role(), QAccessible::Window);
 
     panel.savePanelFrame();
     EXPECT_EQ(stored(), std::nullopt) << "as when it is closed where it came up";
@@ -121,6 +127,62 @@ TEST_F(ReaderPanelTest, Its_corners_are_round_while_a_compositor_runs)
     compositing.setRunning(true);
     panel.resize(500, 400);
     EXPECT_TRUE(areRound());
+}
+
+TEST_F(ReaderPanelTest, Its_shadow_is_no_part_of_its_frame)
+{
+    auto const whole = [&] { return panel.frameGeometry(); };
+    show();
+    move({ 30, 40, 500, 400 });
+    compositing.setRunning(true, true);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(whole(), QRect(30, 40, 500, 400).marginsAdded(window->shadow)) << "while it is up";
+    EXPECT_FALSE(window->shadow.isNull());
+    EXPECT_EQ(stored(), u"{{30, 40}, {500, 400}}"_s);
+
+    QImage picture(panel.size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    panel.render(&picture);
+    auto const beside = [&](int distance) { return qAlpha(picture.pixel(window->shadow.left() - distance, 200)); };
+    EXPECT_GT(beside(1), beside(12));
+    EXPECT_GT(beside(12), 0);
+    EXPECT_EQ(qAlpha(picture.pixel(0, 0)), 0);
+
+    move(QRect(50, 60, 440, 360).marginsAdded(window->shadow));
+    EXPECT_EQ(stored(), u"{{50, 60}, {440, 360}}"_s) << "where the user has put it";
+    EXPECT_EQ(panel.minimumSize(), whole().size());
+    panel.orderOut();
+    show();
+    EXPECT_EQ(whole(), QRect(50, 60, 440, 360).marginsAdded(window->shadow));
+
+    compositing.setRunning(false);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(whole(), QRect(50, 60, 440, 360));
+    EXPECT_TRUE(window->shadow.isNull());
+    EXPECT_EQ(stored(), u"{{50, 60}, {440, 360}}"_s);
+}
+
+TEST_F(ReaderPanelTest, A_compositor_that_comes_later_gets_another_window_once_the_panel_is_hidden)
+{
+    compositing.setRunning(false);
+    ReaderPanel later { library, panelServices() };
+    later.show(PanelPresence::resident);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&later));
+    auto const frame = later.geometry();
+    auto const number = later.winId();
+    compositing.setRunning(true, true);
+    EXPECT_EQ(later.winId(), number) << "not while it is up";
+    EXPECT_TRUE(window->shadow.isNull());
+    later.orderOut();
+    services.executor.runPosted();
+    EXPECT_NE(later.winId(), number);
+    later.show(PanelPresence::resident);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&later));
+    EXPECT_EQ(later.geometry(), frame.marginsAdded(window->shadow));
+    EXPECT_FALSE(window->shadow.isNull());
+    QTest::mouseMove(later.windowHandle(), { window->shadow.left() + 1, 200 });
+    ASSERT_TRUE(QGuiApplication::overrideCursor()) << "its edges are taken as before";
+    EXPECT_EQ(QGuiApplication::overrideCursor()->shape(), Qt::SizeHorCursor);
 }
 
 TEST_F(ReaderPanelTest, What_the_window_manager_has_to_do_holds_up_neither_the_first_picture_nor_the_end)

@@ -8,6 +8,7 @@
 #include "support/FakeInputPermission.h"
 #include "support/FakeLibraryServices.h"
 #include "support/FakeModifierEvents.h"
+#include "support/FakeStatusBar.h"
 #include "support/ShortcutsOnFakes.h"
 
 #include <initializer_list>
@@ -83,11 +84,6 @@ struct FakeSessionEvents final : SessionEvents {
     Observers<void()> willSleep, didWake, resigned;
 };
 
-struct CountingItems final : StatusItems {
-    void rebuildPins() override { ++rebuilds; }
-    int rebuilds = 0;
-};
-
 // A coordinator among fakes, with other programs on the desktop, the second editor window in front, and the keys that
 // its user has.
 class SummoningDesk {
@@ -121,9 +117,9 @@ public:
         coordinator.reset();
         shortcuts.emplace(services.defaults, hotKeys, executor);
         coordinator.emplace(library,
-            PresentationCoordinator::Services {
-                shortcuts->shortcuts, workspace, session, events, permission, keys, executor },
-            panel, items);
+            PresentationCoordinator::Services { shortcuts->shortcuts, workspace, session, events, permission, keys,
+                executor, statusBar, updates, [this] { panel.calls.append(QStringLiteral("quit")); } },
+            panel);
     }
 
     void pressToggle()
@@ -190,7 +186,8 @@ public:
     FakeInputPermission permission;
     FakeModifierEvents events { executor, keys, permission };
     RecordingPanel panel { workspace };
-    CountingItems items;
+    FakeStatusBar statusBar;
+    std::optional<MenuBarUpdates> updates;
     std::optional<ShortcutsOnFakes> shortcuts;
     std::optional<PresentationCoordinator> coordinator;
 };

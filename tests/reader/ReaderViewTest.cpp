@@ -306,12 +306,55 @@ TEST_F(ReaderViewTest, A_long_sheet_shows_its_beginning_until_a_worker_or_what_n
     select(u"long.md"_s);
     expectTheSelectedSheet();
 
+    auto const showFurtherDown = [&] {
+        showBeginning();
+        select(u"a.md"_s);
+        store.scrollPositions.insert(u"long.md"_s, { 0, 40'000 });
+        save("long.md", source += '.');
+        store.select(u"long.md"_s);
+        services.executor.turn();
+        EXPECT_EQ(text.scrollOrigin(), QPointF());
+    };
+    showFurtherDown();
+    settle();
+    expectTheSelectedSheet();
+    auto const isThere = [&] { return std::abs(text.scrollOrigin().y() - 40'000) < 2'000; };
+    EXPECT_TRUE(isThere());
+
+    showFurtherDown();
     select(u"a.md"_s);
-    save("long.md", source += '.');
-    store.scrollPositions.insert(u"long.md"_s, { 0, 40'000 });
-    store.select(u"long.md"_s);
-    services.executor.turn();
-    expectTheSelectedSheet(); // a place further down
+    select(u"long.md"_s);
+    EXPECT_TRUE(isThere()) << "left before it was there";
+    showFurtherDown();
+    text.setScrollOrigin({ 0, 300 });
+    settle();
+    EXPECT_EQ(text.scrollOrigin(), QPointF(0, 300)) << "the user was faster";
+}
+
+TEST_F(ReaderViewTest, A_long_sheet_that_changes_while_it_is_read_stays_until_a_worker_has_rendered_it)
+{
+    auto const source = QByteArray("Some words.\n\n").repeated(12'000);
+    write("long.md", source);
+    connect();
+    settle();
+    text.setScrollOrigin({ 0, 20'000 });
+    auto const place = text.scrollAnchor();
+    auto const change = [&](QByteArray const& end) {
+        write("long.md", source + end);
+        store.reload();
+        for (int steps = 0; steps < 20 && !sheet().source.endsWith(QString::fromUtf8(end)); ++steps) {
+            services.executor.turn();
+            services.executor.runAndFinishWork();
+        }
+        services.executor.turn();
+    };
+    auto const before = string();
+    change("one");
+    EXPECT_EQ(string(), before);
+    change("two"); // a turn later the first is rendered
+    settle();
+    expectTheSelectedSheet();
+    EXPECT_EQ(text.scrollAnchor(), place);
 }
 
 TEST_F(ReaderViewTest, Pictures_that_come_or_change_are_rendered)

@@ -17,6 +17,7 @@ public:
             calls.append(QStringLiteral("setLevel"));
     }
     void setCollectionBehavior(CollectionBehavior asked) override { behavior = asked; }
+    void setShadow(QMargins given, QSize) override { shadow = given; }
     bool isMinimized() const override { return false; }
     bool canBeFetched() const override { return isFetchable; }
     void willShow() override { calls.append(QStringLiteral("willShow")); }
@@ -36,6 +37,7 @@ public:
 
     WindowLevel level = WindowLevel::normal;
     CollectionBehavior behavior = CollectionBehavior::none;
+    QMargins shadow;
     bool isShown = false;
     bool isFetchable = true;
     QStringList calls;

@@ -9,6 +9,18 @@ ApplicationInterface::ApplicationInterface(std::function<void(ApplicationInstanc
 {
 }
 
+QString ApplicationInterface::actionOf(ApplicationInstance::Wish wish)
+{
+    switch (wish) {
+    case ApplicationInstance::Wish::toggle:
+        return QStringLiteral("toggle");
+    case ApplicationInstance::Wish::settings:
+        return QStringLiteral("settings");
+    default:
+        return {};
+    }
+}
+
 std::optional<std::uint32_t> ApplicationInterface::userTime(QString const& startupId)
 {
     constexpr QLatin1StringView mark("_TIME");
@@ -32,8 +44,10 @@ void ApplicationInterface::Open(QStringList const&, QVariantMap const& platformD
 
 void ApplicationInterface::ActivateAction(QString const& name, QVariantList const&, QVariantMap const& platformData)
 {
-    if (name == QLatin1StringView("toggle"))
-        request(ApplicationInstance::Wish::toggle, platformData);
+    for (auto const wish : { ApplicationInstance::Wish::toggle, ApplicationInstance::Wish::settings }) {
+        if (name == actionOf(wish))
+            request(wish, platformData);
+    }
 }
 
 void ApplicationInterface::request(ApplicationInstance::Wish wish, QVariantMap const& platformData)

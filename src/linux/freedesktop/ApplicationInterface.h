@@ -20,6 +20,9 @@ public:
     // A startup id ends in the server time of the key or click that caused it, where it has one.
     static std::optional<std::uint32_t> userTime(QString const& startupId);
 
+    // The name of the action that stands for the wish; empty for one that is none.
+    static QString actionOf(ApplicationInstance::Wish wish);
+
 public Q_SLOTS:
     void Activate(QVariantMap const& platformData);
     // The files don't matter: the library is one folder, and chosen in the program.

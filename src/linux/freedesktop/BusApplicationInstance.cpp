@@ -63,16 +63,16 @@ ApplicationInstance::Role BusApplicationInstance::start(Wish wish)
             continue;
         }
         // Nothing is shown yet, unless the program opens by itself at its start.
-        if (wish == Wish::toggle)
-            openItself();
+        if (wish == Wish::toggle || wish == Wish::settings)
+            askItself(wish == Wish::toggle ? Wish::open : wish);
         return claimed == Claim::owned ? Role::first : Role::alone;
     }
     return Role::unanswered;
 }
 
-void BusApplicationInstance::openItself()
+void BusApplicationInstance::askItself(Wish wish)
 {
-    receive({ .wish = Wish::open, .userTime = ApplicationInterface::userTime(m_start.id) });
+    receive({ .wish = wish, .userTime = ApplicationInterface::userTime(m_start.id) });
 }
 
 // The object stands before the name is had: who waits for the name calls at once.
@@ -92,11 +92,11 @@ BusApplicationInstance::Answer BusApplicationInstance::handOver(Wish wish)
 {
     if (wish == Wish::none)
         return Answer::taken;
-    bool const isToggle = wish == Wish::toggle;
+    auto const action = ApplicationInterface::actionOf(wish);
     auto call = QDBusMessage::createMethodCall(name(), objectPath(), QStringLiteral("org.freedesktop.Application"),
-        isToggle ? QStringLiteral("ActivateAction") : QStringLiteral("Activate"));
-    if (isToggle)
-        call << QStringLiteral("toggle") << QVariantList();
+        action.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
+    if (!action.isEmpty())
+        call << action << QVariantList();
     QVariantMap platformData;
     if (!m_start.id.isEmpty())
         platformData.insert(QStringLiteral("desktop-startup-id"), m_start.id);

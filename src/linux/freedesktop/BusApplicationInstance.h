@@ -51,7 +51,7 @@ private:
 
     Claim claim();
     Answer handOver(Wish wish);
-    void openItself();
+    void askItself(Wish wish);
     void receive(Request request);
 
     QDBusConnection m_bus;

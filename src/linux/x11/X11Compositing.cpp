@@ -14,10 +14,14 @@ constexpr std::uint8_t eventBits = 0x7F; // without that of a sent one
 X11Compositing::X11Compositing(X11Connection& connection)
     : m_connection(connection)
     , m_selection(connection.atom("_NET_WM_CM_S0"))
+    , m_supported(connection.atom("_NET_SUPPORTED"))
     , m_isRunning(owner() != XCB_WINDOW_NONE)
+    , m_hasFrameExtents(hasFrameExtents())
 {
-    if (follow())
-        m_events = m_connection.observeEvents([this](auto const& event) { handle(event); });
+    m_connection.listenOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
+    if (!follow())
+        m_firstEvent = 0;
+    m_events = m_connection.observeEvents([this](auto const& event) { handle(event); });
 }
 
 xcb_window_t X11Compositing::owner() const
@@ -28,6 +32,11 @@ xcb_window_t X11Compositing::owner() const
     return reply ? reply->owner : xcb_window_t { XCB_WINDOW_NONE };
 }
 
+bool X11Compositing::hasFrameExtents() const
+{
+    return m_connection.lists(m_connection.root(), "_NET_SUPPORTED", m_connection.atom("_GTK_FRAME_EXTENTS"));
+}
+
 bool X11Compositing::follow()
 {
     auto* const xcb = m_connection.handle();
@@ -36,7 +45,7 @@ bool X11Compositing::follow()
         return false;
     m_firstEvent = extension->first_event;
     XcbOwned<xcb_xfixes_query_version_reply_t> const version(
-        xcb_xfixes_query_version_reply(xcb, xcb_xfixes_query_version(xcb, 1, 0), nullptr));
+        xcb_xfixes_query_version_reply(xcb, xcb_xfixes_query_version(xcb, 2, 0), nullptr));
     constexpr std::uint32_t everyEnd = XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER
         | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY
         | XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE;
@@ -47,12 +56,24 @@ bool X11Compositing::follow()
 
 void X11Compositing::handle(xcb_generic_event_t const& event)
 {
-    if ((event.response_type & eventBits) != m_firstEvent + XCB_XFIXES_SELECTION_NOTIFY)
+    auto const type = event.response_type & eventBits;
+    if (type == XCB_PROPERTY_NOTIFY) {
+        auto const& notice = reinterpret_cast<xcb_property_notify_event_t const&>(event);
+        if (notice.window == m_connection.root() && notice.atom == m_supported)
+            become(m_isRunning, hasFrameExtents());
+    } else if (m_firstEvent != 0 && type == m_firstEvent + XCB_XFIXES_SELECTION_NOTIFY) {
+        auto const& notice = reinterpret_cast<xcb_xfixes_selection_notify_event_t const&>(event);
+        if (notice.selection == m_selection)
+            become(notice.owner != XCB_WINDOW_NONE, m_hasFrameExtents);
+    }
+}
+
+void X11Compositing::become(bool isRunning, bool hasFrameExtents)
+{
+    if (isRunning == m_isRunning && hasFrameExtents == m_hasFrameExtents)
         return;
-    auto const& notice = reinterpret_cast<xcb_xfixes_selection_notify_event_t const&>(event);
-    if (notice.selection != m_selection || m_isRunning == (notice.owner != XCB_WINDOW_NONE))
-        return;
-    m_isRunning = !m_isRunning;
+    m_isRunning = isRunning;
+    m_hasFrameExtents = hasFrameExtents;
     m_observers.tell();
 }
 

@@ -1,5 +1,9 @@
 #include "linux/x11/X11PanelWindow.h"
 
+#include <QRect>
+
+#include <xcb/xfixes.h>
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -59,6 +63,29 @@ void X11PanelWindow::setCollectionBehavior(CollectionBehavior behavior)
 {
     if (std::exchange(m_behavior, behavior) != behavior && m_isShown)
         tellWorkspaces();
+}
+
+void X11PanelWindow::setShadow(QMargins shadow, QSize window)
+{
+    auto* const xcb = m_connection.handle();
+    auto const extents = m_connection.atom("_GTK_FRAME_EXTENTS");
+    auto const inside = QRect(QPoint(), window).marginsRemoved(shadow);
+    xcb_xfixes_region_t region = XCB_XFIXES_REGION_NONE; // all of it
+    if (shadow.isNull()) {
+        xcb_delete_property(xcb, m_window, extents);
+    } else {
+        std::array const sides { shadow.left(), shadow.right(), shadow.top(), shadow.bottom() };
+        xcb_change_property(
+            xcb, XCB_PROP_MODE_REPLACE, m_window, extents, XCB_ATOM_CARDINAL, 32, sides.size(), sides.data());
+        xcb_rectangle_t const taken { static_cast<std::int16_t>(inside.x()), static_cast<std::int16_t>(inside.y()),
+            static_cast<std::uint16_t>(inside.width()), static_cast<std::uint16_t>(inside.height()) };
+        region = xcb_generate_id(xcb);
+        xcb_xfixes_create_region(xcb, region, 1, &taken);
+    }
+    xcb_xfixes_set_window_shape_region(xcb, m_window, XCB_SHAPE_SK_INPUT, 0, 0, region);
+    if (region != XCB_XFIXES_REGION_NONE)
+        xcb_xfixes_destroy_region(xcb, region);
+    xcb_flush(xcb);
 }
 
 // Window managers read the property when a window is shown, and clear it when one is hidden.

@@ -17,6 +17,7 @@ public:
 
     void setLevel(WindowLevel level) override;
     void setCollectionBehavior(CollectionBehavior behavior) override;
+    void setShadow(QMargins shadow, QSize window) override;
     bool isMinimized() const override;
     bool canBeFetched() const override;
     void willShow() override;

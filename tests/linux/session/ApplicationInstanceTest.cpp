@@ -17,6 +17,7 @@ using Request = ApplicationInstance::Request;
 
 Request const open { .wish = Wish::open, .userTime = {} };
 Request const toggle { .wish = Wish::toggle, .userTime = {} };
+Request const settings { .wish = Wish::settings, .userTime = {} };
 
 // A session in which other processes are started beside the one that serves.
 class BusApplicationInstanceTest : public Test {
@@ -70,12 +71,13 @@ TEST_F(BusApplicationInstanceTest, The_wishes_of_later_starts_come_to_whoever_ob
     EXPECT_THAT(requests, ElementsAre(open)) << "what came before";
     startAnother(Wish::toggle, 4294967295U);
     startAnother(Wish::none);
-    EXPECT_THAT(requests, ElementsAre(open, Request { .wish = Wish::toggle, .userTime = 4294967295U }));
+    startAnother(Wish::settings);
+    EXPECT_THAT(requests, ElementsAre(open, Request { .wish = Wish::toggle, .userTime = 4294967295U }, settings));
     observation.end();
     startAnother(Wish::open);
-    EXPECT_EQ(requests.size(), 2U);
+    EXPECT_EQ(requests.size(), 3U);
     observation = record();
-    EXPECT_THAT(requests, ElementsAre(open, _, open));
+    EXPECT_THAT(requests, ElementsAre(open, _, _, open));
     first->leave();
     EXPECT_EQ(roleOfAnother(Wish::open), Role::first);
 }
@@ -95,8 +97,9 @@ TEST_F(BusApplicationInstanceTest, Desktops_call_it_by_the_common_interface)
     call(u"Activate"_s, { QVariantMap() });
     call(u"Open"_s, { QStringList { u"file:///a.md"_s }, token });
     call(u"ActivateAction"_s, { u"toggle"_s, QVariantList(), QVariantMap() });
+    call(u"ActivateAction"_s, { u"settings"_s, QVariantList(), QVariantMap() });
     call(u"ActivateAction"_s, { u"unknown"_s, QVariantList { 1 }, QVariantMap() });
-    EXPECT_THAT(requests, ElementsAre(open, Request { .wish = Wish::open, .userTime = 5 }, toggle));
+    EXPECT_THAT(requests, ElementsAre(open, Request { .wish = Wish::open, .userTime = 5 }, toggle, settings));
 }
 
 TEST_F(BusApplicationInstanceTest, A_first_start_opens_though_it_should_toggle_or_the_bus_began_it_for_that)
@@ -104,6 +107,9 @@ TEST_F(BusApplicationInstanceTest, A_first_start_opens_though_it_should_toggle_o
     EXPECT_EQ(first->start(Wish::toggle), Role::first);
     auto observation = record();
     EXPECT_THAT(requests, ElementsAre(Request { .wish = Wish::open, .userTime = 77 }));
+    first->leave();
+    EXPECT_EQ(first->start(Wish::settings), Role::first);
+    EXPECT_EQ(requests.back().wish, Wish::settings);
     first.reset();
     requests.clear();
 

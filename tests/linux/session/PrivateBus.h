@@ -34,6 +34,8 @@ public:
         m_daemon.waitForFinished();
     }
 
+    QString const& address() const { return m_address; }
+
     // A further connection, as of a program of its own.
     QDBusConnection connect()
     {

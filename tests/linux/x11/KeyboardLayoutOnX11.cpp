@@ -1,5 +1,6 @@
 #include "X11Desk.h"
 
+#include "linux/x11/X11KeyStrokes.h"
 #include "linux/x11/XcbXkb.h"
 #include "linux/x11/XkbKeyboardLayout.h"
 
@@ -44,6 +45,39 @@ TEST_F(KeyboardLayoutOnX11, Keys_keep_their_places_and_give_what_the_layout_in_u
              { "BackSpace", 51 }, { "F1", 122 }, { "F12", 111 }, { "Up", 126 }, { "Left", 123 }, { "KP_Up", 91 },
              { "KP_Enter", 76 }, { "Super_L", 55 }, { "no such key", std::nullopt }, { "1", std::nullopt } })
         EXPECT_EQ(layout.keyCode(QString::fromLatin1(name)), key) << name;
+}
+
+TEST_F(KeyboardLayoutOnX11, A_key_event_tells_the_place_of_the_key_the_modifiers_and_whether_a_shortcut_can_have_them)
+{
+    using enum ModifierFlags;
+    using enum KeyStroke::Kind;
+    X11KeyStrokes strokes(*connection);
+    constexpr std::uint32_t lock = 2, controlBit = 4, alt = 8, numLock = 16, super = 64, altGr = 128, group2 = 1 << 13;
+    constexpr std::uint32_t a = 38, rightAlt = 108, leftSuper = 133, numLockKey = 77, capsLockKey = 66, keypad5 = 84,
+                            play = 172;
+    struct Case {
+        char const* layout;
+        std::uint32_t key;
+        std::uint32_t state;
+        KeyStroke expected;
+    };
+    for (auto const& [name, serverKey, state, expected] : std::initializer_list<Case> {
+             { "us", a, 0, { key, keyA, none } },
+             { "us", a, controlBit | alt | lock | numLock, { key, keyA, control | option } },
+             { "de", a, super | group2, { key, keyA, command } },
+             { "de", a, altGr | controlBit, { key, keyA, std::nullopt } },
+             { "ru", a, controlBit, { key, keyA, control } },
+             { "us", rightAlt, 0, { modifier, std::uint16_t { 61 }, none } },
+             { "de", rightAlt, 0, { modifier, std::uint16_t { 61 }, none } },
+             { "us", leftSuper, 0, { modifier, std::uint16_t { 55 }, none } },
+             { "us", numLockKey, 0, { modifier, std::uint16_t { 71 }, none } },
+             { "us", capsLockKey, 0, { modifier, std::uint16_t { 57 }, none } },
+             { "us", keypad5, numLock | controlBit, { key, std::uint16_t { 87 }, control } },
+             { "us", play, controlBit, { key, std::nullopt, control } },
+         }) {
+        useMap({ QString::fromLatin1(name) });
+        EXPECT_EQ(strokes.keyStroke(serverKey, state), expected) << name << ' ' << serverKey << ' ' << state;
+    }
 }
 
 TEST_F(KeyboardLayoutOnX11, A_switch_of_layouts_is_told_once_until_nobody_observes_and_counts_where_it_writes_ascii)

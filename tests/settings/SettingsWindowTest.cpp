@@ -1,0 +1,295 @@
+#include "settings/SettingsWindow.h"
+
+#include "reader/BarButton.h"
+#include "settings/MainMenu.h"
+#include "settings/SettingsPlace.h"
+#include "support/FakeHotKeys.h"
+#include "support/FakeInputPermission.h"
+#include "support/FakeKeyState.h"
+#include "support/FakeKeyboardLayout.h"
+#include "support/FakeLibraryServices.h"
+#include "support/FakeScreens.h"
+#include "support/ShortcutsOnFakes.h"
+#include "support/Test.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QSlider>
+#include <QTest>
+
+#include <functional>
+
+namespace Quillory {
+namespace {
+
+struct NoSystemShortcuts final : SystemShortcuts {
+    std::vector<SymbolicHotKey> symbolicHotKeys() const override { return {}; }
+};
+
+// The toolkit's own test events have no native codes: each is Tab.
+struct OnlyTab final : KeyStrokes {
+    KeyStroke keyStroke(std::uint32_t, std::uint32_t) override
+    {
+        return { .kind = KeyStroke::Kind::key, .keyCode = 48, .modifiers = ModifierFlags::none };
+    }
+};
+
+struct FakeDesktopSettings final : DesktopSettings {
+    bool openKeyboardShortcuts() override
+    {
+        ++opened;
+        return isKnown;
+    }
+    bool isKnown = true;
+    int opened = 0;
+};
+
+class SettingsWindowTest : public Test {
+protected:
+    SettingsWindowTest()
+    {
+        services.root.write("sheets/a.md", "# Alpha\n");
+        services.root.write("sheets/b.md", "# Beta\n");
+    }
+
+    void connect()
+    {
+        store.connect(services.root.path("sheets"));
+        services.executor.settle();
+    }
+    void open()
+    {
+        window.bringToFront();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+
+    // Every text that can be read now, or that a button bears.
+    QStringList shown()
+    {
+        services.executor.settle();
+        QStringList texts;
+        for (auto const* const label : window.findChildren<QLabel*>()) {
+            if (label->isVisible())
+                texts << label->text();
+        }
+        for (auto const* const button : window.findChildren<QAbstractButton*>()) {
+            if (button->isVisible())
+                texts << button->text() << button->accessibleName();
+        }
+        return texts;
+    }
+    template<typename Widget = QAbstractButton>
+    Widget& named(QString const& name)
+    {
+        for (auto* const widget : window.findChildren<Widget*>()) {
+            if (widget->isVisible() && (widget->accessibleName() == name || widget->objectName() == name))
+                return *widget;
+        }
+        throw std::runtime_error(name.toStdString());
+    }
+
+    FakeLibraryServices services;
+    LibraryStore store { services.services(), LibraryStore::RestoreFolder::no };
+    FakeHotKeys hotKeys;
+    ShortcutsOnFakes line { services.defaults, hotKeys, services.executor };
+    FakeKeyboardLayout layout { { { 40, u"k"_s } } };
+    NoSystemShortcuts const systemShortcuts;
+    OnlyTab keyStrokes;
+    FakeKeyState keys;
+    FakeScreens screens { { { 0, 0, 1600, 900 } } };
+    FakeInputPermission permission;
+    FakeDesktopSettings desktopSettings;
+    std::optional<QRect> readerFrame;
+    SettingsWindow window { { .store = store,
+        .recorder = { { line.shortcuts, line.center, line.notifications, layout, systemShortcuts,
+                          [this](Shortcut const& shortcut) { return shortcut.description(layout); }, mainMenu },
+            keyStrokes, keys },
+        .defaults = services.defaults,
+        .workspace = services.workspace,
+        .screens = screens,
+        .executor = services.executor,
+        .notifications = line.notifications,
+        .fileOpener = services.fileOpener,
+        .permission = permission,
+        .desktopSettings = desktopSettings,
+        .version = u"1.2"_s,
+        .applicationFile = u"/usr/bin/quillory"_s,
+        .readerFrame = [this] { return readerFrame; } } };
+};
+
+TEST_F(SettingsWindowTest, Each_section_shows_what_holds_and_nothing_else)
+{
+    auto const sameShortcuts
+        = u"Choose different shortcuts for toggle and peek. Hold to peek is inactive while they match."_s;
+    auto const gestureIsOff
+        = u"Choose a gesture above to see the steps and set up access. Off keeps modifier gestures disabled."_s;
+    auto const allowed = u"Keyboard monitoring is allowed"_s, needed = u"Setup needed: allow Input Monitoring"_s;
+    auto const noPins = u"Pin a sheet in the reader to give it its own menu-bar icon."_s;
+    Shortcut const shortcut { 40, 6144 };
+    struct Row {
+        char const* change;
+        std::function<void()> make;
+        QStringList shown;
+        QStringList hidden;
+    };
+    open();
+    for (auto const& [change, make, present, absent] : std::initializer_list<Row> {
+             { "at first", [] {},
+                 { u"No folder connected"_s, gestureIsOff, noPins, u"Text size: 16"_s, u"Version 1.2"_s },
+                 { sameShortcuts, allowed, needed, u"How to use it"_s, u"Timing and troubleshooting"_s } },
+             { "a folder", [&] { connect(); }, { u"Connected folder: sheets"_s }, { u"No folder connected"_s } },
+             { "one shortcut", [&] { line.shortcuts.setShortcut(shortcut, ShortcutName::toggleQuillory()); }, {},
+                 { sameShortcuts } },
+             { "the same twice", [&] { line.shortcuts.setShortcut(shortcut, ShortcutName::peekQuillory()); },
+                 { sameShortcuts }, {} },
+             { "one cleared", [&] { line.shortcuts.setShortcut({}, ShortcutName::toggleQuillory()); }, {},
+                 { sameShortcuts } },
+             { "Option, not allowed", [&] { store.setModifierGesture(ModifierGesture::option); },
+                 { needed, u"1. Tap Option once and release."_s, u"3. Release Option to close the reader."_s,
+                     u"Set Up Input Monitoring…"_s, u"Show This Quillory App in Finder"_s, u"Check Access Again"_s,
+                     u"Timing and troubleshooting"_s },
+                 { allowed, gestureIsOff } },
+             { "Shift, allowed",
+                 [&] {
+                     store.gesturePermissionGranted.assignAs<PresentationCoordinator>(true);
+                     store.setModifierGesture(ModifierGesture::shift);
+                 },
+                 { allowed, u"2. Quickly press the same Shift key again and hold until the reader appears."_s },
+                 { needed, gestureIsOff, u"Check Access Again"_s } },
+             { "two pins",
+                 [&] {
+                     store.togglePin(u"b.md"_s);
+                     store.togglePin(u"a.md"_s);
+                 },
+                 { u"Beta"_s, u"Unpin Beta"_s, u"Alpha"_s }, { noPins } },
+             { "a file that is gone",
+                 [&] {
+                     services.root.remove("sheets/b.md");
+                     store.reload();
+                 },
+                 { u"b.md (unavailable)"_s, u"Unpin b.md (unavailable)"_s }, { u"Beta"_s } },
+             { "its pin taken away", [&] { named(u"Unpin b.md (unavailable)"_s).click(); }, { u"Alpha"_s },
+                 { u"b.md (unavailable)"_s } },
+             { "Learning Mode and a size",
+                 [&] {
+                     named(u"learningModeToggle"_s).click();
+                     named<QSlider>(u"Text size"_s).setValue(20);
+                 },
+                 { u"Text size: 20"_s }, { u"Text size: 16"_s } },
+         }) {
+        make();
+        auto const texts = shown();
+        for (auto const& text : present)
+            EXPECT_THAT(texts, Contains(text)) << change;
+        for (auto const& text : absent)
+            EXPECT_THAT(texts, Not(Contains(text))) << change;
+    }
+    EXPECT_TRUE(store.learningModeEnabled);
+    EXPECT_EQ(
+        named(u"learningModeToggle"_s).accessibleDescription(), u"Turn off Learning Mode to copy commands again"_s);
+    EXPECT_EQ(store.textSize, 20);
+    EXPECT_THAT(store.pinnedIDs.value(), ElementsAre(u"a.md"_s));
+}
+
+TEST_F(SettingsWindowTest, Its_buttons_do_what_they_say)
+{
+    store.setModifierGesture(ModifierGesture::option);
+    int checks = 0;
+    store.modifierGestureChanged = [&] { ++checks; };
+    open();
+    named(u"Set Up Input Monitoring…"_s).click();
+    EXPECT_EQ(permission.requests, 1);
+    EXPECT_EQ(checks, 1);
+    EXPECT_EQ(desktopSettings.opened, 1);
+    EXPECT_EQ(store.message.value(), std::nullopt);
+    desktopSettings.isKnown = false;
+    named(u"Set Up Input Monitoring…"_s).click();
+    EXPECT_TRUE(store.message.value()->contains(u"quillory --toggle"_s)) << "never nothing";
+    named(u"Check Access Again"_s).click();
+    EXPECT_EQ(checks, 3);
+    EXPECT_EQ(permission.requests, 2);
+    named(u"Show This Quillory App in Finder"_s).click();
+    EXPECT_THAT(services.fileOpener.calls, ElementsAre(u"reveal /usr/bin/quillory"_s));
+    auto& picker = named<QComboBox>(u"modifierPeekGesture"_s);
+    QTest::keyClick(&picker, Qt::Key_Up);
+    EXPECT_EQ(store.modifierGesture.value(), ModifierGesture::shift);
+    auto const label = [](QString const& text) {
+        return [=](QLabel const* each) { return each->text().startsWith(text); };
+    };
+    auto const labels = window.findChildren<QLabel*>();
+    auto const* const timing = *std::ranges::find_if(labels, label(u"Make the first tap"_s));
+    EXPECT_FALSE(timing->isVisible());
+    named(u"Timing and troubleshooting"_s).click();
+    EXPECT_TRUE(timing->isVisible());
+    services.openPanels.showWindow(window.winId());
+    named(u"Choose or reconnect folder…"_s).click();
+    services.executor.settle();
+    EXPECT_FALSE(named(u"Choose or reconnect folder…"_s).isEnabled());
+    auto const activations = services.workspace.ownActivations.size();
+    services.openPanels.choose(services.root.path("sheets"));
+    EXPECT_THAT(shown(), Contains(u"Connected folder: sheets"_s));
+    EXPECT_EQ(services.workspace.ownActivations.size(), activations + 1) << "in front again";
+}
+
+TEST_F(SettingsWindowTest, Its_keys_close_it_and_its_size_is_remembered)
+{
+    for (auto const& [key, modifier] :
+        std::initializer_list<std::pair<Qt::Key, Qt::KeyboardModifier>> {
+            { Qt::Key_Escape, Qt::NoModifier }, { Qt::Key_W, Qt::ControlModifier }, { Qt::Key_W, Qt::MetaModifier } }) {
+        open();
+        QTest::keyClick(window.focusWidget(), key, modifier);
+        EXPECT_FALSE(window.isVisible());
+    }
+    services.defaults.setValue(SettingsWindow::frameKey, u"{{5, 6}, {610, 480}}"_s);
+    readerFrame = QRect(100, 100, 800, 600);
+    open();
+    EXPECT_EQ(window.size(), QSize(610, 480));
+    EXPECT_GE(window.x(), 900) << "beside the reader";
+    auto const activations = services.workspace.ownActivations.size();
+    window.bringToFront();
+    EXPECT_EQ(services.workspace.ownActivations.size(), activations + 1) << "the same window";
+}
+
+TEST_F(SettingsWindowTest, Tab_reaches_every_control_once_and_starts_where_the_keyboard_was)
+{
+    open();
+    QStringList names;
+    auto* const first = window.focusWidget();
+    do {
+        names << window.focusWidget()->accessibleName() + window.focusWidget()->objectName();
+        QTest::keyClick(window.focusWidget(), Qt::Key_Tab);
+    } while (window.focusWidget() != first && names.size() < 20);
+    EXPECT_THAT(names,
+        ElementsAre(u"Choose or reconnect folder…"_s, u"Record shortcut: Toggle Quillory"_s,
+            u"Record shortcut: Hold to peek"_s, u"modifierPeekGesture"_s, u"learningModeToggle"_s, u"Text size"_s));
+    named<QComboBox>(u"modifierPeekGesture"_s).setFocus();
+    window.focusWidget()->clearFocus();
+    QTest::keyClick(&window, Qt::Key_Tab);
+    EXPECT_EQ(window.focusWidget()->objectName(), u"learningModeToggle"_s);
+}
+
+TEST(SettingsPlace, It_stands_beside_the_reader_where_there_is_room_and_always_within_the_screen)
+{
+    QRect const screen { 0, 0, 1600, 1000 };
+    struct Row {
+        QSize size;
+        std::optional<QRect> reader;
+        QPoint left; // and right edge
+    };
+    for (auto const& [size, reader, edges] : std::initializer_list<Row> {
+             { { 500, 700 }, {}, { 550, 1050 } },
+             { { 500, 700 }, QRect(0, 0, 800, 600), { 812, 1312 } },
+             { { 500, 700 }, QRect(800, 0, 800, 600), { 288, 788 } },
+             { { 500, 700 }, QRect(300, 400, 1000, 600), { 550, 1050 } },
+             { { 5000, 7000 }, QRect(0, 900, 800, 600), { 0, 1600 } },
+         }) {
+        auto const frame = SettingsPlace::frame(size, screen, reader);
+        EXPECT_EQ(frame.left(), edges.x()) << size.width();
+        EXPECT_EQ(frame.right() + 1, edges.y());
+        EXPECT_TRUE(screen.contains(frame));
+    }
+}
+
+}
+}
