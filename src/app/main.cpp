@@ -1,6 +1,7 @@
 #include "AppDelegate.h"
 #include "OrderlyEnd.h"
 #include "Preparation.h"
+#include "ProgramData.h"
 #include "StartOptions.h"
 #include "TerminationSignals.h"
 #include "X11Desktop.h"
@@ -60,12 +61,6 @@ void leaveWorkingFolder()
     QDir::setCurrent(QDir::homePath());
 }
 
-// Installed or built, the program finds what it brings along from where it stands itself.
-QString startersFolder()
-{
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/quillory/Starters"));
-}
-
 // Passes the wish on to an earlier process. Settings are changed only where there is none: it has them in memory.
 ApplicationInstance::Role takePart(ApplicationInstance& instance, StartOptions const& options)
 {
@@ -118,7 +113,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
 
     AppDelegate delegate({
         .library = { defaults, bookmarks, files, sandbox, events, executor, clipboard, announcements, fileOpener,
-            openPanels, desktop.workspace(), startersFolder() },
+            openPanels, desktop.workspace(), ProgramData::startersFolder() },
         .hotKeys = desktop.hotKeys(),
         .localKeyEvents = desktop.localKeyEvents(),
         .notifications = notifications,
