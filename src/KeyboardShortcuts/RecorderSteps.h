@@ -20,7 +20,7 @@ namespace Quillory {
 class RecorderSteps {
     Q_DECLARE_TR_FUNCTIONS(Recorder)
 public:
-    enum class Answer { passOn, swallow };
+    using Answer = KeyStrokes::Answer;
     enum class AlertAnswer { refuse, force };
     enum class Where { inside, outside };
 

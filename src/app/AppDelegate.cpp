@@ -1,6 +1,7 @@
 #include "AppDelegate.h"
 
 #include "settings/MainMenu.h"
+#include "updates/views/UpdateSettingsView.h"
 
 #include <utility>
 
@@ -13,6 +14,9 @@ AppDelegate::AppDelegate(Services services)
     , m_hotKeyCenter(m_services.hotKeys, m_services.localKeyEvents, m_services.notifications)
     , m_shortcuts(m_shortcutStorage, m_hotKeyCenter, m_services.library.executor)
 {
+    if (m_services.makeUpdater)
+        m_updates.emplace(
+            m_services.makeUpdater, ReleaseVersionDisplay::ofApplication(), UpdateController::Process::ofThis());
 }
 
 void AppDelegate::applicationDidFinishLaunching()
@@ -33,8 +37,8 @@ void AppDelegate::applicationDidFinishLaunching()
             m_services.makePanelWindow });
     m_presentation.emplace(m_store,
         PresentationCoordinator::Services { m_shortcuts, library.workspace, m_services.session,
-            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor, m_statusBar,
-            std::nullopt, m_services.quit },
+            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor, m_services.statusBar,
+            menuBarUpdates(), m_services.quit },
         *m_panel);
     bindPanel();
     m_takenShortcuts.emplace(TakenShortcuts::Services {
@@ -43,6 +47,23 @@ void AppDelegate::applicationDidFinishLaunching()
     if (!m_store.folder.value())
         m_presentation->open();
     m_requests = m_services.instance.observeRequests([this](auto const& request) { serve(request); });
+}
+
+std::optional<MenuBarUpdates> AppDelegate::menuBarUpdates()
+{
+    if (!m_updates)
+        return std::nullopt;
+    return MenuBarUpdates {
+        .updateAvailable = [this] { return m_updates->updateAvailable.value(); },
+        .canCheckForUpdates = [this] { return m_updates->canCheckForUpdates.value(); },
+        .checkForUpdates = [this] { m_updates->checkForUpdates(); },
+        .observeUpdateAvailable =
+            [this](std::function<void()> changed) {
+                auto const notifier = std::make_shared<QPropertyNotifier>(
+                    m_updates->updateAvailable.addNotifier(std::move(changed)));
+                return Registration([notifier] { *notifier = {}; });
+            },
+    };
 }
 
 void AppDelegate::bindPanel()
@@ -72,6 +93,13 @@ void AppDelegate::applicationShouldHandleReopen()
         m_presentation->open();
 }
 
+std::function<QWidget*(QWidget*)> AppDelegate::updatesRows()
+{
+    if (!m_updates)
+        return nullptr;
+    return [this](QWidget* parent) { return new UpdateSettingsView(*m_updates, parent); };
+}
+
 void AppDelegate::showSettings()
 {
     if (!m_settings) {
@@ -89,9 +117,10 @@ void AppDelegate::showSettings()
             .fileOpener = library.fileOpener,
             .permission = m_services.permission,
             .desktopSettings = m_services.desktopSettings,
-            .version = m_services.version,
+            .versionText = ReleaseVersionDisplay::ofApplication().versionText(),
             .applicationFile = m_services.applicationFile,
-            .readerFrame = [this] { return m_panel->isVisible() ? std::optional(m_panel->geometry()) : std::nullopt; },
+            .readerFrame = [this] { return m_panel->isVisible() ? std::optional(m_panel->frame()) : std::nullopt; },
+            .makeUpdates = updatesRows(),
         });
     }
     m_presentation->stay();

@@ -3,10 +3,12 @@
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "library/LibraryStore.h"
 #include "platform/ApplicationInstance.h"
+#include "platform/StatusBar.h"
 #include "presentation/PresentationCoordinator.h"
 #include "presentation/ReaderPanel.h"
 #include "presentation/TakenShortcuts.h"
 #include "settings/SettingsWindow.h"
+#include "updates/UpdateController.h"
 
 #include <memory>
 #include <optional>
@@ -32,18 +34,19 @@ public:
         Screens& screens;
         Compositing& compositing;
         MakePanelWindow makePanelWindow;
+        StatusBar& statusBar;
         ApplicationInstance& instance;
-        QString version;
         QString applicationFile;
         std::function<void()> quit;
         std::function<QStringList()> howToCall; // one sentence for each shortcut, as it is stored now
         std::function<QString(Shortcut const&)> inWords;
         std::function<void(QString const&)> log;
+        Updater::Make makeUpdater; // empty where no updates are looked for
         // When the user asked for what another process passed on, as a server time; absent for now.
         std::function<void(std::optional<std::uint32_t>)> noteUserTime;
     };
 
-    // Restores the folder and starts the first load.
+    // Restores the folder, starts the first load, and then the updater.
     explicit AppDelegate(Services services);
 
     // Binds the keys. Without a folder the reader opens by itself.
@@ -56,26 +59,23 @@ public:
     // Brings the one settings window to the front, beside the reader if that is up.
     void showSettings();
 
+    // In the reader, until it is dismissed.
+    void showMessage(QString const& sentence) { m_store.showMessage(sentence); }
+
     void applicationWillTerminate();
 
 private:
-    // As long as there is no bar, items show nowhere.
-    struct NoStatusBar final : StatusBar {
-        struct Item final : StatusItem {
-            void show(StatusItemLook const&) override { }
-        };
-        std::unique_ptr<StatusItem> statusItem(StatusItem::Target) override { return std::make_unique<Item>(); }
-    };
-
     void bindPanel();
+    std::optional<MenuBarUpdates> menuBarUpdates();
+    std::function<QWidget*(QWidget* parent)> updatesRows();
     void serve(ApplicationInstance::Request const& request);
 
     Services m_services;
     LibraryStore m_store;
+    std::optional<UpdateController> m_updates; // absent where no updates are looked for
     ShortcutStorage m_shortcutStorage;
     HotKeyCenter m_hotKeyCenter;
     KeyboardShortcuts m_shortcuts;
-    NoStatusBar m_statusBar;
     std::unique_ptr<ReaderPanel> m_panel;
     std::optional<PresentationCoordinator> m_presentation;
     std::optional<TakenShortcuts> m_takenShortcuts;

@@ -44,16 +44,16 @@ std::expected<void, QString> connectFolder(FolderAccess& access, QString const& 
 
 QString inWords(Shortcut const& shortcut, KeyboardLayout const& layout)
 {
-    static constexpr std::array<std::pair<ModifierFlags, QLatin1StringView>, 4> words { {
-        { ModifierFlags::control, "Ctrl"_L1 },
-        { ModifierFlags::option, "Alt"_L1 },
-        { ModifierFlags::shift, "Shift"_L1 },
-        { ModifierFlags::command, "Super"_L1 },
+    static constexpr std::array<std::pair<ModifierFlags, char const*>, 4> words { {
+        { ModifierFlags::control, QT_TRANSLATE_NOOP("StartOptions", "Ctrl") },
+        { ModifierFlags::option, QT_TRANSLATE_NOOP("StartOptions", "Alt") },
+        { ModifierFlags::shift, QT_TRANSLATE_NOOP("StartOptions", "Shift") },
+        { ModifierFlags::command, QT_TRANSLATE_NOOP("StartOptions", "Super") },
     } };
     QStringList keys;
     for (auto const& [flag, word] : words) {
         if (contains(shortcut.modifiers(), flag))
-            keys << word;
+            keys << StartOptions::tr(word);
     }
     keys << Shortcut { shortcut.carbonKeyCode, 0 }.description(layout);
     return keys.join(u'+');

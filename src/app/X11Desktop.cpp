@@ -62,6 +62,7 @@ X11Desktop::X11Desktop(QApplication const& application, std::unique_ptr<X11Conne
     , m_connection(std::move(connection))
     , m_listening(std::move(listening))
     , m_compositing(*m_connection)
+    , m_embeddingTray(*m_connection, "_NET_SYSTEM_TRAY_S0")
     , m_userTimes(m_clock)
     , m_hotKeys(*m_connection, m_clock)
     , m_keys(*m_listening)

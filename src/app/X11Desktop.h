@@ -13,6 +13,7 @@
 #include "linux/x11/X11KeyState.h"
 #include "linux/x11/X11KeyStrokes.h"
 #include "linux/x11/X11ModifierEvents.h"
+#include "linux/x11/X11SelectionOwner.h"
 #include "linux/x11/X11Workspace.h"
 #include "linux/x11/XkbKeyboardLayout.h"
 #include "platform/PanelWindow.h"
@@ -62,6 +63,7 @@ public:
     KeyStrokes& keyStrokes() { return m_keyStrokes; }
     Screens& screens() { return m_screens; }
     Compositing& compositing() { return m_compositing; }
+    X11SelectionOwner& embeddingTray() { return m_embeddingTray; }
 
     std::unique_ptr<PanelWindow> panelWindow(std::uint64_t window);
 
@@ -80,6 +82,7 @@ private:
     std::unique_ptr<X11Connection> m_listening; // raw events pause on a connection that grabs keys
     X11Clock m_clock;
     X11Compositing m_compositing;
+    X11SelectionOwner m_embeddingTray;
     UserTimes m_userTimes;
     X11HotKeys m_hotKeys;
     X11KeyState m_keys;

@@ -4,6 +4,7 @@
 #include "ProgramData.h"
 #include "StartOptions.h"
 #include "TerminationSignals.h"
+#include "Updates.h"
 #include "X11Desktop.h"
 
 #include "app/sandbox/ServeAsWorker.h"
@@ -23,7 +24,10 @@
 #include "linux/qt/QtExecutor.h"
 #include "linux/qt/QtMenuTracking.h"
 #include "linux/qt/QtOpenPanels.h"
+#include "linux/tray/TrayBar.h"
 #include "linux/worker/WorkerPool.h"
+#include "updates/ReleaseVersionDisplay.h"
+#include "words/InstalledWords.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -78,6 +82,21 @@ int leaveToEarlierProcess(ApplicationInstance::Role role, StartOptions const& op
     return EXIT_SUCCESS;
 }
 
+// `showInReader` is empty until there is a reader.
+TrayBar::Operations trayOperations(X11Desktop& desktop, std::function<void(QString const&)> const& showInReader)
+{
+    return {
+        .hasEmbeddingTray = [&] { return desktop.embeddingTray().isThere(); },
+        .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
+        .log =
+            [&](QString const& sentence) {
+                fail(sentence);
+                if (showInReader)
+                    showInReader(sentence);
+            },
+    };
+}
+
 // The program from here to its end: all that it stands on, and what stands on that.
 int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions const& options)
 {
@@ -103,14 +122,22 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     DesktopSettingsPrograms desktopSettings;
     auto const wakes = session.observeDidWake([&] { desktop.didWake(); });
 
+    std::function<void(QString const&)> showInReader;
+    TrayBar tray(QDBusConnection::sessionBus(), trayOperations(desktop, showInReader));
+    auto const embeddingTrays = desktop.embeddingTray().observeChanges([&] { tray.trayChanged(); });
+
+    ShortcutStorage shortcuts(defaults, notifications);
+    auto const sayHowToCall = [&] { say(howToCall(shortcuts, desktop.keyboardLayout())); };
     if (options.changeSettings()) {
-        ShortcutStorage shortcuts(defaults, notifications);
         if (auto const prepared = prepareSettings(options, defaults, bookmarks, shortcuts); !prepared)
             return fail(prepared.error());
         defaults.flush(); // who reads what is said may look at them
-        say(howToCall(shortcuts, desktop.keyboardLayout()));
+        sayHowToCall();
+    } else if (!tray.isPresent()) {
+        sayHowToCall(); // nothing else tells
     }
 
+    Updates updates({ defaults, executor, session, fileOpener, desktop.workspace(), announcements });
     AppDelegate delegate({
         .library = { defaults, bookmarks, files, sandbox, events, executor, clipboard, announcements, fileOpener,
             openPanels, desktop.workspace(), ProgramData::startersFolder() },
@@ -128,15 +155,17 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .screens = desktop.screens(),
         .compositing = desktop.compositing(),
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
+        .statusBar = tray,
         .instance = instance,
-        .version = QStringLiteral(QUILLORY_VERSION),
         .applicationFile = QCoreApplication::applicationFilePath(),
         .quit = [] { QCoreApplication::exit(); },
-        .howToCall = [&] { return howToCall(ShortcutStorage(defaults, notifications), desktop.keyboardLayout()); },
+        .howToCall = [&] { return howToCall(shortcuts, desktop.keyboardLayout()); },
         .inWords = [&](Shortcut const& shortcut) { return inWords(shortcut, desktop.keyboardLayout()); },
         .log = [](QString const& sentence) { fail(sentence); },
+        .makeUpdater = updates.make(),
         .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
     });
+    showInReader = [&](QString const& sentence) { delegate.showMessage(sentence); };
     OrderlyEnd end([&] {
         delegate.applicationWillTerminate();
         defaults.flush();
@@ -168,8 +197,10 @@ int main(int argc, char* argv[])
     auto const start = BusApplicationInstance::Start::ofThisProcess();
     QApplication application(argc, argv);
     choice.forget();
+    InstalledWords const words;
     QApplication::setDesktopFileName(BusApplicationInstance::name());
     QApplication::setQuitOnLastWindowClosed(false);
+    application.setProperty(ReleaseVersionDisplay::infoKey, QStringLiteral(QUILLORY_RELEASE_VERSION));
     BusApplicationInstance instance(QDBusConnection::sessionBus(), start);
     auto const role = takePart(instance, *options);
     if (role == ApplicationInstance::Role::handedOver || role == ApplicationInstance::Role::unanswered)

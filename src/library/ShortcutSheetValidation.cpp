@@ -209,7 +209,7 @@ bool SheetValidation::sheet(ShortcutSheet const& sheet)
     return require(sheet.schemaVersion == 1, "schemaVersion"_L1, QT_TR_NOOP("unsupported version; expected 1"))
         && name(sheet.title, maximumTitle, "title"_L1) && atMost(sheet.description, maximumText, "description"_L1)
         && require(!sheet.sections.isEmpty() && sheet.sections.size() <= maximumSections, "sections"_L1,
-            QT_TR_NOOP("expected 1\u2013100 sections"))
+            QT_TR_NOOP("expected 1–100 sections"))
         && require(entries <= maximumEntriesPerSheet, "sections"_L1, QT_TR_NOOP("maximum 2000 entries per sheet"))
         && each(sheet.sections, &Place::section, &SheetValidation::section);
 }
@@ -234,7 +234,7 @@ bool SheetValidation::entry(Entry const& entry)
 bool SheetValidation::shortcut(Shortcut const& shortcut)
 {
     return require(!shortcut.steps.isEmpty() && shortcut.steps.size() <= maximumSteps, "steps"_L1,
-               QT_TR_NOOP("expected 1\u20138 steps"))
+               QT_TR_NOOP("expected 1–8 steps"))
         && each(shortcut.steps, &Place::step, &SheetValidation::step);
 }
 

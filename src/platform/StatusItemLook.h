@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -12,8 +13,8 @@ struct StatusItemLook {
 
     // By which the bar remembers the item's place, also in later runs.
     QString autosaveName;
-    // A few characters as the face; without them it is the program's icon.
-    std::optional<QString> text;
+    // The face, as a person counts characters; without them it is the program's icon.
+    std::optional<QStringList> characters;
     // Waiting: a dot beside the icon.
     Attention attention = Attention::none;
     // By which bars list and sort their items.

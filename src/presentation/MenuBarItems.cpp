@@ -9,13 +9,28 @@
 
 namespace Quillory {
 
+namespace {
+
+QStringList firstCharacters(QStringView title)
+{
+    QStringList characters;
+    while (!title.isEmpty() && characters.size() < MenuBarItems::faceLength) {
+        auto const character = firstGraphemes(title, 1);
+        characters.append(character.toString());
+        title = title.sliced(character.size());
+    }
+    return characters;
+}
+
+}
+
 MenuBarItems::MenuBarItems(LibraryStore& store, StatusBar& bar, std::optional<MenuBarUpdates> updates, Actions actions)
     : m_store(store)
     , m_bar(bar)
     , m_updates(std::move(updates))
     , m_actions(std::move(actions))
     , m_look { .autosaveName = QStringLiteral("Quillory.Main"),
-        .text = {},
+        .characters = {},
         .title = tr("Quillory"),
         .toolTip = tr("Open Quillory to read your cheat sheets"),
         .accessibilityLabel = tr("Open Quillory") }
@@ -102,7 +117,7 @@ StatusItemLook MenuBarItems::lookOfPin(Sheet const& sheet) const
     auto const open = tr("Open %1").arg(title);
     return { .autosaveName = QStringLiteral("Quillory.Pin.") + m_store.folder.value().value_or(QString()) + u'.'
             + sheet.id,
-        .text = firstGraphemes(title, faceLength).toString(),
+        .characters = firstCharacters(title),
         .title = title,
         .toolTip = open,
         .accessibilityLabel = open };

@@ -91,12 +91,12 @@ void ReaderPanel::shape()
     m_corners.setVisible(isComposited);
     auto const shadow = isComposited && m_services.compositing.leavesShadowsToWindows() ? PanelShadow::margins
                                                                                         : QMargins();
-    auto const frame = askedFrame();
+    auto const kept = frame();
     if (isVisible() && shadow != contentsMargins())
         m_restoringPanelFrame.place(PanelFrameGuard::Until::nextFrame);
     setContentsMargins(shadow);
     setMinimumSize(PanelFrame::minimumSize.toSize().grownBy(shadow));
-    askForFrame(frame);
+    askForFrame(kept);
     m_view.setGeometry(contentsRect());
     tellShadow();
 }
@@ -107,7 +107,7 @@ void ReaderPanel::tellShadow()
     m_window->setShadow((contentsMargins().toMarginsF() * ratio).toMargins(), (QSizeF(size()) * ratio).toSize());
 }
 
-QRect ReaderPanel::askedFrame() const
+QRect ReaderPanel::frame() const
 {
     return geometry().marginsRemoved(contentsMargins());
 }
@@ -162,13 +162,13 @@ void ReaderPanel::takeFrame()
     if (isFirst && screen)
         askForFrame(PanelFrame::centered(screen->visibleFrame).toRect());
     // One that is in place already stays there, also where a window manager has corrected it.
-    if (isVisible() && screen == PanelFrame::screenOf(*m_screens, askedFrame()))
+    if (isVisible() && screen == PanelFrame::screenOf(*m_screens, frame()))
         return;
     auto const stored = m_services.defaults.get<QString>(frameKey);
-    auto const frame = PanelFrame::forShow(stored, askedFrame().topLeft(), *m_screens, screen).toRect();
+    auto const wanted = PanelFrame::forShow(stored, frame().topLeft(), *m_screens, screen).toRect();
     using enum PanelFrameGuard::Until;
     m_restoringPanelFrame.place(isVisible() ? nextFrame : inFront);
-    askForFrame(frame);
+    askForFrame(wanted);
 }
 
 void ReaderPanel::didComeUp()
@@ -183,14 +183,14 @@ void ReaderPanel::comeOnScreen()
     if (!isVisible())
         return;
     m_screens = m_services.screens.screens();
-    auto const screen = PanelFrame::screenOf(*m_screens, askedFrame());
-    auto const before = askedFrame();
-    auto const frame = screen ? PanelFrame::clamped(before, screen->visibleFrame).toRect() : before;
+    auto const screen = PanelFrame::screenOf(*m_screens, frame());
+    auto const before = frame();
+    auto const wanted = screen ? PanelFrame::clamped(before, screen->visibleFrame).toRect() : before;
     m_restoringPanelFrame.place(PanelFrameGuard::Until::nextFrame);
-    if (frame == before)
-        m_restoringPanelFrame.settle(frame);
+    if (wanted == before)
+        m_restoringPanelFrame.settle(wanted);
     else
-        askForFrame(frame);
+        askForFrame(wanted);
 }
 
 std::optional<Screens::Screen> ReaderPanel::usersScreen() const

@@ -51,6 +51,9 @@ public:
     void applyPeekLevel(PanelPresence presence) override;
     void dismissTooltips() override;
 
+    // Of the panel as it is seen, without its shadow.
+    QRect frame() const;
+
     // The reader asks to be closed.
     std::function<void()> onDismiss = [] { };
     // The window system has moved or resized the window; it is about to close by its close button.
@@ -83,9 +86,7 @@ private:
     void takeLevel();
     void tellLevel();
     void hidePanel();
-    // Without the shadow: as it was asked for, and as the window system has it.
-    QRect askedFrame() const;
-    QRect placedFrame() const;
+    QRect placedFrame() const; // by the window system, which may not have done yet as it was asked
     void askForFrame(QRect const& frame);
     void makeNativeWindow();
     void followCompositing();

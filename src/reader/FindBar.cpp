@@ -3,7 +3,7 @@
 #include "reader/BarButton.h"
 #include "reader/Panes.h"
 
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 
@@ -11,7 +11,8 @@ namespace Quillory {
 
 namespace {
 
-constexpr int narrowestField = 60; // points
+constexpr int narrowestField = 90; // points, with the status beside it
+constexpr int firstButton = 2; // column
 
 }
 
@@ -20,24 +21,26 @@ FindBar::FindBar(LibraryStore& store, QWidget* parent)
     , m_store(store)
     , m_field(new QLineEdit(this))
     , m_status(new QLabel(this))
+    , m_row(new QGridLayout(this))
 {
     makePane(*this, "chrome");
-    auto* const row = new QHBoxLayout(this);
-    row->setContentsMargins(12, 5, 8, 5);
-    row->setSpacing(4);
+    m_row->setContentsMargins(12, 5, 8, 5);
+    m_row->setSpacing(4);
+    m_row->setColumnStretch(0, 1);
     m_field->setPlaceholderText(tr("Find in this sheet"));
     m_field->setAccessibleName(tr("Find in this sheet"));
     setHelp(*m_field, tr("Find text in the current sheet; press Return for the next match"));
-    m_field->setMinimumWidth(narrowestField);
-    row->addWidget(m_field, 1);
+    m_field->setMinimumWidth(0);
+    m_row->addWidget(m_field, 0, 0);
     m_status->setObjectName(QStringLiteral("secondary"));
-    row->addWidget(m_status);
+    placeStatus();
 
     using enum LibraryStore::FindDirection;
     auto const addButton = [&](char16_t const* symbol, QString const& label, QString const& help, auto action) {
         auto* const button = new BarButton(QString::fromUtf16(symbol), label, help, this);
         connect(button, &BarButton::clicked, this, action);
-        row->addWidget(button);
+        m_row->addWidget(button, 0, firstButton + static_cast<int>(m_buttons.size()));
+        m_buttons.append(button);
     };
     addButton(u"chevron.up", tr("Previous match"), tr("Select the previous matching text"),
         [this] { m_store.requestFind(backwards); });
@@ -56,8 +59,30 @@ void FindBar::refresh(ReaderWindowState const& state)
     if (m_status->text() != state.findStatus) {
         m_status->setText(state.findStatus);
         m_field->setAccessibleDescription(state.findStatus);
+        placeStatus();
     }
     setVisible(state.findVisible);
+}
+
+// Beside the field while that leaves it enough room, else on a line of its own.
+void FindBar::placeStatus()
+{
+    auto room = contentsRect().marginsRemoved(m_row->contentsMargins()).width();
+    for (auto const* const button : m_buttons)
+        room -= button->sizeHint().width() + m_row->spacing();
+    bool const hasRoom = room - m_row->spacing() - m_status->sizeHint().width() >= narrowestField;
+    m_status->setVisible(!m_status->text().isEmpty());
+    m_row->removeWidget(m_status);
+    if (hasRoom)
+        m_row->addWidget(m_status, 0, 1);
+    else
+        m_row->addWidget(m_status, 1, 0, 1, -1);
+}
+
+void FindBar::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    placeStatus();
 }
 
 void FindBar::takeKeyboard()

@@ -5,10 +5,13 @@
 
 #include <QWidget>
 
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 
 namespace Quillory {
+
+class BarButton;
 
 // Looks for a text in the sheet on show. Hidden until it is asked for. GUI thread only.
 class FindBar : public QWidget {
@@ -26,10 +29,17 @@ Q_SIGNALS:
     void queryEdited(QString const& query);
     void closed();
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
+    void placeStatus();
+
     LibraryStore& m_store;
     QLineEdit* m_field;
     QLabel* m_status;
+    QList<BarButton*> m_buttons;
+    QGridLayout* m_row;
 };
 
 }

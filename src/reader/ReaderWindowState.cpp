@@ -19,7 +19,7 @@ QStringList linesOf(QStringList const& warnings)
     constexpr auto shown = ReaderWindowState::warningsShown;
     auto lines = warnings.first(std::min(shown, warnings.size()));
     if (warnings.size() > shown)
-        lines.append(Texts::tr("%1 more icon warnings.").arg(warnings.size() - shown));
+        lines.append(Texts::tr("%n more icon warnings.", nullptr, static_cast<int>(warnings.size() - shown)));
     return lines;
 }
 

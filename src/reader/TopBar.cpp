@@ -19,8 +19,8 @@ TopBar::TopBar(LibraryStore& store, std::function<void()> openSettings, QWidget*
     , m_store(store)
     , m_textSize(new BarButton(QStringLiteral("textformat.size"), tr("Reader text size"),
           tr("Adjust reader text size; shortcut symbols stay larger"), this))
-    , m_learningMode(new BarButton(QStringLiteral("graduationcap"), tr("Learning Mode"), {}, this))
-    , m_pin(new BarButton(QStringLiteral("pin"), {}, {}, this))
+    , m_learningMode(new BarButton(QStringLiteral("graduationcap"), tr("Learning Mode"), QString(), this))
+    , m_pin(new BarButton(QStringLiteral("pin"), QString(), QString(), this))
 {
     makePane(*this, "chrome");
     auto* const row = new QHBoxLayout(this);

@@ -4,12 +4,12 @@
 
 namespace Quillory {
 
-AboutSection::AboutSection(QWidget* updates, QString const& version, QWidget* parent)
+AboutSection::AboutSection(QWidget* updates, QString const& versionText, QWidget* parent)
     : SettingsSection(QStringLiteral("Quillory"), parent)
 {
     if (updates)
         addRow(updates);
-    auto* const line = addText(tr("Version %1").arg(version.isEmpty() ? tr("Unknown") : version));
+    auto* const line = addText(versionText);
     line->setTextInteractionFlags(Qt::TextSelectableByMouse);
 }
 

@@ -8,8 +8,8 @@ namespace Quillory {
 class AboutSection : public SettingsSection {
     Q_OBJECT
 public:
-    // `updates` stands above the version; null where there are no updates. An empty version is not known.
-    AboutSection(QWidget* updates, QString const& version, QWidget* parent);
+    // `updates` stands above the version; null where there are no updates.
+    AboutSection(QWidget* updates, QString const& versionText, QWidget* parent);
 };
 
 }

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace Quillory {
@@ -115,6 +116,18 @@ void SettingsSection::layOut()
 bool SettingsSection::hasTwoColumns() const
 {
     return width() >= charactersForColumns * fontMetrics().averageCharWidth();
+}
+
+QSize SettingsSection::minimumSizeHint() const
+{
+    int widest = 0;
+    for (auto const& row : m_rows) {
+        if (!row.control->isHidden())
+            widest = std::max({ widest, row.control->minimumSizeHint().width(),
+                row.label ? row.label->minimumSizeHint().width() : 0 });
+    }
+    constexpr int borders = 2;
+    return { widest + 2 * padding + borders, QWidget::minimumSizeHint().height() };
 }
 
 void SettingsSection::resizeEvent(QResizeEvent* event)

@@ -23,6 +23,9 @@ public:
     QLabel* addRow(QString const& label, QWidget* control);
     void addRow(QWidget* control);
 
+    // With labels over their controls, as it stands when it is narrow.
+    QSize minimumSizeHint() const override;
+
     // The parent of what is added.
     QWidget* card() { return m_card; }
 

@@ -28,7 +28,7 @@ struct SettingsServices {
     FileOpener& fileOpener;
     InputPermission& permission;
     DesktopSettings& desktopSettings;
-    QString version;         // empty when it is not known
+    QString versionText;     // one line
     QString applicationFile; // the program itself
     std::function<std::optional<QRect>()> readerFrame = [] { return std::optional<QRect>(); }; // while it is up
     std::function<QWidget*(QWidget* parent)> makeUpdates = nullptr; // empty where there are no updates

@@ -40,7 +40,7 @@ SettingsView::SettingsView(SettingsServices const& services, QWidget* parent)
     rows->setContentsMargins(padding, padding, padding, padding);
     rows->setSpacing(gap);
     for (QWidget* const section : std::initializer_list<QWidget*> {
-             m_folder, m_shortcuts, m_gesture, m_pins, m_reader, new AboutSection(updates, services.version, this) })
+             m_folder, m_shortcuts, m_gesture, m_pins, m_reader, new AboutSection(updates, services.versionText, this) })
         rows->addWidget(section);
     rows->addStretch();
     observe();

@@ -13,6 +13,7 @@
 #include <QKeyEvent>
 #include <QResizeEvent>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -25,7 +26,6 @@ SettingsWindow::SettingsWindow(SettingsServices services)
     , m_scroll(new QScrollArea(this))
 {
     setWindowTitle(tr("Quillory Settings"));
-    setMinimumSize(SettingsPlace::minimumSize);
     makePane(*this, "chrome");
     new HoverHelpHost(*this, m_services.executor, m_services.notifications);
     m_view = new SettingsView(m_services, m_scroll);
@@ -33,7 +33,6 @@ SettingsWindow::SettingsWindow(SettingsServices services)
     m_scroll->setWidget(m_view);
     m_scroll->setWidgetResizable(true);
     m_scroll->setFrameShape(QFrame::NoFrame);
-    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setFocusPolicy(Qt::NoFocus);
     auto* const all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
@@ -62,8 +61,16 @@ void SettingsWindow::bringToFront()
     m_services.workspace.activateIgnoringOtherApps(winId());
 }
 
+// No narrower than the widest button, which another language or a larger font may make wider.
+void SettingsWindow::setLeastSize()
+{
+    auto const frame = m_scroll->verticalScrollBar()->sizeHint().width();
+    setMinimumSize(SettingsPlace::minimumSize.expandedTo({ m_view->minimumSizeHint().width() + frame, 0 }));
+}
+
 void SettingsWindow::place()
 {
+    setLeastSize();
     auto const screens = m_services.screens.screens();
     auto const reader = m_services.readerFrame();
     auto const screen = reader

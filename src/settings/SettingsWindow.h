@@ -33,6 +33,7 @@ protected:
 private:
     void applyStyle();
     void place();
+    void setLeastSize();
     void followFilePanel();
 
     SettingsServices const m_services;

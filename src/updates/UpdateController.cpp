@@ -20,7 +20,7 @@ bool isHeld(UpdateController::Process const& process)
 UpdateController::Process UpdateController::Process::ofThis()
 {
     return { [](QString const& name) { return qEnvironmentVariableIsSet(name.toLatin1().constData()); },
-        [] { return QCoreApplication::arguments().sliced(1); } };
+        [] { return QCoreApplication::arguments(); } };
 }
 
 UpdateController::UpdateController(Updater::Make makeUpdater, ReleaseVersionDisplay display, Process const& process)

@@ -83,7 +83,7 @@ protected:
             { u"keypad5"_s, 87 } };
         static std::map<QString, ModifierFlags> const modifiers { { u"ctrl"_s, control }, { u"alt"_s, option },
             { u"shift"_s, shift }, { u"super"_s, command }, { u"caps"_s, capsLock }, { u"fn"_s, function } };
-        KeyStroke stroke { .kind = KeyStroke::Kind::key, .keyCode = {}, .modifiers = none };
+        KeyStroke stroke { .modifiers = none };
         for (auto const& part : chord.split(u'+')) {
             if (auto const modifier = modifiers.find(part); modifier != modifiers.end())
                 stroke.modifiers = stroke.modifiers.value_or(none) | modifier->second;

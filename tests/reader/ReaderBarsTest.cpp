@@ -199,6 +199,13 @@ TEST_F(ReaderBarsTest, Find_opens_searches_and_closes_by_keys_and_buttons)
     press(Qt::Key_F, Qt::MetaModifier);
     EXPECT_EQ(findField().text(), u"beta"_s) << "command keys write and delete nothing";
     EXPECT_TRUE(store.findVisible && store.librarySearchVisible);
+    view.resize(440, 360);
+    store.requestFind(LibraryStore::FindDirection::forwards);
+    settle();
+    auto const* const status = view.findChild<FindBar*>()->findChild<QLabel*>();
+    EXPECT_EQ(status->text(), u"Match"_s);
+    EXPECT_GE(status->width(), status->sizeHint().width()) << "nothing is cut in the smallest window";
+    EXPECT_GE(findField().width(), 90);
     view.findChild<FindBar*>()->findChildren<BarButton*>().last()->click();
     settle();
     EXPECT_EQ(store.findQuery.value(), QString());

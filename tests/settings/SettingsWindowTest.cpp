@@ -1,15 +1,8 @@
 #include "settings/SettingsWindow.h"
 
 #include "reader/BarButton.h"
-#include "settings/MainMenu.h"
 #include "settings/SettingsPlace.h"
-#include "support/FakeHotKeys.h"
-#include "support/FakeInputPermission.h"
-#include "support/FakeKeyState.h"
-#include "support/FakeKeyboardLayout.h"
-#include "support/FakeLibraryServices.h"
-#include "support/FakeScreens.h"
-#include "support/ShortcutsOnFakes.h"
+#include "support/SettingsOnFakes.h"
 #include "support/Test.h"
 
 #include <QAbstractButton>
@@ -22,28 +15,6 @@
 
 namespace Quillory {
 namespace {
-
-struct NoSystemShortcuts final : SystemShortcuts {
-    std::vector<SymbolicHotKey> symbolicHotKeys() const override { return {}; }
-};
-
-// The toolkit's own test events have no native codes: each is Tab.
-struct OnlyTab final : KeyStrokes {
-    KeyStroke keyStroke(std::uint32_t, std::uint32_t) override
-    {
-        return { .kind = KeyStroke::Kind::key, .keyCode = 48, .modifiers = ModifierFlags::none };
-    }
-};
-
-struct FakeDesktopSettings final : DesktopSettings {
-    bool openKeyboardShortcuts() override
-    {
-        ++opened;
-        return isKnown;
-    }
-    bool isKnown = true;
-    int opened = 0;
-};
 
 class SettingsWindowTest : public Test {
 protected:
@@ -89,33 +60,10 @@ protected:
         throw std::runtime_error(name.toStdString());
     }
 
-    FakeLibraryServices services;
-    LibraryStore store { services.services(), LibraryStore::RestoreFolder::no };
-    FakeHotKeys hotKeys;
-    ShortcutsOnFakes line { services.defaults, hotKeys, services.executor };
-    FakeKeyboardLayout layout { { { 40, u"k"_s } } };
-    NoSystemShortcuts const systemShortcuts;
-    OnlyTab keyStrokes;
-    FakeKeyState keys;
-    FakeScreens screens { { { 0, 0, 1600, 900 } } };
-    FakeInputPermission permission;
-    FakeDesktopSettings desktopSettings;
-    std::optional<QRect> readerFrame;
-    SettingsWindow window { { .store = store,
-        .recorder = { { line.shortcuts, line.center, line.notifications, layout, systemShortcuts,
-                          [this](Shortcut const& shortcut) { return shortcut.description(layout); }, mainMenu },
-            keyStrokes, keys },
-        .defaults = services.defaults,
-        .workspace = services.workspace,
-        .screens = screens,
-        .executor = services.executor,
-        .notifications = line.notifications,
-        .fileOpener = services.fileOpener,
-        .permission = permission,
-        .desktopSettings = desktopSettings,
-        .version = u"1.2"_s,
-        .applicationFile = u"/usr/bin/quillory"_s,
-        .readerFrame = [this] { return readerFrame; } } };
+    SettingsOnFakes desk;
+    FakeLibraryServices& services = desk.services;
+    LibraryStore& store = desk.store;
+    SettingsWindow window { desk.settings() };
 };
 
 TEST_F(SettingsWindowTest, Each_section_shows_what_holds_and_nothing_else)
@@ -139,11 +87,11 @@ TEST_F(SettingsWindowTest, Each_section_shows_what_holds_and_nothing_else)
                  { u"No folder connected"_s, gestureIsOff, noPins, u"Text size: 16"_s, u"Version 1.2"_s },
                  { sameShortcuts, allowed, needed, u"How to use it"_s, u"Timing and troubleshooting"_s } },
              { "a folder", [&] { connect(); }, { u"Connected folder: sheets"_s }, { u"No folder connected"_s } },
-             { "one shortcut", [&] { line.shortcuts.setShortcut(shortcut, ShortcutName::toggleQuillory()); }, {},
+             { "one shortcut", [&] { desk.line.shortcuts.setShortcut(shortcut, ShortcutName::toggleQuillory()); }, {},
                  { sameShortcuts } },
-             { "the same twice", [&] { line.shortcuts.setShortcut(shortcut, ShortcutName::peekQuillory()); },
+             { "the same twice", [&] { desk.line.shortcuts.setShortcut(shortcut, ShortcutName::peekQuillory()); },
                  { sameShortcuts }, {} },
-             { "one cleared", [&] { line.shortcuts.setShortcut({}, ShortcutName::toggleQuillory()); }, {},
+             { "one cleared", [&] { desk.line.shortcuts.setShortcut({}, ShortcutName::toggleQuillory()); }, {},
                  { sameShortcuts } },
              { "Option, not allowed", [&] { store.setModifierGesture(ModifierGesture::option); },
                  { needed, u"1. Tap Option once and release."_s, u"3. Release Option to close the reader."_s,
@@ -199,16 +147,16 @@ TEST_F(SettingsWindowTest, Its_buttons_do_what_they_say)
     store.modifierGestureChanged = [&] { ++checks; };
     open();
     named(u"Set Up Input Monitoring…"_s).click();
-    EXPECT_EQ(permission.requests, 1);
+    EXPECT_EQ(desk.permission.requests, 1);
     EXPECT_EQ(checks, 1);
-    EXPECT_EQ(desktopSettings.opened, 1);
+    EXPECT_EQ(desk.desktopSettings.opened, 1);
     EXPECT_EQ(store.message.value(), std::nullopt);
-    desktopSettings.isKnown = false;
+    desk.desktopSettings.isKnown = false;
     named(u"Set Up Input Monitoring…"_s).click();
     EXPECT_TRUE(store.message.value()->contains(u"quillory --toggle"_s)) << "never nothing";
     named(u"Check Access Again"_s).click();
     EXPECT_EQ(checks, 3);
-    EXPECT_EQ(permission.requests, 2);
+    EXPECT_EQ(desk.permission.requests, 2);
     named(u"Show This Quillory App in Finder"_s).click();
     EXPECT_THAT(services.fileOpener.calls, ElementsAre(u"reveal /usr/bin/quillory"_s));
     auto& picker = named<QComboBox>(u"modifierPeekGesture"_s);
@@ -242,7 +190,7 @@ TEST_F(SettingsWindowTest, Its_keys_close_it_and_its_size_is_remembered)
         EXPECT_FALSE(window.isVisible());
     }
     services.defaults.setValue(SettingsWindow::frameKey, u"{{5, 6}, {610, 480}}"_s);
-    readerFrame = QRect(100, 100, 800, 600);
+    desk.readerFrame = QRect(100, 100, 800, 600);
     open();
     EXPECT_EQ(window.size(), QSize(610, 480));
     EXPECT_GE(window.x(), 900) << "beside the reader";

@@ -233,6 +233,16 @@ TEST(FeedUpdater, A_download_can_be_stopped_and_ends_with_the_program)
     }
 }
 
+TEST(FeedUpdater, The_installer_keeps_its_package_beyond_the_end_of_the_program)
+{
+    UpdaterDesk desk;
+    findAsUser(desk);
+    desk.chosen(Choice::install);
+    desk.until(u"install quillory-2.0.deb"_s);
+    desk.restart();
+    EXPECT_EQ(desk.filesLeft(), QStringList { u"quillory-2.0.deb"_s });
+}
+
 TEST(FeedUpdater, Asks_about_once_a_day_across_restarts_and_sleep_and_quietly)
 {
     UpdaterDesk desk;

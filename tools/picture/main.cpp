@@ -3,11 +3,13 @@
 //
 //   quillory-picture SHEET PICTURE [--size 880x640] [--text-size 16] [--dark] [--at POINTS]
 //   quillory-picture --window FOLDER PICTURE [--step STEP]...     the whole window, after these steps (WindowPicture.h)
+//   quillory-picture --settings FOLDER PICTURE [--step STEP]...   the settings, likewise (SettingsPicture.h)
 //   quillory-picture --row Y PICTURE        each stretch of one colour: where it begins, its length, the colour
 //   quillory-picture --column X PICTURE
 //
 // QT_SCALE_FACTOR=2 gives a picture at 200 %. With --at -1 the end of the sheet is shown.
 
+#include "SettingsPicture.h"
 #include "WindowPicture.h"
 
 #include "library/LibraryLoad.h"
@@ -15,6 +17,7 @@
 #include "linux/qt/QtPictureDecoder.h"
 #include "reader/NativeReader.h"
 #include "support/FakeLibraryServices.h"
+#include "words/InstalledWords.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -80,6 +83,17 @@ void drawWindow(QString const& folder, QString const& path, QCommandLineParser c
         fail(u"\"%1\" can't be written."_s.arg(path));
 }
 
+void drawSettings(QString const& folder, QString const& path, QCommandLineParser const& options)
+{
+    SettingsPicture settings(folder);
+    for (auto const& step : options.values(u"step"_s)) {
+        if (auto const taken = settings.take(step); !taken)
+            fail(taken.error());
+    }
+    if (!settings.draw(sizeIn(options)).save(path))
+        fail(u"\"%1\" can't be written."_s.arg(path));
+}
+
 void draw(Sheet const& sheet, QString const& path, QCommandLineParser const& options)
 {
     FakeLibraryServices services;
@@ -133,12 +147,14 @@ int main(int argc, char** argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication const application(argc, argv);
+    InstalledWords const words;
     QCommandLineParser parser;
     parser.addHelpOption();
     parser.addOptions({ { u"size"_s, u"Of the reader."_s, u"WxH"_s, u"880x640"_s },
         { u"text-size"_s, u"In points."_s, u"points"_s, u"16"_s }, { u"dark"_s, u"On dark."_s },
         { u"font-size"_s, u"Of the desktop."_s, u"pixels"_s },
         { u"window"_s, u"Draw the whole window over a folder."_s },
+        { u"settings"_s, u"Draw the settings over a folder."_s },
         { u"step"_s, u"What is done in it before."_s, u"step"_s },
         { u"at"_s, u"Scrolled to there."_s, u"points"_s, u"0"_s }, { u"row"_s, u"Colours along it."_s, u"y"_s },
         { u"column"_s, u"Colours along it."_s, u"x"_s } });
@@ -166,6 +182,8 @@ int main(int argc, char** argv)
     }
     if (parser.isSet(u"window"_s))
         drawWindow(names[0], names[1], parser);
+    else if (parser.isSet(u"settings"_s))
+        drawSettings(names[0], names[1], parser);
     else
         draw(sheetFrom(names[0]), names[1], parser);
     return 0;

@@ -8,6 +8,13 @@
 
 namespace Quillory {
 
+namespace {
+
+// The program's icons in a tray are windows as well.
+constexpr int largestIcon = 128;
+
+}
+
 QRect DesktopView::Reader::readingArea() const
 {
     constexpr int list = 200, bar = 60, lowerEdge = 40, scrollBar = 24;
@@ -58,6 +65,8 @@ void DesktopView::collect(xcb_window_t parent, int depth, std::optional<Reader>&
         if (!size || !place || !isOnScreen(child))
             continue;
         QRect const frame(place->dst_x, place->dst_y, size->width, size->height);
+        if (frame.width() <= largestIcon && frame.height() <= largestIcon)
+            continue;
         if (!largest || frame.width() * frame.height() > largest->frame.width() * largest->frame.height())
             largest = Reader { child, frame, QString::fromUtf8(m_connection.property(child, "_NET_WM_NAME")) };
     }

@@ -1,9 +1,9 @@
 #include "KeyboardShortcuts/recorder/Recorder.h"
 
+#include "KeyboardShortcuts/SpecialKey.h"
 #include "reader/BarButton.h"
 
 #include <QApplication>
-#include <QKeyEvent>
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPushButton>
@@ -64,42 +64,30 @@ void Recorder::refresh()
     m_clear->setVisible(!text().isEmpty());
 }
 
+// Grabs of other programs end in nothing while this program has the whole keyboard.
 void Recorder::startMonitor()
 {
     QApplication::instance()->installEventFilter(this);
-    takeKeyboard();
+    m_held.reset();
+    m_monitor = m_services.keyStrokes.observe([this](KeyStroke const& stroke) { return take(stroke); });
+    grabKeyboard();
+    m_longestGrab.start();
 }
 
 void Recorder::stopMonitor()
 {
     QApplication::instance()->removeEventFilter(this);
-    if (!m_isInKeyPress || m_isLeavingByTab)
+    if (!m_held || m_isLeavingByTab)
         letKeyboardGo();
-}
-
-// Grabs of other programs end in nothing while this program has the whole keyboard.
-void Recorder::takeKeyboard()
-{
-    m_awaited.reset();
-    grabKeyboard();
-    m_longestGrab.start();
 }
 
 void Recorder::letKeyboardGo()
 {
-    m_awaited.reset();
+    m_held.reset();
+    m_monitor.end();
     m_longestGrab.stop();
     if (keyboardGrabber() == this)
         releaseKeyboard();
-}
-
-// The key that ended the recording repeats for as long as it is held, and would do at once what was set, or close the
-// window.
-void Recorder::releaseKeyboardWhenUp(std::optional<std::uint16_t> keyCode)
-{
-    m_awaited = keyCode;
-    if (!m_awaited || !m_services.keys.keyIsDown(*m_awaited))
-        letKeyboardGo();
 }
 
 void Recorder::giveUpFocus()
@@ -139,47 +127,31 @@ void Recorder::showAlert(Alert const& alert)
     box->open();
 }
 
-bool Recorder::event(QEvent* event)
+KeyStrokes::Answer Recorder::take(KeyStroke const& stroke)
 {
-    switch (event->type()) {
-    case QEvent::ShortcutOverride:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-        if (handleKey(static_cast<QKeyEvent&>(*event))) {
-            event->accept();
-            return true;
-        }
-        break;
-    default:
-        break;
-    }
-    return QLineEdit::event(event);
+    if (stroke.phase == KeyStroke::Phase::down)
+        return takeDown(stroke);
+    // A key that repeats goes up without being let go.
+    bool const isUp = m_held && m_held == stroke.keyCode && !m_services.keys.keyIsDown(*m_held);
+    if (isUp)
+        m_held.reset();
+    if (!m_held && !m_steps.isRecording())
+        letKeyboardGo();
+    return KeyStrokes::Answer::swallow;
 }
 
-// False for a key that is not the recorder's.
-bool Recorder::handleKey(QKeyEvent& event)
+KeyStrokes::Answer Recorder::takeDown(KeyStroke const& stroke)
 {
-    if (!m_steps.isRecording() && keyboardGrabber() != this)
-        return false;
-    if (event.type() == QEvent::ShortcutOverride)
-        return true;
-    auto const stroke = m_services.keyStrokes.keyStroke(event.nativeScanCode(), event.nativeModifiers());
-    if (event.type() == QEvent::KeyRelease) {
-        if (m_awaited && m_awaited == stroke.keyCode)
-            releaseKeyboardWhenUp(m_awaited);
-        return true;
-    }
-    if (m_awaited || event.isAutoRepeat() || !m_steps.isRecording())
-        return true;
+    bool const isRepeat = m_held && m_held == stroke.keyCode;
+    if (isRepeat || !m_steps.isRecording())
+        return KeyStrokes::Answer::swallow;
     m_longestGrab.start();
-    m_isInKeyPress = true;
-    m_isLeavingByTab = event.key() == Qt::Key_Tab || event.key() == Qt::Key_Backtab;
+    if (stroke.kind == KeyStroke::Kind::key)
+        m_held = stroke.keyCode;
+    m_isLeavingByTab = stroke.keyCode == SpecialKeys::code(SpecialKey::tab);
     auto const answer = m_steps.keyWentDown(stroke);
-    m_isInKeyPress = false;
     m_isLeavingByTab = false;
-    if (!m_steps.isRecording() && keyboardGrabber() == this)
-        releaseKeyboardWhenUp(stroke.keyCode);
-    return answer == RecorderSteps::Answer::swallow;
+    return answer;
 }
 
 void Recorder::leaveWindow()

@@ -3,6 +3,7 @@
 #include "KeyboardShortcuts/RecorderSteps.h"
 #include "platform/KeyState.h"
 #include "platform/KeyStrokes.h"
+#include "platform/Registration.h"
 
 #include <QLineEdit>
 #include <QTimer>
@@ -35,7 +36,6 @@ public:
     QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
-    bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -59,9 +59,8 @@ private:
     void showAlert(Alert const& alert) override;
 
     void leaveWindow();
-    bool handleKey(QKeyEvent& event);
-    void takeKeyboard();
-    void releaseKeyboardWhenUp(std::optional<std::uint16_t> keyCode);
+    KeyStrokes::Answer take(KeyStroke const& stroke);
+    KeyStrokes::Answer takeDown(KeyStroke const& stroke);
     void letKeyboardGo();
     void placeClearButton();
 
@@ -70,9 +69,11 @@ private:
     BarButton* m_clear;
     RecorderSteps m_steps;
     bool m_isWanted = false;    // the user asked for the focus that is about to come
-    bool m_isInKeyPress = false;
     bool m_isLeavingByTab = false;
-    std::optional<std::uint16_t> m_awaited; // the key that has ended the recording, until it is up
+    // The key that is down, by its code. The one that ends the recording would repeat, and do at once what was set or
+    // close the window: until it is up the keyboard stays here.
+    std::optional<std::uint16_t> m_held;
+    Registration m_monitor;
     QTimer m_longestGrab;
 };
 

@@ -63,12 +63,16 @@ void PackageKitInstaller::ask(std::shared_ptr<Wish> const& wish, Interface inter
     message.setArguments(arguments(wish->path, interface));
     auto* const watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message, asLongAsItTakes));
     // The answer may come after this object's end, and then finds its wish gone.
-    QObject::connect(
-        watcher, &QDBusPendingCallWatcher::finished, watcher, [this, watcher, interface, asked = std::weak_ptr(wish)] {
-            watcher->deleteLater();
-            if (auto const living = asked.lock(); living && living->done)
-                answered(living, interface, watcher->error());
-        });
+    auto answer = [this, watcher, interface, asked = std::weak_ptr(wish)] {
+        watcher->deleteLater();
+        if (auto const living = asked.lock(); living && living->done)
+            answered(living, interface, watcher->error());
+    };
+    // Without a bus the call has failed already, which the watcher does not tell.
+    if (watcher->isFinished())
+        QMetaObject::invokeMethod(watcher, std::move(answer), Qt::QueuedConnection);
+    else
+        QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, std::move(answer));
 }
 
 void PackageKitInstaller::answered(std::shared_ptr<Wish> const& wish, Interface asked, QDBusError const& error)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "linux/x11/X11Connection.h"
+#include "linux/x11/X11SelectionOwner.h"
 #include "platform/Compositing.h"
 
 namespace Quillory {
@@ -10,24 +10,20 @@ class X11Compositing final : public Compositing {
 public:
     explicit X11Compositing(X11Connection& connection);
 
-    bool isRunning() const override { return m_isRunning; }
-    bool leavesShadowsToWindows() const override { return m_isRunning && m_hasFrameExtents; }
+    bool isRunning() const override { return m_compositor.isThere(); }
+    bool leavesShadowsToWindows() const override { return isRunning() && m_hasFrameExtents; }
     Registration observeChanges(std::function<void()> changed) override { return m_observers.add(std::move(changed)); }
 
 private:
-    xcb_window_t owner() const;
     bool hasFrameExtents() const;
-    bool follow();
     void handle(xcb_generic_event_t const& event);
-    void become(bool isRunning, bool hasFrameExtents);
 
     X11Connection& m_connection;
-    xcb_atom_t m_selection; // that a compositor of the screen owns
+    X11SelectionOwner m_compositor;
     xcb_atom_t m_supported; // that a window manager lists its abilities in
-    bool m_isRunning;
     bool m_hasFrameExtents;
-    std::uint8_t m_firstEvent = 0; // of the extension
     Observers<void()> m_observers;
+    Registration m_compositorChanges;
     Registration m_events;
 };
 

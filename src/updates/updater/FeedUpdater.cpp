@@ -19,8 +19,11 @@ FeedUpdater::FeedUpdater(Settings settings, Services services, Delegate& delegat
 {
 }
 
+// The installer may still be reading what it was given: that goes before the next download.
 FeedUpdater::~FeedUpdater()
 {
+    if (auto* const installing = std::get_if<Installing>(&m_state))
+        installing->package.leave();
     m_lifetime.end();
     m_services.window.close();
 }

@@ -36,7 +36,7 @@ QString detailsOf(UpdateWindow::Offer const& offer)
     QStringList sentences { UpdateDialog::tr("You have version %1.").arg(offer.installed) };
     QLocale const locale;
     if (offer.release.date.isValid())
-        sentences << UpdateDialog::tr("It was released on %1.")
+        sentences << UpdateDialog::tr("The update was released on %1.")
                          .arg(locale.toString(offer.release.date.toLocalTime().date(), QLocale::ShortFormat));
     sentences << UpdateDialog::tr("The download has %1.").arg(locale.formattedDataSize(offer.size, 1));
     if (offer.release.urgency >= Release::Urgency::high)
@@ -49,12 +49,20 @@ QString detailsOf(UpdateWindow::Offer const& offer)
 UpdateDialog::UpdateDialog(Workspace& workspace, Announcements& announcements)
     : m_workspace(workspace)
     , m_announcements(announcements)
-    , m_title(textLabel(this))
-    , m_text(textLabel(this))
-    , m_notes(new QTextBrowser(this))
-    , m_progress(new QProgressBar(this))
-    , m_buttons(new QDialogButtonBox(this))
 {
+}
+
+UpdateDialog::~UpdateDialog() = default;
+
+void UpdateDialog::build()
+{
+    if (layout())
+        return;
+    m_title = textLabel(this);
+    m_text = textLabel(this);
+    m_notes = new QTextBrowser(this);
+    m_progress = new QProgressBar(this);
+    m_buttons = new QDialogButtonBox(this);
     setWindowTitle(tr("Update of Quillory"));
     auto font = m_title->font();
     font.setBold(true);
@@ -72,10 +80,9 @@ UpdateDialog::UpdateDialog(Workspace& workspace, Announcements& announcements)
     setMinimumWidth(leastWidth);
 }
 
-UpdateDialog::~UpdateDialog() = default;
-
 void UpdateDialog::showOffer(Offer const& offer, std::function<void(Choice)> chosen)
 {
+    build();
     m_notes->setHtml(notesText(offer.release));
     removeButtons();
     addButton(tr("Install"), QDialogButtonBox::AcceptRole, [chosen] { chosen(Choice::install); });
@@ -88,6 +95,7 @@ void UpdateDialog::showOffer(Offer const& offer, std::function<void(Choice)> cho
 
 void UpdateDialog::showProgress(std::int64_t size, std::function<void()> stop)
 {
+    build();
     m_size = size;
     m_progress->setRange(0, progressSteps);
     removeButtons();
@@ -109,6 +117,7 @@ void UpdateDialog::setProgress(std::int64_t received)
 
 void UpdateDialog::showInstalling()
 {
+    build();
     m_progress->setRange(0, 0);
     removeButtons();
     addButton(tr("Hide"), QDialogButtonBox::RejectRole, {});
@@ -119,10 +128,11 @@ void UpdateDialog::showInstalling()
 
 void UpdateDialog::showMessage(QString const& sentence, Tone tone)
 {
+    build();
     removeButtons();
     addButton(tr("Close"), QDialogButtonBox::RejectRole, {});
     m_rejected = nullptr;
-    present(Content::message, tone == Tone::failure ? tr("The update failed") : tr("Updates"), sentence);
+    present(Content::message, tone == Tone::failure ? tr("No update this time") : tr("Updates"), sentence);
     m_announcements.announce(sentence, Announcements::Priority::medium);
     bringToFront();
 }
@@ -156,7 +166,10 @@ void UpdateDialog::present(Content content, QString const& title, QString const&
     layout()->activate();
     adjustSize();
     if (auto* const first = qobject_cast<QPushButton*>(m_buttons->buttons().value(0))) {
-        first->setDefault(true);
+        // A second press of Return must not stop what the first began.
+        bool const isStop = content == Content::progress;
+        first->setAutoDefault(!isStop);
+        first->setDefault(!isStop);
         first->setFocus();
         first->setAccessibleDescription(text);
     }

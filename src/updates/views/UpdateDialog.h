@@ -36,6 +36,8 @@ public:
 private:
     enum class Content { offer, progress, installing, message };
 
+    // When something is first shown: most runs of the program show nothing here.
+    void build();
     void present(Content content, QString const& title, QString const& text);
     void addButton(QString const& label, int role, std::function<void()> pressed);
     void removeButtons();
@@ -43,11 +45,11 @@ private:
 
     Workspace& m_workspace;
     Announcements& m_announcements;
-    QLabel* m_title;
-    QLabel* m_text;
-    QTextBrowser* m_notes;
-    QProgressBar* m_progress;
-    QDialogButtonBox* m_buttons;
+    QLabel* m_title = nullptr;
+    QLabel* m_text = nullptr;
+    QTextBrowser* m_notes = nullptr;
+    QProgressBar* m_progress = nullptr;
+    QDialogButtonBox* m_buttons = nullptr;
     std::function<void()> m_rejected; // what a closed window means
     std::int64_t m_size = 0;
 };

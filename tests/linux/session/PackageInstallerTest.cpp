@@ -59,5 +59,15 @@ TEST(PackageKitInstaller, Hands_the_file_over_and_tells_what_became_of_it)
     }
 }
 
+TEST(PackageKitInstaller, Without_a_bus_there_is_none)
+{
+    EventLoop loop;
+    PackageKitInstaller installer(QDBusConnection(u"no such bus"_s), u"org.example.desktop"_s);
+    std::optional<PackageInstaller::Fault> fault;
+    auto const task = installer.install(u"/a.deb"_s, [&](auto const& told) { fault = told.error().fault; });
+    EXPECT_FALSE(fault) << "never inside the call";
+    EXPECT_TRUE(loop.runUntil([&] { return fault == PackageInstaller::Fault::unavailable; }));
+}
+
 }
 }

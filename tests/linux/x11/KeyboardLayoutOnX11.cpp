@@ -51,32 +51,34 @@ TEST_F(KeyboardLayoutOnX11, A_key_event_tells_the_place_of_the_key_the_modifiers
 {
     using enum ModifierFlags;
     using enum KeyStroke::Kind;
+    using enum KeyStroke::Phase;
     X11KeyStrokes strokes(*connection);
-    constexpr std::uint32_t lock = 2, controlBit = 4, alt = 8, numLock = 16, super = 64, altGr = 128, group2 = 1 << 13;
-    constexpr std::uint32_t a = 38, rightAlt = 108, leftSuper = 133, numLockKey = 77, capsLockKey = 66, keypad5 = 84,
-                            play = 172;
+    constexpr std::uint16_t lock = 2, controlBit = 4, alt = 8, numLock = 16, super = 64, altGr = 128, group2 = 1 << 13;
+    constexpr std::uint8_t a = 38, rightAlt = 108, leftSuper = 133, numLockKey = 77, capsLockKey = 66, keypad5 = 84,
+                           play = 172;
     struct Case {
         char const* layout;
-        std::uint32_t key;
-        std::uint32_t state;
+        std::uint8_t serverKey;
+        std::uint16_t state;
         KeyStroke expected;
     };
     for (auto const& [name, serverKey, state, expected] : std::initializer_list<Case> {
-             { "us", a, 0, { key, keyA, none } },
-             { "us", a, controlBit | alt | lock | numLock, { key, keyA, control | option } },
-             { "de", a, super | group2, { key, keyA, command } },
-             { "de", a, altGr | controlBit, { key, keyA, std::nullopt } },
-             { "ru", a, controlBit, { key, keyA, control } },
-             { "us", rightAlt, 0, { modifier, std::uint16_t { 61 }, none } },
-             { "de", rightAlt, 0, { modifier, std::uint16_t { 61 }, none } },
-             { "us", leftSuper, 0, { modifier, std::uint16_t { 55 }, none } },
-             { "us", numLockKey, 0, { modifier, std::uint16_t { 71 }, none } },
-             { "us", capsLockKey, 0, { modifier, std::uint16_t { 57 }, none } },
-             { "us", keypad5, numLock | controlBit, { key, std::uint16_t { 87 }, control } },
-             { "us", play, controlBit, { key, std::nullopt, control } },
+             { "us", a, 0, { key, down, keyA, none } },
+             { "us", a, controlBit | alt | lock | numLock, { key, down, keyA, control | option } },
+             { "de", a, super | group2, { key, down, keyA, command } },
+             { "de", a, altGr | controlBit, { key, down, keyA, std::nullopt } },
+             { "ru", a, controlBit, { key, down, keyA, control } },
+             { "us", rightAlt, 0, { modifier, down, std::uint16_t { 61 }, none } },
+             { "de", rightAlt, 0, { modifier, down, std::uint16_t { 61 }, none } },
+             { "us", leftSuper, 0, { modifier, down, std::uint16_t { 55 }, none } },
+             { "us", numLockKey, 0, { modifier, down, std::uint16_t { 71 }, none } },
+             { "us", capsLockKey, 0, { modifier, down, std::uint16_t { 57 }, none } },
+             { "us", keypad5, numLock | controlBit, { key, down, std::uint16_t { 87 }, control } },
+             { "us", play, controlBit, { key, down, std::nullopt, control } },
          }) {
         useMap({ QString::fromLatin1(name) });
-        EXPECT_EQ(strokes.keyStroke(serverKey, state), expected) << name << ' ' << serverKey << ' ' << state;
+        EXPECT_EQ(strokes.keyStroke(KeyStroke::Phase::down, serverKey, state), expected)
+            << name << ' ' << serverKey << ' ' << state;
     }
 }
 
