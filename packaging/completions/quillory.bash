@@ -12,6 +12,6 @@ _quillory() {
         return
         ;;
     esac
-    mapfile -t COMPREPLY < <(compgen -W "--toggle --settings --connect --connect-if-none --gesture \
+    mapfile -t COMPREPLY < <(compgen -W "--toggle --settings --background --connect --connect-if-none --gesture \
         --initial-shortcuts --help --help-all --version" -- "$cur")
 } && complete -F _quillory quillory
