@@ -1,7 +1,13 @@
 #include "linux/freedesktop/AutostartEntry.h"
 #include "linux/freedesktop/DesktopEntry.h"
+#include "linux/freedesktop/PortalAutostart.h"
+#include "support/BusService.h"
+#include "support/EventLoop.h"
 #include "support/TemporaryFolder.h"
 #include "support/Test.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
 
 namespace Quillory {
 namespace {
@@ -69,6 +75,37 @@ TEST_F(AutostartEntryTest, Turned_on_it_starts_the_program_and_turned_off_nothin
     root.remove("own");
     root.write("own", "a file where the folder should be");
     EXPECT_FALSE(ask(entry(), Autostart::State::off));
+}
+
+TEST(PortalAutostart, What_the_portal_grants_counts_and_not_that_it_answers)
+{
+    EventLoop loop;
+    uint response = 0;
+    bool granted = true;
+    QVariantMap wishes;
+    BusService const portal(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"background"_s),
+        u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
+        [&](QDBusMessage const& call, QDBusConnection& bus) {
+            wishes = qdbus_cast<QVariantMap>(call.arguments().at(1));
+            auto const path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
+                call.service().mid(1).replace(u'.', u'_'), wishes[u"handle_token"_s].toString());
+            auto signal = QDBusMessage::createSignal(path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
+            bus.send(signal << response << QVariantMap { { u"autostart"_s, granted } });
+            return std::optional(QVariantList { QVariant::fromValue(QDBusObjectPath(path)) });
+        });
+    PortalAutostart autostart(QDBusConnection::sessionBus());
+    for (auto const& [wanted, answer, grants, isAsWanted] :
+        { std::tuple(Autostart::State::on, 0U, true, true), std::tuple(Autostart::State::on, 0U, false, false),
+            std::tuple(Autostart::State::on, 1U, true, false), std::tuple(Autostart::State::off, 0U, false, true) }) {
+        std::optional<bool> told;
+        response = answer;
+        granted = grants;
+        autostart.ask(wanted, [&](auto const& result) { told = result.has_value(); });
+        EXPECT_TRUE(loop.runUntil([&] { return told.has_value(); }));
+        EXPECT_EQ(told, isAsWanted);
+        EXPECT_EQ(wishes[u"autostart"_s].toBool(), wanted == Autostart::State::on);
+        EXPECT_EQ(wishes[u"commandline"_s].toStringList(), QStringList({ u"quillory"_s, u"--background"_s }));
+    }
 }
 
 }
