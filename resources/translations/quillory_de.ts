@@ -65,6 +65,13 @@
     </message>
 </context>
 <context>
+    <name>Autostart</name>
+    <message>
+        <source>The desktop does not allow it.</source>
+        <translation>Die Arbeitsumgebung erlaubt es nicht.</translation>
+    </message>
+</context>
+<context>
     <name>KeyboardShortcuts</name>
     <message>
         <source>Space</source>
@@ -921,6 +928,25 @@
     </message>
 </context>
 <context>
+    <name>Quillory::StartSection</name>
+    <message>
+        <source>Start</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>Start with your desktop</source>
+        <translation>Mit der Arbeitsumgebung starten</translation>
+    </message>
+    <message>
+        <source>Quillory then waits in the background until you call it.</source>
+        <translation>Quillory wartet dann im Hintergrund, bis Sie es rufen.</translation>
+    </message>
+    <message>
+        <source>Whether Quillory starts with your desktop could not be changed: %1</source>
+        <translation>Ob Quillory mit der Arbeitsumgebung startet, konnte nicht geändert werden: %1</translation>
+    </message>
+</context>
+<context>
     <name>Quillory::StarterSelectionView</name>
     <message>
         <source>Offline starter sheets</source>
@@ -1366,6 +1392,13 @@
     </message>
 </context>
 <context>
+    <name>StartOffer</name>
+    <message>
+        <source>Quillory can start with your desktop: turn it on in the settings.</source>
+        <translation>Quillory kann mit der Arbeitsumgebung starten: Schalten Sie es in den Einstellungen ein.</translation>
+    </message>
+</context>
+<context>
     <name>StartOptions</name>
     <message>
         <source>Quillory already runs but does not answer. End that process and start it again.</source>
@@ -1454,6 +1487,10 @@
     <message>
         <source>Super</source>
         <translation>Super</translation>
+    </message>
+    <message>
+        <source>Start without a window, or do nothing where Quillory already runs.</source>
+        <translation>Ohne Fenster starten, oder nichts tun, wo Quillory schon läuft.</translation>
     </message>
 </context>
 <context>

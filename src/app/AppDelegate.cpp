@@ -44,7 +44,8 @@ void AppDelegate::applicationDidFinishLaunching()
     m_takenShortcuts.emplace(TakenShortcuts::Services {
         m_shortcuts, m_store, library.workspace, m_services.notifications, m_services.inWords, m_services.log });
     m_startTask = library.executor.post([this] { m_takenShortcuts->look(); }); // once the keys have been asked for
-    if (!m_store.folder.value())
+    m_startOffer.emplace(m_store, library.defaults, library.executor, m_services.autostart);
+    if (!m_store.folder.value() && m_services.firstWindow == FirstWindow::readerWithoutFolder)
         m_presentation->open();
     m_requests = m_services.instance.observeRequests([this](auto const& request) { serve(request); });
 }
@@ -117,6 +118,7 @@ void AppDelegate::showSettings()
             .fileOpener = library.fileOpener,
             .permission = m_services.permission,
             .desktopSettings = m_services.desktopSettings,
+            .autostart = m_services.autostart,
             .versionText = ReleaseVersionDisplay::ofApplication().versionText(),
             .applicationFile = m_services.applicationFile,
             .readerFrame = [this] { return m_panel->isVisible() ? std::optional(m_panel->frame()) : std::nullopt; },

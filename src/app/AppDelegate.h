@@ -8,6 +8,7 @@
 #include "presentation/ReaderPanel.h"
 #include "presentation/TakenShortcuts.h"
 #include "settings/SettingsWindow.h"
+#include "settings/StartOffer.h"
 #include "updates/UpdateController.h"
 
 #include <memory>
@@ -18,6 +19,9 @@ namespace Quillory {
 // Owns the program's long-lived objects. Main thread only; all services outlive it.
 class AppDelegate {
 public:
+    // What opens by itself at the start.
+    enum class FirstWindow { readerWithoutFolder, none };
+
     struct Services {
         LibraryStore::Services library;
         HotKeys& hotKeys;
@@ -31,6 +35,8 @@ public:
         KeyboardLayout& keyboardLayout;
         SystemShortcuts const& systemShortcuts;
         DesktopSettings& desktopSettings;
+        Autostart& autostart;
+        FirstWindow firstWindow = FirstWindow::readerWithoutFolder;
         Screens& screens;
         Compositing& compositing;
         MakePanelWindow makePanelWindow;
@@ -49,7 +55,7 @@ public:
     // Restores the folder, starts the first load, and then the updater.
     explicit AppDelegate(Services services);
 
-    // Binds the keys. Without a folder the reader opens by itself.
+    // Binds the keys. Without a folder the reader opens by itself, unless nothing is to.
     void applicationDidFinishLaunching();
 
     // The program was started again, or called up by the desktop. The reader ends in front of the user: one that is up
@@ -79,6 +85,7 @@ private:
     std::unique_ptr<ReaderPanel> m_panel;
     std::optional<PresentationCoordinator> m_presentation;
     std::optional<TakenShortcuts> m_takenShortcuts;
+    std::optional<StartOffer> m_startOffer;
     std::unique_ptr<SettingsWindow> m_settings; // from the first time that it is asked for
     Registration m_startTask;
     Registration m_settingsTask;

@@ -27,6 +27,8 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLORY_VERSION));
     QCommandLineOption const toggle(u"toggle"_s, tr("Show the reader, or send it away."));
     QCommandLineOption const settings(u"settings"_s, tr("Open the settings."));
+    QCommandLineOption const background(
+        u"background"_s, tr("Start without a window, or do nothing where Quillory already runs."));
     QCommandLineOption const connect(u"connect"_s, tr("Connect this folder of sheets."), tr("folder"));
     QCommandLineOption const spare(
         u"connect-if-none"_s, tr("Connect this folder of sheets where none is connected."), tr("folder"));
@@ -43,7 +45,7 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     parser.setApplicationDescription(tr("Shows your own cheat sheets over whatever is in front."));
     auto const help = parser.addHelpOption();
     auto const version = parser.addVersionOption();
-    parser.addOptions({ toggle, settings, connect, spare, gesture, shortcuts, capture });
+    parser.addOptions({ toggle, settings, background, connect, spare, gesture, shortcuts, capture });
     if (!parser.parse(decoded(argc, argv)))
         return std::unexpected(parser.errorText());
     if (parser.isSet(help) || parser.isSet(version)) {
@@ -57,6 +59,9 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
                 .arg(parser.positionalArguments().first()));
 
     StartOptions options;
+    options.isInBackground = parser.isSet(background);
+    if (options.isInBackground)
+        options.wish = ApplicationInstance::Wish::none;
     if (parser.isSet(toggle))
         options.wish = ApplicationInstance::Wish::toggle;
     if (parser.isSet(settings))

@@ -17,6 +17,8 @@ struct StartOptions {
 public:
     ApplicationInstance::Wish wish = ApplicationInstance::Wish::open;
 
+    bool isInBackground = false; // no window opens by itself
+
     // Settings that are stored before the program reads them.
     std::optional<QString> folder;      // to connect, with its whole path
     std::optional<QString> spareFolder; // likewise, where none is connected

@@ -1,6 +1,7 @@
 #include "AppDelegate.h"
 #include "OrderlyEnd.h"
 #include "Preparation.h"
+#include "ProgramData.h"
 #include "StartOptions.h"
 #include "TerminationSignals.h"
 #include "Updates.h"
@@ -12,11 +13,13 @@
 #include "linux/files/PathBookmarks.h"
 #include "linux/files/PosixFileSystem.h"
 #include "linux/freedesktop/AtSpiAnnouncements.h"
+#include "linux/freedesktop/AutostartEntry.h"
 #include "linux/freedesktop/BusApplicationInstance.h"
 #include "linux/freedesktop/DesktopFileOpener.h"
 #include "linux/freedesktop/DesktopSettingsPrograms.h"
 #include "linux/freedesktop/DesktopSystemShortcuts.h"
 #include "linux/freedesktop/LogindSessionEvents.h"
+#include "linux/freedesktop/PortalAutostart.h"
 #include "linux/freedesktop/PortalColorScheme.h"
 #include "linux/qt/QtAppearance.h"
 #include "linux/qt/QtClipboard.h"
@@ -64,12 +67,6 @@ void leaveWorkingFolder()
     QDir::setCurrent(QDir::homePath());
 }
 
-// Installed or built, the program finds what it brings along from where it stands itself.
-QString startersFolder()
-{
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../share/quillory/Starters"));
-}
-
 // Passes the wish on to an earlier process. Settings are changed only where there is none: it has them in memory.
 ApplicationInstance::Role takePart(ApplicationInstance& instance, StartOptions const& options)
 {
@@ -102,6 +99,14 @@ TrayBar::Operations trayOperations(X11Desktop& desktop, std::function<void(QStri
     };
 }
 
+std::unique_ptr<Autostart> makeAutostart()
+{
+    if (PortalAutostart::isNeeded())
+        return std::make_unique<PortalAutostart>(QDBusConnection::sessionBus());
+    return std::make_unique<AutostartEntry>(
+        AutostartEntry::Folders::standard(), QCoreApplication::applicationFilePath());
+}
+
 // The program from here to its end: all that it stands on, and what stands on that.
 int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions const& options)
 {
@@ -125,6 +130,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     LogindSessionEvents session(QDBusConnection::systemBus());
     DesktopSystemShortcuts const systemShortcuts(desktop.keyboardLayout());
     DesktopSettingsPrograms desktopSettings;
+    auto const autostart = makeAutostart();
     auto const wakes = session.observeDidWake([&] { desktop.didWake(); });
 
     std::function<void(QString const&)> showInReader;
@@ -145,7 +151,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     Updates updates({ defaults, executor, session, fileOpener, desktop.workspace(), announcements });
     AppDelegate delegate({
         .library = { defaults, bookmarks, files, sandbox, events, executor, clipboard, announcements, fileOpener,
-            openPanels, desktop.workspace(), startersFolder() },
+            openPanels, desktop.workspace(), ProgramData::startersFolder() },
         .hotKeys = desktop.hotKeys(),
         .localKeyEvents = desktop.localKeyEvents(),
         .notifications = notifications,
@@ -157,6 +163,9 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
         .keyboardLayout = desktop.keyboardLayout(),
         .systemShortcuts = systemShortcuts,
         .desktopSettings = desktopSettings,
+        .autostart = *autostart,
+        .firstWindow = options.isInBackground ? AppDelegate::FirstWindow::none
+                                              : AppDelegate::FirstWindow::readerWithoutFolder,
         .screens = desktop.screens(),
         .compositing = desktop.compositing(),
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
@@ -190,7 +199,7 @@ int main(int argc, char* argv[])
 {
     if (auto const exitCode = serveAsWorker(argc, argv))
         return *exitCode;
-    auto const options = StartOptions::parse(argc, argv);
+    auto options = StartOptions::parse(argc, argv);
     if (!options)
         return fail(options.error(), misused);
     leaveWorkingFolder();
@@ -200,6 +209,8 @@ int main(int argc, char* argv[])
 
     TerminationSignals::block(); // before anything starts a thread
     auto const start = BusApplicationInstance::Start::ofThisProcess();
+    // The bus passes on what is wanted of the program, which may be no window at all.
+    options->isInBackground |= start.by == BusApplicationInstance::Start::By::bus;
     QApplication application(argc, argv);
     choice.forget();
     InstalledWords const words;

@@ -2,6 +2,7 @@
 
 #include "KeyboardShortcuts/recorder/Recorder.h"
 #include "library/LibraryStore.h"
+#include "platform/Autostart.h"
 #include "platform/DesktopSettings.h"
 #include "platform/FileOpener.h"
 #include "platform/InputPermission.h"
@@ -28,6 +29,7 @@ struct SettingsServices {
     FileOpener& fileOpener;
     InputPermission& permission;
     DesktopSettings& desktopSettings;
+    Autostart& autostart;
     QString versionText;     // one line
     QString applicationFile; // the program itself
     std::function<std::optional<QRect>()> readerFrame = [] { return std::optional<QRect>(); }; // while it is up

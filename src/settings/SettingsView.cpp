@@ -6,6 +6,7 @@
 #include "settings/PinSection.h"
 #include "settings/ReaderSection.h"
 #include "settings/ShortcutSection.h"
+#include "settings/StartSection.h"
 
 #include <QVBoxLayout>
 
@@ -40,6 +41,7 @@ SettingsView::SettingsView(SettingsServices const& services, QWidget* parent)
     rows->setContentsMargins(padding, padding, padding, padding);
     rows->setSpacing(gap);
     for (QWidget* const section : std::initializer_list<QWidget*> { m_folder, m_shortcuts, m_gesture, m_pins, m_reader,
+             new StartSection(services.autostart, services.store, this),
              new AboutSection(updates, services.versionText, this) })
         rows->addWidget(section);
     rows->addStretch();

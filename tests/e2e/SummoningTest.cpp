@@ -288,6 +288,9 @@ TEST_F(SummoningTest, A_second_start_calls_up_the_one_that_runs)
     EXPECT_TRUE(comesUp()) << "a minimized panel is none";
     EXPECT_EQ(program.startAgain({ u"--toggle"_s }), 0);
     EXPECT_TRUE(Desktop::eventually([&] { return !desktop.isReaderOnScreen(); }));
+    EXPECT_EQ(program.startAgain({ u"--background"_s }), 0);
+    EXPECT_EQ(program.startAgain({ u"--toggle"_s }), 0);
+    EXPECT_TRUE(isUp()) << "a start in the background has opened nothing";
 }
 
 }

@@ -2,6 +2,7 @@
 
 #include "reader/BarButton.h"
 #include "settings/SettingsPlace.h"
+#include "settings/StartOffer.h"
 #include "support/SettingsOnFakes.h"
 #include "support/Test.h"
 
@@ -183,6 +184,34 @@ TEST_F(SettingsWindowTest, Its_buttons_do_what_they_say)
     EXPECT_EQ(services.workspace.ownActivations.size(), activations + 1) << "in front again";
 }
 
+TEST_F(SettingsWindowTest, The_start_with_the_desktop_is_shown_as_it_is_and_offered_once)
+{
+    auto const offer = u"Quillory can start with your desktop: turn it on in the settings."_s;
+    StartOffer const offers(store, services.defaults, services.executor, desk.autostart);
+    open();
+    connect();
+    EXPECT_EQ(store.message.value(), offer);
+    store.withdrawMessage(offer);
+    services.root.makeFolder("other");
+    store.connect(services.root.path("other"));
+    services.executor.settle();
+    EXPECT_NE(store.message.value(), offer) << "told once";
+
+    auto& start = named(u"startsWithDesktop"_s);
+    EXPECT_FALSE(start.isChecked());
+    start.click();
+    EXPECT_EQ(desk.autostart.now, Autostart::State::on);
+    EXPECT_TRUE(start.isChecked());
+    desk.autostart.now = Autostart::State::off; // by another program
+    QEvent front(QEvent::WindowActivate);
+    QCoreApplication::sendEvent(&window, &front);
+    EXPECT_FALSE(start.isChecked());
+    desk.autostart.refusal = u"No."_s;
+    start.click();
+    EXPECT_FALSE(start.isChecked());
+    EXPECT_EQ(store.message.value(), u"Whether Quillory starts with your desktop could not be changed: No."_s);
+}
+
 TEST_F(SettingsWindowTest, Its_keys_close_it_and_its_size_is_remembered)
 {
     for (auto const& [key, modifier] :
@@ -214,7 +243,7 @@ TEST_F(SettingsWindowTest, Tab_reaches_every_control_once_and_starts_where_the_k
     EXPECT_THAT(names,
         ElementsAre(u"Choose or reconnect folder…"_s, u"Record shortcut: Toggle Quillory"_s,
             u"Record shortcut: Hold to peek"_s, u"modifierPeekGesture"_s, u"learningModeToggle"_s, u"Text size"_s,
-            u"keyNames"_s));
+            u"keyNames"_s, u"startsWithDesktop"_s));
     named<QComboBox>(u"modifierPeekGesture"_s).setFocus();
     window.focusWidget()->clearFocus();
     QTest::keyClick(&window, Qt::Key_Tab);

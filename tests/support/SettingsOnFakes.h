@@ -35,6 +35,18 @@ struct FakeDesktopSettings final : DesktopSettings {
     int opened = 0;
 };
 
+struct FakeAutostart final : Autostart {
+    State state() const override { return now; }
+    void ask(State wanted, Answered answered) override
+    {
+        if (refusal.isEmpty())
+            now = wanted;
+        answered(refusal.isEmpty() ? std::expected<void, QString>() : std::unexpected(refusal));
+    }
+    State now = State::off;
+    QString refusal;
+};
+
 // All that the settings window stands on, without a desktop.
 struct SettingsOnFakes {
     FakeLibraryServices services;
@@ -48,6 +60,7 @@ struct SettingsOnFakes {
     FakeScreens screens { { { 0, 0, 1600, 900 } } };
     FakeInputPermission permission;
     FakeDesktopSettings desktopSettings;
+    FakeAutostart autostart;
     std::optional<QRect> readerFrame;
 
     SettingsServices settings()
@@ -64,6 +77,7 @@ struct SettingsOnFakes {
             .fileOpener = services.fileOpener,
             .permission = permission,
             .desktopSettings = desktopSettings,
+            .autostart = autostart,
             .versionText = QStringLiteral("Version 1.2"),
             .applicationFile = QStringLiteral("/usr/bin/quillory"),
             .readerFrame = [this] { return readerFrame; } };

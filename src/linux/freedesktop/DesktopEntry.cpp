@@ -1,6 +1,5 @@
 #include "linux/freedesktop/DesktopEntry.h"
 
-#include <QHash>
 #include <QUrl>
 
 namespace Quillory {
@@ -27,24 +26,6 @@ QString unescaped(QStringView text)
             result.append(u'\\').append(escaped);
     }
     return result;
-}
-
-// The keys of the first group, which must be the one of the entry itself.
-Values mainGroup(QByteArray const& contents)
-{
-    Values values;
-    bool isInside = false;
-    for (auto const& bytes : contents.split('\n')) {
-        auto const line = QString::fromUtf8(bytes).trimmed();
-        if (line.startsWith(u'[')) {
-            if (isInside)
-                break;
-            isInside = line == QStringLiteral("[Desktop Entry]");
-        } else if (auto const equals = line.indexOf(u'='); isInside && equals > 0 && !line.startsWith(u'#')) {
-            values.insert(line.left(equals).trimmed(), unescaped(QStringView(line).mid(equals + 1).trimmed()));
-        }
-    }
-    return values;
 }
 
 QString localized(Values const& values, QString const& key, QStringList const& languages)
@@ -168,6 +149,23 @@ private:
     QString const& m_file;
 };
 
+}
+
+QHash<QString, QString> DesktopEntry::mainGroup(QByteArray const& contents)
+{
+    Values values;
+    bool isInside = false;
+    for (auto const& bytes : contents.split('\n')) {
+        auto const line = QString::fromUtf8(bytes).trimmed();
+        if (line.startsWith(u'[')) {
+            if (isInside)
+                break;
+            isInside = line == QStringLiteral("[Desktop Entry]");
+        } else if (auto const equals = line.indexOf(u'='); isInside && equals > 0 && !line.startsWith(u'#')) {
+            values.insert(line.left(equals).trimmed(), unescaped(QStringView(line).mid(equals + 1).trimmed()));
+        }
+    }
+    return values;
 }
 
 std::optional<DesktopEntry> DesktopEntry::parse(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -20,6 +21,9 @@ struct DesktopEntry {
     // Absent for what is no entry of an application that can be started.
     static std::optional<DesktopEntry> parse(
         QByteArray const& contents, QString const& path, QStringList const& languages);
+
+    // The keys of the first group with their values; empty where that is not the group of an entry.
+    static QHash<QString, QString> mainGroup(QByteArray const& contents);
 
     // The program and its arguments for opening `file`. A line without a place for it gets the file at its end. Absent when
     // the line is malformed.

@@ -32,6 +32,13 @@ QString expectedPath(QDBusConnection const& bus, QString const& token)
     return QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
 }
 
+QString const startsWithSession = QStringLiteral("autostart");
+
+QVariantMap options(QString const& token)
+{
+    return { { QStringLiteral("handle_token"), token } };
+}
+
 QString newToken()
 {
     return QStringLiteral("quillory%1").arg(QRandomGenerator::global()->generate64());
@@ -72,19 +79,28 @@ void PortalRequest::send(File const& file, QString const& token)
         return finish({ Answer::Outcome::failed, SystemError::last().localizedDescription() });
     QDBusUnixFileDescriptor const handle(descriptor);
     close(descriptor); // the message has its own
-    call(QStringLiteral("OpenFile"), QVariant::fromValue(handle), token);
+    call("OpenURI", QStringLiteral("OpenFile"), { QString(), QVariant::fromValue(handle), options(token) });
 }
 
 void PortalRequest::send(Link const& link, QString const& token)
 {
-    call(QStringLiteral("OpenURI"), link.address, token);
+    call("OpenURI", QStringLiteral("OpenURI"), { QString(), link.address, options(token) });
 }
 
-void PortalRequest::call(QString const& method, QVariant const& subject, QString const& token)
+void PortalRequest::send(Background const& background, QString const& token)
+{
+    auto wishes = options(token);
+    wishes.insert(startsWithSession, background.startsWithSession);
+    wishes.insert(
+        QStringLiteral("commandline"), QStringList { QStringLiteral("quillory"), QStringLiteral("--background") });
+    call("Background", QStringLiteral("RequestBackground"), { QString(), wishes });
+}
+
+void PortalRequest::call(char const* interface, QString const& method, QVariantList const& arguments)
 {
     auto message = QDBusMessage::createMethodCall(portalName(), QStringLiteral("/org/freedesktop/portal/desktop"),
-        QStringLiteral("org.freedesktop.portal.OpenURI"), method);
-    message << QString() << subject << QVariantMap { { QStringLiteral("handle_token"), token } };
+        QStringLiteral("org.freedesktop.portal.") + QLatin1StringView(interface), method);
+    message.setArguments(arguments);
     auto* const watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         QDBusPendingReply<QDBusObjectPath> const reply = *watcher;
@@ -95,12 +111,12 @@ void PortalRequest::call(QString const& method, QVariant const& subject, QString
     });
 }
 
-void PortalRequest::respond(uint response, QVariantMap const&)
+void PortalRequest::respond(uint response, QVariantMap const& results)
 {
     auto const outcome = response == 0 ? Answer::Outcome::done
         : response == 1                ? Answer::Outcome::cancelledByUser
                                        : Answer::Outcome::failed;
-    finish({ outcome, tr("The desktop could not open it.") });
+    finish({ outcome, tr("The desktop could not open it."), results.value(startsWithSession).toBool() });
 }
 
 void PortalRequest::finish(Answer const& answer)

@@ -10,7 +10,7 @@
 
 namespace Quillory {
 
-// One question to the desktop portal that hands a file or a link over. Deletes itself once it is answered.
+// One question to the desktop portal: to hand a file or a link over, or to start the program with the session. Deletes itself once it is answered.
 class PortalRequest final : public QObject {
     Q_OBJECT
 public:
@@ -20,13 +20,18 @@ public:
     struct Link {
         QString address;
     };
-    using Subject = std::variant<File, Link>;
+    // Leave to run without a window, and to be started with the session or not to be.
+    struct Background {
+        bool startsWithSession = false;
+    };
+    using Subject = std::variant<File, Link, Background>;
 
     // The portal's answer, or the bus's own refusal as text.
     struct Answer {
         enum class Outcome { done, cancelledByUser, failed };
         Outcome outcome = Outcome::failed;
         QString description;
+        bool startsWithSession = false; // what became of a wish for it
     };
     using Answered = std::move_only_function<void(Answer const&)>;
 
@@ -41,7 +46,8 @@ private:
     void listen(QString const& path);
     void send(File const& file, QString const& token);
     void send(Link const& link, QString const& token);
-    void call(QString const& method, QVariant const& subject, QString const& token);
+    void send(Background const& background, QString const& token);
+    void call(char const* interface, QString const& method, QVariantList const& arguments);
     void finish(Answer const& answer);
 
     QDBusConnection m_bus;

@@ -20,7 +20,7 @@ SPACES = "\t\n\v\f\r \x85\xa0\u1680\u2000\u200a\u2028\u2029\u202f\u205f\u3000"
 VALUES = (
     [None, True, False, 0, 1, 1.0, 1.5, 2, -1, 2**63, [], {}, [[]], [None], "", "x", SPACES, "\u200b", "\0", "$schema"]
     + [text * n for text in ("x", "\U0001f3b9", "e\u0301") for n in (64, 65, 128, 129, 200, 201, 2000, 2001, 4000, 4001)]
-    + ["f0", "f1", "f01", "f24", "f25", "F1", "x\n", "ret", "Return", "return\n", "e\u0301", "\u00e9"]
+    + [f"f{number}" for number in range(26)] + [["function"], "\b", "\x0e", "\u1fff"] + ["f01", "F1", "x\n", "ret", "Return", "return\n", "e\u0301", "\u00e9"]
     + [["shift", "shift"], ["shift", "command"], ["Shift"], ["fn"], [7]]
 )
 # Around each edge of what is white space or control, and one of each plane.

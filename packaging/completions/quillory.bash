@@ -1,0 +1,17 @@
+# Completion of quillory's options for bash.
+_quillory() {
+    local cur prev words cword split
+    _init_completion -s || return
+    case $prev in
+    --connect | --connect-if-none)
+        _filedir -d
+        return
+        ;;
+    --gesture)
+        mapfile -t COMPREPLY < <(compgen -W "shift option off" -- "$cur")
+        return
+        ;;
+    esac
+    mapfile -t COMPREPLY < <(compgen -W "--toggle --settings --background --connect --connect-if-none --gesture \
+        --initial-shortcuts --help --help-all --version" -- "$cur")
+} && complete -F _quillory quillory

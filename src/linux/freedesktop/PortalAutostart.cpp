@@ -1,0 +1,36 @@
+#include "linux/freedesktop/PortalAutostart.h"
+
+#include "linux/freedesktop/PortalRequest.h"
+
+#include <QCoreApplication>
+#include <QFile>
+
+#include <utility>
+
+namespace Quillory {
+
+PortalAutostart::PortalAutostart(QDBusConnection sessionBus)
+    : m_bus(std::move(sessionBus))
+{
+}
+
+bool PortalAutostart::isNeeded()
+{
+    return QFile::exists(QStringLiteral("/.flatpak-info"));
+}
+
+void PortalAutostart::ask(State wanted, Answered answered)
+{
+    PortalRequest::start(m_bus, PortalRequest::Background { wanted == State::on }, &m_requests,
+        [wanted, answered = std::move(answered)](PortalRequest::Answer const& answer) mutable {
+            using enum PortalRequest::Answer::Outcome;
+            if (answer.outcome == done && answer.startsWithSession == (wanted == State::on))
+                answered({});
+            else if (answer.outcome == done || answer.outcome == cancelledByUser)
+                answered(std::unexpected(QCoreApplication::translate("Autostart", "The desktop does not allow it.")));
+            else
+                answered(std::unexpected(answer.description));
+        });
+}
+
+}
