@@ -360,6 +360,13 @@
     </message>
 </context>
 <context>
+    <name>Quillory::AboutSection</name>
+    <message>
+        <source>Checks for updates about once a day. Updates are installed with your approval.</source>
+        <translation>Etwa einmal am Tag wird nach Aktualisierungen gesucht. Installiert wird nur mit Ihrer Zustimmung.</translation>
+    </message>
+</context>
+<context>
     <name>Quillory::BannerLabel</name>
     <message>
         <source>%1 %2</source>

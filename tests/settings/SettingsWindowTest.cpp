@@ -2,6 +2,7 @@
 
 #include "reader/BarButton.h"
 #include "settings/SettingsPlace.h"
+#include "settings/SettingsView.h"
 #include "settings/StartOffer.h"
 #include "support/SettingsOnFakes.h"
 #include "support/Test.h"
@@ -229,6 +230,19 @@ TEST_F(SettingsWindowTest, Its_keys_close_it_and_its_size_is_remembered)
     auto const activations = services.workspace.ownActivations.size();
     window.bringToFront();
     EXPECT_EQ(services.workspace.ownActivations.size(), activations + 1) << "the same window";
+}
+
+TEST_F(SettingsWindowTest, Updates_have_their_rows_and_a_note_where_they_are_looked_for)
+{
+    auto const note = u"Checks for updates about once a day. Updates are installed with your approval."_s;
+    EXPECT_THAT(shown(), Not(Contains(note)));
+    auto withUpdates = desk.settings();
+    withUpdates.makeUpdates = [](QWidget* parent) { return new QLabel(u"The rows"_s, parent); };
+    SettingsView const view(withUpdates, nullptr);
+    QStringList texts;
+    for (auto const* const label : view.findChildren<QLabel*>())
+        texts << label->text();
+    EXPECT_EQ(texts.sliced(texts.indexOf(u"The rows"), 3), QStringList({ u"The rows"_s, note, u"Version 1.2"_s }));
 }
 
 TEST_F(SettingsWindowTest, Tab_reaches_every_control_once_and_starts_where_the_keyboard_was)

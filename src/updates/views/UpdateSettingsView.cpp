@@ -35,6 +35,14 @@ QString shownDate(QDate date)
     return locale.toString(date, format.remove(weekday).replace(QStringLiteral("MMMM"), QStringLiteral("MMM")));
 }
 
+// Without seconds, which some locales count among what is short.
+QString shownTime(QTime time)
+{
+    static QRegularExpression const seconds(QStringLiteral("[:.]?ss?"));
+    QLocale const locale;
+    return locale.toString(time, locale.timeFormat(QLocale::ShortFormat).remove(seconds));
+}
+
 }
 
 UpdateSettingsView::UpdateSettingsView(UpdateController& updates, QWidget* parent)
@@ -80,8 +88,8 @@ void UpdateSettingsView::refresh()
     if (!lastCheck)
         return;
     auto const time = lastCheck->toLocalTime();
-    m_lastCheck->setText(tr("Last checked %1 at %2", "a date and a time of day")
-            .arg(shownDate(time.date()), QLocale().toString(time.time(), QLocale::ShortFormat)));
+    m_lastCheck->setText(
+        tr("Last checked %1 at %2", "a date and a time of day").arg(shownDate(time.date()), shownTime(time.time())));
 }
 
 }
