@@ -107,88 +107,109 @@ std::unique_ptr<Autostart> makeAutostart()
         AutostartEntry::Folders::standard(), QCoreApplication::applicationFilePath());
 }
 
-// The program from here to its end: all that it stands on, and what stands on that.
-int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions const& options)
-{
-    // Not quit(), which closes the windows as the user would.
-    TerminationSignals const signals([] { QCoreApplication::exit(); });
+// All that the program stands on, each after what it needs itself.
+struct Adapters {
+    explicit Adapters(X11Desktop& onDesktop)
+        : desktop(onDesktop)
+    {
+    }
+
+    X11Desktop& desktop;
     PosixFileSystem files;
     PathBookmarks bookmarks;
     WorkerPool sandbox;
     QtExecutor executor;
     // Settings are written by a worker of their own: all others may wait for a drive that does not answer.
     QtExecutor settingsExecutor;
-    JsonUserDefaults defaults(JsonUserDefaults::standardPath(), settingsExecutor);
-    InotifyFileEvents events(executor);
+    JsonUserDefaults defaults { JsonUserDefaults::standardPath(), settingsExecutor };
+    InotifyFileEvents events { executor };
     NotificationCenter notifications;
-    QtMenuTracking const menuTracking(notifications);
+    QtMenuTracking menuTracking { notifications };
     QtClipboard clipboard;
     AtSpiAnnouncements announcements;
-    DesktopFileOpener fileOpener(QDBusConnection::sessionBus());
+    DesktopFileOpener fileOpener { QDBusConnection::sessionBus() };
     QtOpenPanels openPanels;
-    PortalColorScheme const colorScheme(QDBusConnection::sessionBus(), wear);
-    LogindSessionEvents session(QDBusConnection::systemBus());
-    DesktopSystemShortcuts const systemShortcuts(desktop.keyboardLayout());
+    PortalColorScheme colorScheme { QDBusConnection::sessionBus(), wear };
+    LogindSessionEvents session { QDBusConnection::systemBus() };
+    DesktopSystemShortcuts systemShortcuts { desktop.keyboardLayout() };
     DesktopSettingsPrograms desktopSettings;
-    auto const autostart = makeAutostart();
-    auto const wakes = session.observeDidWake([&] { desktop.didWake(); });
-
+    std::unique_ptr<Autostart> autostart = makeAutostart();
+    Registration wakes = session.observeDidWake([this] { desktop.didWake(); });
     std::function<void(QString const&)> showInReader;
-    TrayBar tray(QDBusConnection::sessionBus(), trayOperations(desktop, showInReader));
-    auto const embeddingTrays = desktop.embeddingTray().observeChanges([&] { tray.trayChanged(); });
+    TrayBar tray { QDBusConnection::sessionBus(), trayOperations(desktop, showInReader) };
+    Registration embeddingTrays = desktop.embeddingTray().observeChanges([this] { tray.trayChanged(); });
+    ShortcutStorage shortcuts { defaults, notifications };
+    Updates updates { { defaults, executor, session, fileOpener, desktop.workspace(), announcements } };
+};
 
-    ShortcutStorage shortcuts(defaults, notifications);
-    auto const sayHowToCall = [&] { say(howToCall(shortcuts, desktop.keyboardLayout())); };
-    if (options.changeSettings()) {
-        if (auto const prepared = prepareSettings(options, defaults, bookmarks, shortcuts); !prepared)
-            return fail(prepared.error());
-        defaults.flush(); // who reads what is said may look at them
-        sayHowToCall();
-    } else if (!tray.isPresent()) {
-        sayHowToCall(); // nothing else tells
-    }
-
-    Updates updates({ defaults, executor, session, fileOpener, desktop.workspace(), announcements });
-    AppDelegate delegate({
-        .library = { defaults, bookmarks, files, sandbox, events, executor, clipboard, announcements, fileOpener,
-            openPanels, desktop.workspace(), ProgramData::startersFolder() },
+AppDelegate::Services servicesOf(Adapters& on, BusApplicationInstance& instance, StartOptions const& options)
+{
+    auto& desktop = on.desktop;
+    return {
+        .library = { on.defaults, on.bookmarks, on.files, on.sandbox, on.events, on.executor, on.clipboard,
+            on.announcements, on.fileOpener, on.openPanels, desktop.workspace(), ProgramData::startersFolder() },
         .hotKeys = desktop.hotKeys(),
         .localKeyEvents = desktop.localKeyEvents(),
-        .notifications = notifications,
-        .session = session,
+        .notifications = on.notifications,
+        .session = on.session,
         .modifierEvents = desktop.modifierEvents(),
         .permission = desktop.permission(),
         .keys = desktop.keys(),
         .keyStrokes = desktop.keyStrokes(),
         .keyboardLayout = desktop.keyboardLayout(),
-        .systemShortcuts = systemShortcuts,
-        .desktopSettings = desktopSettings,
-        .autostart = *autostart,
+        .systemShortcuts = on.systemShortcuts,
+        .desktopSettings = on.desktopSettings,
+        .autostart = *on.autostart,
         .firstWindow = options.isInBackground ? AppDelegate::FirstWindow::none
                                               : AppDelegate::FirstWindow::readerWithoutFolder,
         .screens = desktop.screens(),
         .compositing = desktop.compositing(),
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
-        .statusBar = tray,
+        .statusBar = on.tray,
         .instance = instance,
         .applicationFile = QCoreApplication::applicationFilePath(),
         .quit = [] { QCoreApplication::exit(); },
-        .howToCall = [&] { return howToCall(shortcuts, desktop.keyboardLayout()); },
+        .howToCall = [&] { return howToCall(on.shortcuts, desktop.keyboardLayout()); },
         .inWords = [&](Shortcut const& shortcut) { return inWords(shortcut, desktop.keyboardLayout()); },
         .log = [](QString const& sentence) { fail(sentence); },
-        .makeUpdater = updates.make(),
+        .makeUpdater = on.updates.make(),
         .noteUserTime = [&](std::optional<std::uint32_t> time) { desktop.noteUserTime(time); },
-    });
-    showInReader = [&](QString const& sentence) { delegate.showMessage(sentence); };
+    };
+}
+
+// Changes the settings as the start asks for, and says how the reader is called where nothing else tells.
+std::expected<void, QString> prepare(Adapters& on, StartOptions const& options)
+{
+    if (options.changeSettings()) {
+        if (auto const prepared = prepareSettings(options, on.defaults, on.bookmarks, on.shortcuts); !prepared)
+            return prepared;
+        on.defaults.flush(); // who reads what is said may look at them
+    }
+    if (options.changeSettings() || !on.tray.isPresent())
+        say(howToCall(on.shortcuts, on.desktop.keyboardLayout()));
+    return {};
+}
+
+// The program from here to its end.
+int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions const& options)
+{
+    // Not quit(), which closes the windows as the user would.
+    TerminationSignals const signals([] { QCoreApplication::exit(); });
+    Adapters adapters(desktop);
+    if (auto const prepared = prepare(adapters, options); !prepared)
+        return fail(prepared.error());
+    AppDelegate delegate(servicesOf(adapters, instance, options));
+    adapters.showInReader = [&](QString const& sentence) { delegate.showMessage(sentence); };
     OrderlyEnd end([&] {
         delegate.applicationWillTerminate();
-        defaults.flush();
+        adapters.defaults.flush();
     });
     delegate.applicationDidFinishLaunching();
     auto const result = QApplication::exec();
     end.run();
+    adapters.showInReader = nullptr;
     instance.leave(); // once the settings are written, which the next process reads
-    if (!executor.stopWorkers(endPatience))
+    if (!adapters.executor.stopWorkers(endPatience))
         OrderlyEnd::leave(result);
     return result;
 }
