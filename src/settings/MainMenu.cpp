@@ -2,6 +2,8 @@
 
 #include <QCoreApplication>
 
+#include <array>
+
 namespace Quillory {
 
 namespace {
@@ -13,7 +15,7 @@ public:
     char16_t key;
 };
 
-constexpr Command commands[] {
+constexpr auto commands = std::to_array<Command>({
     { QT_TRANSLATE_NOOP("MainMenu", "Copy"), u'c' },
     { QT_TRANSLATE_NOOP("MainMenu", "Select all"), u'a' },
     { QT_TRANSLATE_NOOP("MainMenu", "Search library"), u'k' },
@@ -24,7 +26,7 @@ constexpr Command commands[] {
     { QT_TRANSLATE_NOOP("MainMenu", "Usual text size"), u'0' },
     { QT_TRANSLATE_NOOP("MainMenu", "Close"), u'w' },
     { QT_TRANSLATE_NOOP("MainMenu", "Quit Quillory"), u'q' },
-};
+});
 
 }
 
