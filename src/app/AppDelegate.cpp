@@ -26,7 +26,6 @@ void AppDelegate::applicationDidFinishLaunching()
     m_shortcuts.define(ShortcutName::peekQuillory());
     m_panel = std::make_unique<ReaderPanel>(m_store,
         ReaderPanel::Services { library.defaults, library.workspace, m_services.screens, m_services.compositing,
-
             { .executor = library.executor,
                 .clipboard = library.clipboard,
                 .notifications = m_services.notifications,
