@@ -36,8 +36,8 @@ void AppDelegate::applicationDidFinishLaunching()
             m_services.makePanelWindow });
     m_presentation.emplace(m_store,
         PresentationCoordinator::Services { m_shortcuts, library.workspace, m_services.session,
-            m_services.modifierEvents, m_services.permission, m_services.keys, library.executor, m_services.statusBar,
-            menuBarUpdates(), m_services.quit },
+            m_services.modifierEvents, m_services.permission, m_services.keys, m_services.peekKeys, library.executor,
+            m_services.statusBar, menuBarUpdates(), m_services.quit },
         *m_panel);
     bindPanel();
     m_takenShortcuts.emplace(TakenShortcuts::Services {

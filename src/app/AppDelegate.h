@@ -31,6 +31,7 @@ public:
         ModifierEvents& modifierEvents;
         InputPermission& permission;
         KeyState const& keys;
+        PeekKeys const& peekKeys;
         KeyStrokes& keyStrokes;
         KeyboardLayout& keyboardLayout;
         SystemShortcuts const& systemShortcuts;

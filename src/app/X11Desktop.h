@@ -13,7 +13,9 @@
 #include "linux/x11/X11KeyState.h"
 #include "linux/x11/X11KeyStrokes.h"
 #include "linux/x11/X11ModifierEvents.h"
+#include "linux/x11/X11PeekKeys.h"
 #include "linux/x11/X11SelectionOwner.h"
+#include "linux/x11/X11Session.h"
 #include "linux/x11/X11Workspace.h"
 #include "linux/x11/XkbKeyboardLayout.h"
 #include "platform/PanelWindow.h"
@@ -59,6 +61,8 @@ public:
     ModifierEvents& modifierEvents() { return m_modifierEvents; }
     InputPermission& permission() { return m_permission; }
     KeyState const& keys() const { return m_keys; }
+    PeekKeys const& peekKeys() const { return m_peekKeys; }
+    X11Session session() const { return m_session; }
     KeyboardLayout& keyboardLayout() { return m_keyboardLayout; }
     KeyStrokes& keyStrokes() { return m_keyStrokes; }
     Screens& screens() { return m_screens; }
@@ -80,12 +84,14 @@ private:
     std::function<void()> m_flushOwnWindows;
     std::unique_ptr<X11Connection> m_connection;
     std::unique_ptr<X11Connection> m_listening; // raw events pause on a connection that grabs keys
+    X11Session const m_session;
     X11Clock m_clock;
     X11Compositing m_compositing;
     X11SelectionOwner m_embeddingTray;
     UserTimes m_userTimes;
     X11HotKeys m_hotKeys;
     X11KeyState m_keys;
+    X11PeekKeys m_peekKeys;
     QtLocalKeyEvents m_localKeyEvents;
     X11Workspace m_workspace;
     X11InputPermission m_permission;

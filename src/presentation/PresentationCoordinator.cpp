@@ -1,7 +1,6 @@
 #include "presentation/PresentationCoordinator.h"
 
 #include "input/ModifierGesturePermission.h"
-#include "presentation/PeekHold.h"
 
 #include <utility>
 
@@ -143,7 +142,8 @@ void PresentationCoordinator::peekKeyDown()
     // One combination for both is the toggle, however long it is held.
     if (m_services.shortcuts.getShortcut(ShortcutName::toggleQuillory()) == peek)
         return;
-    beginPeek(Presentation::keyPeek, peek->modifiers(), static_cast<std::uint16_t>(peek->carbonKeyCode));
+    beginPeek(Presentation::keyPeek,
+        PeekHold(PeekHold::Keys { static_cast<std::uint16_t>(peek->carbonKeyCode), peek->modifiers() }));
 }
 
 void PresentationCoordinator::peekKeyUp()
@@ -159,7 +159,7 @@ void PresentationCoordinator::gestureBegan(ModifierFlags flags, std::uint16_t ke
         return;
     if (isPickerOnScreen())
         return;
-    beginPeek(Presentation::gesturePeek, flags, keyCode);
+    beginPeek(Presentation::gesturePeek, PeekHold(PeekHold::Keys { keyCode, flags }));
 }
 
 void PresentationCoordinator::gestureEnded()
@@ -169,11 +169,27 @@ void PresentationCoordinator::gestureEnded()
     resetAndClosePeek();
 }
 
-void PresentationCoordinator::beginPeek(Presentation peek, ModifierFlags modifiers, std::uint16_t keyCode)
+void PresentationCoordinator::peek(std::optional<ModifierFlags> held)
+{
+    if (!m_verbs.begins(m_services.executor.now()) || isPeeking())
+        return;
+    if (isPickerOnScreen())
+        return;
+    beginPeek(Presentation::keyPeek, PeekHold(held));
+}
+
+void PresentationCoordinator::endRequestedPeek()
+{
+    m_verbs.ends(m_services.executor.now());
+    peekKeyUp();
+}
+
+void PresentationCoordinator::beginPeek(Presentation peek, PeekHold const& hold)
 {
     bool const wasClosed = std::exchange(m_presentation, peek) == Presentation::closed;
     m_previousApp = m_services.workspace.frontmostApplication();
-    m_store.peekModifiers.assignAs<PresentationCoordinator>(modifiers);
+    m_hold = hold;
+    m_store.peekModifiers.assignAs<PresentationCoordinator>(m_hold.modifiers());
     if (wasClosed) {
         m_store.reload();
         m_panel.show(presence());
@@ -182,20 +198,25 @@ void PresentationCoordinator::beginPeek(Presentation peek, ModifierFlags modifie
     m_store.reload();
     m_panel.makeKeyAndOrderFront();
     m_panel.focusReader();
-    pollPeek(modifiers, keyCode);
+    pollPeek();
 }
 
-void PresentationCoordinator::pollPeek(ModifierFlags modifiers, std::uint16_t keyCode)
+void PresentationCoordinator::pollPeek()
 {
-    m_peekTask = m_services.executor.after(peekPoll, [this, modifiers, keyCode] {
-        if (!isPeeking())
-            return;
-        auto& keys = m_services.keys;
-        if (peekStillHeld(keys.keyIsDown(keyCode), keys.flags(), modifiers))
-            pollPeek(modifiers, keyCode);
-        else
-            resetAndClosePeek();
-    });
+    m_peekTask = m_services.executor.after(peekPoll, [this] { lookAtPeek(); });
+}
+
+void PresentationCoordinator::lookAtPeek()
+{
+    if (!isPeeking())
+        return;
+    auto const now = m_services.executor.now();
+    if (m_hold.look(m_services.peekKeys.known(m_hold.keyCode()), now) == PeekHold::Verdict::over) {
+        m_verbs.keysAreUp(now);
+        return resetAndClosePeek();
+    }
+    m_store.peekModifiers.assignAs<PresentationCoordinator>(m_hold.modifiers());
+    pollPeek();
 }
 
 // The reset may end a gesture, and with it the peek.

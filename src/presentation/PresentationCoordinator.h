@@ -8,11 +8,14 @@
 #include "platform/KeyState.h"
 #include "platform/Lifetime.h"
 #include "platform/ModifierEvents.h"
+#include "platform/PeekKeys.h"
 #include "platform/SessionEvents.h"
 #include "platform/StatusBar.h"
 #include "platform/Workspace.h"
 #include "presentation/MenuBarItems.h"
 #include "presentation/PanelSurface.h"
+#include "presentation/PeekHold.h"
+#include "presentation/PeekVerbs.h"
 #include "presentation/PresentationState.h"
 
 #include <chrono>
@@ -33,6 +36,7 @@ public:
         ModifierEvents& modifierEvents;
         InputPermission const& permission;
         KeyState const& keys;
+        PeekKeys const& peekKeys;
         Executor& executor;
         StatusBar& statusBar;
         std::optional<MenuBarUpdates> updates; // absent where the program has no updater
@@ -50,6 +54,11 @@ public:
     void toggle();
     void open();
     void close();
+
+    // A peek that no key of ours holds: another program asks for it, and for its end, for keys that it was told of.
+    // `held` are the modifiers that are held meanwhile, where they are told; else those that are seen to be.
+    void peek(std::optional<ModifierFlags> held = std::nullopt);
+    void endRequestedPeek();
 
     // Makes a peek resident: its keys are needed for what comes up over the reader, a file panel or the settings.
     void stay();
@@ -69,7 +78,7 @@ public:
     std::optional<RunningApplication> const& previousApp() const { return m_previousApp; }
 
 private:
-    // A peek is ended by what began it: the keys of its shortcut, or the gesture.
+    // A peek is ended by what began it: the keys of its shortcut or of another program, or the gesture.
     enum class Presentation { closed, resident, keyPeek, gesturePeek };
 
     // Whether this program had the front when the panel was about to go.
@@ -90,8 +99,9 @@ private:
     void peekKeyUp();
     void gestureBegan(ModifierFlags flags, std::uint16_t keyCode);
     void gestureEnded();
-    void beginPeek(Presentation peek, ModifierFlags modifiers, std::uint16_t keyCode);
-    void pollPeek(ModifierFlags modifiers, std::uint16_t keyCode);
+    void beginPeek(Presentation peek, PeekHold const& hold);
+    void pollPeek();
+    void lookAtPeek();
     void resetAndClosePeek();
     void clearPeek();
 
@@ -115,6 +125,8 @@ private:
     MenuBarItems m_items;
     Presentation m_presentation = Presentation::closed;
     std::optional<RunningApplication> m_previousApp; // where the keyboard goes back to
+    PeekHold m_hold; // of the running peek
+    PeekVerbs m_verbs;
     Registration m_peekTask;
     ModifierGestureMonitor m_modifierMonitor;
     Lifetime m_lifetime;

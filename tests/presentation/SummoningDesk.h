@@ -8,6 +8,7 @@
 #include "support/FakeInputPermission.h"
 #include "support/FakeLibraryServices.h"
 #include "support/FakeModifierEvents.h"
+#include "support/FakePeekKeys.h"
 #include "support/FakeStatusBar.h"
 #include "support/ShortcutsOnFakes.h"
 
@@ -118,7 +119,7 @@ public:
         shortcuts.emplace(services.defaults, hotKeys, executor);
         coordinator.emplace(library,
             PresentationCoordinator::Services { shortcuts->shortcuts, workspace, session, events, permission, keys,
-                executor, statusBar, updates, [this] { panel.calls.append(QStringLiteral("quit")); } },
+                peekKeys, executor, statusBar, updates, [this] { panel.calls.append(QStringLiteral("quit")); } },
             panel);
     }
 
@@ -183,6 +184,7 @@ public:
     FakeHotKeys hotKeys;
     FakeSessionEvents session;
     FakeKeyState keys;
+    FakePeekKeys peekKeys { keys };
     FakeInputPermission permission;
     FakeModifierEvents events { executor, keys, permission };
     RecordingPanel panel { workspace };

@@ -53,6 +53,9 @@ public:
             (*observer)(front);
     }
 
+    // A window that this desktop knows nothing of has the keyboard.
+    void bringForeignToFront() { m_front.reset(); }
+
     // Leaves the desktop without a front window if this was it.
     void close(std::uint64_t window)
     {

@@ -93,7 +93,7 @@ int run(ModifierGesture gesture, std::optional<std::uint16_t> played)
         return 1;
     }
     X11Clock clock;
-    X11InputPermission const permission(**connection);
+    X11InputPermission const permission(**connection, sessionOf(**connection));
     X11ModifierEvents events(**connection, clock, permission);
     X11KeyState const keys(**connection);
     QtExecutor executor;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "linux/x11/X11Connection.h"
+#include "linux/x11/X11Session.h"
 #include "platform/InputPermission.h"
 
 namespace Quillory {
@@ -10,21 +11,18 @@ namespace Quillory {
 class X11InputPermission final : public InputPermission {
 public:
     // Asks the server once. `connection` outlives it.
-    explicit X11InputPermission(X11Connection& connection);
+    X11InputPermission(X11Connection& connection, X11Session session);
 
     // X knows no trust in single programs.
     bool isAccessibilityTrusted() const override { return false; }
 
-    // False as well once the server is gone, and on a server that is itself a guest of another desktop: that one only
-    // passes on what is typed into windows of X programs.
+    // False as well once the server is gone, and on a guest, which sees only what is typed into windows of its own.
     bool canListenToEvents() const override;
 
     // There is nobody to ask.
     void requestListenAccess() override { }
 
 private:
-    bool hasRawEvents() const;
-
     X11Connection& m_connection;
     bool const m_hasRawEvents;
 };

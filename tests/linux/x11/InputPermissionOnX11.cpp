@@ -30,9 +30,9 @@ class InputPermissionOnX11 : public X11Desk { };
 
 TEST_F(InputPermissionOnX11, Without_the_input_extension_nothing_can_be_listened_to_and_hot_keys_work)
 {
-    EXPECT_TRUE(X11InputPermission(*connection).canListenToEvents());
+    EXPECT_TRUE(X11InputPermission(*connection, sessionOf(*connection)).canListenToEvents());
     isInputExtensionHidden = true;
-    X11InputPermission const permission(*connection);
+    X11InputPermission const permission(*connection, sessionOf(*connection));
     EXPECT_FALSE(permission.canListenToEvents());
     EXPECT_FALSE(X11ModifierEvents(*connection, clock, permission).observe([](auto const&) { }, [] { }).has_value());
     EXPECT_TRUE(X11HotKeys(*connection, clock).probe(40, ModifierFlags::control | ModifierFlags::option).has_value());
