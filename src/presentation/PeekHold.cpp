@@ -23,7 +23,7 @@ PeekHold::PeekHold(std::optional<ModifierFlags> held)
 PeekHold::Verdict PeekHold::look(PeekKeys::Known const& known, Time now)
 {
     if (known.keyIsDown && known.flags)
-        return peekStillHeld(*known.keyIsDown, *known.flags, m_modifiers) ? Verdict::held : Verdict::over;
+        return peekStillHeld(*known.keyIsDown, *known.flags, m_modifiers) ? Verdict::held : Verdict::letGo;
     return known.flags ? lookAt(*known.flags & holding, now) : lookWithoutKeyboard(now);
 }
 
@@ -37,10 +37,10 @@ PeekHold::Verdict PeekHold::lookAt(ModifierFlags flags, Time now)
     bool const isSettled = now - *m_keyboardSince >= settling;
     if (m_isTold) {
         m_wereSeen |= contains(flags, m_modifiers);
-        return contains(flags, m_modifiers) || !(m_wereSeen || isSettled) ? Verdict::held : Verdict::over;
+        return contains(flags, m_modifiers) || !(m_wereSeen || isSettled) ? Verdict::held : Verdict::letGo;
     }
     if (m_wereSeen && !contains(flags, m_modifiers))
-        return Verdict::over;
+        return Verdict::letGo;
     if (!isSettled && flags != ModifierFlags::none) {
         m_modifiers = flags;
         m_wereSeen = true;
@@ -54,7 +54,7 @@ PeekHold::Verdict PeekHold::lookWithoutKeyboard(Time now)
         return Verdict::held; // it is still to come
     if (!m_lostSince)
         m_lostSince = now;
-    return now - *m_lostSince < passing ? Verdict::held : Verdict::over;
+    return now - *m_lostSince < passing ? Verdict::held : Verdict::keyboardLost;
 }
 
 }

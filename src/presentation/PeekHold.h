@@ -42,7 +42,7 @@ public:
     // Begun by a request. `held` are the modifiers that are held with it, where that is told.
     explicit PeekHold(std::optional<ModifierFlags> held);
 
-    enum class Verdict { held, over };
+    enum class Verdict { held, letGo, keyboardLost };
     Verdict look(PeekKeys::Known const& known, Time now);
 
     std::optional<std::uint16_t> keyCode() const { return m_keyCode; }

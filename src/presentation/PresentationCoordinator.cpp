@@ -211,10 +211,11 @@ void PresentationCoordinator::lookAtPeek()
     if (!isPeeking())
         return;
     auto const now = m_services.executor.now();
-    if (m_hold.look(m_services.peekKeys.known(m_hold.keyCode()), now) == PeekHold::Verdict::over) {
+    auto const verdict = m_hold.look(m_services.peekKeys.known(m_hold.keyCode()), now);
+    if (verdict == PeekHold::Verdict::letGo)
         m_verbs.keysAreUp(now);
+    if (verdict != PeekHold::Verdict::held)
         return resetAndClosePeek();
-    }
     m_store.peekModifiers.assignAs<PresentationCoordinator>(m_hold.modifiers());
     pollPeek();
 }
