@@ -7,11 +7,14 @@ _quillory() {
         _filedir -d
         return
         ;;
+    --held | --show)
+        return
+        ;;
     --gesture)
         mapfile -t COMPREPLY < <(compgen -W "shift option off" -- "$cur")
         return
         ;;
     esac
-    mapfile -t COMPREPLY < <(compgen -W "--toggle --settings --background --connect --connect-if-none --gesture \
-        --initial-shortcuts --help --help-all --version" -- "$cur")
+    mapfile -t COMPREPLY < <(compgen -W "--toggle --open --peek --held --peek-end --show --settings --background \
+        --connect --connect-if-none --gesture --initial-shortcuts --help --help-all --version" -- "$cur")
 } && complete -F _quillory quillory

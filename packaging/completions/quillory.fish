@@ -1,6 +1,11 @@
 # Completion of quillory's options for fish.
 complete -c quillory -f
 complete -c quillory -l toggle -d 'Show the reader, or send it away'
+complete -c quillory -l open -d 'Show the reader, or bring it to the front'
+complete -c quillory -l peek -d 'Show the reader until --peek-end'
+complete -c quillory -l held -x -a 'ctrl+alt ctrl+shift super' -d 'With --peek: the keys that hold it'
+complete -c quillory -l peek-end -d 'End a peek'
+complete -c quillory -l show -x -d 'Show the sheet with this title or file name'
 complete -c quillory -l settings -d 'Open the settings'
 complete -c quillory -l background -d 'Start without a window'
 complete -c quillory -l connect -x -a '(__fish_complete_directories)' -d 'Connect this folder of sheets'

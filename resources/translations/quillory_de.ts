@@ -1284,6 +1284,21 @@
     </message>
 </context>
 <context>
+    <name>SheetRequests</name>
+    <message>
+        <source>There is no sheet “%1”.</source>
+        <translation>Es gibt kein Blatt „%1“.</translation>
+    </message>
+    <message>
+        <source>Several sheets are called “%1”: %2.</source>
+        <translation>Mehrere Blätter heißen „%1“: %2.</translation>
+    </message>
+    <message>
+        <source>The folder is still being read.</source>
+        <translation>Der Ordner wird noch gelesen.</translation>
+    </message>
+</context>
+<context>
     <name>ShortcutSheet</name>
     <message>
         <source>Invalid Quillory JSON — %1</source>
@@ -1498,6 +1513,46 @@
     <message>
         <source>Start without a window, or do nothing where Quillory already runs.</source>
         <translation>Ohne Fenster starten, oder nichts tun, wo Quillory schon läuft.</translation>
+    </message>
+    <message>
+        <source>Show the reader, or bring it to the front.</source>
+        <translation>Den Leser zeigen oder nach vorn holen.</translation>
+    </message>
+    <message>
+        <source>Show the reader until --peek-end.</source>
+        <translation>Den Leser bis --peek-end zeigen.</translation>
+    </message>
+    <message>
+        <source>keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>End a peek.</source>
+        <translation>Das kurze Ansehen beenden.</translation>
+    </message>
+    <message>
+        <source>Show the sheet with this title or file name.</source>
+        <translation>Das Blatt mit diesem Titel oder Dateinamen zeigen.</translation>
+    </message>
+    <message>
+        <source>sheet</source>
+        <translation>Blatt</translation>
+    </message>
+    <message>
+        <source>The options ask for more than one thing at once.</source>
+        <translation>Die Optionen verlangen mehr als eines auf einmal.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; are no keys to hold: these are ctrl, alt, shift and super, joined by &quot;+&quot;.</source>
+        <translation>„%1“ sind keine Tasten, die man halten kann: das sind ctrl, alt, shift und super, verbunden mit „+“.</translation>
+    </message>
+    <message>
+        <source>--held belongs to --peek.</source>
+        <translation>--held gehört zu --peek.</translation>
+    </message>
+    <message>
+        <source>With --peek: the keys that hold it, such as ctrl+alt. The peek also ends when they are released.</source>
+        <translation>Mit --peek: die Tasten, die dafür gehalten werden, etwa ctrl+alt. Sind sie losgelassen, endet es auch ohne --peek-end.</translation>
     </message>
 </context>
 <context>

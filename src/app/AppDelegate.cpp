@@ -40,13 +40,15 @@ void AppDelegate::applicationDidFinishLaunching()
             m_services.statusBar, menuBarUpdates(), m_services.quit },
         *m_panel);
     bindPanel();
+    m_sheetRequests.emplace(m_store, library.executor, [this] { m_presentation->open(); });
     m_takenShortcuts.emplace(TakenShortcuts::Services {
         m_shortcuts, m_store, library.workspace, m_services.notifications, m_services.inWords, m_services.log });
     m_startTask = library.executor.post([this] { m_takenShortcuts->look(); }); // once the keys have been asked for
     m_startOffer.emplace(m_store, library.defaults, library.executor, m_services.autostart);
     if (!m_store.folder.value() && m_services.firstWindow == FirstWindow::readerWithoutFolder)
         m_presentation->open();
-    m_requests = m_services.instance.observeRequests([this](auto const& request) { serve(request); });
+    m_requests = m_services.instance.observeRequests(
+        [this](auto const& request, auto const& answer) { serve(request, answer); });
 }
 
 std::optional<MenuBarUpdates> AppDelegate::menuBarUpdates()
@@ -74,17 +76,27 @@ void AppDelegate::bindPanel()
     m_panel->onClosing = [this] { m_presentation->windowWillClose(); };
 }
 
-void AppDelegate::serve(ApplicationInstance::Request const& request)
+void AppDelegate::serve(ApplicationInstance::Request const& request, ApplicationInstance::Answer const& answer)
 {
     using Wish = ApplicationInstance::Wish;
     if (request.wish != Wish::none)
         m_services.noteUserTime(request.userTime);
-    if (request.wish == Wish::toggle)
-        m_presentation->toggle();
-    else if (request.wish == Wish::settings)
-        showSettings();
-    else if (request.wish == Wish::open)
-        applicationShouldHandleReopen();
+    switch (request.wish) {
+    case Wish::none:
+        return;
+    case Wish::open:
+        return applicationShouldHandleReopen();
+    case Wish::toggle:
+        return m_presentation->toggle();
+    case Wish::peek:
+        return m_presentation->peek(request.held);
+    case Wish::peekEnd:
+        return m_presentation->endRequestedPeek();
+    case Wish::settings:
+        return showSettings();
+    case Wish::show:
+        return m_sheetRequests->show(request.sheet, answer);
+    }
 }
 
 void AppDelegate::applicationShouldHandleReopen()

@@ -6,6 +6,7 @@
 #include "platform/StatusBar.h"
 #include "presentation/PresentationCoordinator.h"
 #include "presentation/ReaderPanel.h"
+#include "presentation/SheetRequests.h"
 #include "presentation/TakenShortcuts.h"
 #include "settings/SettingsWindow.h"
 #include "settings/StartOffer.h"
@@ -75,7 +76,7 @@ private:
     void bindPanel();
     std::optional<MenuBarUpdates> menuBarUpdates();
     std::function<QWidget*(QWidget* parent)> updatesRows();
-    void serve(ApplicationInstance::Request const& request);
+    void serve(ApplicationInstance::Request const& request, ApplicationInstance::Answer const& answer);
 
     Services m_services;
     LibraryStore m_store;
@@ -85,6 +86,7 @@ private:
     KeyboardShortcuts m_shortcuts;
     std::unique_ptr<ReaderPanel> m_panel;
     std::optional<PresentationCoordinator> m_presentation;
+    std::optional<SheetRequests> m_sheetRequests;
     std::optional<TakenShortcuts> m_takenShortcuts;
     std::optional<StartOffer> m_startOffer;
     std::unique_ptr<SettingsWindow> m_settings; // from the first time that it is asked for

@@ -1,5 +1,7 @@
 #include "StartOptions.h"
 
+#include "platform/ModifierNames.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
@@ -11,6 +13,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using Request = ApplicationInstance::Request;
+using Wish = ApplicationInstance::Wish;
+
 QStringList decoded(int argc, char** argv)
 {
     QStringList arguments;
@@ -19,14 +24,56 @@ QStringList decoded(int argc, char** argv)
     return arguments;
 }
 
+// What a start can ask of the program that runs, one at a time.
+struct WishOptions {
+    Q_DECLARE_TR_FUNCTIONS(StartOptions)
+public:
+    QCommandLineOption toggle { u"toggle"_s, tr("Show the reader, or send it away.") };
+    QCommandLineOption open { u"open"_s, tr("Show the reader, or bring it to the front.") };
+    QCommandLineOption peek { u"peek"_s, tr("Show the reader until --peek-end.") };
+    QCommandLineOption held { u"held"_s,
+        tr("With --peek: the keys that hold it, such as ctrl+alt. The peek also ends when they are released."),
+        tr("keys") };
+    QCommandLineOption peekEnd { u"peek-end"_s, tr("End a peek.") };
+    QCommandLineOption show { u"show"_s, tr("Show the sheet with this title or file name."), tr("sheet") };
+    QCommandLineOption settings { u"settings"_s, tr("Open the settings.") };
+
+    QList<QCommandLineOption> all() const { return { toggle, open, peek, held, peekEnd, show, settings }; }
+
+    // `otherwise` where none is asked for.
+    std::expected<Request, QString> read(QCommandLineParser const& parser, Wish otherwise) const
+    {
+        std::optional<Wish> wish;
+        for (auto const& [option, asked] :
+            { std::pair { &toggle, Wish::toggle }, { &open, Wish::open }, { &peek, Wish::peek },
+                { &peekEnd, Wish::peekEnd }, { &show, Wish::show }, { &settings, Wish::settings } }) {
+            if (!parser.isSet(*option))
+                continue;
+            if (wish)
+                return std::unexpected(tr("The options ask for more than one thing at once."));
+            wish = asked;
+        }
+        Request request { .wish = wish.value_or(otherwise), .sheet = parser.value(show) };
+        if (!parser.isSet(held))
+            return request;
+        request.held = ModifierNames::read(parser.value(held));
+        if (!request.held)
+            return std::unexpected(
+                tr("\"%1\" are no keys to hold: these are ctrl, alt, shift and super, joined by \"+\".")
+                    .arg(parser.value(held)));
+        if (request.wish != Wish::peek)
+            return std::unexpected(tr("--held belongs to --peek."));
+        return request;
+    }
+};
+
 }
 
 std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
 {
     QCoreApplication::setApplicationName(u"quillory"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLORY_VERSION));
-    QCommandLineOption const toggle(u"toggle"_s, tr("Show the reader, or send it away."));
-    QCommandLineOption const settings(u"settings"_s, tr("Open the settings."));
+    WishOptions const wishes;
     QCommandLineOption const background(
         u"background"_s, tr("Start without a window, or do nothing where Quillory already runs."));
     QCommandLineOption const connect(u"connect"_s, tr("Connect this folder of sheets."), tr("folder"));
@@ -45,7 +92,8 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     parser.setApplicationDescription(tr("Shows your own cheat sheets over whatever is in front."));
     auto const help = parser.addHelpOption();
     auto const version = parser.addVersionOption();
-    parser.addOptions({ toggle, settings, background, connect, spare, gesture, shortcuts, capture });
+    parser.addOptions(wishes.all());
+    parser.addOptions({ background, connect, spare, gesture, shortcuts, capture });
     if (!parser.parse(decoded(argc, argv)))
         return std::unexpected(parser.errorText());
     if (parser.isSet(help) || parser.isSet(version)) {
@@ -60,12 +108,10 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
 
     StartOptions options;
     options.isInBackground = parser.isSet(background);
-    if (options.isInBackground)
-        options.wish = ApplicationInstance::Wish::none;
-    if (parser.isSet(toggle))
-        options.wish = ApplicationInstance::Wish::toggle;
-    if (parser.isSet(settings))
-        options.wish = ApplicationInstance::Wish::settings;
+    auto const request = wishes.read(parser, options.isInBackground ? Wish::none : Wish::open);
+    if (!request)
+        return std::unexpected(request.error());
+    options.request = *request;
     if (parser.isSet(connect))
         options.folder = QDir::current().absoluteFilePath(parser.value(connect));
     if (parser.isSet(spare))

@@ -15,7 +15,7 @@ namespace Quillory {
 struct StartOptions {
     Q_DECLARE_TR_FUNCTIONS(StartOptions)
 public:
-    ApplicationInstance::Wish wish = ApplicationInstance::Wish::open;
+    ApplicationInstance::Request request;
 
     bool isInBackground = false; // no window opens by itself
 

@@ -67,21 +67,30 @@ void leaveWorkingFolder()
     QDir::setCurrent(QDir::homePath());
 }
 
-// Passes the wish on to an earlier process. Settings are changed only where there is none: it has them in memory.
-ApplicationInstance::Role takePart(ApplicationInstance& instance, StartOptions const& options)
+// Passes the request on to an earlier process. Settings are changed only where there is none: it has them in memory.
+ApplicationInstance::Role takePart(
+    ApplicationInstance& instance, StartOptions const& options, ApplicationInstance::Answer answered)
 {
-    return instance.start(options.changeSettings() ? ApplicationInstance::Wish::none : options.wish);
+    return instance.start(options.changeSettings()
+            ? ApplicationInstance::Request { .wish = ApplicationInstance::Wish::none }
+            : options.request,
+        std::move(answered));
 }
 
-int leaveToEarlierProcess(ApplicationInstance::Role role, StartOptions const& options)
+// The exit code of a start that can't serve since an earlier process is there; absent where this one serves.
+std::optional<int> leaveToEarlierProcess(ApplicationInstance::Role role, StartOptions const& options, bool isRefused)
 {
     if (role == ApplicationInstance::Role::unanswered)
         return fail(
             StartOptions::tr("Quillory already runs but does not answer. End that process and start it again."));
+    if (role != ApplicationInstance::Role::handedOver) {
+        bool const isDone = options.request.wish == ApplicationInstance::Wish::peekEnd; // nobody peeks
+        return isDone ? std::optional(EXIT_SUCCESS) : std::nullopt;
+    }
     if (options.changeSettings())
         return fail(StartOptions::tr(
             "Quillory already runs and has its settings in memory. End it first, by Ctrl+Q in the reader."));
-    return EXIT_SUCCESS;
+    return isRefused ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 
 // `showInReader` is empty until there is a reader.
@@ -240,9 +249,14 @@ int main(int argc, char* argv[])
     QApplication::setQuitOnLastWindowClosed(false);
     application.setProperty(ReleaseVersionDisplay::infoKey, QStringLiteral(QUILLORY_RELEASE_VERSION));
     BusApplicationInstance instance(QDBusConnection::sessionBus(), start);
-    auto const role = takePart(instance, *options);
-    if (role == ApplicationInstance::Role::handedOver || role == ApplicationInstance::Role::unanswered)
-        return leaveToEarlierProcess(role, *options);
+    bool isRefused = false;
+    auto const role = takePart(instance, *options, [&](ApplicationInstance::Outcome const& outcome) {
+        isRefused = !outcome;
+        if (isRefused)
+            fail(outcome.error());
+    });
+    if (auto const exitCode = leaveToEarlierProcess(role, *options, isRefused))
+        return *exitCode;
 
     auto const desktop = X11Desktop::open(application);
     if (!desktop)

@@ -30,7 +30,7 @@ BusApplicationInstance::BusApplicationInstance(
     : m_bus(std::move(sessionBus))
     , m_start(std::move(start))
     , m_answerTime(answerTime)
-    , m_interface([this](Request const& request) { receive(request); })
+    , m_interface([this](Request const& request, Answer const& answer) { receive(request, answer); })
 {
 }
 
@@ -47,32 +47,36 @@ void BusApplicationInstance::leave()
     m_bus.unregisterObject(objectPath());
 }
 
-ApplicationInstance::Role BusApplicationInstance::start(Wish wish)
+ApplicationInstance::Role BusApplicationInstance::start(Request request, Answer answered)
 {
     // The one that owned the name may end while it is asked; then the name is free.
     constexpr int tries = 3;
-    auto answer = Answer::ownerGone;
+    auto reply = Reply::ownerGone;
     for (int attempt = 0; attempt < tries; ++attempt) {
         auto const claimed = claim();
         if (claimed == Claim::ownedByAnother) {
-            if (answer == Answer::none)
+            if (reply == Reply::none)
                 break;
-            answer = handOver(wish);
-            if (answer == Answer::taken)
+            reply = handOver(request, answered);
+            if (reply == Reply::taken)
                 return Role::handedOver;
             continue;
         }
-        // Nothing is shown yet, unless the program opens by itself at its start.
-        if (wish == Wish::toggle || wish == Wish::settings)
-            askItself(wish == Wish::toggle ? Wish::open : wish);
+        askItself(std::move(request), answered);
         return claimed == Claim::owned ? Role::first : Role::alone;
     }
     return Role::unanswered;
 }
 
-void BusApplicationInstance::askItself(Wish wish)
+// Nothing is shown yet, unless the program opens by itself at its start, and there is no peek to end.
+void BusApplicationInstance::askItself(Request request, Answer const& answered)
 {
-    receive({ .wish = wish, .userTime = ApplicationInterface::userTime(m_start.id) });
+    if (request.wish == Wish::none || request.wish == Wish::open || request.wish == Wish::peekEnd)
+        return;
+    if (request.wish == Wish::toggle)
+        request.wish = Wish::open;
+    request.userTime = ApplicationInterface::userTime(m_start.id);
+    receive(std::move(request), answered);
 }
 
 // The object stands before the name is had: who waits for the name calls at once.
@@ -88,43 +92,47 @@ BusApplicationInstance::Claim BusApplicationInstance::claim()
     return reply.isValid() ? Claim::ownedByAnother : Claim::failed;
 }
 
-BusApplicationInstance::Answer BusApplicationInstance::handOver(Wish wish)
+BusApplicationInstance::Reply BusApplicationInstance::handOver(Request const& request, Answer const& answered)
 {
-    if (wish == Wish::none)
-        return Answer::taken;
-    auto const action = ApplicationInterface::actionOf(wish);
+    if (request.wish == Wish::none)
+        return Reply::taken;
+    bool const isAction = request.wish != Wish::open; // the common call brings a reader to the front that is up
     auto call = QDBusMessage::createMethodCall(name(), objectPath(), QStringLiteral("org.freedesktop.Application"),
-        action.isEmpty() ? QStringLiteral("Activate") : QStringLiteral("ActivateAction"));
-    if (!action.isEmpty())
-        call << action << QVariantList();
+        isAction ? QStringLiteral("ActivateAction") : QStringLiteral("Activate"));
+    if (isAction)
+        call << ApplicationInterface::actionOf(request.wish) << ApplicationInterface::parametersOf(request);
     QVariantMap platformData;
     if (!m_start.id.isEmpty())
         platformData.insert(QStringLiteral("desktop-startup-id"), m_start.id);
     call << platformData;
     call.setAutoStartService(false);
     auto const reply = m_bus.call(call, QDBus::Block, static_cast<int>(m_answerTime.count()));
-    if (reply.type() == QDBusMessage::ReplyMessage)
-        return Answer::taken;
+    auto const error = QDBusError(reply).type();
+    bool const isRefused = error == QDBusError::Failed;
+    if (isRefused)
+        answered(std::unexpected(reply.errorMessage()));
+    if (isRefused || reply.type() == QDBusMessage::ReplyMessage)
+        return Reply::taken;
     // Also said of a process that ends while it is asked: whether the name is free again tells them apart.
-    return QDBusError(reply).type() == QDBusError::NoReply ? Answer::none : Answer::ownerGone;
+    return error == QDBusError::NoReply ? Reply::none : Reply::ownerGone;
 }
 
 // The first request of a process that the bus began is why it runs. By then the reader may have opened by itself.
-void BusApplicationInstance::receive(Request request)
+void BusApplicationInstance::receive(Request request, Answer const& answer)
 {
     bool const isWhyItRuns = std::exchange(m_start.by, Start::By::user) == Start::By::bus;
     if (isWhyItRuns && request.wish == Wish::toggle)
         request.wish = Wish::open;
     if (m_requested.isEmpty())
-        m_kept.push_back(request);
+        m_kept.push_back({ std::move(request), answer });
     else
-        m_requested.tell(request);
+        m_requested.tell(request, answer);
 }
 
-Registration BusApplicationInstance::observeRequests(std::function<void(Request const&)> requested)
+Registration BusApplicationInstance::observeRequests(std::function<void(Request const&, Answer const&)> requested)
 {
-    for (auto const& request : std::exchange(m_kept, {}))
-        requested(request);
+    for (auto const& [request, answer] : std::exchange(m_kept, {}))
+        requested(request, answer);
     return m_requested.add(std::move(requested));
 }
 

@@ -38,28 +38,32 @@ public:
 
     // Waits for the bus, and for the answer of another process. It never serves beside one that owns the name: two
     // would write the same settings.
-    Role start(Wish wish) override;
+    Role start(Request request, Answer answered) override;
 
-    Registration observeRequests(std::function<void(Request const&)> requested) override;
+    Registration observeRequests(std::function<void(Request const&, Answer const&)> requested) override;
 
     // Gives the name back, so that the next process to start is the first. The end of this object does it too.
     void leave();
 
 private:
     enum class Claim { owned, ownedByAnother, failed };
-    enum class Answer { taken, none, ownerGone };
+    enum class Reply { taken, none, ownerGone };
+    struct Kept {
+        Request request;
+        Answer answer;
+    };
 
     Claim claim();
-    Answer handOver(Wish wish);
-    void askItself(Wish wish);
-    void receive(Request request);
+    Reply handOver(Request const& request, Answer const& answered);
+    void askItself(Request request, Answer const& answered);
+    void receive(Request request, Answer const& answer);
 
     QDBusConnection m_bus;
     Start m_start;
     std::chrono::milliseconds m_answerTime;
     ApplicationInterface m_interface;
-    Observers<void(Request const&)> m_requested;
-    std::vector<Request> m_kept;
+    Observers<void(Request const&, Answer const&)> m_requested;
+    std::vector<Kept> m_kept;
 };
 
 }
