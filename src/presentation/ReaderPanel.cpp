@@ -295,9 +295,11 @@ void ReaderPanel::dismissTooltips()
         help->dismiss();
 }
 
+// Only hidden: the toolkit would destroy the native window of one that lets itself be closed, and make the next one
+// without what `m_window` has told of it.
 void ReaderPanel::closeEvent(QCloseEvent* event)
 {
-    event->accept();
+    event->ignore();
     if (!isVisible())
         return;
     onClosing();

@@ -108,10 +108,11 @@ void SettingsWindow::applyStyle()
         setStyleSheet(sheet);
 }
 
-// Only hidden: the next time it stands ready.
+// Only hidden, so that the next time it stands ready: the toolkit would destroy the native window of one that lets
+// itself be closed.
 void SettingsWindow::closeEvent(QCloseEvent* event)
 {
-    event->accept();
+    event->ignore();
     hide();
 }
 

@@ -257,10 +257,12 @@ TEST_F(ReaderPanelTest, Each_show_begins_with_a_view_like_a_new_one)
 TEST_F(ReaderPanelTest, A_close_is_told_once_and_while_it_is_still_up)
 {
     show();
+    auto const native = panel.winId();
     for (auto* const button : panel.findChildren<BarButton*>()) {
         if (button->accessibleName() == u"Close"_s)
             button->click();
     }
+    EXPECT_EQ(panel.internalWinId(), native) << "the window manager has been told what it is";
     EXPECT_THAT(closings, ElementsAre(true));
     EXPECT_FALSE(panel.isVisible());
     for (auto* const widget :
