@@ -42,12 +42,6 @@ void X11PanelWindow::describe()
     auto* const xcb = m_connection.handle();
     if (m_flushOwnWindows)
         m_flushOwnWindows();
-    // Tiling window managers float what is a utility by any of its types. The others go by the first, and some would put
-    // a utility behind the window that had the front.
-    std::array const types { m_connection.atom("_NET_WM_WINDOW_TYPE_NORMAL"),
-        m_connection.atom("_NET_WM_WINDOW_TYPE_UTILITY") };
-    m_connection.succeeded(xcb_change_property_checked(xcb, XCB_PROP_MODE_REPLACE, m_window,
-        m_connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, types.size(), types.data()));
     auto const motifHints = m_connection.atom("_MOTIF_WM_HINTS");
     m_connection.succeeded(xcb_change_property_checked(
         xcb, XCB_PROP_MODE_REPLACE, m_window, motifHints, motifHints, 32, motifWindow.size(), motifWindow.data()));

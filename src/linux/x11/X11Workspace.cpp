@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 
 namespace Quillory {
 
@@ -204,8 +205,21 @@ void X11Workspace::bringToFront(xcb_window_t window)
 void X11Workspace::prepareToShow(std::uint64_t ownWindow)
 {
     auto const window = static_cast<xcb_window_t>(ownWindow);
-    m_ownWindows.insert(window);
+    if (m_ownWindows.insert(window).second)
+        makeFloating(window);
     writeUserTime(window);
+}
+
+// In the place of the types that the toolkit gave it. Tiling window managers float what is a utility by any of its types.
+// The others go by the first, and some would put a utility behind the window that had the front.
+void X11Workspace::makeFloating(xcb_window_t window)
+{
+    if (m_flushOwnWindows)
+        m_flushOwnWindows();
+    std::array const types { m_connection.atom("_NET_WM_WINDOW_TYPE_NORMAL"),
+        m_connection.atom("_NET_WM_WINDOW_TYPE_UTILITY") };
+    m_connection.succeeded(xcb_change_property_checked(m_connection.handle(), XCB_PROP_MODE_REPLACE, window,
+        m_connection.atom("_NET_WM_WINDOW_TYPE"), XCB_ATOM_ATOM, 32, types.size(), types.data()));
 }
 
 // A window may name another one for its user time, as the toolkit's do; that one counts.

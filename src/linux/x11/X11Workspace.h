@@ -38,6 +38,7 @@ private:
     xcb_window_t windowUnderPointer() const;
     std::optional<xcb_window_t> nearestWithClass(xcb_window_t window) const;
     void bringToFront(xcb_window_t window);
+    void makeFloating(xcb_window_t window);
     void writeUserTime(xcb_window_t window);
     void noteFront(std::optional<xcb_window_t> front) const;
     void handle(xcb_generic_event_t const& event);

@@ -54,7 +54,7 @@ TEST_F(WorkspaceOnX11, It_tells_what_is_in_front_and_hands_it_over)
     tellsWhatIsInFrontAndHandsItOver(*this, workspace);
 }
 
-TEST_F(WorkspaceOnX11, A_window_is_prepared_with_the_time_of_the_users_key)
+TEST_F(WorkspaceOnX11, A_window_is_prepared_to_float_with_the_time_of_the_users_key)
 {
     auto const own = openOwn();
     auto const userTime = [&] { return connection->number(own, "_NET_WM_USER_TIME"); };
@@ -63,6 +63,7 @@ TEST_F(WorkspaceOnX11, A_window_is_prepared_with_the_time_of_the_users_key)
     clock.note(4711);
     workspace.prepareToShow(own);
     EXPECT_EQ(userTime(), 4711U);
+    EXPECT_TRUE(connection->lists(own, "_NET_WM_WINDOW_TYPE", connection->atom("_NET_WM_WINDOW_TYPE_UTILITY")));
 }
 
 TEST_F(WorkspaceOnX11, What_arrives_while_the_time_is_asked_for_is_handed_out_afterwards)
