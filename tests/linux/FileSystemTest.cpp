@@ -1,9 +1,11 @@
+#include "linux/files/OpenForReading.h"
 #include "linux/files/PosixFileSystem.h"
 #include "support/TemporaryFolder.h"
 #include "support/Test.h"
 
 #include <cerrno>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace Quillory {
@@ -63,6 +65,24 @@ TEST_F(PosixFileSystemTest, Only_regular_files_are_read_and_nothing_blocks)
         EXPECT_EQ(folder->read(name, 100).value_or(std::nullopt).has_value(), is("file")) << name;
     }
     EXPECT_EQ(folder->read("link", 100).error(), SystemError(ELOOP));
+}
+
+// The file system through which the portal shows a folder answers every such call as if it met a link.
+TEST_F(PosixFileSystemTest, A_file_system_that_takes_files_for_links_is_read_and_its_links_are_not)
+{
+    root.write("file", "text");
+    root.link("link", "file");
+    root.makeFifo("fifo");
+    auto const ofPortal = [](int at, char const* path, int flags) {
+        if ((flags & O_NOFOLLOW) == 0 || (flags & O_PATH) != 0)
+            return openat(at, path, flags);
+        errno = ELOOP;
+        return -1;
+    };
+    FileDescriptor const place(open(root.at().constData(), O_PATH));
+    EXPECT_TRUE(openForReading(place.number(), "file", ofPortal));
+    for (auto const& [name, error] : { std::pair("link", ELOOP), { "fifo", ELOOP }, { "gone", ENOENT } })
+        EXPECT_EQ(openForReading(place.number(), name, ofPortal).error(), SystemError(error)) << name;
 }
 
 TEST_F(PosixFileSystemTest, A_real_path_follows_every_link_and_may_lead_outside)

@@ -1,6 +1,7 @@
 #include "linux/files/PosixOpenFolder.h"
 
 #include "linux/files/FolderNames.h"
+#include "linux/files/OpenForReading.h"
 #include "linux/files/PosixOpenFile.h"
 #include "linux/files/ReadDescriptor.h"
 #include "linux/files/RealPath.h"
@@ -50,20 +51,19 @@ std::expected<std::optional<QByteArray>, SystemError> PosixOpenFolder::read(QByt
 {
     if (!isNameOfChild(name))
         return std::unexpected(SystemError(EINVAL));
-    FileDescriptor const file(
-        openat(m_folder.number(), name.constData(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (!file.isOpen()) {
+    auto const file = openForReading(m_folder.number(), name);
+    if (!file) {
         // A socket, or a device that isn't there, answers so; a regular file never does.
-        if (errno == ENXIO || errno == ENODEV)
+        if (file.error().code() == ENXIO || file.error().code() == ENODEV)
             return std::nullopt;
-        return std::unexpected(SystemError::last());
+        return std::unexpected(file.error());
     }
     struct stat entry {};
-    if (fstat(file.number(), &entry) != 0)
+    if (fstat(file->number(), &entry) != 0)
         return std::unexpected(SystemError::last());
     if (!S_ISREG(entry.st_mode))
         return std::nullopt;
-    auto bytes = readDescriptor(file.number(), entry.st_size, limit);
+    auto bytes = readDescriptor(file->number(), entry.st_size, limit);
     if (!bytes)
         return std::unexpected(bytes.error());
     return std::move(*bytes);
@@ -99,11 +99,10 @@ std::expected<std::unique_ptr<OpenFile>, SystemError> PosixOpenFolder::open(QByt
             return std::unexpected(SystemError::last());
         folder = std::move(below);
     }
-    FileDescriptor file(openat(folder.isOpen() ? folder.number() : m_folder.number(), last.constData(),
-        O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    if (!file.isOpen())
-        return std::unexpected(SystemError::last());
-    return std::make_unique<PosixOpenFile>(std::move(file));
+    auto file = openForReading(folder.isOpen() ? folder.number() : m_folder.number(), last);
+    if (!file)
+        return std::unexpected(file.error());
+    return std::make_unique<PosixOpenFile>(*std::move(file));
 }
 
 }
