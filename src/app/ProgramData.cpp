@@ -6,14 +6,28 @@
 
 namespace Quillory::ProgramData {
 
+namespace {
+
+// From the folder of this program, as installed if that is there, else as built.
+QString place(char const* installed, char const* built)
+{
+    QDir const folder(QCoreApplication::applicationDirPath());
+    auto const from = [&](char const* path) {
+        return QDir::cleanPath(folder.absoluteFilePath(QString::fromUtf8(path)));
+    };
+    return QFileInfo::exists(from(installed)) ? from(installed) : from(built);
+}
+
+}
+
 QString startersFolder()
 {
-    QDir const programs(QCoreApplication::applicationDirPath());
-    auto const place = [&](char const* data) {
-        return QDir::cleanPath(programs.absoluteFilePath(QString::fromUtf8(data) + QStringLiteral("/Starters")));
-    };
-    auto const installed = place(QUILLORY_DATA_FROM_PROGRAMS);
-    return QFileInfo(installed).isDir() ? installed : place(QUILLORY_DATA_FROM_BUILT_PROGRAMS);
+    return place(QUILLORY_DATA_FROM_PROGRAM "/Starters", QUILLORY_DATA_FROM_BUILT_PROGRAM "/Starters");
+}
+
+QString command()
+{
+    return place(QUILLORY_COMMAND_FROM_PROGRAM, QUILLORY_COMMAND_FROM_BUILT_PROGRAM);
 }
 
 }

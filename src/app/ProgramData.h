@@ -8,4 +8,7 @@ namespace Quillory::ProgramData {
 // a whole prefix can be moved.
 QString startersFolder();
 
+// The program that users and desktops start, which becomes this one.
+QString command();
+
 }

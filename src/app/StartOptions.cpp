@@ -86,6 +86,8 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     // Concerns updates alone, and takes one dash.
     QCommandLineOption capture(u"QuilloryCaptureLibrary"_s);
     capture.setFlags(QCommandLineOption::HiddenFromHelp);
+    QCommandLineOption unanswered(u"tell-unanswered"_s);
+    unanswered.setFlags(QCommandLineOption::HiddenFromHelp);
 
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
@@ -93,7 +95,7 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     auto const help = parser.addHelpOption();
     auto const version = parser.addVersionOption();
     parser.addOptions(wishes.all());
-    parser.addOptions({ background, connect, spare, gesture, shortcuts, capture });
+    parser.addOptions({ background, connect, spare, gesture, shortcuts, capture, unanswered });
     if (!parser.parse(decoded(argc, argv)))
         return std::unexpected(parser.errorText());
     if (parser.isSet(help) || parser.isSet(version)) {
@@ -107,6 +109,7 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
                 .arg(parser.positionalArguments().first()));
 
     StartOptions options;
+    options.tellsUnanswered = parser.isSet(unanswered);
     options.isInBackground = parser.isSet(background);
     auto const request = wishes.read(parser, options.isInBackground ? Wish::none : Wish::open);
     if (!request)

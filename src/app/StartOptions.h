@@ -19,6 +19,8 @@ public:
 
     bool isInBackground = false; // no window opens by itself
 
+    bool tellsUnanswered = false; // another process has asked the running one in vain, and nothing else is to be done
+
     // Settings that are stored before the program reads them.
     std::optional<QString> folder;      // to connect, with its whole path
     std::optional<QString> spareFolder; // likewise, where none is connected

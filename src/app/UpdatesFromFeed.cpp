@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDateTime>
-#include <QDir>
 #include <QStandardPaths>
 
 // In a build with a feed.
@@ -17,11 +16,10 @@ namespace Quillory {
 
 namespace {
 
-// Installed or built, it lies beside the program's folder.
+// Installed or built, it lies beside this program.
 QString fetchProgram()
 {
-    return QDir::cleanPath(
-        QCoreApplication::applicationDirPath() + QStringLiteral("/../libexec/quillory/quillory-fetch"));
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/quillory-fetch");
 }
 
 }

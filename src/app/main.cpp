@@ -67,6 +67,11 @@ void leaveWorkingFolder()
     QDir::setCurrent(QDir::homePath());
 }
 
+int failUnanswered()
+{
+    return fail(StartOptions::tr("Quillory already runs but does not answer. End that process and start it again."));
+}
+
 // Passes the request on to an earlier process. Settings are changed only where there is none: it has them in memory.
 ApplicationInstance::Role takePart(
     ApplicationInstance& instance, StartOptions const& options, ApplicationInstance::Answer answered)
@@ -81,8 +86,7 @@ ApplicationInstance::Role takePart(
 std::optional<int> leaveToEarlierProcess(ApplicationInstance::Role role, StartOptions const& options, bool isRefused)
 {
     if (role == ApplicationInstance::Role::unanswered)
-        return fail(
-            StartOptions::tr("Quillory already runs but does not answer. End that process and start it again."));
+        return failUnanswered();
     if (role != ApplicationInstance::Role::handedOver) {
         bool const isDone = options.request.wish == ApplicationInstance::Wish::peekEnd; // nobody peeks
         return isDone ? std::optional(EXIT_SUCCESS) : std::nullopt;
@@ -112,8 +116,7 @@ std::unique_ptr<Autostart> makeAutostart()
 {
     if (PortalAutostart::isNeeded())
         return std::make_unique<PortalAutostart>(QDBusConnection::sessionBus());
-    return std::make_unique<AutostartEntry>(
-        AutostartEntry::Folders::standard(), QCoreApplication::applicationFilePath());
+    return std::make_unique<AutostartEntry>(AutostartEntry::Folders::standard(), ProgramData::command());
 }
 
 // All that the program stands on, each after what it needs itself.
@@ -177,7 +180,7 @@ AppDelegate::Services servicesOf(Adapters& on, BusApplicationInstance& instance,
         .makePanelWindow = [&](std::uint64_t window) { return desktop.panelWindow(window); },
         .statusBar = on.tray,
         .instance = instance,
-        .applicationFile = QCoreApplication::applicationFilePath(),
+        .applicationFile = ProgramData::command(),
         .quit = [] { QCoreApplication::exit(); },
         .howToCall = [&] { return howToCall(on.shortcuts, desktop.keyboardLayout()); },
         .inWords = [&](Shortcut const& shortcut) { return inWords(shortcut, desktop.keyboardLayout()); },
@@ -224,6 +227,16 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
     return result;
 }
 
+// The exit code of a start that needs no display; absent for all others.
+std::optional<int> finishWithoutDisplay(StartOptions const& options, int argc, char* argv[])
+{
+    if (!options.tellsUnanswered)
+        return std::nullopt;
+    QCoreApplication const application(argc, argv);
+    InstalledWords const words;
+    return failUnanswered();
+}
+
 }
 
 int main(int argc, char* argv[])
@@ -233,6 +246,8 @@ int main(int argc, char* argv[])
     auto options = StartOptions::parse(argc, argv);
     if (!options)
         return fail(options.error(), misused);
+    if (auto const exitCode = finishWithoutDisplay(*options, argc, argv))
+        return *exitCode;
     leaveWorkingFolder();
     X11Desktop::ToolkitChoice const choice;
     if (auto const display = X11Desktop::probe(); !display)
