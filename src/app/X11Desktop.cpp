@@ -71,7 +71,7 @@ X11Desktop::X11Desktop(QApplication const& application, std::unique_ptr<X11Conne
     , m_localKeyEvents(
           [](std::uint32_t scanCode) { return VirtualKeys::virtualKeyCode(static_cast<std::uint8_t>(scanCode)); },
           m_keys)
-    , m_workspace(*m_connection, m_clock, m_flushOwnWindows)
+    , m_workspace(*m_connection, m_clock, m_flushOwnWindows, m_session)
     , m_permission(*m_listening, m_session)
     , m_modifierEvents(*m_listening, m_clock, m_permission)
     , m_keyboardLayout(*m_connection)

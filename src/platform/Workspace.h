@@ -44,7 +44,8 @@ public:
     // does not take it for a window that pushes itself to the front.
     virtual void prepareToShow(std::uint64_t ownWindow) = 0;
 
-    // Calls `activated` for each application that comes to the front, ours included.
+    // Calls `activated` for each application that comes to the front, ours included. One whose windows the window
+    // system can't name has neither identifier nor window.
     virtual Registration observeActivation(std::function<void(RunningApplication const&)> activated) = 0;
 };
 

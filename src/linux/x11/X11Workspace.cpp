@@ -19,6 +19,9 @@ constexpr std::uint32_t sourceIsTheUser = 2;
 
 constexpr std::uint8_t sentEventBit = 0x80;
 
+// Between two windows there is none for a moment, in which the last one still counts.
+constexpr std::chrono::milliseconds passing { 50 };
+
 // WM_CLASS holds two strings, each with a NUL at its end: the instance and the class.
 QString classPart(QByteArray const& windowClass)
 {
@@ -28,11 +31,16 @@ QString classPart(QByteArray const& windowClass)
 
 }
 
-X11Workspace::X11Workspace(X11Connection& connection, X11Clock const& clock, std::function<void()> flushOwnWindows)
+X11Workspace::X11Workspace(
+    X11Connection& connection, X11Clock const& clock, std::function<void()> flushOwnWindows, X11Session session)
     : m_connection(connection)
     , m_clock(clock)
     , m_flushOwnWindows(std::move(flushOwnWindows))
+    , m_session(session)
 {
+    m_foreignWindow.setSingleShot(true);
+    m_foreignWindow.setTimerType(Qt::PreciseTimer);
+    m_foreignWindow.callOnTimeout([this] { tellOfForeignWindow(); });
     m_events = m_connection.observeEvents([this](auto const& event) { handle(event); });
     m_connection.listenOnRoot(XCB_EVENT_MASK_PROPERTY_CHANGE);
     m_front = m_connection.number(m_connection.root(), activeWindow).value_or(noWindow);
@@ -53,10 +61,8 @@ std::optional<RunningApplication> X11Workspace::frontmostApplication() const
     return front ? describe(*front, *front) : std::nullopt;
 }
 
-// Between two windows there is none for a moment, in which the last one still counts.
 std::optional<xcb_window_t> X11Workspace::frontWindow() const
 {
-    constexpr std::chrono::milliseconds passing { 50 };
     auto const front = m_connection.number(m_connection.root(), activeWindow);
     noteFront(front);
     if (front)
@@ -251,6 +257,9 @@ void X11Workspace::handle(xcb_generic_event_t const& event)
     m_frontChanges.note(change.time);
     auto const front = m_connection.number(m_connection.root(), activeWindow);
     noteFront(front);
+    m_foreignWindow.stop();
+    if (!front && m_session == X11Session::guest && m_front != noWindow)
+        m_foreignWindow.start(passing);
     if (!front || *front == m_front)
         return;
     auto const application = describe(*front, *front);
@@ -258,6 +267,15 @@ void X11Workspace::handle(xcb_generic_event_t const& event)
         return;
     m_front = *front;
     m_observers.tell(*application);
+}
+
+// The compositor's own windows are none of the server's: that none has the front is all that is seen of them.
+void X11Workspace::tellOfForeignWindow()
+{
+    if (m_connection.number(m_connection.root(), activeWindow))
+        return; // the notice of it is on its way
+    m_front = noWindow;
+    m_observers.tell(RunningApplication {});
 }
 
 }

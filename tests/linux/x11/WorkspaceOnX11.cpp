@@ -41,6 +41,12 @@ public:
         keyboard->click(x, y);
     }
     bool comesTrue(std::function<bool()> const& condition) { return loop.runUntil(condition, 10s); }
+    void frontIs(xcb_window_t window)
+    {
+        xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, connection->root(), connection->atom("_NET_ACTIVE_WINDOW"),
+            XCB_ATOM_WINDOW, 32, 1, &window);
+        xcb_flush(xcb);
+    }
 
 protected:
     X11Workspace workspace { *connection, clock };
@@ -64,6 +70,25 @@ TEST_F(WorkspaceOnX11, A_window_is_prepared_to_float_with_the_time_of_the_users_
     workspace.prepareToShow(own);
     EXPECT_EQ(userTime(), 4711U);
     EXPECT_TRUE(connection->lists(own, "_NET_WM_WINDOW_TYPE", connection->atom("_NET_WM_WINDOW_TYPE_UTILITY")));
+}
+
+TEST_F(WorkspaceOnX11, On_a_guest_that_no_window_has_the_front_any_more_is_news_of_a_foreign_one)
+{
+    frontIs(XCB_NONE); // it may still be a window of an earlier desk
+    X11Workspace guest { *connection, clock, {}, X11Session::guest };
+    std::vector<RunningApplication> noticed;
+    auto const observing = guest.observeActivation([&](auto const& application) { noticed.push_back(application); });
+    auto const isNoticed = [&](RunningApplication const& application) {
+        EXPECT_TRUE(comesTrue([&] { return !noticed.empty(); }));
+        EXPECT_THAT(std::exchange(noticed, {}), ElementsAre(application));
+    };
+    auto const window = open(u"Editor"_s);
+    isNoticed({ u"Editor"_s, window });
+    frontIs(XCB_NONE); // as compositors say it
+    isNoticed({});
+    EXPECT_EQ(guest.frontmostApplication(), std::nullopt);
+    frontIs(window);
+    isNoticed({ u"Editor"_s, window });
 }
 
 TEST_F(WorkspaceOnX11, What_arrives_while_the_time_is_asked_for_is_handed_out_afterwards)
