@@ -14,7 +14,11 @@ _quillory() {
         mapfile -t COMPREPLY < <(compgen -W "shift option off" -- "$cur")
         return
         ;;
+    --keys)
+        mapfile -t COMPREPLY < <(compgen -W "sway hyprland i3 gnome kde xfce" -- "$cur")
+        return
+        ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "--toggle --open --peek --held --peek-end --show --settings --background \
-        --connect --connect-if-none --gesture --initial-shortcuts --help --help-all --version" -- "$cur")
+        --connect --connect-if-none --gesture --initial-shortcuts --keys --help --help-all --version" -- "$cur")
 } && complete -F _quillory quillory

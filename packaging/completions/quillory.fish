@@ -12,6 +12,7 @@ complete -c quillory -l connect -x -a '(__fish_complete_directories)' -d 'Connec
 complete -c quillory -l connect-if-none -x -a '(__fish_complete_directories)' -d 'Connect this folder where none is connected'
 complete -c quillory -l gesture -x -a 'shift option off' -d 'Peek by tapping this key twice and holding it'
 complete -c quillory -l initial-shortcuts -d 'Store Ctrl+Alt+K and Ctrl+Alt+J where no shortcuts are stored'
+complete -c quillory -l keys -x -a 'sway hyprland i3 gnome kde xfce' -d 'Print what binds the shortcuts on this desktop'
 complete -c quillory -s h -l help -d 'List the options'
 complete -c quillory -l help-all -d 'List the options, with those of the toolkit'
 complete -c quillory -s v -l version -d 'Tell the version'

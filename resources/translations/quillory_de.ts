@@ -72,6 +72,61 @@
     </message>
 </context>
 <context>
+    <name>DesktopBindings</name>
+    <message>
+        <source>For ~/.config/sway/config; then run: swaymsg reload</source>
+        <translation>Für ~/.config/sway/config; danach: swaymsg reload</translation>
+    </message>
+    <message>
+        <source>For ~/.config/hypr/hyprland.conf, which is read again when it is saved.</source>
+        <translation>Für ~/.config/hypr/hyprland.conf, die beim Speichern neu gelesen wird.</translation>
+    </message>
+    <message>
+        <source>For ~/.config/i3/config; then run: i3-msg reload</source>
+        <translation>Für ~/.config/i3/config; danach: i3-msg reload</translation>
+    </message>
+    <message>
+        <source>Run these commands. Keys that are bound already stay.</source>
+        <translation>Führen Sie diese Befehle aus. Tasten, die schon belegt sind, bleiben es.</translation>
+    </message>
+    <message>
+        <source>Run these commands, with Quillory installed, and log in again. System Settings shows the keys under Shortcuts.</source>
+        <translation>Führen Sie diese Befehle aus, wenn Quillory installiert ist, und melden Sie sich neu an. Die Systemeinstellungen zeigen die Tasten unter Kurzbefehle.</translation>
+    </message>
+    <message>
+        <source>Run this command.</source>
+        <translation>Führen Sie diesen Befehl aus.</translation>
+    </message>
+    <message>
+        <source>On X11 Quillory takes its shortcuts itself: clear them in its settings once these are bound.</source>
+        <translation>Unter X11 nimmt Quillory seine Tastenkürzel selbst: löschen Sie sie in seinen Einstellungen, sobald diese belegt sind.</translation>
+    </message>
+    <message>
+        <source>No shortcut is stored that calls the reader: these are the usual keys.</source>
+        <translation>Kein Tastenkürzel ruft den Leser: dies sind die üblichen Tasten.</translation>
+    </message>
+    <message>
+        <source>A key that is let go starts nothing on this desktop: it can&apos;t bind a peek.</source>
+        <translation>Eine losgelassene Taste startet auf diesem Desktop nichts: kurz ansehen lässt sich damit nicht.</translation>
+    </message>
+    <message>
+        <source>The same keys are stored for the peek, which is inactive then.</source>
+        <translation>Für das kurze Ansehen sind dieselben Tasten gespeichert; es ist dann abgeschaltet.</translation>
+    </message>
+    <message>
+        <source>No shortcut is stored that peeks: these are the usual keys.</source>
+        <translation>Kein Tastenkürzel gilt dem kurzen Ansehen: dies sind die üblichen Tasten.</translation>
+    </message>
+    <message>
+        <source>%1 has no name for the keys that peek. Choose others in the settings.</source>
+        <translation>%1 hat keinen Namen für die Tasten des kurzen Ansehens. Wählen Sie andere in den Einstellungen.</translation>
+    </message>
+    <message>
+        <source>%1 has no name for the keys that call the reader. Choose others in the settings.</source>
+        <translation>%1 hat keinen Namen für die Tasten, die den Leser rufen. Wählen Sie andere in den Einstellungen.</translation>
+    </message>
+</context>
+<context>
     <name>KeyboardShortcuts</name>
     <message>
         <source>Space</source>
@@ -1553,6 +1608,22 @@
     <message>
         <source>With --peek: the keys that hold it, such as ctrl+alt. The peek also ends when they are released.</source>
         <translation>Mit --peek: die Tasten, die dafür gehalten werden, etwa ctrl+alt. Sind sie losgelassen, endet es auch ohne --peek-end.</translation>
+    </message>
+    <message>
+        <source>Quillory stands in a folder whose name has unusual characters. Make it known as &quot;quillory&quot; by a link in a folder of PATH.</source>
+        <translation>Quillory liegt in einem Ordner, dessen Name ungewöhnliche Zeichen hat. Machen Sie es durch eine Verknüpfung in einem Ordner von PATH als „quillory“ bekannt.</translation>
+    </message>
+    <message>
+        <source>Print what binds the shortcuts on this desktop: %1.</source>
+        <translation>Ausgeben, was die Tastenkürzel auf diesem Desktop belegt: %1.</translation>
+    </message>
+    <message>
+        <source>desktop</source>
+        <translation>Desktop</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no desktop that is known here: these are %2.</source>
+        <translation>„%1“ ist kein Desktop, der hier bekannt ist: das sind %2.</translation>
     </message>
 </context>
 <context>

@@ -1,5 +1,6 @@
 #include "StartOptions.h"
 
+#include "KeyboardShortcuts/bindings/DesktopBindings.h"
 #include "platform/ModifierNames.h"
 
 #include <QCommandLineParser>
@@ -67,6 +68,36 @@ public:
     }
 };
 
+// What a start stores before the program reads it.
+struct SettingsOptions {
+    Q_DECLARE_TR_FUNCTIONS(StartOptions)
+public:
+    QCommandLineOption connect { u"connect"_s, tr("Connect this folder of sheets."), tr("folder") };
+    QCommandLineOption spare { u"connect-if-none"_s, tr("Connect this folder of sheets where none is connected."),
+        tr("folder") };
+    QCommandLineOption gesture { u"gesture"_s,
+        tr("Peek by tapping this key twice and holding it: shift, option (Alt) or off."), tr("key") };
+    QCommandLineOption shortcuts { u"initial-shortcuts"_s,
+        tr("Store Ctrl+Alt+K to call the reader and Ctrl+Alt+J to peek, each where none is stored.") };
+
+    QList<QCommandLineOption> all() const { return { connect, spare, gesture, shortcuts }; }
+
+    std::expected<void, QString> read(QCommandLineParser const& parser, StartOptions& options) const
+    {
+        if (parser.isSet(connect))
+            options.folder = QDir::current().absoluteFilePath(parser.value(connect));
+        if (parser.isSet(spare))
+            options.spareFolder = QDir::current().absoluteFilePath(parser.value(spare));
+        options.initialShortcuts = parser.isSet(shortcuts);
+        if (!parser.isSet(gesture))
+            return {};
+        options.gesture = modifierGestureFromRawValue(parser.value(gesture));
+        if (!options.gesture)
+            return std::unexpected(tr("\"%1\" is no gesture: it is shift, option or off.").arg(parser.value(gesture)));
+        return {};
+    }
+};
+
 }
 
 std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
@@ -76,13 +107,10 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     WishOptions const wishes;
     QCommandLineOption const background(
         u"background"_s, tr("Start without a window, or do nothing where Quillory already runs."));
-    QCommandLineOption const connect(u"connect"_s, tr("Connect this folder of sheets."), tr("folder"));
-    QCommandLineOption const spare(
-        u"connect-if-none"_s, tr("Connect this folder of sheets where none is connected."), tr("folder"));
-    QCommandLineOption const gesture(
-        u"gesture"_s, tr("Peek by tapping this key twice and holding it: shift, option (Alt) or off."), tr("key"));
-    QCommandLineOption const shortcuts(u"initial-shortcuts"_s,
-        tr("Store Ctrl+Alt+K to call the reader and Ctrl+Alt+J to peek, each where none is stored."));
+    SettingsOptions const settings;
+    QCommandLineOption const keys(u"keys"_s,
+        tr("Print what binds the shortcuts on this desktop: %1.").arg(DesktopBindings::desktops().join(u", "_s)),
+        tr("desktop"));
     // Concerns updates alone, and takes one dash.
     QCommandLineOption capture(u"QuilloryCaptureLibrary"_s);
     capture.setFlags(QCommandLineOption::HiddenFromHelp);
@@ -94,8 +122,8 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
     parser.setApplicationDescription(tr("Shows your own cheat sheets over whatever is in front."));
     auto const help = parser.addHelpOption();
     auto const version = parser.addVersionOption();
-    parser.addOptions(wishes.all());
-    parser.addOptions({ background, connect, spare, gesture, shortcuts, capture, unanswered });
+    parser.addOptions(wishes.all() + settings.all());
+    parser.addOptions({ background, keys, capture, unanswered });
     if (!parser.parse(decoded(argc, argv)))
         return std::unexpected(parser.errorText());
     if (parser.isSet(help) || parser.isSet(version)) {
@@ -110,21 +138,19 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
 
     StartOptions options;
     options.tellsUnanswered = parser.isSet(unanswered);
+    if (parser.isSet(keys)) {
+        options.keysFor = parser.value(keys);
+        if (!DesktopBindings::desktops().contains(*options.keysFor))
+            return std::unexpected(tr("\"%1\" is no desktop that is known here: these are %2.")
+                    .arg(*options.keysFor, DesktopBindings::desktops().join(u", "_s)));
+    }
     options.isInBackground = parser.isSet(background);
     auto const request = wishes.read(parser, options.isInBackground ? Wish::none : Wish::open);
     if (!request)
         return std::unexpected(request.error());
     options.request = *request;
-    if (parser.isSet(connect))
-        options.folder = QDir::current().absoluteFilePath(parser.value(connect));
-    if (parser.isSet(spare))
-        options.spareFolder = QDir::current().absoluteFilePath(parser.value(spare));
-    options.initialShortcuts = parser.isSet(shortcuts);
-    if (parser.isSet(gesture)) {
-        options.gesture = modifierGestureFromRawValue(parser.value(gesture));
-        if (!options.gesture)
-            return std::unexpected(tr("\"%1\" is no gesture: it is shift, option or off.").arg(parser.value(gesture)));
-    }
+    if (auto const read = settings.read(parser, options); !read)
+        return std::unexpected(read.error());
     return options;
 }
 

@@ -21,6 +21,8 @@ public:
 
     bool tellsUnanswered = false; // another process has asked the running one in vain, and nothing else is to be done
 
+    std::optional<QString> keysFor; // the desktop whose bindings are printed, and nothing else is to be done
+
     // Settings that are stored before the program reads them.
     std::optional<QString> folder;      // to connect, with its whole path
     std::optional<QString> spareFolder; // likewise, where none is connected

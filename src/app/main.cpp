@@ -1,4 +1,5 @@
 #include "AppDelegate.h"
+#include "KeysForDesktop.h"
 #include "OrderlyEnd.h"
 #include "Preparation.h"
 #include "ProgramData.h"
@@ -230,11 +231,17 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
 // The exit code of a start that needs no display; absent for all others.
 std::optional<int> finishWithoutDisplay(StartOptions const& options, int argc, char* argv[])
 {
-    if (!options.tellsUnanswered)
+    if (!options.tellsUnanswered && !options.keysFor)
         return std::nullopt;
     QCoreApplication const application(argc, argv);
     InstalledWords const words;
-    return failUnanswered();
+    if (options.tellsUnanswered)
+        return failUnanswered();
+    auto const text = keysForDesktop(*options.keysFor);
+    if (!text)
+        return fail(text.error());
+    std::cout << text->toStdString() << std::flush;
+    return std::cout ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 }

@@ -2,6 +2,7 @@
 
 #include "linux/x11/VirtualKeys.h"
 #include "linux/x11/XcbXkb.h"
+#include "linux/x11/XkbSymbols.h"
 
 #include <xkbcommon/xkbcommon-keysyms.h>
 #include <xkbcommon/xkbcommon-x11.h>
@@ -18,20 +19,12 @@ namespace {
 constexpr std::chrono::milliseconds storm { 30 };
 constexpr std::uint16_t highestVirtualKeyCode = 127;
 
-// The symbol of the key by itself in that layout; absent when that is several symbols or none.
-std::optional<xkb_keysym_t> symbol(xkb_keymap* keymap, xkb_keycode_t key, xkb_layout_index_t layout)
-{
-    xkb_keysym_t const* symbols = nullptr;
-    auto const count = xkb_keymap_key_get_syms_by_level(keymap, key, layout, 0, &symbols);
-    return count == 1 ? std::optional(*symbols) : std::nullopt;
-}
-
 // Whether one can type the letters from a to z.
 bool isAsciiCapable(xkb_keymap* keymap, xkb_layout_index_t layout)
 {
     std::array<bool, 26> has {};
     for (auto key = xkb_keymap_min_keycode(keymap); key <= xkb_keymap_max_keycode(keymap); ++key) {
-        auto const given = symbol(keymap, key, layout);
+        auto const given = XkbSymbols::ofKey(keymap, key, layout);
         if (given && *given >= XKB_KEY_a && *given <= XKB_KEY_z)
             has.at(*given - XKB_KEY_a) = true;
     }
@@ -92,7 +85,7 @@ std::optional<QString> XkbKeyboardLayout::character(std::uint16_t keyCode) const
     auto const key = VirtualKeys::serverKeyCode(keyCode);
     if (!key || !map().keymap)
         return std::nullopt;
-    auto const given = symbol(map().keymap.get(), *key, map().layout);
+    auto const given = XkbSymbols::ofKey(map().keymap.get(), *key, map().layout);
     char32_t const shown = given ? shownAs(*given) : 0;
     constexpr char32_t firstPrintable = 0x20, deleteCharacter = 0x7f;
     if (shown < firstPrintable || shown == deleteCharacter)
@@ -111,10 +104,15 @@ std::optional<std::uint16_t> XkbKeyboardLayout::keyCode(QString const& symbolNam
         return std::nullopt;
     for (std::uint16_t code = 0; code <= highestVirtualKeyCode; ++code) {
         auto const key = VirtualKeys::serverKeyCode(code);
-        if (key && symbol(map().keymap.get(), *key, map().layout) == wanted)
+        if (key && XkbSymbols::ofKey(map().keymap.get(), *key, map().layout) == wanted)
             return code;
     }
     return std::nullopt;
+}
+
+std::optional<QString> XkbKeyboardLayout::symbolName(std::uint16_t keyCode) const
+{
+    return XkbSymbols::nameOfKey(map().keymap.get(), keyCode, map().layout);
 }
 
 Registration XkbKeyboardLayout::observeChanges(std::function<void()> changed)
