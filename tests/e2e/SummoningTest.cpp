@@ -293,5 +293,26 @@ TEST_F(SummoningTest, A_second_start_calls_up_the_one_that_runs)
     EXPECT_TRUE(isUp()) << "a start in the background has opened nothing";
 }
 
+TEST_F(SummoningTest, Keys_of_the_desktop_show_one_sheet_and_peek)
+{
+    program.save(u"one.md"_s, sheetOf("One"));
+    program.save(u"two.md"_s, sheetOf("Second"));
+    start();
+    EXPECT_EQ(program.startAgain({ u"--show"_s, u"TWO"_s }), 0) << program.said();
+    EXPECT_TRUE(shows(u"Second"_s));
+    EXPECT_EQ(program.startAgain({ u"--show"_s, u"three"_s }), 1);
+    EXPECT_THAT(program.said(), HasSubstr("three"));
+    EXPECT_TRUE(goesAwayTo(terminal.window()));
+    EXPECT_EQ(program.startAgain({ u"--peek"_s }), 0);
+    EXPECT_TRUE(isUp());
+    EXPECT_EQ(program.startAgain({ u"--peek-end"_s }), 0);
+    EXPECT_TRUE(isAwayAndFrontIs(terminal.window()));
+    desktop.play(u"ctrl↓ alt↓"_s);
+    EXPECT_EQ(program.startAgain({ u"--peek"_s, u"--held"_s, u"ctrl+alt"_s }), 0);
+    EXPECT_TRUE(isUp());
+    desktop.play(u"alt↑ ctrl↑"_s);
+    EXPECT_TRUE(isAwayAndFrontIs(terminal.window())) << "without an end that is told";
+}
+
 }
 }
