@@ -279,6 +279,10 @@
         <source>%1 · JSON example</source>
         <translation>%1 · JSON-Beispiel</translation>
     </message>
+    <message>
+        <source>Could not open the file dialog: %1</source>
+        <translation>Der Dateidialog ließ sich nicht öffnen: %1</translation>
+    </message>
 </context>
 <context>
     <name>MainMenu</name>
@@ -756,8 +760,8 @@
 <context>
     <name>Quillory::PortalRequest</name>
     <message>
-        <source>The desktop could not open it.</source>
-        <translation>Der Desktop konnte es nicht öffnen.</translation>
+        <source>The desktop could not do it.</source>
+        <translation>Der Desktop konnte es nicht tun.</translation>
     </message>
 </context>
 <context>

@@ -19,9 +19,11 @@
 #include "linux/freedesktop/DesktopFileOpener.h"
 #include "linux/freedesktop/DesktopSettingsPrograms.h"
 #include "linux/freedesktop/DesktopSystemShortcuts.h"
+#include "linux/freedesktop/FlatpakSandbox.h"
 #include "linux/freedesktop/LogindSessionEvents.h"
 #include "linux/freedesktop/PortalAutostart.h"
 #include "linux/freedesktop/PortalColorScheme.h"
+#include "linux/freedesktop/PortalOpenPanels.h"
 #include "linux/qt/QtAppearance.h"
 #include "linux/qt/QtClipboard.h"
 #include "linux/qt/QtExecutor.h"
@@ -115,7 +117,7 @@ TrayBar::Operations trayOperations(X11Desktop& desktop, std::function<void(QStri
 
 std::unique_ptr<Autostart> makeAutostart()
 {
-    if (PortalAutostart::isNeeded())
+    if (isInFlatpakSandbox())
         return std::make_unique<PortalAutostart>(QDBusConnection::sessionBus());
     return std::make_unique<AutostartEntry>(AutostartEntry::Folders::standard(), ProgramData::command());
 }
@@ -140,8 +142,11 @@ struct Adapters {
     QtMenuTracking menuTracking { notifications };
     QtClipboard clipboard;
     AtSpiAnnouncements announcements;
-    DesktopFileOpener fileOpener { QDBusConnection::sessionBus() };
-    QtOpenPanels openPanels;
+    DesktopFileOpener fileOpener { QDBusConnection::sessionBus(),
+        isInFlatpakSandbox() ? DesktopFileOpener::By::portal : DesktopFileOpener::By::launcher };
+    QtOpenPanels ownPanels;
+    PortalOpenPanels desktopPanels { QDBusConnection::sessionBus(), ownPanels };
+    OpenPanels& openPanels = isInFlatpakSandbox() ? static_cast<OpenPanels&>(desktopPanels) : ownPanels;
     PortalColorScheme colorScheme { QDBusConnection::sessionBus(), wear };
     LogindSessionEvents session { QDBusConnection::systemBus() };
     DesktopSystemShortcuts systemShortcuts { desktop.keyboardLayout() };

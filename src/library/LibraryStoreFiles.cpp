@@ -45,6 +45,8 @@ void LibraryStore::present(std::shared_ptr<OpenPanel> const& panel, OpenPanelSet
         auto const chosen = ended->url();
         if (response == OpenPanel::Response::ok && chosen)
             then(*chosen);
+        if (auto const failure = ended->failure(); !failure.isEmpty())
+            say(tr("Could not open the file dialog: %1").arg(failure));
     });
 }
 

@@ -21,8 +21,11 @@ public:
         std::uint64_t window, OpenPanelSettings const& settings, std::function<void(Response)> ended)
         = 0;
 
-    // The path that was chosen; absent before an answer and after a cancelled panel.
+    // The path that was chosen, or an application as the file opener takes it; absent before an answer and after a cancelled panel.
     virtual std::optional<QString> url() const = 0;
+
+    // Why there was no dialog, in the user's language; empty where there was one.
+    virtual QString failure() const = 0;
 
     virtual void orderOut() = 0;
 

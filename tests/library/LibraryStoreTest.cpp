@@ -213,6 +213,10 @@ TEST_F(LibraryStoreTest, One_panel_at_a_time_over_a_window_that_can_have_one)
     store->shutdown();
     EXPECT_FALSE(store->filePanel.value());
     EXPECT_EQ(services.openPanels.calls.join(u' '), u"begin cancel orderOut"_s);
+    store->chooseFolder(window);
+    services.openPanels.failure = u"no portal"_s;
+    services.openPanels.dismiss();
+    EXPECT_EQ(store->message.value(), u"Could not open the file dialog: no portal"_s);
 }
 
 TEST_F(LibraryStoreTest, Files_are_handed_out_and_a_refusal_is_told_in_its_own_library_only)

@@ -35,6 +35,7 @@ public:
     void dismiss() { m_open->end(OpenPanel::Response::cancel); }
 
     QStringList calls;
+    QString failure;
 
 private:
     class Panel final : public OpenPanel {
@@ -60,6 +61,7 @@ private:
             m_ended = std::move(ended);
         }
         std::optional<QString> url() const override { return m_url; }
+        QString failure() const override { return m_owner.failure; }
         void orderOut() override
         {
             m_owner.calls.append(QStringLiteral("orderOut"));

@@ -78,8 +78,9 @@ std::expected<DesktopEntry, FileOpener::Failure> readEntry(QString const& path)
 
 }
 
-DesktopFileOpener::DesktopFileOpener(QDBusConnection sessionBus)
+DesktopFileOpener::DesktopFileOpener(QDBusConnection sessionBus, By by)
     : m_bus(std::move(sessionBus))
+    , m_by(by)
 {
 }
 
@@ -95,7 +96,7 @@ void DesktopFileOpener::openLink(QString const& link, Done done)
 
 void DesktopFileOpener::openByDesktop(PortalRequest::Subject const& subject, Done done)
 {
-    auto const launcher = QStandardPaths::findExecutable(QStringLiteral("xdg-open"));
+    auto const launcher = m_by == By::launcher ? QStandardPaths::findExecutable(QStringLiteral("xdg-open")) : QString();
     if (launcher.isEmpty())
         return openByPortal(subject, std::move(done));
     auto const shared = std::make_shared<Done>(std::move(done));
@@ -109,13 +110,16 @@ void DesktopFileOpener::openByDesktop(PortalRequest::Subject const& subject, Don
 void DesktopFileOpener::openByPortal(PortalRequest::Subject const& subject, Done done)
 {
     PortalRequest::start(m_bus, subject, this, [done = std::move(done)](PortalRequest::Answer const& answer) mutable {
-            // Who closes the question about the application has had an answer.
+        // Who closes the question about the application has had an answer.
         done(answer.outcome == PortalRequest::Answer::Outcome::failed ? failure(answer.description) : Result());
     });
 }
 
 void DesktopFileOpener::reveal(QString const& path)
 {
+    if (m_by == By::portal)
+        return openByPortal(
+            PortalRequest::File { path, PortalRequest::File::With::fileManager }, [](Result const&) { });
     auto call = QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.FileManager1"),
         QStringLiteral("/org/freedesktop/FileManager1"), QStringLiteral("org.freedesktop.FileManager1"),
         QStringLiteral("ShowItems"));
@@ -130,6 +134,9 @@ void DesktopFileOpener::reveal(QString const& path)
 
 void DesktopFileOpener::openWith(QString const& path, QString const& application, Done done)
 {
+    if (application.isEmpty())
+        return openByPortal(
+            PortalRequest::File { path, PortalRequest::File::With::applicationThatUserChooses }, std::move(done));
     auto const entry = readEntry(application);
     if (!entry)
         return done(std::unexpected(entry.error()));

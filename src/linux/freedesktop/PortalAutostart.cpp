@@ -3,7 +3,6 @@
 #include "linux/freedesktop/PortalRequest.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
 #include <utility>
 
@@ -12,11 +11,6 @@ namespace Quillory {
 PortalAutostart::PortalAutostart(QDBusConnection sessionBus)
     : m_bus(std::move(sessionBus))
 {
-}
-
-bool PortalAutostart::isNeeded()
-{
-    return QFile::exists(QStringLiteral("/.flatpak-info"));
 }
 
 void PortalAutostart::ask(State wanted, Answered answered)

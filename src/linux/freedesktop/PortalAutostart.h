@@ -14,8 +14,6 @@ class PortalAutostart final : public Autostart {
 public:
     explicit PortalAutostart(QDBusConnection sessionBus);
 
-    static bool isNeeded();
-
     State state() const override { return m_entry.state(); }
     void ask(State wanted, Answered answered) override;
 

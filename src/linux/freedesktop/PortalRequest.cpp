@@ -9,7 +9,9 @@
 #include <QDBusUnixFileDescriptor>
 #include <QFile>
 #include <QRandomGenerator>
+#include <QUrl>
 
+#include <expected>
 #include <utility>
 
 #include <fcntl.h>
@@ -32,6 +34,11 @@ QString expectedPath(QDBusConnection const& bus, QString const& token)
     return QStringLiteral("/org/freedesktop/portal/desktop/request/%1/%2").arg(sender, token);
 }
 
+QString requestInterface()
+{
+    return QStringLiteral("org.freedesktop.portal.Request");
+}
+
 QString const startsWithSession = QStringLiteral("autostart");
 
 QVariantMap options(QString const& token)
@@ -44,18 +51,57 @@ QString newToken()
     return QStringLiteral("quillory%1").arg(QRandomGenerator::global()->generate64());
 }
 
+// What is handed over by a descriptor. It is not written to; but who opens it may write only if we could.
+struct OpenedFile {
+    QDBusUnixFileDescriptor descriptor;
+    bool isWritable = false;
+};
+
+std::expected<OpenedFile, SystemError> openedFile(QString const& path)
+{
+    auto const name = QFile::encodeName(path);
+    constexpr int flags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+    auto number = open(name.constData(), O_RDWR | flags);
+    bool const isWritable = number >= 0;
+    if (!isWritable)
+        number = open(name.constData(), O_RDONLY | flags);
+    if (number < 0)
+        return std::unexpected(SystemError::last());
+    OpenedFile file { QDBusUnixFileDescriptor(number), isWritable };
+    close(number); // the message has its own
+    return file;
+}
+
+QString pathOfFirst(QStringList const& addresses)
+{
+    return addresses.isEmpty() ? QString() : QUrl(addresses.first()).toLocalFile();
+}
+
 }
 
 PortalRequest::PortalRequest(QDBusConnection bus, QObject* parent, Answered answered)
     : QObject(parent)
     , m_bus(std::move(bus))
+    , m_portal(portalName(), m_bus, QDBusServiceWatcher::WatchForUnregistration)
     , m_answered(std::move(answered))
 {
+    connect(&m_portal, &QDBusServiceWatcher::serviceUnregistered, this, &PortalRequest::fail);
+}
+
+PortalRequest::~PortalRequest()
+{
+    if (!m_answered)
+        return;
+    auto message = QDBusMessage::createMethodCall(portalName(), m_path, requestInterface(), QStringLiteral("Close"));
+    message.setAutoStartService(false);
+    m_bus.send(message);
 }
 
 void PortalRequest::start(QDBusConnection const& bus, Subject const& subject, QObject* parent, Answered answered)
 {
     auto* const request = new PortalRequest(bus, parent, std::move(answered));
+    if (!bus.isConnected())
+        return request->fail(); // a call would never come back
     auto const token = newToken();
     request->listen(expectedPath(bus, token));
     std::visit([&](auto const& each) { request->send(each, token); }, subject);
@@ -64,7 +110,7 @@ void PortalRequest::start(QDBusConnection const& bus, Subject const& subject, QO
 void PortalRequest::listen(QString const& path)
 {
     // By the path alone, which holds a token of ours: a portal that the call itself starts has no owner of its name yet.
-    auto const interface = QStringLiteral("org.freedesktop.portal.Request");
+    auto const interface = requestInterface();
     auto const signal = QStringLiteral("Response");
     if (!m_path.isEmpty())
         m_bus.disconnect(QString(), m_path, interface, signal, this, SLOT(respond(uint, QVariantMap)));
@@ -74,17 +120,32 @@ void PortalRequest::listen(QString const& path)
 
 void PortalRequest::send(File const& file, QString const& token)
 {
-    auto const descriptor = open(QFile::encodeName(file.path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0)
-        return finish({ Answer::Outcome::failed, SystemError::last().localizedDescription() });
-    QDBusUnixFileDescriptor const handle(descriptor);
-    close(descriptor); // the message has its own
-    call("OpenURI", QStringLiteral("OpenFile"), { QString(), QVariant::fromValue(handle), options(token) });
+    auto const opened = openedFile(file.path);
+    if (!opened)
+        return finish({ Answer::Outcome::failed, opened.error().localizedDescription() });
+    auto wishes = options(token);
+    auto method = QStringLiteral("OpenFile");
+    if (file.with == File::With::fileManager) {
+        method = QStringLiteral("OpenDirectory"); // that of the file
+    } else {
+        wishes.insert(QStringLiteral("writable"), opened->isWritable);
+        wishes.insert(QStringLiteral("ask"), file.with == File::With::applicationThatUserChooses);
+    }
+    call("OpenURI", method, { QString(), QVariant::fromValue(opened->descriptor), wishes });
 }
 
 void PortalRequest::send(Link const& link, QString const& token)
 {
     call("OpenURI", QStringLiteral("OpenURI"), { QString(), link.address, options(token) });
+}
+
+void PortalRequest::send(Folder const& folder, QString const& token)
+{
+    auto wishes = options(token);
+    wishes.insert(QStringLiteral("directory"), true);
+    wishes.insert(QStringLiteral("accept_label"), folder.acceptLabel);
+    call("FileChooser", QStringLiteral("OpenFile"),
+        { QStringLiteral("x11:%1").arg(folder.window, 0, 16), folder.title, wishes });
 }
 
 void PortalRequest::send(Background const& background, QString const& token)
@@ -116,7 +177,13 @@ void PortalRequest::respond(uint response, QVariantMap const& results)
     auto const outcome = response == 0 ? Answer::Outcome::done
         : response == 1                ? Answer::Outcome::cancelledByUser
                                        : Answer::Outcome::failed;
-    finish({ outcome, tr("The desktop could not open it."), results.value(startsWithSession).toBool() });
+    finish({ outcome, tr("The desktop could not do it."), results.value(startsWithSession).toBool(),
+        pathOfFirst(results.value(QStringLiteral("uris")).toStringList()) });
+}
+
+void PortalRequest::fail()
+{
+    finish({ Answer::Outcome::failed, tr("The desktop could not do it.") });
 }
 
 void PortalRequest::finish(Answer const& answer)

@@ -23,6 +23,7 @@ public:
     void beginSheetModal(
         std::uint64_t window, OpenPanelSettings const& settings, std::function<void(Response)> ended) override;
     std::optional<QString> url() const override { return m_url; }
+    QString failure() const override { return {}; }
     void orderOut() override;
     void cancel() override;
 

@@ -1,12 +1,9 @@
+#include "StandInPortal.h"
 #include "linux/freedesktop/DesktopFileOpener.h"
-#include "support/BusService.h"
 #include "support/EventLoop.h"
 #include "support/TemporaryFolder.h"
 #include "support/Test.h"
 
-#include <QDBusArgument>
-#include <QDBusObjectPath>
-#include <QDBusUnixFileDescriptor>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
@@ -64,6 +61,7 @@ protected:
 
     TemporaryFolder const root { std::filesystem::temp_directory_path() }; // where programs may run
     EventLoop loop;
+    StandInPortal portal;
     std::optional<std::expected<void, FileOpener::Failure>> outcome;
     DesktopFileOpener opener { QDBusConnection::sessionBus() };
     QByteArray searchPath = qgetenv("PATH");
@@ -95,35 +93,36 @@ TEST_F(DesktopFileOpenerTest, Without_a_launcher_the_portal_opens_and_its_answer
     opener.open(file, asked());
     EXPECT_FALSE(isOpened()); // there is no portal either
 
-    QString openedPath;
-    uint response = 0;
-    BusService const portal(ownConnection(), u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
-        [&](QDBusMessage const& call, QDBusConnection& bus) {
-            auto const arguments = call.arguments();
-            auto const descriptor = arguments.at(1).value<QDBusUnixFileDescriptor>();
-            openedPath = call.member() == u"OpenURI"_s
-                ? arguments.at(1).toString()
-                : QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(descriptor.fileDescriptor()));
-            auto const token = qdbus_cast<QVariantMap>(arguments.at(2)).value(u"handle_token"_s).toString();
-            auto const sender = call.service().mid(1).replace(u'.', u'_');
-            auto const path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(sender, token);
-            auto signal = QDBusMessage::createSignal(path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
-            signal << response << QVariantMap();
-            bus.send(signal); // before the call has its reply
-            return std::optional(QVariantList { QVariant::fromValue(QDBusObjectPath(path)) });
-        });
-    ASSERT_TRUE(portal.isRegistered);
+    portal.start();
     for (auto const& [answer, isFine] : { std::pair(0U, true), std::pair(1U, true), std::pair(2U, false) }) {
-        response = answer;
+        portal.response = answer;
         opener.open(file, asked());
         EXPECT_EQ(isOpened(), isFine) << answer;
-        EXPECT_EQ(openedPath, file);
+        EXPECT_EQ(portal.calls.last(), file);
     }
     opener.openLink(link, asked());
     EXPECT_FALSE(isOpened());
-    EXPECT_EQ(openedPath, link);
+    EXPECT_EQ(portal.calls.last(), link);
     opener.open(root.path("gone.md"), asked());
     EXPECT_FALSE(isOpened());
+}
+
+TEST_F(DesktopFileOpenerTest, In_a_sandbox_the_portal_does_it_all)
+{
+    portal.start();
+    DesktopFileOpener inSandbox(QDBusConnection::sessionBus(), DesktopFileOpener::By::portal);
+    QVariantMap editing { { u"writable"_s, true }, { u"ask"_s, false } };
+    inSandbox.open(file, asked());
+    EXPECT_TRUE(isOpened());
+    EXPECT_EQ(portal.options, editing);
+    inSandbox.openWith(file, QString(), asked());
+    EXPECT_TRUE(isOpened());
+    editing[u"ask"_s] = true;
+    EXPECT_EQ(portal.options, editing);
+    inSandbox.reveal(file);
+    EXPECT_TRUE(loop.runUntil([&] { return portal.calls.size() == 6; }));
+    EXPECT_THAT(portal.calls.mid(4), ElementsAre(u"OpenDirectory"_s, file));
+    EXPECT_EQ(opened(), QString());
 }
 
 TEST_F(DesktopFileOpenerTest, The_file_manager_is_shown_the_file_and_without_one_its_folder_opens)
