@@ -1,13 +1,10 @@
 #include "linux/freedesktop/AutostartEntry.h"
+#include "StandInPortal.h"
 #include "linux/freedesktop/DesktopEntry.h"
 #include "linux/freedesktop/PortalAutostart.h"
-#include "support/BusService.h"
 #include "support/EventLoop.h"
 #include "support/TemporaryFolder.h"
 #include "support/Test.h"
-
-#include <QDBusArgument>
-#include <QDBusObjectPath>
 
 namespace Quillory {
 namespace {
@@ -80,32 +77,33 @@ TEST_F(AutostartEntryTest, Turned_on_it_starts_the_program_and_turned_off_nothin
 TEST(PortalAutostart, What_the_portal_grants_counts_and_not_that_it_answers)
 {
     EventLoop loop;
-    uint response = 0;
-    bool granted = true;
-    QVariantMap wishes;
-    BusService const portal(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"background"_s),
-        u"org.freedesktop.portal.Desktop"_s, u"/org/freedesktop/portal/desktop"_s,
-        [&](QDBusMessage const& call, QDBusConnection& bus) {
-            wishes = qdbus_cast<QVariantMap>(call.arguments().at(1));
-            auto const path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
-                call.service().mid(1).replace(u'.', u'_'), wishes[u"handle_token"_s].toString());
-            auto signal = QDBusMessage::createSignal(path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
-            bus.send(signal << response << QVariantMap { { u"autostart"_s, granted } });
-            return std::optional(QVariantList { QVariant::fromValue(QDBusObjectPath(path)) });
-        });
-    PortalAutostart autostart(QDBusConnection::sessionBus());
-    for (auto const& [wanted, answer, grants, isAsWanted] :
-        { std::tuple(Autostart::State::on, 0U, true, true), std::tuple(Autostart::State::on, 0U, false, false),
-            std::tuple(Autostart::State::on, 1U, true, false), std::tuple(Autostart::State::off, 0U, false, true) }) {
+    StandInPortal portal;
+    portal.start();
+    TemporaryFolder const host;
+    PortalAutostart autostart(QDBusConnection::sessionBus(), { host.path("autostart"), {} });
+    struct Case {
+        Autostart::State wanted;
+        uint answer;
+        bool grants;
+        bool isAsWanted;
+        Autostart::State then;
+    };
+    using enum Autostart::State;
+    for (auto const& [wanted, answer, grants, isAsWanted, then] :
+        { Case { on, 0, false, false, off }, Case { on, 1, true, false, off }, Case { on, 0, true, true, on },
+            Case { off, 1, false, false, on }, Case { off, 0, false, true, off } }) {
         std::optional<bool> told;
-        response = answer;
-        granted = grants;
+        portal.response = answer;
+        portal.results[u"autostart"_s] = grants;
         autostart.ask(wanted, [&](auto const& result) { told = result.has_value(); });
         EXPECT_TRUE(loop.runUntil([&] { return told.has_value(); }));
         EXPECT_EQ(told, isAsWanted);
-        EXPECT_EQ(wishes[u"autostart"_s].toBool(), wanted == Autostart::State::on);
-        EXPECT_EQ(wishes[u"commandline"_s].toStringList(), QStringList({ u"quillory"_s, u"--background"_s }));
+        EXPECT_EQ(portal.options[u"autostart"_s].toBool(), wanted == on);
+        EXPECT_EQ(portal.options[u"commandline"_s].toStringList(), QStringList({ u"quillory"_s, u"--background"_s }));
+        EXPECT_EQ(autostart.state(), then);
     }
+    host.write("autostart/org.quillory.Quillory.desktop", "[Desktop Entry]\nExec=true\n");
+    EXPECT_EQ(autostart.state(), on) << "what stands there counts";
 }
 
 }

@@ -32,17 +32,21 @@ public:
     std::unique_ptr<BusService> service;
 
 private:
+    static QString subject(QVariant const& argument)
+    {
+        auto const number = argument.value<QDBusUnixFileDescriptor>().fileDescriptor();
+        return number < 0 ? argument.toString() : QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(number));
+    }
     std::optional<QVariantList> answer(QDBusMessage const& call, QDBusConnection& bus)
     {
         auto const arguments = call.arguments();
         calls << call.member();
         if (arguments.isEmpty())
             return QVariantList();
-        auto const subject = arguments.at(1);
-        auto const number = subject.value<QDBusUnixFileDescriptor>().fileDescriptor();
-        calls << (number < 0 ? subject.toString() : QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(number)));
         parentWindow = arguments.at(0).toString();
-        options = qdbus_cast<QVariantMap>(arguments.at(2));
+        options = qdbus_cast<QVariantMap>(arguments.last());
+        if (arguments.size() > 2)
+            calls << subject(arguments.at(1));
         auto const sender = call.service().mid(1).replace(u'.', u'_');
         auto const path = u"/org/freedesktop/portal/desktop/request/%1/%2"_s.arg(
             sender, options.take(u"handle_token"_s).toString());
