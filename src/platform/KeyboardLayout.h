@@ -23,6 +23,9 @@ public:
     // such as "a", "Tab" or "Page_Up".
     virtual std::optional<std::uint16_t> keyCode(QString const& symbolName) const = 0;
 
+    // The symbol that the key with this virtual key code gives by itself, named as above.
+    virtual std::optional<QString> symbolName(std::uint16_t keyCode) const = 0;
+
     // Calls `changed` after the answers above may have changed.
     virtual Registration observeChanges(std::function<void()> changed) = 0;
 };

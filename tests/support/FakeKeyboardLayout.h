@@ -30,6 +30,8 @@ public:
         return std::nullopt;
     }
 
+    std::optional<QString> symbolName(std::uint16_t keyCode) const override { return character(keyCode); }
+
     Registration observeChanges(std::function<void()>) override { return {}; }
 
 private:

@@ -21,9 +21,7 @@ public:
 
     std::optional<QString> character(std::uint16_t keyCode) const override;
     std::optional<std::uint16_t> keyCode(QString const& symbolName) const override;
-
-    // X11's name for what the key with this virtual key code gives by itself.
-    std::optional<QString> symbolName(std::uint16_t keyCode) const;
+    std::optional<QString> symbolName(std::uint16_t keyCode) const override;
 
     // Changes that follow each other quickly are told once.
     Registration observeChanges(std::function<void()> changed) override;

@@ -45,6 +45,9 @@ TEST_F(KeyboardLayoutOnX11, Keys_keep_their_places_and_give_what_the_layout_in_u
              { "BackSpace", 51 }, { "F1", 122 }, { "F12", 111 }, { "Up", 126 }, { "Left", 123 }, { "KP_Up", 91 },
              { "KP_Enter", 76 }, { "Super_L", 55 }, { "no such key", std::nullopt }, { "1", std::nullopt } })
         EXPECT_EQ(layout.keyCode(QString::fromLatin1(name)), key) << name;
+    EXPECT_EQ(layout.symbolName(12), u"a"_s);
+    EXPECT_EQ(layout.symbolName(116), u"Prior"_s);
+    EXPECT_EQ(layout.symbolName(63), std::nullopt);
 }
 
 TEST_F(KeyboardLayoutOnX11, A_key_event_tells_the_place_of_the_key_the_modifiers_and_whether_a_shortcut_can_have_them)
