@@ -4,6 +4,7 @@
 
 #include <QDBusConnection>
 #include <QDBusError>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -13,7 +14,7 @@
 
 namespace Quillory {
 
-// A message bus that nobody else sees, for as long as it lives.
+// A message bus that nobody else sees, without any service, for as long as it lives.
 class PrivateBus {
 public:
     PrivateBus()
@@ -21,8 +22,7 @@ public:
         m_daemon.setChildProcessModifier([] { prctl(PR_SET_PDEATHSIG, SIGKILL); });
         m_daemon.setStandardErrorFile(QProcess::nullDevice());
         m_daemon.start(u"dbus-daemon"_s,
-            { u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s,
-                u"--address=unix:path=%1/bus"_s.arg(m_folder.path()) });
+            { u"--config-file"_s, configuration(), u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s });
         while (!m_daemon.canReadLine() && m_daemon.waitForReadyRead()) { }
         m_address = QString::fromUtf8(m_daemon.readLine()).trimmed();
     }
@@ -47,6 +47,19 @@ public:
     }
 
 private:
+    // One that starts no services that this machine happens to have.
+    QString configuration() const
+    {
+        QFile file(m_folder.filePath(u"bus.conf"_s));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(
+            u"<busconfig><type>session</type><listen>unix:path=%1/bus</listen><policy context='default'>"
+            "<allow send_destination='*' eavesdrop='true'/><allow eavesdrop='true'/><allow own='*'/></policy></busconfig>"_s
+                .arg(m_folder.path())
+                .toUtf8());
+        return file.fileName();
+    }
+
     QTemporaryDir m_folder;
     QProcess m_daemon;
     QString m_address;
