@@ -31,6 +31,8 @@ public:
         return m_bus.send(answer ? message.createReply(*answer) : message.createErrorReply(QDBusError::Failed, {}));
     }
 
+    bool send(QDBusMessage const& message) const { return m_bus.send(message); }
+
     bool isRegistered = false;
 
 private:

@@ -39,12 +39,8 @@ QString requestInterface()
     return QStringLiteral("org.freedesktop.portal.Request");
 }
 
+constexpr QLatin1StringView openUri { "OpenURI" };
 QString const startsWithSession = QStringLiteral("autostart");
-
-QVariantMap options(QString const& token)
-{
-    return { { QStringLiteral("handle_token"), token } };
-}
 
 QString newToken()
 {
@@ -123,45 +119,47 @@ void PortalRequest::send(File const& file, QString const& token)
     auto const opened = openedFile(file.path);
     if (!opened)
         return finish({ Answer::Outcome::failed, opened.error().localizedDescription() });
-    auto wishes = options(token);
-    auto method = QStringLiteral("OpenFile");
-    if (file.with == File::With::fileManager) {
-        method = QStringLiteral("OpenDirectory"); // that of the file
-    } else {
-        wishes.insert(QStringLiteral("writable"), opened->isWritable);
-        wishes.insert(QStringLiteral("ask"), file.with == File::With::applicationThatUserChooses);
-    }
-    call("OpenURI", method, { QString(), QVariant::fromValue(opened->descriptor), wishes });
+    QVariantList const arguments { QString(), QVariant::fromValue(opened->descriptor) };
+    if (file.with == File::With::fileManager)
+        return send({ openUri, QStringLiteral("OpenDirectory"), arguments, {} }, token); // that of the file
+    QVariantMap const wishes {
+        { QStringLiteral("writable"), opened->isWritable },
+        { QStringLiteral("ask"), file.with == File::With::applicationThatUserChooses },
+    };
+    send({ openUri, QStringLiteral("OpenFile"), arguments, wishes }, token);
 }
 
 void PortalRequest::send(Link const& link, QString const& token)
 {
-    call("OpenURI", QStringLiteral("OpenURI"), { QString(), link.address, options(token) });
+    send({ openUri, QStringLiteral("OpenURI"), { QString(), link.address }, {} }, token);
 }
 
 void PortalRequest::send(Folder const& folder, QString const& token)
 {
-    auto wishes = options(token);
-    wishes.insert(QStringLiteral("directory"), true);
-    wishes.insert(QStringLiteral("accept_label"), folder.acceptLabel);
-    call("FileChooser", QStringLiteral("OpenFile"),
-        { QStringLiteral("x11:%1").arg(folder.window, 0, 16), folder.title, wishes });
+    QVariantMap const wishes {
+        { QStringLiteral("directory"), true },
+        { QStringLiteral("accept_label"), folder.acceptLabel },
+    };
+    send({ QLatin1StringView("FileChooser"), QStringLiteral("OpenFile"),
+             { QStringLiteral("x11:%1").arg(folder.window, 0, 16), folder.title }, wishes },
+        token);
 }
 
 void PortalRequest::send(Background const& background, QString const& token)
 {
-    auto wishes = options(token);
-    wishes.insert(startsWithSession, background.startsWithSession);
-    wishes.insert(
-        QStringLiteral("commandline"), QStringList { QStringLiteral("quillory"), QStringLiteral("--background") });
-    call("Background", QStringLiteral("RequestBackground"), { QString(), wishes });
+    QVariantMap const wishes {
+        { startsWithSession, background.startsWithSession },
+        { QStringLiteral("commandline"), QStringList { QStringLiteral("quillory"), QStringLiteral("--background") } },
+    };
+    send({ QLatin1StringView("Background"), QStringLiteral("RequestBackground"), { QString() }, wishes }, token);
 }
 
-void PortalRequest::call(char const* interface, QString const& method, QVariantList const& arguments)
+void PortalRequest::send(Call call, QString const& token)
 {
     auto message = QDBusMessage::createMethodCall(portalName(), QStringLiteral("/org/freedesktop/portal/desktop"),
-        QStringLiteral("org.freedesktop.portal.") + QLatin1StringView(interface), method);
-    message.setArguments(arguments);
+        QStringLiteral("org.freedesktop.portal.") + call.interface, call.method);
+    call.options.insert(QStringLiteral("handle_token"), token);
+    message.setArguments(call.arguments << call.options);
     auto* const watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
         QDBusPendingReply<QDBusObjectPath> const reply = *watcher;
@@ -178,7 +176,7 @@ void PortalRequest::respond(uint response, QVariantMap const& results)
         : response == 1                ? Answer::Outcome::cancelledByUser
                                        : Answer::Outcome::failed;
     finish({ outcome, tr("The desktop could not do it."), results.value(startsWithSession).toBool(),
-        pathOfFirst(results.value(QStringLiteral("uris")).toStringList()) });
+        pathOfFirst(results.value(QStringLiteral("uris")).toStringList()), results });
 }
 
 void PortalRequest::fail()

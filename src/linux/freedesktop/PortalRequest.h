@@ -12,9 +12,9 @@
 
 namespace Quillory {
 
-// One question to the desktop portal: to hand a file or a link over, to let the user choose a folder, or to start the program
-// with the session. It is always answered, also where there is no bus or the portal ends meanwhile, and then deletes itself;
-// one that is deleted before that takes the portal's dialog along.
+// One question to the desktop portal, such as to hand a file or a link over or to let the user choose a folder. It is always
+// answered, also where there is no bus or the portal ends meanwhile, and then deletes itself; one that is deleted before that
+// takes the portal's dialog along.
 class PortalRequest final : public QObject {
     Q_OBJECT
 public:
@@ -36,7 +36,14 @@ public:
     struct Background {
         bool startsWithSession = false;
     };
-    using Subject = std::variant<File, Link, Folder, Background>;
+    // Any method of a portal that is answered in this way. The options come last, with the request's token.
+    struct Call {
+        QLatin1StringView interface; // below org.freedesktop.portal
+        QString method;
+        QVariantList arguments;
+        QVariantMap options;
+    };
+    using Subject = std::variant<File, Link, Folder, Background, Call>;
 
     // The portal's answer, or the bus's own refusal as text.
     struct Answer {
@@ -44,7 +51,8 @@ public:
         Outcome outcome = Outcome::failed;
         QString description;
         bool startsWithSession = false; // what became of a wish for it
-        QString folder; // the path of the one that was chosen
+        QString folder {}; // the path of the one that was chosen
+        QVariantMap results = {};
     };
     using Answered = std::move_only_function<void(Answer const&)>;
 
@@ -64,7 +72,7 @@ private:
     void send(Link const& link, QString const& token);
     void send(Folder const& folder, QString const& token);
     void send(Background const& background, QString const& token);
-    void call(char const* interface, QString const& method, QVariantList const& arguments);
+    void send(Call call, QString const& token);
     void fail();
     void finish(Answer const& answer);
 
