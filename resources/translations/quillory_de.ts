@@ -127,6 +127,17 @@
     </message>
 </context>
 <context>
+    <name>DesktopWishes</name>
+    <message>
+        <source>Show the reader, or send it away</source>
+        <translation>Den Leser rufen oder wegschicken</translation>
+    </message>
+    <message>
+        <source>Show the reader while the keys are held</source>
+        <translation>Den Leser zeigen, solange die Tasten gehalten werden</translation>
+    </message>
+</context>
+<context>
     <name>KeyboardShortcuts</name>
     <message>
         <source>Space</source>
