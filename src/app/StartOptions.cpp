@@ -60,7 +60,7 @@ public:
         request.held = ModifierNames::read(parser.value(held));
         if (!request.held)
             return std::unexpected(
-                tr("\"%1\" are no keys to hold: these are ctrl, alt, shift and super, joined by \"+\".")
+                tr(R"("%1" are no keys to hold: these are ctrl, alt, shift and super, joined by "+".)")
                     .arg(parser.value(held)));
         if (request.wish != Wish::peek)
             return std::unexpected(tr("--held belongs to --peek."));

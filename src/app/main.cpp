@@ -234,7 +234,7 @@ int serve(X11Desktop& desktop, BusApplicationInstance& instance, StartOptions co
 }
 
 // The exit code of a start that needs no display; absent for all others.
-std::optional<int> finishWithoutDisplay(StartOptions const& options, int argc, char* argv[])
+std::optional<int> finishWithoutDisplay(StartOptions const& options, int argc, char** argv)
 {
     if (!options.tellsUnanswered && !options.keysFor)
         return std::nullopt;

@@ -19,10 +19,10 @@ public:
 
     struct Request {
         Wish wish = Wish::open;
-        QString sheet {};                      // to show: its id, name or title
-        std::optional<ModifierFlags> held {};  // with a peek, as far as its caller knows
+        QString sheet; // to show: its id, name or title
+        std::optional<ModifierFlags> held; // with a peek, as far as its caller knows
         // The server time of the user's key or click that caused it, where the desktop passed one on.
-        std::optional<std::uint32_t> userTime {};
+        std::optional<std::uint32_t> userTime;
         bool operator==(Request const&) const = default;
     };
 

@@ -9,7 +9,7 @@ namespace Quillory {
 
 DesktopBindings::DesktopBindings(
     Keys keys, std::function<std::optional<QString>(std::uint16_t)> symbolName, QString command)
-    : m_keys(std::move(keys))
+    : m_keys(keys)
     , m_symbolName(std::move(symbolName))
     , m_command(std::move(command))
 {

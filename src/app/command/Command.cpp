@@ -13,7 +13,7 @@ struct Verb {
     std::string_view option;
     char const* action;
     Parameter parameter = Parameter::none;
-    std::string_view parameterOption {};
+    std::string_view parameterOption;
 };
 
 constexpr auto verbs = std::to_array<Verb>({

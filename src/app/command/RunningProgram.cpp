@@ -31,20 +31,30 @@ struct Unref {
 };
 using Message = std::unique_ptr<DBusMessage, Unref>;
 
+void appendText(DBusMessageIter& to, char const* text)
+{
+    dbus_message_iter_append_basic(&to, DBUS_TYPE_STRING, static_cast<void const*>(&text));
+}
+
 void appendVariant(DBusMessageIter& to, char const* text)
 {
     DBusMessageIter variant;
     dbus_message_iter_open_container(&to, DBUS_TYPE_VARIANT, DBUS_TYPE_STRING_AS_STRING, &variant);
-    dbus_message_iter_append_basic(&variant, DBUS_TYPE_STRING, &text);
+    appendText(variant, text);
     dbus_message_iter_close_container(&to, &variant);
+}
+
+char const* fromEnvironment(char const* variable)
+{
+    return std::getenv(variable); // NOLINT(concurrency-mt-unsafe): there is one thread
 }
 
 // The desktop's id of the key or click that brought this process about; null where it gave none.
 char const* startupId()
 {
-    auto const* id = std::getenv("DESKTOP_STARTUP_ID");
+    auto const* id = fromEnvironment("DESKTOP_STARTUP_ID");
     if (!id)
-        id = std::getenv("XDG_ACTIVATION_TOKEN");
+        id = fromEnvironment("XDG_ACTIVATION_TOKEN");
     return id && *id && dbus_validate_utf8(id, nullptr) ? id : nullptr;
 }
 
@@ -55,8 +65,7 @@ void appendPlatformData(DBusMessageIter& to)
     if (auto const* const id = startupId()) {
         DBusMessageIter entry;
         dbus_message_iter_open_container(&data, DBUS_TYPE_DICT_ENTRY, nullptr, &entry);
-        auto const* const key = "desktop-startup-id";
-        dbus_message_iter_append_basic(&entry, DBUS_TYPE_STRING, &key);
+        appendText(entry, "desktop-startup-id");
         appendVariant(entry, id);
         dbus_message_iter_close_container(&data, &entry);
     }
@@ -66,7 +75,7 @@ void appendPlatformData(DBusMessageIter& to)
 void appendAction(DBusMessageIter& to, Command const& command)
 {
     DBusMessageIter parameters;
-    dbus_message_iter_append_basic(&to, DBUS_TYPE_STRING, &command.action);
+    appendText(to, command.action);
     dbus_message_iter_open_container(&to, DBUS_TYPE_ARRAY, DBUS_TYPE_VARIANT_AS_STRING, &parameters);
     if (command.parameter)
         appendVariant(parameters, command.parameter);

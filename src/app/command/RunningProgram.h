@@ -21,7 +21,7 @@ public:
     };
     struct Reply {
         Answer answer = Answer::absent;
-        std::string sentence {};
+        std::string sentence;
     };
 
     RunningProgram();

@@ -2,12 +2,14 @@
 #include "app/command/RunningProgram.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
+#include <span>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include <unistd.h>
@@ -19,7 +21,7 @@ using Answer = RunningProgram::Answer;
 
 int fail(std::string const& sentence)
 {
-    std::fprintf(stderr, "quillory: %s\n", sentence.c_str());
+    std::fputs(("quillory: " + sentence + '\n').c_str(), stderr);
     return EXIT_FAILURE;
 }
 
@@ -39,7 +41,7 @@ int become(std::vector<char*> arguments)
     arguments.push_back(nullptr);
     for (auto const* const place : { QUILLORY_PROGRAM_FROM_COMMAND, QUILLORY_PROGRAM_FROM_BUILT_COMMAND })
         execv((folder + place).c_str(), arguments.data());
-    return fail(folder + QUILLORY_PROGRAM_FROM_COMMAND + ": " + std::strerror(errno));
+    return fail(folder + QUILLORY_PROGRAM_FROM_COMMAND + ": " + std::system_category().message(errno));
 }
 
 bool asksForVersion(std::span<char* const> arguments)
