@@ -681,6 +681,10 @@
         <source>Existing Accessibility access also works. After replacing a local build, you may need to renew its permission. Quit other Quillory copies so you test the app you allowed.</source>
         <translation>In einer X11-Sitzung sind Tasten sichtbar, unter Wayland nicht. Beenden Sie andere Exemplare von Quillory, damit Sie das gemeinte ausprobieren.</translation>
     </message>
+    <message>
+        <source>This session shows a key only to the window that it is meant for, so Quillory can’t see you tap while you use other apps.</source>
+        <translation>Diese Sitzung zeigt eine Taste nur dem Fenster, dem sie gilt. Quillory kann daher nicht sehen, dass Sie tippen, während Sie mit anderen Programmen arbeiten.</translation>
+    </message>
 </context>
 <context>
     <name>Quillory::LearningModeBar</name>
@@ -991,6 +995,10 @@
     <message>
         <source>Inside the reader: ⌘K searches your library; ⌘F finds text in the current sheet.</source>
         <translation>Im Leser: Strg+K durchsucht die Bibliothek, Strg+F den Text des gezeigten Blatts.</translation>
+    </message>
+    <message>
+        <source>Ask the Desktop Again</source>
+        <translation>Den Desktop noch einmal fragen</translation>
     </message>
 </context>
 <context>
@@ -1352,6 +1360,30 @@
         <source>Text size: %1</source>
         <translation>Schriftgröße: %1</translation>
     </message>
+    <message>
+        <source>Your desktop has bound no keys to this.</source>
+        <translation>Ihr Desktop hat dafür keine Tasten belegt.</translation>
+    </message>
+    <message>
+        <source>Your desktop has bound this to %1.</source>
+        <translation>Ihr Desktop hat dafür %1 belegt.</translation>
+    </message>
+    <message>
+        <source>Quillory has asked your desktop for these keys.</source>
+        <translation>Quillory hat Ihren Desktop um diese Tasten gebeten.</translation>
+    </message>
+    <message>
+        <source>In this session your desktop decides which keys call the reader. They can be changed in its settings.</source>
+        <translation>In dieser Sitzung entscheidet Ihr Desktop, welche Tasten den Leser rufen. In seinen Einstellungen lassen sie sich ändern.</translation>
+    </message>
+    <message>
+        <source>Your desktop has given Quillory no keys. Ask again, or bind a key of yours to the command “quillory --toggle” in its settings; “quillory --keys” tells how.</source>
+        <translation>Ihr Desktop hat Quillory keine Tasten gegeben. Fragen Sie noch einmal, oder belegen Sie in seinen Einstellungen eine eigene Taste mit dem Befehl „quillory --toggle“; „quillory --keys“ sagt, wie.</translation>
+    </message>
+    <message>
+        <source>This session hides keys from programs, and this desktop has no service that binds them. Bind a key of yours to the command “quillory --toggle” in its settings; “quillory --keys” tells how.</source>
+        <translation>Diese Sitzung verbirgt Tasten vor Programmen, und dieser Desktop hat keinen Dienst, der sie belegt. Belegen Sie in seinen Einstellungen eine eigene Taste mit dem Befehl „quillory --toggle“; „quillory --keys“ sagt, wie.</translation>
+    </message>
 </context>
 <context>
     <name>SheetRequests</name>
@@ -1640,12 +1672,24 @@
         <source>&quot;%1&quot; is no desktop that is known here: these are %2.</source>
         <translation>„%1“ ist kein Desktop, der hier bekannt ist: das sind %2.</translation>
     </message>
+    <message>
+        <source>Bind a key of yours to “quillory --toggle” in the settings of your desktop.</source>
+        <translation>Belegen Sie in den Einstellungen Ihres Desktops eine eigene Taste mit „quillory --toggle“.</translation>
+    </message>
 </context>
 <context>
     <name>TakenShortcuts</name>
     <message>
         <source>%1 is used by another program.</source>
         <translation>%1 wird von einem anderen Programm benutzt.</translation>
+    </message>
+    <message>
+        <source>Your desktop has given Quillory no keys. The settings tell how to call the reader without them.</source>
+        <translation>Ihr Desktop hat Quillory keine Tasten gegeben. Die Einstellungen sagen, wie Sie den Leser ohne sie rufen.</translation>
+    </message>
+    <message>
+        <source>Your desktop’s service for keys has ended. Quillory’s keys work again once it is back.</source>
+        <translation>Der Dienst Ihres Desktops für Tasten ist beendet. Quillorys Tasten gehen wieder, sobald er zurück ist.</translation>
     </message>
 </context>
 <context>

@@ -10,9 +10,8 @@ namespace Quillory {
 AppDelegate::AppDelegate(Services services)
     : m_services(std::move(services))
     , m_store(m_services.library, LibraryStore::RestoreFolder::yes)
-    , m_shortcutStorage(m_services.library.defaults, m_services.notifications)
     , m_hotKeyCenter(m_services.hotKeys, m_services.localKeyEvents, m_services.notifications)
-    , m_shortcuts(m_shortcutStorage, m_hotKeyCenter, m_services.library.executor)
+    , m_shortcuts(m_services.shortcuts, m_hotKeyCenter, m_services.library.executor)
 {
     if (m_services.makeUpdater)
         m_updates.emplace(
@@ -41,8 +40,10 @@ void AppDelegate::applicationDidFinishLaunching()
         *m_panel);
     bindPanel();
     m_sheetRequests.emplace(m_store, library.executor, [this] { m_presentation->open(); });
-    m_takenShortcuts.emplace(TakenShortcuts::Services {
-        m_shortcuts, m_store, library.workspace, m_services.notifications, m_services.inWords, m_services.log });
+    m_takenShortcuts.emplace(TakenShortcuts::Services { m_shortcuts, m_store, library.workspace,
+        m_services.notifications, m_services.inWords, m_services.log, m_services.desktopHotKeys });
+    if (m_services.desktopHotKeys)
+        m_desktopWishes.emplace(*m_services.desktopHotKeys, m_services.shortcuts, m_services.notifications);
     m_startTask = library.executor.post([this] { m_takenShortcuts->look(); }); // once the keys have been asked for
     m_startOffer.emplace(m_store, library.defaults, library.executor, m_services.autostart);
     if (!m_store.folder.value() && m_services.firstWindow == FirstWindow::readerWithoutFolder)
@@ -130,6 +131,7 @@ void AppDelegate::showSettings()
             .permission = m_services.permission,
             .desktopSettings = m_services.desktopSettings,
             .autostart = m_services.autostart,
+            .desktopHotKeys = m_services.desktopHotKeys,
             .versionText = ReleaseVersionDisplay::ofApplication().versionText(),
             .applicationFile = m_services.applicationFile,
             .readerFrame = [this] { return m_panel->isVisible() ? std::optional(m_panel->frame()) : std::nullopt; },

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "KeyboardShortcuts/DesktopWishes.h"
 #include "KeyboardShortcuts/KeyboardShortcuts.h"
 #include "library/LibraryStore.h"
 #include "platform/ApplicationInstance.h"
@@ -25,7 +26,9 @@ public:
 
     struct Services {
         LibraryStore::Services library;
+        ShortcutStorage& shortcuts;
         HotKeys& hotKeys;
+        DesktopHotKeys* desktopHotKeys = nullptr; // where the desktop may bind the keys
         LocalKeyEvents& localKeyEvents;
         NotificationCenter& notifications;
         SessionEvents& session;
@@ -81,13 +84,13 @@ private:
     Services m_services;
     LibraryStore m_store;
     std::optional<UpdateController> m_updates; // absent where no updates are looked for
-    ShortcutStorage m_shortcutStorage;
     HotKeyCenter m_hotKeyCenter;
     KeyboardShortcuts m_shortcuts;
     std::unique_ptr<ReaderPanel> m_panel;
     std::optional<PresentationCoordinator> m_presentation;
     std::optional<SheetRequests> m_sheetRequests;
     std::optional<TakenShortcuts> m_takenShortcuts;
+    std::optional<DesktopWishes> m_desktopWishes;
     std::optional<StartOffer> m_startOffer;
     std::unique_ptr<SettingsWindow> m_settings; // from the first time that it is asked for
     Registration m_startTask;

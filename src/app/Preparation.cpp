@@ -75,13 +75,20 @@ std::expected<void, QString> prepareSettings(
     return {};
 }
 
-QStringList howToCall(ShortcutStorage const& shortcuts, KeyboardLayout const& layout)
+QStringList howToCall(
+    ShortcutStorage const& shortcuts, KeyboardLayout const& layout, DesktopHotKeys const* desktopHotKeys)
 {
+    using enum DesktopHotKeys::State;
+    auto const state = desktopHotKeys ? desktopHotKeys->state() : asking;
+    if (state == refused || state == unavailable)
+        return { StartOptions::tr("Bind a key of yours to “quillory --toggle” in the settings of your desktop.") };
     QStringList sentences;
     for (auto const& way : waysToCall()) {
         auto const shortcut = shortcuts.getShortcut(way.name);
-        sentences << (shortcut ? StartOptions::tr(way.sentence).arg(inWords(*shortcut, layout))
-                               : StartOptions::tr(way.without));
+        auto keys = shortcut ? inWords(*shortcut, layout) : QString();
+        if (shortcut && state == bound)
+            keys = desktopHotKeys->trigger(way.name.rawValue);
+        sentences << (keys.isEmpty() ? StartOptions::tr(way.without) : StartOptions::tr(way.sentence).arg(keys));
     }
     return sentences;
 }

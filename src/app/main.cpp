@@ -6,6 +6,7 @@
 #include "StartOptions.h"
 #include "TerminationSignals.h"
 #include "Updates.h"
+#include "WaylandKeys.h"
 #include "X11Desktop.h"
 
 #include "app/sandbox/ServeAsWorker.h"
@@ -122,12 +123,28 @@ std::unique_ptr<Autostart> makeAutostart()
     return std::make_unique<AutostartEntry>(AutostartEntry::Folders::standard(), ProgramData::command());
 }
 
+// Absent where the program grabs its keys.
+std::unique_ptr<WaylandKeys> makeWaylandKeys(X11Desktop& desktop)
+{
+    if (desktop.session() == X11Session::native)
+        return nullptr;
+    return std::make_unique<WaylandKeys>(desktop.hotKeys(),
+        PortalHotKeys::Operations {
+            .symbolName = [&](std::uint16_t keyCode) { return desktop.keyboardLayout().symbolName(keyCode); },
+            .noteUserTime = [&] { desktop.noteUserTime(std::nullopt); },
+        });
+}
+
 // All that the program stands on, each after what it needs itself.
 struct Adapters {
     explicit Adapters(X11Desktop& onDesktop)
         : desktop(onDesktop)
     {
     }
+
+    HotKeys& hotKeys() const { return waylandKeys ? waylandKeys->hotKeys() : desktop.hotKeys(); }
+    DesktopHotKeys* desktopHotKeys() const { return waylandKeys ? &waylandKeys->desktopHotKeys() : nullptr; }
+    QStringList howToCall() const { return Quillory::howToCall(shortcuts, desktop.keyboardLayout(), desktopHotKeys()); }
 
     X11Desktop& desktop;
     PosixFileSystem files;
@@ -152,6 +169,7 @@ struct Adapters {
     DesktopSystemShortcuts systemShortcuts { desktop.keyboardLayout() };
     DesktopSettingsPrograms desktopSettings;
     std::unique_ptr<Autostart> autostart = makeAutostart();
+    std::unique_ptr<WaylandKeys> waylandKeys = makeWaylandKeys(desktop);
     Registration wakes = session.observeDidWake([this] { desktop.didWake(); });
     std::function<void(QString const&)> showInReader;
     TrayBar tray { QDBusConnection::sessionBus(), trayOperations(desktop, showInReader) };
@@ -166,7 +184,9 @@ AppDelegate::Services servicesOf(Adapters& on, BusApplicationInstance& instance,
     return {
         .library = { on.defaults, on.bookmarks, on.files, on.sandbox, on.events, on.executor, on.clipboard,
             on.announcements, on.fileOpener, on.openPanels, desktop.workspace(), ProgramData::startersFolder() },
-        .hotKeys = desktop.hotKeys(),
+        .shortcuts = on.shortcuts,
+        .hotKeys = on.hotKeys(),
+        .desktopHotKeys = on.desktopHotKeys(),
         .localKeyEvents = desktop.localKeyEvents(),
         .notifications = on.notifications,
         .session = on.session,
@@ -188,7 +208,7 @@ AppDelegate::Services servicesOf(Adapters& on, BusApplicationInstance& instance,
         .instance = instance,
         .applicationFile = ProgramData::command(),
         .quit = [] { QCoreApplication::exit(); },
-        .howToCall = [&] { return howToCall(on.shortcuts, desktop.keyboardLayout()); },
+        .howToCall = [&] { return on.howToCall(); },
         .inWords = [&](Shortcut const& shortcut) { return inWords(shortcut, desktop.keyboardLayout()); },
         .log = [](QString const& sentence) { fail(sentence); },
         .makeUpdater = on.updates.make(),
@@ -205,7 +225,7 @@ std::expected<void, QString> prepare(Adapters& on, StartOptions const& options)
         on.defaults.flush(); // who reads what is said may look at them
     }
     if (options.changeSettings() || !on.tray.isPresent())
-        say(howToCall(on.shortcuts, on.desktop.keyboardLayout()));
+        say(on.howToCall());
     return {};
 }
 

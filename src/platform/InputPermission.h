@@ -12,6 +12,9 @@ public:
     virtual bool isAccessibilityTrusted() const = 0;
     virtual bool canListenToEvents() const = 0;
 
+    // Whether there is anything to ask for: false on a session that shows keys to no program but the one they are for.
+    virtual bool canBeGranted() const = 0;
+
     // Asks for the second way, if need be by a question to the user: only ever in answer to a button.
     virtual void requestListenAccess() = 0;
 };

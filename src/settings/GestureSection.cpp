@@ -22,11 +22,15 @@ constexpr int gap = 4;
 GestureSection::GestureSection(LibraryStore& store, Actions const& actions, QWidget* parent)
     : SettingsSection(tr("Double-tap to peek"), parent)
 {
-    addText(
+    m_whenPossible.append(addText(
         tr("Use Shift or Option on its own: tap twice and keep the second press held to see your last-viewed sheet. "
            "Your keyboard shortcuts above still work."),
-        Look::secondary);
+        Look::secondary));
     addPicker(store);
+    m_whenImpossible.append(
+        addText(tr("This session shows a key only to the window that it is meant for, so Quillory can’t see you tap "
+                   "while you use other apps."),
+            Look::secondary));
     m_whenOff.append(
         addText(tr("Choose a gesture above to see the steps and set up access. Off keeps modifier gestures disabled."),
             Look::secondary));
@@ -136,8 +140,11 @@ void GestureSection::refresh(SettingsState const& state)
             row->setVisible(isVisible);
     };
     using enum SettingsState::Gesture;
+    m_picker->setEnabled(state.gesture != impossible);
+    show(m_whenPossible, state.gesture != impossible);
+    show(m_whenImpossible, state.gesture == impossible);
     show(m_whenOff, state.gesture == off);
-    show(m_whenOn, state.gesture != off);
+    show(m_whenOn, state.gesture == allowed || state.gesture == setupNeeded);
     show(m_whenAllowed, state.gesture == allowed);
     show(m_whenSetupNeeded, state.gesture == setupNeeded);
 }

@@ -37,6 +37,8 @@ private:
 
     QComboBox* m_picker = nullptr;
     QList<QLabel*> m_steps;
+    QList<QWidget*> m_whenPossible;
+    QList<QWidget*> m_whenImpossible;
     QList<QWidget*> m_whenOff;
     QList<QWidget*> m_whenOn;
     QList<QWidget*> m_whenAllowed;

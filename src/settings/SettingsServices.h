@@ -3,6 +3,7 @@
 #include "KeyboardShortcuts/recorder/Recorder.h"
 #include "library/LibraryStore.h"
 #include "platform/Autostart.h"
+#include "platform/DesktopHotKeys.h"
 #include "platform/DesktopSettings.h"
 #include "platform/FileOpener.h"
 #include "platform/InputPermission.h"
@@ -30,6 +31,7 @@ struct SettingsServices {
     InputPermission& permission;
     DesktopSettings& desktopSettings;
     Autostart& autostart;
+    DesktopHotKeys* desktopHotKeys = nullptr; // where the desktop may bind the keys
     QString versionText;     // one line
     QString applicationFile; // the program itself
     std::function<std::optional<QRect>()> readerFrame = [] { return std::optional<QRect>(); }; // while it is up

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "KeyboardShortcuts/KeyboardShortcuts.h"
-#include "library/LibraryStore.h"
+#include "settings/SettingsServices.h"
 
 #include <QCoreApplication>
 
@@ -11,7 +10,7 @@ namespace Quillory {
 struct SettingsState {
     Q_DECLARE_TR_FUNCTIONS(SettingsView)
 public:
-    enum class Gesture { off, allowed, setupNeeded };
+    enum class Gesture { off, allowed, setupNeeded, impossible };
 
     struct Pin {
         QString id;
@@ -22,15 +21,20 @@ public:
     QString folderStatus;
     bool canAskForFolder = true; // no file panel is open
     bool shortcutsMatch = false; // both are set, and to the same
+    // What the desktop has made of each shortcut, and of all of them; empty where nothing is to be said.
+    QString toggleBinding;
+    QString peekBinding;
+    QString desktopKeys;
+    bool canAskDesktopAgain = false;
     ModifierGesture modifierGesture = ModifierGesture::off;
     Gesture gesture = Gesture::off;
-    QStringList gestureSteps; // none while it is off
+    QStringList gestureSteps; // none while it is off or impossible
     QList<Pin> pins;
     bool learningModeEnabled = false;
     double textSize = 0;
     KeyNames keyNames = KeyNames::symbols;
 
-    static SettingsState of(LibraryStore const& store, KeyboardShortcuts const& shortcuts);
+    static SettingsState of(SettingsServices const& services);
 
     QString learningModeHelp() const;
     QString textSizeLabel() const;

@@ -25,7 +25,8 @@ SettingsView::SettingsView(SettingsServices const& services, QWidget* parent)
     : QWidget(parent)
     , m_services(services)
     , m_folder(new FolderSection(services.store, this))
-    , m_shortcuts(new ShortcutSection(services.recorder, this))
+    , m_shortcuts(new ShortcutSection(
+          services.recorder, [this] { m_services.desktopHotKeys->askAgain(); }, this))
     , m_gesture(new GestureSection(services.store,
           {
               .setUp = [this] { setUpMonitoring(); },
@@ -59,6 +60,8 @@ void SettingsView::observe()
         store.sheets, store.learningModeEnabled, store.textSize, store.keyNames);
     m_shortcutChanges = m_services.notifications.observe(
         ShortcutStorage::shortcutByNameDidChange(), [this](auto const&) { refreshLater(); });
+    if (m_services.desktopHotKeys)
+        m_desktopChanges = m_services.desktopHotKeys->observeChanges([this] { refreshLater(); });
 }
 
 // One that nobody sees catches up when it is shown.
@@ -71,7 +74,7 @@ void SettingsView::refreshLater()
 void SettingsView::refresh()
 {
     m_refreshTask.end();
-    auto const state = SettingsState::of(m_services.store, m_services.recorder.steps.shortcuts);
+    auto const state = SettingsState::of(m_services);
     if (std::exchange(m_shown, state) == state)
         return;
     m_folder->refresh(state);

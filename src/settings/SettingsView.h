@@ -44,6 +44,7 @@ private:
     std::optional<SettingsState> m_shown;
     std::vector<QPropertyNotifier> m_observations;
     Registration m_shortcutChanges;
+    Registration m_desktopChanges;
     Registration m_refreshTask;
 };
 

@@ -1,6 +1,7 @@
 #include "presentation/SummoningDesk.h"
 
 #include "presentation/TakenShortcuts.h"
+#include "support/FakeDesktopHotKeys.h"
 #include "support/Test.h"
 
 namespace Quillory {
@@ -155,6 +156,25 @@ TEST(TakenShortcuts, A_key_that_another_program_holds_is_told_until_it_could_be_
     EXPECT_EQ(message.value(), std::nullopt);
     EXPECT_EQ(desk.hotKeys.registered().size(), 2U);
     EXPECT_EQ(logged.size(), 2);
+}
+
+TEST(TakenShortcuts, Keys_that_the_desktop_does_not_bind_are_told_once_and_no_longer_than_that_lasts)
+{
+    using State = DesktopHotKeys::State;
+    SummoningDesk desk;
+    desk.make();
+    FakeDesktopHotKeys desktop;
+    int logged = 0;
+    TakenShortcuts const told({ desk.shortcuts->shortcuts, desk.library, desk.workspace, desk.shortcuts->notifications,
+        [](Shortcut const&) { return QString(); }, [&](QString const&) { ++logged; }, &desktop });
+    for (auto const& [state, isTold, count] : std::initializer_list<std::tuple<State, bool, int>> {
+             { State::unavailable, false, 0 }, // the settings say so, which is enough for what never was
+             { State::refused, true, 1 }, { State::asking, false, 1 }, { State::bound, false, 1 },
+             { State::unavailable, true, 2 }, { State::unavailable, true, 2 }, { State::bound, false, 2 } }) {
+        desktop.become(state);
+        EXPECT_EQ(desk.library.message.value().has_value(), isTold);
+        EXPECT_EQ(logged, count);
+    }
 }
 
 }

@@ -39,15 +39,16 @@ protected:
     }
 
     // Every text that can be read now, or that a button bears.
-    QStringList shown()
+    QStringList shown() { return shown(window); }
+    QStringList shown(QWidget const& of) const
     {
         services.executor.settle();
         QStringList texts;
-        for (auto const* const label : window.findChildren<QLabel*>()) {
+        for (auto const* const label : of.findChildren<QLabel*>()) {
             if (label->isVisible())
                 texts << label->text();
         }
-        for (auto const* const button : window.findChildren<QAbstractButton*>()) {
+        for (auto const* const button : of.findChildren<QAbstractButton*>()) {
             if (button->isVisible())
                 texts << button->text() << button->accessibleName();
         }
@@ -143,6 +144,50 @@ TEST_F(SettingsWindowTest, Each_section_shows_what_holds_and_nothing_else)
     QTest::keyClick(&named<QComboBox>(u"keyNames"_s), Qt::Key_Down);
     EXPECT_EQ(store.keyNames.value(), KeyNames::words);
     EXPECT_THAT(store.pinnedIDs.value(), ElementsAre(u"a.md"_s));
+}
+
+TEST_F(SettingsWindowTest, Where_the_desktop_binds_the_keys_it_shows_what_that_has_made_of_them_and_no_gesture)
+{
+    using State = DesktopHotKeys::State;
+    auto const changed = u"Your desktop has bound this to F9."_s, none = u"Your desktop has bound no keys to this."_s;
+    auto const decides = u"In this session your desktop decides"_s, again = u"Ask the Desktop Again"_s;
+    auto const bind = u"“quillory --toggle”"_s;
+    desk.permission.isPossible = false;
+    desk.hasDesktopHotKeys = true;
+    store.setModifierGesture(ModifierGesture::shift);
+    desk.line.shortcuts.setShortcut(Shortcut { 40, 6144 }, ShortcutName::toggleQuillory());
+    desk.line.shortcuts.setShortcut(Shortcut { 38, 6144 }, ShortcutName::peekQuillory());
+    SettingsWindow wayland(desk.settings());
+    wayland.show();
+    struct Row {
+        State state;
+        QMap<QString, QString> triggers;
+        QStringList shown, hidden;
+    };
+    auto const toggle = u"toggleQuillory"_s, peek = u"peekQuillory"_s;
+    for (auto const& row : {
+             Row { State::bound, { { toggle, u"Ctrl+Alt+K"_s }, { peek, u"F9"_s } }, { changed, decides },
+                 { none, again, bind, u"Setup needed"_s, u"How to use it"_s, u"Choose a gesture above"_s } },
+             Row { State::bound, { { toggle, u"ctrl + alt + k"_s } }, { none, decides }, { changed } },
+             Row { State::refused, {}, { again, bind }, { none, changed, decides } },
+             Row { State::unavailable, {}, { bind, u"This session shows a key only"_s }, { none, again, decides } },
+         }) {
+        desk.desktopHotKeys.become(row.state, row.triggers);
+        auto const all = shown(wayland).join(u'\n');
+        for (auto const& text : row.shown)
+            EXPECT_TRUE(all.contains(text)) << text.toStdString();
+        for (auto const& text : row.hidden)
+            EXPECT_FALSE(all.contains(text)) << text.toStdString();
+    }
+    auto const* const picker = wayland.findChild<QComboBox*>(u"modifierPeekGesture"_s);
+    EXPECT_FALSE(picker->isEnabled());
+    EXPECT_EQ(picker->currentIndex(), 0);
+    EXPECT_EQ(store.modifierGesture.value(), ModifierGesture::shift) << "for the next session";
+    for (auto* const button : wayland.findChildren<BarButton*>()) {
+        if (button->text() == again)
+            button->click();
+    }
+    EXPECT_EQ(desk.desktopHotKeys.asked, 1);
 }
 
 TEST_F(SettingsWindowTest, Its_buttons_do_what_they_say)

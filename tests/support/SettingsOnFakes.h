@@ -2,6 +2,7 @@
 
 #include "settings/MainMenu.h"
 #include "settings/SettingsServices.h"
+#include "support/FakeDesktopHotKeys.h"
 #include "support/FakeHotKeys.h"
 #include "support/FakeInputPermission.h"
 #include "support/FakeKeyState.h"
@@ -61,6 +62,8 @@ struct SettingsOnFakes {
     FakeInputPermission permission;
     FakeDesktopSettings desktopSettings;
     FakeAutostart autostart;
+    FakeDesktopHotKeys desktopHotKeys;
+    bool hasDesktopHotKeys = false;
     std::optional<QRect> readerFrame;
 
     SettingsServices settings()
@@ -78,6 +81,7 @@ struct SettingsOnFakes {
             .permission = permission,
             .desktopSettings = desktopSettings,
             .autostart = autostart,
+            .desktopHotKeys = hasDesktopHotKeys ? &desktopHotKeys : nullptr,
             .versionText = QStringLiteral("Version 1.2"),
             .applicationFile = QStringLiteral("/usr/bin/quillory"),
             .readerFrame = [this] { return readerFrame; } };

@@ -19,6 +19,8 @@ public:
     // False as well once the server is gone, and on a guest, which sees only what is typed into windows of its own.
     bool canListenToEvents() const override;
 
+    bool canBeGranted() const override { return m_hasRawEvents; }
+
     // There is nobody to ask.
     void requestListenAccess() override { }
 
