@@ -4,7 +4,7 @@
 //     refuses   the user says no                                            denies   makes no sessions
 //     lacks     another portal's interfaces alone
 // It writes "serving", and a line for each call. Each line that it reads is one of:
-//   press ID, release ID, rebind ID KEYS, close, drop, return, agree
+//   press ID, release ID, repeat ID, rebind ID KEYS, close, drop, return, agree
 #include "support/BusService.h"
 
 #include <QCoreApplication>
@@ -103,7 +103,10 @@ public:
         auto const id = words.value(1);
         if (words[0] == u"press" || words[0] == u"release")
             signal(words[0] == u"press" ? u"Activated"_s : u"Deactivated"_s, { id, qulonglong(0), QVariantMap() });
-        else if (words[0] == u"rebind")
+        else if (words[0] == u"repeat") {
+            obey(u"release "_s + id);
+            obey(u"press "_s + id);
+        } else if (words[0] == u"rebind")
             signal(u"ShortcutsChanged"_s,
                 { QVariant::fromValue(QList { Shortcut { id, { { u"trigger_description"_s, words.value(2) } } } }) });
         else if (words[0] == u"close")

@@ -2,6 +2,7 @@
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
+#include <QTimer>
 
 #include <algorithm>
 #include <array>
@@ -35,10 +36,11 @@ QString triggerText(ModifierFlags modifiers, std::optional<QString> const& symbo
 
 }
 
-PortalHotKeys::PortalHotKeys(QDBusConnection bus, Operations operations)
+PortalHotKeys::PortalHotKeys(QDBusConnection bus, Operations operations, Repeats repeats)
     : m_bus(std::move(bus))
     , m_operations(std::move(operations))
     , m_portals(portalName, m_bus, QDBusServiceWatcher::WatchForOwnerChange)
+    , m_repeats(repeats)
 {
     connect(&m_portals, &QDBusServiceWatcher::serviceOwnerChanged, this,
         [this](QString const&, QString const&, QString const& newOwner) { portalChanged(newOwner); });
@@ -174,33 +176,52 @@ std::expected<Registration, HotKeys::Refusal> PortalHotKeys::registerHotKey(
     });
 }
 
-// A shortcut that is held is told again and again.
+// Also told again and again of one that is held, with releases or without.
 void PortalHotKeys::press(QString const& id)
 {
     auto const wish = std::ranges::find(m_wishes, id, &Wish::id);
-    if (wish == m_wishes.end() || m_down.contains(id))
+    if (wish == m_wishes.end())
         return;
+    auto const told = ++m_lastTold;
+    if (auto const held = m_presses.find(id); held != m_presses.end()) {
+        held->lastTold = told;
+        return;
+    }
     m_operations.noteUserTime();
-    std::vector<std::shared_ptr<HotKey>> pressed;
+    Listeners pressed;
     std::ranges::copy_if(m_hotKeys, std::back_inserter(pressed),
         [&](auto const& hotKey) { return hotKey->keyCode == wish->keyCode && hotKey->modifiers == wish->modifiers; });
-    m_down.insert(id, pressed);
+    m_presses.insert(id, { pressed, std::chrono::steady_clock::now(), told });
     tell(pressed, Phase::pressed);
 }
 
-// One that was registered while the key was down has nothing to be told.
 void PortalHotKeys::release(QString const& id)
 {
-    tell(m_down.take(id), Phase::released);
+    auto const held = m_presses.find(id);
+    if (held == m_presses.end())
+        return;
+    if (std::chrono::steady_clock::now() - held->since < m_repeats.earliest)
+        return letGo(id);
+    auto const told = held->lastTold = ++m_lastTold;
+    QTimer::singleShot(m_repeats.longestGap, Qt::PreciseTimer, this, [this, id, told] {
+        if (m_presses.value(id).lastTold == told)
+            letGo(id);
+    });
+}
+
+// A hot key that was registered while its key was down has nothing to be told.
+void PortalHotKeys::letGo(QString const& id)
+{
+    tell(m_presses.take(id).listeners, Phase::released);
 }
 
 void PortalHotKeys::releaseAll()
 {
-    for (auto const& pressed : std::exchange(m_down, {}))
-        tell(pressed, Phase::released);
+    for (auto const& press : std::exchange(m_presses, {}))
+        tell(press.listeners, Phase::released);
 }
 
-void PortalHotKeys::tell(std::vector<std::shared_ptr<HotKey>> const& hotKeys, Phase phase)
+void PortalHotKeys::tell(Listeners const& hotKeys, Phase phase)
 {
     for (auto const& hotKey : hotKeys) {
         if (hotKey->isRegistered)

@@ -11,9 +11,12 @@
 #include <QObject>
 #include <QPointer>
 
+#include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 class QDBusPendingCallWatcher;
@@ -33,8 +36,18 @@ public:
         std::function<void()> noteUserTime;
     };
 
+    // Some desktops tell of each repeat of a held key as a release that is followed at once by a press.
+    struct Repeats {
+        std::chrono::milliseconds earliest { 100 }; // after the press; what comes before is a release
+        std::chrono::milliseconds longestGap { 15 }; // seen: up to 0.6 ms
+    };
+
     // The connection should be of its own: newer portals learn the program's name from its first call.
-    PortalHotKeys(QDBusConnection bus, Operations operations);
+    PortalHotKeys(QDBusConnection bus, Operations operations, Repeats repeats);
+    PortalHotKeys(QDBusConnection bus, Operations operations)
+        : PortalHotKeys(std::move(bus), std::move(operations), Repeats())
+    {
+    }
 
     // Never refused.
     std::expected<Registration, Refusal> registerHotKey(
@@ -57,6 +70,14 @@ private:
         bool isRegistered = true;
     };
 
+    using Listeners = std::vector<std::shared_ptr<HotKey>>;
+
+    struct Press {
+        Listeners listeners; // those that were told of it
+        std::chrono::steady_clock::time_point since;
+        std::uint64_t lastTold = 0; // which message of the desktop's was the last about it
+    };
+
     void look();
     void portalChanged(QString const& newOwner);
     void start();
@@ -64,8 +85,9 @@ private:
     void forgetSession();
     void press(QString const& id);
     void release(QString const& id);
+    void letGo(QString const& id);
     void releaseAll();
-    static void tell(std::vector<std::shared_ptr<HotKey>> const& hotKeys, Phase phase);
+    static void tell(Listeners const& hotKeys, Phase phase);
     void setState(State state);
     PortalShortcutSession::Shortcut shortcutOf(Wish const& wish) const;
 
@@ -77,8 +99,10 @@ private:
     QList<Wish> m_wishes;
     State m_state = State::asking;
     QPointer<PortalShortcutSession> m_session;
-    QHash<QString, std::vector<std::shared_ptr<HotKey>>> m_down; // those that were told of the press, by the wish
-    std::vector<std::shared_ptr<HotKey>> m_hotKeys;
+    Repeats const m_repeats;
+    QHash<QString, Press> m_presses; // of the keys that are down, by the wish
+    std::uint64_t m_lastTold = 0;
+    Listeners m_hotKeys;
     Observers<void()> m_changes;
 };
 

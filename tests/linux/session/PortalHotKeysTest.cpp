@@ -19,16 +19,10 @@ DesktopHotKeys::Wish const peek { u"peek"_s, u"Peek"_s, keyJ, ModifierFlags::com
 
 // The adapter, and a portal in another process or none; the log has what the adapter does, in order.
 struct Desk {
-    explicit Desk(std::optional<QString> const& modes = u""_s)
+    explicit Desk(std::optional<QString> const& modes, PortalHotKeys::Repeats const& withRepeats = {})
+        : repeats(withRepeats)
+        , hasPortal(modes && start(*modes))
     {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.address());
-        portal.setProcessEnvironment(environment);
-        if (modes) {
-            portal.start(QStringLiteral(PORTAL), modes->split(u' ', Qt::SkipEmptyParts));
-            EXPECT_TRUE(loop.runUntil([&] { return portal.canReadLine(); }));
-            portal.readLine();
-        }
         changes = keys.observeChanges([this] {
             static QStringList const names { u"unavailable"_s, u"asking"_s, u"bound"_s, u"refused"_s };
             log << (names.at(int(keys.state())) + u' ' + keys.trigger(u"toggle"_s)).trimmed();
@@ -41,6 +35,15 @@ struct Desk {
         portal.waitForFinished();
     }
 
+    bool start(QString const& modes)
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.address());
+        portal.setProcessEnvironment(environment);
+        portal.start(QStringLiteral(PORTAL), modes.split(u' ', Qt::SkipEmptyParts));
+        EXPECT_TRUE(loop.runUntil([&] { return portal.canReadLine(); }));
+        return !portal.readLine().isEmpty();
+    }
     void tell(QString const& command) { portal.write(command.toUtf8() + '\n'); }
     Registration listen(DesktopHotKeys::Wish const& wish)
     {
@@ -68,16 +71,19 @@ struct Desk {
         EXPECT_EQ(calls, expected);
     }
 
+    PortalHotKeys::Repeats const repeats;
     EventLoop loop;
     PrivateBus bus;
     QProcess portal;
+    bool const hasPortal;
     QStringList log;
     PortalHotKeys keys { bus.connect(),
         { .symbolName =
                 [](std::uint16_t key) {
                     return key == keyK || key == keyJ ? std::optional(key == keyK ? u"k"_s : u"j"_s) : std::nullopt;
                 },
-            .noteUserTime = [this] { log << u"now"_s; } } };
+            .noteUserTime = [this] { log << u"now"_s; } },
+        repeats };
     Registration changes;
     Registration toggleKey = listen(toggle), peekKey = listen(peek);
 };
@@ -139,6 +145,21 @@ TEST(PortalHotKeys, Presses_and_releases_come_in_pairs_whatever_the_portal_does)
             desk.tell(command);
         desk.expect(log);
     }
+}
+
+TEST(PortalHotKeys, A_held_key_that_repeats_as_releases_and_presses_stays_held)
+{
+    using namespace std::chrono_literals;
+    Desk desk(u"keeps"_s, { .earliest = 0ms, .longestGap = 300ms });
+    desk.expect({ u"bound ctrl-alt-k"_s });
+    for (auto const* const command :
+        { "press toggle", "repeat toggle", "press toggle", "repeat toggle", "repeat toggle" })
+        desk.tell(QString::fromLatin1(command));
+    desk.tell(u"rebind toggle F9"_s);
+    desk.expect({ u"now"_s, u"toggle down"_s, u"bound F9"_s });
+    desk.tell(u"release toggle"_s);
+    desk.tell(u"rebind toggle F8"_s);
+    desk.expect({ u"bound F8"_s, u"toggle up"_s });
 }
 
 TEST(PortalHotKeys, Only_other_wishes_another_portal_or_the_user_ask_the_portal_again)
