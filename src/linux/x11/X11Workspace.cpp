@@ -211,6 +211,7 @@ void X11Workspace::bringToFront(xcb_window_t window)
 void X11Workspace::prepareToShow(std::uint64_t ownWindow)
 {
     auto const window = static_cast<xcb_window_t>(ownWindow);
+    m_foreignWindow.stop(); // that it had the front is no news any more, and would end the peek that this begins
     if (m_ownWindows.insert(window).second)
         makeFloating(window);
     writeUserTime(window);
