@@ -12,7 +12,7 @@ QByteArray const document = "<releases><release version='2'/></releases>";
 
 SignedFeed::Expected expected(FeedSigner const& signer = FeedSigner())
 {
-    return { *MinisignKey::fromText(signer.publicKey()), "releases.xml", 1000 };
+    return { *MinisignKey::fromText(signer.publicKey()), "releases.xml", 1000, 1000 };
 }
 
 TEST(SignedFeed, Is_read_only_where_all_of_its_signature_holds)
@@ -58,6 +58,7 @@ TEST(SignedFeed, Is_read_only_where_all_of_its_signature_holds)
             Row { "without a time", document, signer.signWithComment(document, "file:releases.xml"),
                 FeedFault::otherFile },
             Row { "older", document, signer.sign(document, 999), FeedFault::older },
+            Row { "tomorrow's", document, signer.sign(document, 1000 + 86'401), FeedFault::stillToCome },
             Row { "too large", QByteArray(ReleaseFeed::mostBytes + 1, ' '), signature, FeedFault::tooLarge },
         }) {
         auto const feed = SignedFeed::read(row.document, row.signature, expected());

@@ -28,6 +28,8 @@ QString toSentence(FeedFault fault)
         return text("The list of releases has a package without address, size or checksum.");
     case FeedFault::older:
         return text("The list of releases is older than the one seen last.");
+    case FeedFault::stillToCome:
+        return text("The list of releases was signed at a time that is still to come. Check this computer's clock.");
     }
     return {};
 }

@@ -16,6 +16,7 @@ enum class FeedFault {
     notAVersion,
     badArtifact,     // a package without size, checksum or address
     older,           // than the one accepted last
+    stillToCome,     // signed at a time that is not yet, by this computer's clock
 };
 
 // A sentence for the user.

@@ -19,6 +19,8 @@ std::expected<SignedFeed, FeedFault> SignedFeed::read(
         return std::unexpected(FeedFault::otherFile);
     if (*time < expected.notBefore)
         return std::unexpected(FeedFault::older);
+    if (*time > expected.now + mostAhead)
+        return std::unexpected(FeedFault::stillToCome);
     auto feed = ReleaseFeed::read(document);
     if (!feed)
         return std::unexpected(feed.error());

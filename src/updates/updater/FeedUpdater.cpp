@@ -106,8 +106,10 @@ void FeedUpdater::checkBySchedule()
 
 void FeedUpdater::check(Initiative initiative, std::optional<Release> waiting)
 {
-    m_record.setLastAttempt(m_services.wallClock());
-    SignedFeed::Expected const expected { m_settings.key, m_settings.feed.fileName().toUtf8(), m_record.feedTime() };
+    auto const now = m_services.wallClock();
+    m_record.setLastAttempt(now);
+    SignedFeed::Expected const expected { m_settings.key, m_settings.feed.fileName().toUtf8(), m_record.feedTime(),
+        now.toSecsSinceEpoch() };
     auto feedCheck = std::make_unique<FeedCheck>(m_services.downloads, m_settings.feed, expected,
         [this](std::expected<SignedFeed, QString> const& result) { checked(result); });
     enter(Checking { initiative, std::move(waiting), std::move(feedCheck) });
