@@ -1742,6 +1742,94 @@
         <source>Closed: %1</source>
         <translation>Geschlossen: %1</translation>
     </message>
+    <message>
+        <source>The list of releases has no valid signature.</source>
+        <translation>Die Liste der Versionen hat keine gültige Unterschrift.</translation>
+    </message>
+    <message>
+        <source>The list of releases is signed by somebody else.</source>
+        <translation>Die Liste der Versionen hat jemand anderes unterschrieben.</translation>
+    </message>
+    <message>
+        <source>The list of releases is not the one that was signed.</source>
+        <translation>Die Liste der Versionen ist nicht die, die unterschrieben wurde.</translation>
+    </message>
+    <message>
+        <source>The signature belongs to another file.</source>
+        <translation>Die Unterschrift gehört zu einer anderen Datei.</translation>
+    </message>
+    <message>
+        <source>The list of releases can&apos;t be read.</source>
+        <translation>Die Liste der Versionen ist nicht lesbar.</translation>
+    </message>
+    <message>
+        <source>The list of releases declares a document type, which is not allowed.</source>
+        <translation>Die Liste der Versionen erklärt einen Dokumenttyp, was nicht erlaubt ist.</translation>
+    </message>
+    <message>
+        <source>The list of releases is too large.</source>
+        <translation>Die Liste der Versionen ist zu groß.</translation>
+    </message>
+    <message>
+        <source>The list of releases has a version that is none.</source>
+        <translation>Die Liste der Versionen nennt eine Version, die keine ist.</translation>
+    </message>
+    <message>
+        <source>The list of releases has a package without address, size or checksum.</source>
+        <translation>Die Liste der Versionen nennt ein Paket ohne Adresse, Größe oder Prüfsumme.</translation>
+    </message>
+    <message>
+        <source>The list of releases is older than the one seen last.</source>
+        <translation>Die Liste der Versionen ist älter als die zuletzt gesehene.</translation>
+    </message>
+    <message>
+        <source>The list of releases was signed at a time that is still to come. Check this computer&apos;s clock.</source>
+        <translation>Die Liste der Versionen wurde zu einer Zeit unterschrieben, die noch nicht gekommen ist. Prüfen Sie die Uhr dieses Rechners.</translation>
+    </message>
+    <message>
+        <source>The package can&apos;t be stored: %1</source>
+        <translation>Das Paket lässt sich nicht speichern: %1</translation>
+    </message>
+    <message>
+        <source>The package has another size than the list of releases tells.</source>
+        <translation>Das Paket hat eine andere Größe, als die Liste der Versionen nennt.</translation>
+    </message>
+    <message>
+        <source>The package is not the one that the list of releases tells of.</source>
+        <translation>Das Paket ist nicht das, welches die Liste der Versionen nennt.</translation>
+    </message>
+    <message>
+        <source>The server sent the request on to an address that is not secure.</source>
+        <translation>Der Server hat die Anfrage an eine Adresse weitergeleitet, die nicht sicher ist.</translation>
+    </message>
+    <message>
+        <source>The server can&apos;t be reached.</source>
+        <translation>Der Server ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The connection to the server is not secure.</source>
+        <translation>Die Verbindung zum Server ist nicht sicher.</translation>
+    </message>
+    <message>
+        <source>The server does not have the file.</source>
+        <translation>Der Server hat die Datei nicht.</translation>
+    </message>
+    <message>
+        <source>The server took too long to answer.</source>
+        <translation>Der Server hat zu lange nicht geantwortet.</translation>
+    </message>
+    <message>
+        <source>The file on the server is too large.</source>
+        <translation>Die Datei auf dem Server ist zu groß.</translation>
+    </message>
+    <message>
+        <source>The connection ended early.</source>
+        <translation>Die Verbindung ist vorzeitig abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The download was stopped.</source>
+        <translation>Das Herunterladen wurde abgebrochen.</translation>
+    </message>
 </context>
 <context>
     <name>X11Connection</name>

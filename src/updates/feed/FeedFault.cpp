@@ -9,27 +9,30 @@ QString toSentence(FeedFault fault)
     auto const text = [](char const* sentence) { return QCoreApplication::translate("Updates", sentence); };
     switch (fault) {
     case FeedFault::noSignature:
-        return text("The list of releases has no valid signature.");
+        return text(QT_TRANSLATE_NOOP("Updates", "The list of releases has no valid signature."));
     case FeedFault::otherKey:
-        return text("The list of releases is signed by somebody else.");
+        return text(QT_TRANSLATE_NOOP("Updates", "The list of releases is signed by somebody else."));
     case FeedFault::wrongSignature:
-        return text("The list of releases is not the one that was signed.");
+        return text(QT_TRANSLATE_NOOP("Updates", "The list of releases is not the one that was signed."));
     case FeedFault::otherFile:
-        return text("The signature belongs to another file.");
+        return text(QT_TRANSLATE_NOOP("Updates", "The signature belongs to another file."));
     case FeedFault::notXml:
-        return text("The list of releases can't be read.");
+        return text(QT_TRANSLATE_NOOP("Updates", "The list of releases can't be read."));
     case FeedFault::entities:
-        return text("The list of releases declares a document type, which is not allowed.");
+        return text(
+            QT_TRANSLATE_NOOP("Updates", "The list of releases declares a document type, which is not allowed."));
     case FeedFault::tooLarge:
-        return text("The list of releases is too large.");
+        return text(QT_TRANSLATE_NOOP("Updates", "The list of releases is too large."));
     case FeedFault::notAVersion:
-        return text("The list of releases has a version that is none.");
+        return text(QT_TRANSLATE_NOOP("Updates", "The list of releases has a version that is none."));
     case FeedFault::badArtifact:
-        return text("The list of releases has a package without address, size or checksum.");
+        return text(
+            QT_TRANSLATE_NOOP("Updates", "The list of releases has a package without address, size or checksum."));
     case FeedFault::older:
-        return text("The list of releases is older than the one seen last.");
+        return text(QT_TRANSLATE_NOOP("Updates", "The list of releases is older than the one seen last."));
     case FeedFault::stillToCome:
-        return text("The list of releases was signed at a time that is still to come. Check this computer's clock.");
+        return text(QT_TRANSLATE_NOOP("Updates",
+            "The list of releases was signed at a time that is still to come. Check this computer's clock."));
     }
     return {};
 }

@@ -80,7 +80,8 @@ void ArtifactDownload::finish(std::expected<void, Downloads::Fault> const& resul
 {
     auto done = std::exchange(m_done, nullptr);
     if (m_diskFault)
-        done(std::unexpected(sentence("The package can't be stored: %1").arg(*m_diskFault)));
+        done(std::unexpected(
+            sentence(QT_TRANSLATE_NOOP("Updates", "The package can't be stored: %1")).arg(*m_diskFault)));
     else if (!result)
         done(std::unexpected(toSentence(result.error())));
     else
@@ -90,11 +91,14 @@ void ArtifactDownload::finish(std::expected<void, Downloads::Fault> const& resul
 std::expected<DownloadedPackage, QString> ArtifactDownload::package()
 {
     if (m_received != m_artifact.size)
-        return std::unexpected(sentence("The package has another size than the list of releases tells."));
+        return std::unexpected(
+            sentence(QT_TRANSLATE_NOOP("Updates", "The package has another size than the list of releases tells.")));
     if (m_hash.result() != m_artifact.sha256)
-        return std::unexpected(sentence("The package is not the one that the list of releases tells of."));
+        return std::unexpected(
+            sentence(QT_TRANSLATE_NOOP("Updates", "The package is not the one that the list of releases tells of.")));
     if (!m_file.flush() || !m_file.rename(m_path))
-        return std::unexpected(sentence("The package can't be stored: %1").arg(m_file.errorString()));
+        return std::unexpected(
+            sentence(QT_TRANSLATE_NOOP("Updates", "The package can't be stored: %1")).arg(m_file.errorString()));
     m_part.leave();
     return DownloadedPackage(m_path);
 }
