@@ -47,25 +47,27 @@ QString newToken()
     return QStringLiteral("quillory%1").arg(QRandomGenerator::global()->generate64());
 }
 
-// What is handed over by a descriptor. It is not written to; but who opens it may write only if we could.
+// What is handed over by a descriptor. Nothing is written to it; but an application may write only if we could, and the
+// portal refuses a descriptor that allows more than is asked for.
 struct OpenedFile {
     QDBusUnixFileDescriptor descriptor;
     bool isWritable = false;
 };
 
-std::expected<OpenedFile, SystemError> openedFile(QString const& path)
+std::expected<OpenedFile, SystemError> openedFile(PortalRequest::File const& file)
 {
-    auto const name = QFile::encodeName(path);
+    auto const name = QFile::encodeName(file.path);
     constexpr int flags = O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-    auto number = open(name.constData(), O_RDWR | flags);
+    bool const isForApplication = file.with != PortalRequest::File::With::fileManager;
+    auto number = isForApplication ? open(name.constData(), O_RDWR | flags) : -1;
     bool const isWritable = number >= 0;
     if (!isWritable)
         number = open(name.constData(), O_RDONLY | flags);
     if (number < 0)
         return std::unexpected(SystemError::last());
-    OpenedFile file { QDBusUnixFileDescriptor(number), isWritable };
+    OpenedFile opened { QDBusUnixFileDescriptor(number), isWritable };
     close(number); // the message has its own
-    return file;
+    return opened;
 }
 
 QString pathOfFirst(QStringList const& addresses)
@@ -116,7 +118,7 @@ void PortalRequest::listen(QString const& path)
 
 void PortalRequest::send(File const& file, QString const& token)
 {
-    auto const opened = openedFile(file.path);
+    auto const opened = openedFile(file);
     if (!opened)
         return finish({ Answer::Outcome::failed, opened.error().localizedDescription() });
     QVariantList const arguments { QString(), QVariant::fromValue(opened->descriptor) };

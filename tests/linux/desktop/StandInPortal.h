@@ -10,6 +10,8 @@
 
 #include <memory>
 
+#include <fcntl.h>
+
 namespace Quillory {
 
 // The desktop's portal on the test's bus. It answers as the test says, or keeps its dialog open.
@@ -37,6 +39,11 @@ private:
         auto const number = argument.value<QDBusUnixFileDescriptor>().fileDescriptor();
         return number < 0 ? argument.toString() : QFile::symLinkTarget(u"/proc/self/fd/%1"_s.arg(number));
     }
+    static bool isWritable(QVariant const& argument)
+    {
+        auto const descriptor = argument.value<QDBusUnixFileDescriptor>();
+        return descriptor.isValid() && (fcntl(descriptor.fileDescriptor(), F_GETFL) & O_ACCMODE) == O_RDWR;
+    }
     std::optional<QVariantList> answer(QDBusMessage const& call, QDBusConnection& bus)
     {
         auto const arguments = call.arguments();
@@ -45,6 +52,8 @@ private:
             return QVariantList();
         parentWindow = arguments.at(0).toString();
         options = qdbus_cast<QVariantMap>(arguments.last());
+        if (arguments.size() > 2 && isWritable(arguments.at(1)) != options.value(u"writable"_s).toBool())
+            return std::nullopt;
         if (arguments.size() > 2)
             calls << subject(arguments.at(1));
         auto const sender = call.service().mid(1).replace(u'.', u'_');
