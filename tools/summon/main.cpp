@@ -2,6 +2,7 @@
 // follow. Prints one sentence, or with --times the measured milliseconds as JSON. Exits 1 with a sentence on failure.
 // Other programs that come and go by a shortcut can be measured in the same way.
 
+#include "GuestCalls.h"
 #include "Starts.h"
 #include "Summons.h"
 
@@ -30,6 +31,7 @@ struct Options {
     QString peer;
     QString shortcut;
     QString start;
+    QString guest;
 };
 
 std::expected<Options, QString> readOptions(QCoreApplication const& application)
@@ -55,14 +57,19 @@ std::expected<Options, QString> readOptions(QCoreApplication const& application)
     QCommandLineOption const start(QStringLiteral("start"),
         QStringLiteral("Measure, --times over, how long this program takes to hold its shortcut."),
         QStringLiteral("program"));
-    parser.addOptions({ timeout, picture, hide, times, peek, peer, shortcut, start });
+    QCommandLineOption const guest(QStringLiteral("guest"),
+        QStringLiteral("Measure, --times over, a session in a window of this X server, called by its key or its bus."),
+        QStringLiteral("key|bus"));
+    parser.addOptions({ timeout, picture, hide, times, peek, peer, shortcut, start, guest });
     parser.process(application);
 
     bool isSeconds = false;
     bool isNumber = false;
     Options const options { std::chrono::seconds(parser.value(timeout).toInt(&isSeconds)), parser.value(picture),
         parser.isSet(hide), parser.value(times).toInt(&isNumber), parser.isSet(peek), parser.value(peer).toLower(),
-        parser.value(shortcut), parser.value(start) };
+        parser.value(shortcut), parser.value(start), parser.value(guest) };
+    if (parser.isSet(guest) && options.guest != QStringLiteral("key") && options.guest != QStringLiteral("bus"))
+        return std::unexpected(QStringLiteral("--guest is called by key or by bus."));
     if (!isSeconds || options.timeout.count() < 1)
         return std::unexpected(QStringLiteral("--timeout needs a whole number of seconds."));
     if (!isNumber || options.times < 0 || (parser.isSet(times) && options.times == 0))
@@ -157,11 +164,36 @@ std::expected<void, QString> measureStarts(Summons& summons, Options const& opti
     return {};
 }
 
+std::expected<void, QString> measureGuest(Shortcut const& shortcut, Options const& options)
+{
+    auto const road = options.guest == QStringLiteral("key") ? GuestCalls::Road::key : GuestCalls::Road::bus;
+    auto const calls = GuestCalls::open(shortcut, road, options.timeout);
+    if (!calls)
+        return std::unexpected(calls.error());
+    std::vector<GuestCalls::Milliseconds> shown, gone;
+    for (int round = -1; round < options.times; ++round) {
+        for (auto* const times : { &shown, &gone }) {
+            auto const taken = (*calls)->toggle();
+            if (!taken)
+                return std::unexpected(taken.error());
+            if (round >= 0) // the first is to warm up
+                times->push_back(*taken);
+        }
+    }
+    QJsonObject const result { { QStringLiteral("times"), options.times },
+        { QStringLiteral("unit"), QStringLiteral("ms") }, { QStringLiteral("shown"), medianAndWorst(shown) },
+        { QStringLiteral("gone"), medianAndWorst(gone) } };
+    std::fputs(QJsonDocument(result).toJson().constData(), stdout);
+    return {};
+}
+
 std::expected<void, QString> run(Options const& options)
 {
     auto const call = callOf(options);
     if (!call)
         return std::unexpected(call.error());
+    if (!options.guest.isEmpty())
+        return measureGuest(call->shortcut, options);
     auto const opened = Summons::open(*call, options.timeout);
     if (!opened)
         return std::unexpected(opened.error());
