@@ -111,6 +111,18 @@ public:
     void bringToFront(xcb_window_t window) { tell(window, "_NET_ACTIVE_WINDOW", { 2 }); }
 
     SyntheticKeyboard& keyboard() { return *m_keyboard; }
+    // The window manager has ended a drag.
+    bool isPointerFree() const
+    {
+        auto* const xcb = m_connection->handle();
+        XcbOwned<xcb_grab_pointer_reply_t> const grab(xcb_grab_pointer_reply(xcb,
+            xcb_grab_pointer(xcb, 0, m_connection->root(), 0, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE,
+                XCB_NONE, XCB_CURRENT_TIME),
+            nullptr));
+        m_connection->succeeded(xcb_ungrab_pointer_checked(xcb, XCB_CURRENT_TIME));
+        return grab && grab->status == XCB_GRAB_STATUS_SUCCESS;
+    }
+
     void click(QPoint point)
     {
         m_keyboard->click(static_cast<std::int16_t>(point.x()), static_cast<std::int16_t>(point.y()));

@@ -42,7 +42,7 @@ protected:
         };
         bool const isMoved = Desktop::eventually(isThere);
         mouse.releaseButton();
-        return isTaken && isMoved;
+        return isTaken && isMoved && Desktop::eventually([&] { return desktop.isPointerFree(); });
     }
 
     bool isPeekWindow(xcb_window_t window)
