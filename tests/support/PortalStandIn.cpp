@@ -1,6 +1,7 @@
 // Another process that serves the desktop portal's global shortcuts and has no keyboard:
 //   quillory-test-portal [MODE...]
 //     keeps     binds what a session is created with, as some desktops do    silent   tells of keys only when asked
+//     waits     for what the user never says
 //     refuses   the user says no                                            denies   makes no sessions
 //     lacks     another portal's interfaces alone
 // It writes "serving", and a line for each call. Each line that it reads is one of:
@@ -87,7 +88,8 @@ public:
         auto response = QDBusMessage::createTargetedSignal(
             m_caller, path, u"org.freedesktop.portal.Request"_s, u"Response"_s);
         response << uint(isRefusal) << (isRefusal ? QVariantMap() : results);
-        QTimer::singleShot(0, [this, response] { m_service->send(response); });
+        if (call.member() != u"BindShortcuts" || !m_modes.contains(u"waits"_s))
+            QTimer::singleShot(0, [this, response] { m_service->send(response); });
         return QVariantList { QVariant::fromValue(QDBusObjectPath(path)) };
     }
 

@@ -100,6 +100,7 @@ void PortalHotKeys::askAgain()
 void PortalHotKeys::startAfresh()
 {
     releaseAll();
+    m_afterSession = State::asking;
     setState(State::asking);
     if (m_session)
         m_session->close();
@@ -114,12 +115,14 @@ void PortalHotKeys::start()
     QList<PortalShortcutSession::Shortcut> shortcuts;
     for (auto const& wish : std::as_const(m_wishes))
         shortcuts.append(shortcutOf(wish));
+    m_afterSession = State::asking;
     m_session = new PortalShortcutSession(m_bus, m_owner, shortcuts, this);
     using Session = PortalShortcutSession;
     connect(m_session, &Session::bound, this, [this] { setState(State::bound); });
+    // A question also fails when the portal ends: it counts as refused once the portal has answered after that.
     connect(m_session, &Session::refused, this, [this] {
+        m_afterSession = State::refused;
         m_session->close();
-        setState(State::refused);
     });
     connect(m_session, &Session::triggersChanged, this, [this] { m_changes.tell(); });
     connect(m_session, &Session::activated, this, &PortalHotKeys::press);
@@ -131,7 +134,9 @@ void PortalHotKeys::start()
     });
     connect(m_session, &Session::ended, this, [this] {
         forgetSession();
-        if (m_state == State::asking)
+        if (m_afterSession == State::refused)
+            setState(State::refused);
+        else
             start();
     });
     setState(State::asking);

@@ -99,6 +99,7 @@ private:
     QList<Wish> m_wishes;
     State m_state = State::asking;
     QPointer<PortalShortcutSession> m_session;
+    State m_afterSession = State::asking; // what follows once the session has ended
     Repeats const m_repeats;
     QHash<QString, Press> m_presses; // of the keys that are down, by the wish
     std::uint64_t m_lastTold = 0;

@@ -173,11 +173,11 @@ void PortalShortcutSession::close()
 
 void PortalShortcutSession::closeAtPortal()
 {
-    if (m_handle.isEmpty()) {
-        QMetaObject::invokeMethod(this, &PortalShortcutSession::ended, Qt::QueuedConnection);
-        return;
-    }
-    auto const message = QDBusMessage::createMethodCall(m_owner, m_handle, sessionInterface, QStringLiteral("Close"));
+    // Where there is no session the portal is asked all the same: its end is heard of before the answer.
+    auto const message = m_handle.isEmpty()
+        ? QDBusMessage::createMethodCall(
+              m_owner, portalPath, QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"))
+        : QDBusMessage::createMethodCall(m_owner, m_handle, sessionInterface, QStringLiteral("Close"));
     auto* const answer = new QDBusPendingCallWatcher(m_bus.asyncCall(message), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, &PortalShortcutSession::ended);
 }

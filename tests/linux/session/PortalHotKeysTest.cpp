@@ -113,6 +113,11 @@ TEST(PortalHotKeys, Each_kind_of_portal_is_asked_as_it_wants_and_opens_no_window
         desk.expectCalls(calls);
         EXPECT_TRUE(desk.keys.probe(keyK, controlAlt)) << "what may be taken is the desktop's affair";
     }
+    // One that ends while the user is asked has refused nothing.
+    Desk desk(u"waits"_s);
+    desk.expectCalls(asked);
+    desk.tell(u"drop"_s);
+    desk.expect({ u"unavailable"_s });
     EventLoop loop;
     PortalHotKeys none(QDBusConnection(u"no such bus"_s), {});
     EXPECT_EQ(none.state(), State::asking) << "never inside the call";
