@@ -97,6 +97,7 @@ void X11PanelWindow::willShow()
 void X11PanelWindow::didShow()
 {
     bool const isNew = !std::exchange(m_isShown, true);
+    takeForgottenFocus();
     if (isNew && m_level == WindowLevel::normal && !isOnAllWorkspaces())
         return;
     if (m_flushOwnWindows)
@@ -104,6 +105,20 @@ void X11PanelWindow::didShow()
     if (isNew)
         tellLevel();
     tellWorkspaces();
+}
+
+// A compositor that has called the window active all along, as sway does on a workspace with no other window, takes its
+// focus for granted. The server has dropped it when the window was hidden.
+void X11PanelWindow::takeForgottenFocus()
+{
+    auto* const xcb = m_connection.handle();
+    if (m_connection.number(m_connection.root(), "_NET_ACTIVE_WINDOW") != m_window)
+        return;
+    XcbOwned<xcb_get_input_focus_reply_t> const focus(
+        xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
+    if (focus && (focus->focus == XCB_INPUT_FOCUS_NONE || focus->focus == XCB_INPUT_FOCUS_POINTER_ROOT))
+        m_connection.succeeded(
+            xcb_set_input_focus_checked(xcb, XCB_INPUT_FOCUS_POINTER_ROOT, m_window, XCB_CURRENT_TIME));
 }
 
 // Some window managers also call a window iconic that is on another workspace, but not hidden.

@@ -28,6 +28,7 @@ private:
     void describe();
     bool isOnAllWorkspaces() const;
     std::vector<xcb_atom_t> states() const;
+    void takeForgottenFocus();
     void tellLevel();
     void tellWorkspaces();
     void tell(char const* message, std::initializer_list<std::uint32_t> data);
