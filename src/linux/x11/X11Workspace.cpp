@@ -259,7 +259,8 @@ void X11Workspace::handle(xcb_generic_event_t const& event)
     auto const front = m_connection.number(m_connection.root(), activeWindow);
     noteFront(front);
     m_foreignWindow.stop();
-    if (!front && m_session == X11Session::guest && m_front != noWindow)
+    // Also when a window of the server's had it for too short a time to be seen.
+    if (!front && m_session == X11Session::guest)
         m_foreignWindow.start(passing);
     if (!front || *front == m_front)
         return;
