@@ -18,8 +18,9 @@ void play(Keyboard& keyboard, QString const& script)
         { QStringLiteral("rightAlt"), 61 }, { QStringLiteral("shift"), 56 }, { QStringLiteral("rightShift"), 60 },
         { QStringLiteral("super"), 55 }, { QStringLiteral("A"), 0 }, { QStringLiteral("C"), 8 },
         { QStringLiteral("J"), 38 }, { QStringLiteral("K"), 40 }, { QStringLiteral("Q"), 12 },
-        { QStringLiteral("Return"), 36 }, { QStringLiteral("Escape"), 53 }, { QStringLiteral("Left"), 123 },
-        { QStringLiteral("Right"), 124 }, { QStringLiteral("Up"), 126 }, { QStringLiteral("Down"), 125 } };
+        { QStringLiteral("V"), 9 }, { QStringLiteral("Return"), 36 }, { QStringLiteral("Escape"), 53 },
+        { QStringLiteral("Left"), 123 }, { QStringLiteral("Right"), 124 }, { QStringLiteral("Up"), 126 },
+        { QStringLiteral("Down"), 125 } };
     for (auto chord : script.split(u' ')) {
         bool const isDown = chord.endsWith(u'↓'), isUp = chord.endsWith(u'↑');
         if (isDown || isUp)
