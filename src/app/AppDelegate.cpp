@@ -85,6 +85,7 @@ void AppDelegate::serve(ApplicationInstance::Request const& request, Application
     switch (request.wish) {
     case Wish::none:
         return;
+    case Wish::plainStart:
     case Wish::open:
         return applicationShouldHandleReopen();
     case Wish::toggle:

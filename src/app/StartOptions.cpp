@@ -145,7 +145,7 @@ std::expected<StartOptions, QString> StartOptions::parse(int argc, char** argv)
                     .arg(*options.keysFor, DesktopBindings::desktops().join(u", "_s)));
     }
     options.isInBackground = parser.isSet(background);
-    auto const request = wishes.read(parser, options.isInBackground ? Wish::none : Wish::open);
+    auto const request = wishes.read(parser, options.isInBackground ? Wish::none : Wish::plainStart);
     if (!request)
         return std::unexpected(request.error());
     options.request = *request;

@@ -15,7 +15,8 @@ namespace Quillory {
 // One process for each session: the first one to start serves, every later one asks it and ends. Main thread only.
 class ApplicationInstance {
 public:
-    enum class Wish { none, open, toggle, peek, peekEnd, settings, show };
+    // A plain start opens the reader only where the program runs already.
+    enum class Wish { none, plainStart, open, toggle, peek, peekEnd, settings, show };
 
     struct Request {
         Wish wish = Wish::open;

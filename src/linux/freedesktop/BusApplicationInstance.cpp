@@ -71,7 +71,7 @@ ApplicationInstance::Role BusApplicationInstance::start(Request request, Answer 
 // Nothing is shown yet, unless the program opens by itself at its start, and there is no peek to end.
 void BusApplicationInstance::askItself(Request request, Answer const& answered)
 {
-    if (request.wish == Wish::none || request.wish == Wish::open || request.wish == Wish::peekEnd)
+    if (request.wish == Wish::none || request.wish == Wish::plainStart || request.wish == Wish::peekEnd)
         return;
     if (request.wish == Wish::toggle)
         request.wish = Wish::open;
@@ -96,7 +96,7 @@ BusApplicationInstance::Reply BusApplicationInstance::handOver(Request const& re
 {
     if (request.wish == Wish::none)
         return Reply::taken;
-    bool const isAction = request.wish != Wish::open; // the common call brings a reader to the front that is up
+    bool const isAction = request.wish != Wish::plainStart;
     auto call = QDBusMessage::createMethodCall(name(), objectPath(), QStringLiteral("org.freedesktop.Application"),
         isAction ? QStringLiteral("ActivateAction") : QStringLiteral("Activate"));
     if (isAction)
