@@ -88,6 +88,7 @@ void X11PanelWindow::willShow()
     m_isUp = true;
     if (m_isShown)
         return;
+    m_wasActive = isActive();
     auto const wanted = states();
     m_connection.succeeded(xcb_change_property_checked(m_connection.handle(), XCB_PROP_MODE_REPLACE, m_window,
         m_connection.atom(stateProperty), XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(wanted.size()), wanted.data()));
@@ -97,7 +98,8 @@ void X11PanelWindow::willShow()
 void X11PanelWindow::didShow()
 {
     bool const isNew = !std::exchange(m_isShown, true);
-    takeForgottenFocus();
+    if (std::exchange(m_wasActive, false))
+        takeForgottenFocus();
     if (isNew && m_level == WindowLevel::normal && !isOnAllWorkspaces())
         return;
     if (m_flushOwnWindows)
@@ -107,12 +109,17 @@ void X11PanelWindow::didShow()
     tellWorkspaces();
 }
 
+bool X11PanelWindow::isActive() const
+{
+    return m_connection.number(m_connection.root(), "_NET_ACTIVE_WINDOW") == m_window;
+}
+
 // A compositor that has called the window active all along, as sway does on a workspace with no other window, takes its
 // focus for granted. The server has dropped it when the window was hidden.
 void X11PanelWindow::takeForgottenFocus()
 {
     auto* const xcb = m_connection.handle();
-    if (m_connection.number(m_connection.root(), "_NET_ACTIVE_WINDOW") != m_window)
+    if (!isActive())
         return;
     XcbOwned<xcb_get_input_focus_reply_t> const focus(
         xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));

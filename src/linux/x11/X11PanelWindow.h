@@ -28,6 +28,7 @@ private:
     void describe();
     bool isOnAllWorkspaces() const;
     std::vector<xcb_atom_t> states() const;
+    bool isActive() const;
     void takeForgottenFocus();
     void tellLevel();
     void tellWorkspaces();
@@ -39,6 +40,7 @@ private:
     std::function<void()> m_flushOwnWindows;
     WindowLevel m_level = WindowLevel::normal;
     CollectionBehavior m_behavior = CollectionBehavior::none;
+    bool m_wasActive = false; // while it was hidden
     bool m_isUp = false; // from right before it is shown
     bool m_isShown = false; // and the window manager has been told
 };
