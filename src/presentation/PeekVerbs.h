@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <optional>
 #include <utility>
@@ -15,6 +16,9 @@ public:
     // How long after the keys a process that tells of them may come.
     static constexpr std::chrono::milliseconds lateness { 100 };
 
+    // How long keys are held on after what they held has gone.
+    static constexpr std::chrono::seconds patience { 2 };
+
     // Two processes that start within this time of each other may arrive in the other order.
     static constexpr std::chrono::milliseconds disorder { 250 };
 
@@ -25,8 +29,10 @@ public:
     bool begins(Time now)
     {
         auto const previous = std::exchange(m_latest, now);
-        if (isEndOwed(now) && previous && now - *previous < repetition)
+        if (isEndOwed(now) && previous && now - *previous < repetition) {
+            m_endOwedUntil = std::max<Time>(m_endOwedUntil, now + repetition);
             return false;
+        }
         auto const earlyEnd = std::exchange(m_earlyEnd, std::nullopt);
         bool const hasEnded = earlyEnd && now - *earlyEnd < disorder;
         m_endOwedUntil = hasEnded ? Time::min() : Time::max();
@@ -40,7 +46,15 @@ public:
         m_endOwedUntil = Time::min();
     }
 
-    // The keys were seen to be up: their end is told soon or never.
+    // The peek was over before its end was told. That is not waited for forever, since some desktops forget it when
+    // another key goes down.
+    void isCutOff(Time now)
+    {
+        if (isEndOwed(now))
+            m_endOwedUntil = now + patience;
+    }
+
+    // And the keys were seen to be up: it is told soon or never.
     void keysAreUp(Time now)
     {
         if (isEndOwed(now))

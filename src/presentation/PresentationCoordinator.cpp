@@ -212,10 +212,12 @@ void PresentationCoordinator::lookAtPeek()
         return;
     auto const now = m_services.executor.now();
     auto const verdict = m_hold.look(m_services.peekKeys.known(m_hold.keyCode()), now);
-    if (verdict == PeekHold::Verdict::letGo)
-        m_verbs.keysAreUp(now);
-    if (verdict != PeekHold::Verdict::held)
-        return resetAndClosePeek();
+    if (verdict != PeekHold::Verdict::held) {
+        resetAndClosePeek();
+        if (verdict == PeekHold::Verdict::letGo)
+            m_verbs.keysAreUp(now);
+        return;
+    }
     m_store.peekModifiers.assignAs<PresentationCoordinator>(m_hold.modifiers());
     pollPeek();
 }
@@ -232,8 +234,10 @@ void PresentationCoordinator::resetAndClosePeek()
 void PresentationCoordinator::clearPeek()
 {
     m_peekTask.end();
-    if (isPeeking())
+    if (isPeeking()) {
         m_presentation = Presentation::resident;
+        m_verbs.isCutOff(m_services.executor.now());
+    }
     m_modifierMonitor.reset();
     m_store.peekModifiers.assignAs<PresentationCoordinator>(ModifierFlags::none);
     applyPeekLevel();

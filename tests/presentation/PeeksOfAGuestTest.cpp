@@ -49,7 +49,7 @@ public:
         // Without a word of the modifiers they must be seen once.
         if (story.isEndLost && !story.isToldHeld)
             story.keyUp = story.modifiersUp = milliseconds(250, 1500);
-        if (!story.isEndLost && m_dice.oneIn(4))
+        if (m_dice.oneIn(4))
             story.cut = milliseconds(150, 1500);
         story.isCutByWindow = m_dice.oneIn(2);
         // The first repetition comes so late that it can't be told from another press.
@@ -83,7 +83,8 @@ public:
         auto const released = std::min(story.keyUp, std::max(story.modifiersUp, 0ns));
         auto const over = std::max(story.keyUp, story.modifiersUp) + 40ms;
         auto const start = executor.now();
-        while (executor.now() < start + over + PeekHold::settling + 260ms) {
+        auto const forgotten = story.isEndLost && story.cut > 0ns ? PeekVerbs::patience : 0s;
+        while (executor.now() < start + over + PeekHold::settling + 260ms + forgotten) {
             executor.advance(5ms);
             auto const passed = executor.now() - start;
             bool const isHeld = passed > story.beginLag && passed < released;
