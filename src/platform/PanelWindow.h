@@ -38,10 +38,6 @@ public:
     // Whether the user has minimized it. It offers no such thing, but window managers may have ways of their own.
     virtual bool isMinimized() const = 0;
 
-    // Whether `didShow` brings a window that is up already from another workspace to the user's. Elsewhere it has to be
-    // hidden first.
-    virtual bool canBeFetched() const = 0;
-
     // To be called right before the window is shown, and as soon as it stands on the screen. Until then nothing of it is
     // changed that would hold its first picture up.
     virtual void willShow() = 0;

@@ -40,6 +40,10 @@ public:
     // Gives them to a window of ours, over whatever has them. To be called right after the window was shown.
     virtual void activateIgnoringOtherApps(std::uint64_t ownWindow) = 0;
 
+    // Whether that, and `PanelWindow::didShow`, bring a window that is up already to the user, from another workspace
+    // too. Elsewhere it has to be hidden and shown again.
+    virtual bool canFetchWindows() const = 0;
+
     // To be called right before a window of ours is shown for the user's latest key or click, so that the desktop
     // does not take it for a window that pushes itself to the front.
     virtual void prepareToShow(std::uint64_t ownWindow) = 0;

@@ -124,12 +124,20 @@ void ReaderPanel::askForFrame(QRect const& frame)
 
 void ReaderPanel::show(PanelPresence presence)
 {
-    if (isVisible() && !m_window->canBeFetched())
+    if (isVisible() && !m_services.workspace.canFetchWindows())
         hidePanel();
     takeFrame();
     m_view.startAfresh();
     m_view.refresh();
     applyPeekLevel(presence);
+    come();
+    focusReader();
+    m_shown->isFresh = true;
+}
+
+// As it is, up already or not.
+void ReaderPanel::come()
+{
     m_services.workspace.prepareToShow(winId());
     m_window->willShow();
     bool const wasUp = m_shown.has_value();
@@ -141,9 +149,7 @@ void ReaderPanel::show(PanelPresence presence)
         paintAhead();
         m_levelTask = m_services.reader.executor.after(longestUntilExposed, [this] { tellLevel(); });
     }
-    makeKeyAndOrderFront();
-    focusReader();
-    m_shown->isFresh = true;
+    toFront();
 }
 
 // While server and window manager are busy with mapping the window, and not only when they have: its picture then takes
@@ -223,6 +229,15 @@ void ReaderPanel::makeKeyAndOrderFront()
 {
     if (m_shown && std::exchange(m_shown->isFresh, false))
         return;
+    if (isVisible() && !isActiveWindow() && !m_services.workspace.canFetchWindows()) {
+        hidePanel();
+        return come();
+    }
+    toFront();
+}
+
+void ReaderPanel::toFront()
+{
     raise();
     m_services.workspace.activateIgnoringOtherApps(winId());
 }

@@ -76,6 +76,8 @@ private:
         bool isFresh = false; // shown in this turn, with nothing left to do for its place at the front
     };
 
+    void come();
+    void toFront();
     void paintAhead();
     void takeFrame();
     std::optional<Screens::Screen> usersScreen() const;

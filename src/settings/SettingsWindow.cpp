@@ -47,6 +47,8 @@ SettingsWindow::SettingsWindow(SettingsServices services)
 
 void SettingsWindow::bringToFront()
 {
+    if (isVisible() && !isActiveWindow() && !m_services.workspace.canFetchWindows())
+        hide();
     if (!isVisible()) {
         place();
         m_services.workspace.prepareToShow(winId());

@@ -209,10 +209,18 @@ TEST_F(ReaderPanelTest, What_the_window_manager_has_to_do_holds_up_neither_the_f
     EXPECT_FALSE(window->isAbove() || window->isEverywhere());
 
     for (bool const isFetchable : { true, false }) {
-        window->isFetchable = isFetchable;
+        services.workspace.canFetch = isFetchable;
         window->calls.clear();
         panel.show(PanelPresence::resident);
         EXPECT_EQ(window->calls.contains(u"didHide"_s), !isFetchable) << "from another workspace";
+        window->calls.clear();
+        QWidget other; // has the keyboard
+        other.show();
+        other.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&other));
+        panel.makeKeyAndOrderFront(); // the first call after a show is part of it
+        panel.makeKeyAndOrderFront();
+        EXPECT_EQ(window->calls.contains(u"didHide"_s), !isFetchable) << "from behind another window";
     }
 }
 

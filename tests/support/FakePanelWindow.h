@@ -19,7 +19,6 @@ public:
     void setCollectionBehavior(CollectionBehavior asked) override { behavior = asked; }
     void setShadow(QMargins given, QSize) override { shadow = given; }
     bool isMinimized() const override { return false; }
-    bool canBeFetched() const override { return isFetchable; }
     void willShow() override { calls.append(QStringLiteral("willShow")); }
     void didShow() override
     {
@@ -39,7 +38,6 @@ public:
     CollectionBehavior behavior = CollectionBehavior::none;
     QMargins shadow;
     bool isShown = false;
-    bool isFetchable = true;
     QStringList calls;
 };
 

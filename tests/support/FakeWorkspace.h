@@ -29,6 +29,8 @@ public:
         bringToFront(ownWindow);
     }
 
+    bool canFetchWindows() const override { return canFetch; }
+
     void prepareToShow(std::uint64_t ownWindow) override { preparations.push_back(ownWindow); }
 
     Registration observeActivation(std::function<void(RunningApplication const&)> activated) override
@@ -78,6 +80,7 @@ public:
 
     std::size_t observers() const { return m_observers.size(); }
 
+    bool canFetch = true;
     std::optional<QRect> frame; // of whatever is in front
     std::vector<RunningApplication> activations;
     std::vector<std::uint64_t> ownActivations;

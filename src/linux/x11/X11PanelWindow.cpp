@@ -134,12 +134,6 @@ bool X11PanelWindow::isMinimized() const
     return m_isUp && m_connection.lists(m_window, stateProperty, m_connection.atom("_NET_WM_STATE_HIDDEN"));
 }
 
-// Sway has workspaces of its own, which X programs see nothing of.
-bool X11PanelWindow::canBeFetched() const
-{
-    return m_connection.lists(m_connection.root(), "_NET_SUPPORTED", m_connection.atom(desktopProperty));
-}
-
 void X11PanelWindow::didHide()
 {
     m_isUp = m_isShown = false;

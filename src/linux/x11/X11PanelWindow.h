@@ -19,7 +19,6 @@ public:
     void setCollectionBehavior(CollectionBehavior behavior) override;
     void setShadow(QMargins shadow, QSize window) override;
     bool isMinimized() const override;
-    bool canBeFetched() const override;
     void willShow() override;
     void didShow() override;
     void didHide() override;

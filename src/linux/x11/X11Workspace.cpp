@@ -208,6 +208,12 @@ void X11Workspace::bringToFront(xcb_window_t window)
         reinterpret_cast<char const*>(&message)));
 }
 
+// Sway has workspaces of its own, which X programs see nothing of, and calls a window that is up urgent at most.
+bool X11Workspace::canFetchWindows() const
+{
+    return m_connection.lists(m_connection.root(), "_NET_SUPPORTED", m_connection.atom("_NET_WM_DESKTOP"));
+}
+
 void X11Workspace::prepareToShow(std::uint64_t ownWindow)
 {
     auto const window = static_cast<xcb_window_t>(ownWindow);

@@ -28,6 +28,7 @@ public:
     void activate(RunningApplication const& application) override;
 
     void activateIgnoringOtherApps(std::uint64_t ownWindow) override;
+    bool canFetchWindows() const override;
     void prepareToShow(std::uint64_t ownWindow) override;
     Registration observeActivation(std::function<void(RunningApplication const&)> activated) override;
 
