@@ -31,7 +31,7 @@ private:
         Handler handler;
         bool isRegistered = true;
         bool isDown = false;
-        Registration registration = {}; // none while the service of the moment refuses it
+        Registration registration; // none while the service of the moment refuses it
     };
 
     HotKeys& serving() const;

@@ -51,8 +51,8 @@ public:
         Outcome outcome = Outcome::failed;
         QString description;
         bool startsWithSession = false; // what became of a wish for it
-        QString folder {}; // the path of the one that was chosen
-        QVariantMap results = {};
+        QString folder; // the path of the one that was chosen
+        QVariantMap results;
     };
     using Answered = std::move_only_function<void(Answer const&)>;
 

@@ -46,7 +46,7 @@ QDBusArgument const& operator>>(QDBusArgument const& argument, PortalShortcutSes
     argument.beginStructure();
     argument >> shortcut.id >> shortcut.properties;
     argument.endStructure();
-    return argument;
+    return argument; // NOLINT(bugprone-return-const-ref-from-parameter) as the toolkit asks for it
 }
 
 PortalShortcutSession::PortalShortcutSession(
